@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The sample basin: made-up terrain and fields with real station normals and published crop
+// coefficients, in exactly the formats that the model reads.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gis/application.h"
+
+namespace velmora::examples {
+
+// Makes the inputs in `folder`, replacing what an earlier call made there: the grid "dem",
+// stations.shp, weather.dbf, domain.shp, zones.shp, landcover.shp, kc.dbf and IrDB.mdb, and the empty
+// folder "output". Throws PlatformError.
+void makeSampleBasin(IPlatform& platform, const std::string& folder);
+
+// The settings of a run over the basin, as Field=Value.
+std::vector<std::string> sampleSettings(const std::string& folder);
+
+}  // namespace velmora::examples

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// Raster analysis: the environment, map algebra and interpolation.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/envelope.h"
+#include "gis/rasters.h"
+
+namespace velmora {
+
+// How an analysis environment takes its cell size or extent.
+enum class EnvironmentSetting { explicitValue = 3 };
+
+// The extent and cell size of the results of an operation.
+class IRasterAnalysisEnvironment {
+  public:
+    virtual ~IRasterAnalysisEnvironment() = default;
+    virtual void SetCellSize(EnvironmentSetting setting, double cellSize) = 0;
+    // `crs` is the coordinate system of the extent, as WKT.
+    virtual void SetExtent(EnvironmentSetting setting, const Envelope& extent,
+                           const std::string& crs) = 0;
+    // The cells that results have. Throws PlatformError when the settings make no grid.
+    virtual GridGeometry geometry() const = 0;
+};
+
+// Map algebra over bound rasters: numbers, [names], + - * / with a unary (also doubled) minus,
+// comparisons giving 1 or 0, parentheses. No-data in an operand and division by zero give no-data;
+// arithmetic is double, results are single. Inputs on other cells, or in another coordinate system,
+// are sampled at the cell centres of the environment.
+class IMapAlgebraOp {
+  public:
+    virtual ~IMapAlgebraOp() = default;
+    virtual IRasterAnalysisEnvironment& environment() = 0;
+    virtual void BindRaster(RasterPtr raster, const std::string& name) = 0;
+    virtual void UnbindRaster(const std::string& name) = 0;
+    // Throws PlatformError with the position of a mistake, or the unbound name.
+    virtual RasterPtr Execute(const std::string& expression) = 0;
+};
+
+// One station of an interpolation: where it stands and its value.
+struct Sample {
+    Point at;
+    double value = 0;
+};
+
+// Surfaces from stations.
+class IInterpolationOp {
+  public:
+    virtual ~IInterpolationOp() = default;
+    virtual IRasterAnalysisEnvironment& environment() = 0;
+
+    // Inverse distance weighting: weight distance^-power over the `nearest` nearest stations, a
+    // variable search radius without a maximum. Coincident stations count as one with their mean
+    // value; a cell centre on a station takes its value. Throws PlatformError without samples.
+    virtual RasterPtr IDW(const std::vector<Sample>& samples, double power, int nearest) = 0;
+};
+
+// Makes the operations; each has an environment of its own.
+class IAnalysisFactory {
+  public:
+    virtual ~IAnalysisFactory() = default;
+    virtual std::unique_ptr<IMapAlgebraOp> mapAlgebra() = 0;
+    virtual std::unique_ptr<IInterpolationOp> interpolation() = 0;
+    // A raster of one value over the given cells.
+    virtual RasterPtr constant(const GridGeometry& geometry, float value) = 0;
+};
+
+}  // namespace velmora

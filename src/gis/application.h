@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// The application hook: what a host gives to the extension's commands.
+#pragma once
+
+#include <string>
+
+#include "gis/analysis.h"
+#include "gis/browsers.h"
+#include "gis/clock.h"
+#include "gis/features.h"
+#include "gis/files.h"
+#include "gis/joins.h"
+#include "gis/map_document.h"
+#include "gis/parallel.h"
+#include "gis/projection.h"
+#include "gis/prompts.h"
+#include "gis/rasters.h"
+#include "gis/tables.h"
+
+namespace velmora {
+
+class Form;
+
+// The platform's factories and services.
+class IPlatform {
+  public:
+    virtual ~IPlatform() = default;
+    virtual IRasterWorkspaceFactory& rasters() = 0;
+    virtual IFeatureWorkspaceFactory& features() = 0;
+    virtual IConnectionFactory& connections() = 0;
+    virtual IAnalysisFactory& analysis() = 0;
+    virtual ISpatialReferenceFactory& spatialReferences() = 0;
+    virtual IMemoryRelationshipClassFactory& memoryRelationships() = 0;
+    virtual ICalculator& calculator() = 0;
+    virtual IParallelLoop& loop() = 0;
+    virtual IFileSystem& files() = 0;
+    virtual IClock& clock() = 0;
+};
+
+// Shows forms. A form lives on while it is shown.
+class IDialogs {
+  public:
+    virtual ~IDialogs() = default;
+    virtual void showModal(Form& form) = 0;  // returns when the form is closed
+    virtual void show(Form& form) = 0;       // returns at once
+};
+
+enum class StepOutcome { done, failed };
+
+class IApplication {
+  public:
+    virtual ~IApplication() = default;
+    virtual IPlatform& platform() = 0;
+    virtual IPrompts& prompts() = 0;
+    virtual IBrowsers& browsers() = 0;
+    virtual IDialogs& dialogs() = 0;
+    virtual IMxDocument& document() = 0;
+    // The folder that stands for the extension module's own, home of the default settings file.
+    virtual std::string extensionFolder() = 0;
+    // Told at the end of every click of a model command.
+    virtual void noteOutcome(StepOutcome outcome) = 0;
+};
+
+}  // namespace velmora

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "gis/controls.h"
+
+#include <algorithm>
+
+#include "gis/errors.h"
+
+namespace velmora {
+
+void Control::setText(const std::string& text) {
+    text_ = text;
+    refresh();
+}
+
+void Control::setEnabled(bool enabled) {
+    enabled_ = enabled;
+    refresh();
+}
+
+void TextBox::setText(const std::string& text) {
+    const bool changed = text != this->text();
+    Control::setText(text);
+    if (changed && onChange) onChange();
+}
+
+void TextBox::enter(const std::string& text) {
+    setText(text);
+    if (onLeave) onLeave();
+}
+
+void ListBox::clear() {
+    items_.clear();
+    index_ = -1;
+    Control::setText({});
+}
+
+void ListBox::addItem(const std::string& item) {
+    items_.push_back(item);
+    refresh();
+}
+
+void ListBox::select(int index) {
+    if (index < 0 || index >= static_cast<int>(items_.size())) {
+        throw PlatformError(name() + " has no entry at position " + std::to_string(index));
+    }
+    index_ = index;
+    Control::setText(items_[static_cast<std::size_t>(index)]);
+    if (onClick) onClick();
+}
+
+void ListBox::setText(const std::string& text) {
+    const auto found = std::find(items_.begin(), items_.end(), text);
+    if (found != items_.end()) {
+        select(static_cast<int>(found - items_.begin()));
+        return;
+    }
+    index_ = -1;
+    Control::setText(text);
+}
+
+void CheckBox::setValue(bool value) {
+    value_ = value;
+    refresh();
+}
+
+void OptionButton::choose() {
+    for (OptionButton* other : others_) {
+        other->value_ = false;
+        other->refresh();
+    }
+    value_ = true;
+    refresh();
+    if (onClick) onClick();
+}
+
+void OptionButton::group(std::vector<OptionButton*> members) {
+    for (OptionButton* member : members) {
+        member->others_ = members;
+        std::erase(member->others_, member);
+    }
+}
+
+}  // namespace velmora

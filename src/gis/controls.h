@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// The controls of a form, free of any toolkit: each holds what the user sees (text, items, value,
+// enabled) and tells a listener when that changes. A host binds its widgets to them by name and
+// calls the user's actions (type, choose, tick, click); a form sets the handlers.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+using Handler = std::function<void()>;
+
+class Control {
+  public:
+    explicit Control(std::string controlName, std::string initialText = {})
+        : name_(std::move(controlName)), text_(std::move(initialText)) {}
+    virtual ~Control() = default;
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    const std::string& name() const { return name_; }
+    const std::string& text() const { return text_; }
+    virtual void setText(const std::string& text);
+    bool enabled() const { return enabled_; }
+    void setEnabled(bool enabled);
+
+    Handler onFocus;      // the control receives the focus
+    Handler hostRefresh;  // the host's binder: something the user sees has changed
+
+    void focus() {
+        if (onFocus) onFocus();
+    }
+
+  protected:
+    void refresh() {
+        if (hostRefresh) hostRefresh();
+    }
+
+  private:
+    std::string name_;
+    std::string text_;
+    bool enabled_ = true;
+};
+
+class Label : public Control {
+  public:
+    using Control::Control;
+};
+
+class TextBox : public Control {
+  public:
+    using Control::Control;
+    Handler onChange;  // every change of the text, by the user or by the form
+    Handler onLeave;   // the user leaves the box after changing it
+
+    void setText(const std::string& text) override;
+    // The user types a text and leaves the box.
+    void enter(const std::string& text);
+};
+
+class ListBox : public Control {
+  public:
+    using Control::Control;
+    Handler onClick;  // another entry is chosen, by the user or by the form
+
+    const std::vector<std::string>& items() const { return items_; }
+    int listIndex() const { return index_; }
+    void clear();
+    void addItem(const std::string& item);
+    // Chooses by position. Throws PlatformError for a position that the list does not have.
+    void select(int index);
+    // Chooses the entry of that text; an unknown text is shown but is no entry.
+    void setText(const std::string& text) override;
+
+  private:
+    std::vector<std::string> items_;
+    int index_ = -1;
+};
+
+class CheckBox : public Control {
+  public:
+    using Control::Control;
+    bool value() const { return value_; }
+    void setValue(bool value);
+
+  private:
+    bool value_ = false;
+};
+
+// One of a group of options, of which one at most is on.
+class OptionButton : public Control {
+  public:
+    using Control::Control;
+    Handler onClick;  // the option is switched on
+
+    bool value() const { return value_; }
+    void choose();
+    static void group(std::vector<OptionButton*> members);
+
+  private:
+    bool value_ = false;
+    std::vector<OptionButton*> others_;
+};
+
+class CommandButton : public Control {
+  public:
+    using Control::Control;
+    Handler onClick;
+    // Does nothing while the button is disabled.
+    void click() {
+        if (enabled() && onClick) onClick();
+    }
+};
+
+}  // namespace velmora

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// Feature classes (shapefiles) and attribute tables (dBASE files) by records and fields.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/envelope.h"
+#include "gis/field_value.h"
+
+namespace velmora {
+
+// Records with named fields. Field names are compared without regard to ASCII case.
+class ITable {
+  public:
+    virtual ~ITable() = default;
+    virtual std::string name() const = 0;  // the file's name without its extension
+    virtual std::string path() const = 0;
+    virtual const std::vector<Field>& fields() const = 0;
+    virtual std::size_t recordCount() const = 0;
+    // Throws PlatformError naming table and field when there is no such field.
+    virtual FieldValue value(std::size_t record, const std::string& field) const = 0;
+    int fieldIndex(const std::string& field) const;  // -1 when there is none
+};
+
+// Changes to the fields of a table that are stored all together or not at all.
+class IEditSession {
+  public:
+    virtual ~IEditSession() = default;
+    // Adds a numeric field that keeps a double's full precision, unless the table has the field.
+    virtual void addNumericField(const std::string& field) = 0;
+    virtual void setValue(std::size_t record, const std::string& field, const FieldValue& value) = 0;
+    // Stores the changes: other columns, their order and types, the text encoding, the records and
+    // the files beside the table stay as they are. Throws PlatformError and leaves the files
+    // untouched when it cannot.
+    virtual void save() = 0;
+};
+
+class IFeatureClass : public ITable {
+  public:
+    virtual Envelope extent() const = 0;
+    virtual std::string crs() const = 0;  // WKT, "" when the file carries none
+    // Representative points of the features, in `crs` ("" or an unknown own system: as stored).
+    // Throws PlatformError when the features are no points.
+    virtual std::vector<Point> points(const std::string& crs) const = 0;
+    virtual bool holdsPolygons() const = 0;
+};
+
+// A ring-by-ring polygon or a point, for making feature classes.
+struct NewFeature {
+    std::vector<Point> ring;  // one point, or a closed exterior ring
+    std::vector<FieldValue> values;
+};
+
+class IFeatureWorkspaceFactory {
+  public:
+    virtual ~IFeatureWorkspaceFactory() = default;
+    // A shapefile by its path, ".shp" optional. Throws PlatformError.
+    virtual std::shared_ptr<IFeatureClass> openFeatureClass(const std::string& path) = 0;
+    // A dBASE table by its path, ".dbf" optional. Throws PlatformError.
+    virtual std::shared_ptr<ITable> openTable(const std::string& path) = 0;
+    virtual std::unique_ptr<IEditSession> edit(std::shared_ptr<ITable> table) = 0;
+    // True when a feature class was there and has been deleted with the files beside it.
+    virtual bool deleteFeatureClass(const std::string& path) = 0;
+    virtual void createFeatureClass(const std::string& path, bool polygons, const std::string& crs,
+                                    const std::vector<Field>& fields,
+                                    const std::vector<NewFeature>& features) = 0;
+    virtual void createTable(const std::string& path, const std::vector<Field>& fields,
+                             const std::vector<std::vector<FieldValue>>& records) = 0;
+};
+
+}  // namespace velmora

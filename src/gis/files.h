@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace velmora {
+
+// The beginning of every name under which something unfinished lies. What a killed run left is
+// removed when the next one locks the folder.
+constexpr const char* kUnfinishedPrefix = ".velmora-unfinished-";
+
+enum class SpecialFolder { temporary = 2 };
+
+// Held while a run works in a folder; letting it go frees the folder.
+class IFolderLock {
+  public:
+    virtual ~IFolderLock() = default;
+};
+
+// Files and folders. Failures are PlatformErrors that name the file.
+class IFileSystem {
+  public:
+    virtual ~IFileSystem() = default;
+    virtual bool fileExists(const std::string& path) const = 0;
+    virtual bool folderExists(const std::string& path) const = 0;
+    virtual std::string specialFolder(SpecialFolder folder) const = 0;
+    virtual void deleteFile(const std::string& path) = 0;  // no error when there is none
+    virtual void createFolder(const std::string& path) = 0;
+    // Puts a whole file in the place of another, in one step.
+    virtual void replaceFile(const std::string& from, const std::string& to) = 0;
+    // The first bytes of a regular file, at most `most` of them.
+    virtual std::string readBeginning(const std::string& path, std::size_t most) const = 0;
+    // Writes from byte 0 without truncating; creates a missing file.
+    virtual void writeOver(const std::string& path, const std::string& bytes) = 0;
+    // Throws when the folder is missing or cannot be written to, or when another run holds it.
+    virtual std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) = 0;
+    virtual std::uint64_t freeMemory() const = 0;  // bytes a run may take
+};
+
+}  // namespace velmora

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "gis/form.h"
+
+#include <algorithm>
+
+#include "gis/errors.h"
+
+namespace velmora {
+
+Control* Form::find(const std::string& controlName) const {
+    const auto found = std::find_if(controls_.begin(), controls_.end(),
+                                    [&](const Control* c) { return c->name() == controlName; });
+    return found == controls_.end() ? nullptr : *found;
+}
+
+void Form::setFocus(Control& control) {
+    focused_ = &control;
+    control.focus();
+}
+
+void Form::close() {
+    open_ = false;
+    if (hostClose) hostClose();
+}
+
+void Form::throwMissing(const std::string& controlName) const {
+    throw PlatformError("The form " + name_ + " has no such control: " + controlName);
+}
+
+}  // namespace velmora

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// Tables and databases behind connections and recordsets. The provider that a connection string
+// names picks the engine: "MSDASQL.1" with "Data Source=dBASE Files" reads dBASE tables,
+// "Microsoft.Jet.OLEDB.4.0" with "Data Source=FILE" opens a database file.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "gis/field_value.h"
+
+namespace velmora {
+
+// A cursor over the rows of a query.
+class IRecordset {
+  public:
+    virtual ~IRecordset() = default;
+    virtual int fieldCount() const = 0;
+    virtual std::string fieldName(int position) const = 0;
+    virtual bool eof() const = 0;
+    virtual void moveFirst() = 0;
+    virtual void moveNext() = 0;
+    // The current record's value. Throws PlatformError for an unknown field or past the end.
+    virtual FieldValue value(const std::string& field) const = 0;
+    virtual void setValue(const std::string& field, const FieldValue& value) = 0;
+    virtual void addNew() = 0;
+    virtual void update() = 0;  // stores what setValue changed
+};
+
+// Columns of doubles that are handed over whole. Not-a-number stands for null.
+class IColumnSource {
+  public:
+    virtual ~IColumnSource() = default;
+    virtual std::size_t rowCount() const = 0;
+    virtual int columnCount() const = 0;
+    // The values of a column, or an empty span for a column that is null throughout.
+    virtual std::span<const double> column(int position) const = 0;
+};
+
+struct ColumnDefinition {
+    std::string name;
+    FieldType type = FieldType::number;
+    int size = 0;
+};
+
+class IConnection {
+  public:
+    virtual ~IConnection() = default;
+    // Runs a query; a static cursor with optimistic locking. Throws PlatformError.
+    virtual std::unique_ptr<IRecordset> open(const std::string& query) = 0;
+    virtual void execute(const std::string& statement) = 0;
+    virtual void createTable(const std::string& name,
+                             const std::vector<ColumnDefinition>& columns) = 0;
+    // Appends all rows of `source` to a table whose columns stand in the same order, in one
+    // transaction.
+    virtual void append(const std::string& table, const IColumnSource& source) = 0;
+};
+
+class IConnectionFactory {
+  public:
+    virtual ~IConnectionFactory() = default;
+    // Creates an empty database file. Throws PlatformError when the file exists already.
+    virtual void createDatabase(const std::string& connectionString) = 0;
+    virtual std::unique_ptr<IConnection> open(const std::string& connectionString) = 0;
+};
+
+}  // namespace velmora

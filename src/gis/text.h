@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// Small services over texts and paths.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+std::string trimmedRight(std::string_view text);
+bool sameIgnoringCase(std::string_view a, std::string_view b);  // ASCII letters only
+
+// "a, b and c" is not needed anywhere; lists of names read "a, b, c".
+template <class Range>
+std::string joinedNames(const Range& names) {
+    std::string text;
+    for (const auto& name : names) {
+        if (!text.empty()) text += ", ";
+        text += name;
+    }
+    return text;
+}
+
+// Paths. Both separators of the desktop's systems are understood when a path is taken apart.
+std::string parentFolderName(std::string_view path);  // "" when there is none
+std::string fileName(std::string_view path);
+std::string baseName(std::string_view path);  // the file name without its extension
+std::string withoutExtension(std::string_view path);
+std::string joinedPath(std::string_view folder, std::string_view name);
+
+}  // namespace velmora

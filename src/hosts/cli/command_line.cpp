@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/command_line.h"
+
+#include <fmt/core.h>
+
+#include <exception>
+
+#include "hosts/cli/headless_application.h"
+#include "hosts/cli/man_page.h"
+#include "platform/analysis/parallel_loop.h"
+#include "settings/settings_fields.h"
+#include "version.h"
+
+namespace velmora::cli {
+
+namespace {
+
+std::string settingsHelp() {
+    std::string help = "fields:\n";
+    for (const SettingsField& field : settingsFields()) {
+        help += fmt::format("  {:<20} {}\n", field.name, field.help);
+    }
+    return help;
+}
+
+}  // namespace
+
+CommandLine::CommandLine()
+    : app_("Regional evapotranspiration and irrigation water use as monthly grids", "velmora") {
+    app_.require_subcommand(0, 1);
+    app_.fallthrough();
+    app_.set_version_flag("--version", std::string("velmora ") + kVersion);
+    app_.add_option("--settings-folder", session_.settingsFolder,
+                    "Folder of the settings file (default: the user's own)");
+    app_.add_flag("--quiet", session_.terminal.quiet, "Print no progress lines");
+    app_.add_flag("--json", session_.json, "Print results as JSON, where there are any");
+    app_.add_flag("--yes", yes_, "Answer every question with yes");
+    app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
+    app_.add_option("--threads", threads_, "Threads to use (default: all that the machine has)")
+        ->check(CLI::NonNegativeNumber);
+    app_.add_flag("--man-page", manPage_, "Print the manual page")->group("");
+    addSettings();
+    addRun();
+    whenChosen(add(app_, "commands", "Show the toolbar and menus as a host sees them",
+                   "velmora commands --json"),
+               listCommands);
+    whenChosen(add(app_, "check",
+                   "List what is wrong or suspicious in the inputs that the settings name",
+                   "velmora check"),
+               checkSettings);
+    addGrid();
+    addDemo();
+}
+
+CLI::App* CommandLine::add(CLI::App& parent, const std::string& name,
+                           const std::string& description, const std::string& example) {
+    CLI::App* command = parent.add_subcommand(name, description);
+    command->footer("example: " + example);
+    return command;
+}
+
+void CommandLine::whenChosen(CLI::App* command, Action action) {
+    command->callback([this, action = std::move(action)] { action_ = action; });
+}
+
+void CommandLine::addSettings() {
+    CLI::App* settings =
+        add(app_, "settings", "Set, show, save and load the settings of a run",
+            "velmora settings apply DEM=dem.tif CellSize=500 RefETMethod=2");
+    settings->require_subcommand(1);
+    CLI::App* apply = add(*settings, "apply", "Set fields in the General Settings form and apply them",
+                          "velmora settings apply CellSize=500 BeginMonth=Apr EndMonth=Sep\n\n" +
+                              settingsHelp());
+    apply->add_option("assignments", assignments_, "Field=Value ...");
+    whenChosen(apply, [this](const Session& s) { return applySettings(s, assignments_); });
+    whenChosen(add(*settings, "show", "Show the settings that the next run uses",
+                   "velmora settings show --json"),
+               showSettings);
+    CLI::App* saveAs = add(*settings, "save-as", "Save the settings under another name",
+                           "velmora settings save-as summer.inf");
+    saveAs->add_option("file", first_, "The file to write (.inf)")->required();
+    whenChosen(saveAs, [this](const Session& s) { return saveSettingsAs(s, first_); });
+    CLI::App* load = add(*settings, "load", "Load saved settings and apply them",
+                         "velmora settings load summer.inf");
+    load->add_option("file", first_, "The file to read (.inf)")->required();
+    whenChosen(load, [this](const Session& s) { return loadSettings(s, first_); });
+}
+
+void CommandLine::addRun() {
+    CLI::App* run = add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
+    run->add_option("step", first_, "refet (reference ET); kc, cropet, ppt, nir, eff and irr are not "
+                                    "built yet")
+        ->required()
+        ->check(CLI::IsMember(stepNames()));
+    whenChosen(run, [this](const Session& s) { return runStep(s, first_); });
+}
+
+void CommandLine::addGrid() {
+    CLI::App* grid = add(app_, "grid", "Look at grids, copy and export them",
+                         "velmora grid stats RefET_Jul_2");
+    grid->require_subcommand(1);
+    const char* dataset = "A dataset by its path, or by its name in the output folder";
+    CLI::App* info = add(*grid, "info", "Show where a grid's cells lie",
+                         "velmora grid info RefET_Jul_2");
+    info->add_option("dataset", first_, dataset)->required();
+    whenChosen(info, [this](const Session& s) { return gridInfo(s, first_); });
+    CLI::App* stats = add(*grid, "stats", "Show minimum, maximum, mean and deviation of grids",
+                          "velmora grid stats RefET_Jun_2 RefET_Jul_2");
+    stats->add_option("datasets", names_, dataset)->required();
+    whenChosen(stats, [this](const Session& s) { return gridStatistics(s, names_); });
+    CLI::App* copy = add(*grid, "copy", "Copy a grid under another name",
+                         "velmora grid copy IREF faef_500");
+    copy->add_option("from", first_, dataset)->required();
+    copy->add_option("to", second_, "The copy's name, or its path")->required();
+    whenChosen(copy, [this](const Session& s) { return gridCopy(s, first_, second_); });
+    CLI::App* exported = add(*grid, "export", "Export a grid as a Cloud Optimized GeoTIFF",
+                             "velmora grid export RefET_Jul_2 july.tif");
+    exported->add_option("dataset", first_, dataset)->required();
+    exported->add_option("file", second_, "The file to write (.tif)")->required();
+    whenChosen(exported, [this](const Session& s) { return gridExport(s, first_, second_); });
+    CLI::App* picture = add(*grid, "picture", "Draw a grid as a PNG with a legend and a scale",
+                            "velmora grid picture RefET_Jul_2 july.png --title \"July, inches\"");
+    picture->add_option("dataset", first_, dataset)->required();
+    picture->add_option("file", second_, "The file to write (.png)")->required();
+    picture->add_option("--title", title_, "The title (default: the dataset's name)");
+    whenChosen(picture, [this](const Session& s) { return gridPicture(s, first_, second_, title_); });
+}
+
+void CommandLine::addDemo() {
+    CLI::App* command = add(app_, "demo", "Make the sample basin in a folder and run it",
+                            "velmora demo basin");
+    command->add_option("folder", first_, "The folder to make")->required();
+    whenChosen(command, [this](const Session& s) { return demo(s, first_); });
+}
+
+int CommandLine::run(int argc, const char* const* argv) {
+    try {
+        app_.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return app_.exit(e) == 0 ? kDone : kBadUsage;
+    }
+    try {
+        return runChosen();
+    } catch (const std::exception& e) {
+        fmt::print(stderr, "velmora: {}\n", e.what());
+        return kFailed;
+    }
+}
+
+int CommandLine::runChosen() {
+    if (manPage_) {
+        fmt::print("{}", manPage(app_));
+        return kDone;
+    }
+    if (!action_) {
+        fmt::print("{}", app_.help());
+        return kBadUsage;
+    }
+    if (yes_) session_.terminal.answer = true;
+    if (no_) session_.terminal.answer = false;
+    if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
+    platform::useThreads(threads_);
+    return action_(session_);
+}
+
+}  // namespace velmora::cli

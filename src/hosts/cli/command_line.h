@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// The declarations of the command `velmora`: its subcommands, options and examples. The help and the
+// manual page come from them.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/cli/commands.h"
+
+namespace velmora::cli {
+
+class CommandLine {
+  public:
+    CommandLine();
+    // Parses the arguments and runs what they ask for. Returns the exit status.
+    int run(int argc, const char* const* argv);
+    const CLI::App& app() const { return app_; }
+
+  private:
+    using Action = std::function<int(const Session&)>;
+
+    CLI::App* add(CLI::App& parent, const std::string& name, const std::string& description,
+                  const std::string& example);
+    void whenChosen(CLI::App* command, Action action);
+    void addSettings();
+    void addRun();
+    void addGrid();
+    void addDemo();
+    int runChosen();
+
+    CLI::App app_;
+    Session session_;
+    int threads_ = 0;
+    bool yes_ = false;
+    bool no_ = false;
+    bool manPage_ = false;
+    Action action_;
+    std::vector<std::string> assignments_;
+    std::vector<std::string> names_;
+    std::string first_;
+    std::string second_;
+    std::string title_;
+};
+
+}  // namespace velmora::cli

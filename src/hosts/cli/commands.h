@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// What each subcommand of `velmora` does. Every function returns the exit status: 0 done, 1 a
+// failure that has been reported, 2 bad usage.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "hosts/cli/terminal.h"
+
+namespace velmora::cli {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kBadUsage = 2;
+
+// What all subcommands share.
+struct Session {
+    std::string settingsFolder;
+    TerminalOptions terminal;
+    bool json = false;
+};
+
+// `velmora settings`: the buttons of the General Settings form.
+int applySettings(const Session& session, const std::vector<std::string>& assignments);
+int showSettings(const Session& session);
+int saveSettingsAs(const Session& session, const std::string& file);
+int loadSettings(const Session& session, const std::string& file);
+
+// `velmora run STEP`: clicks the step's command.
+int runStep(const Session& session, const std::string& step);
+std::vector<std::string> stepNames();
+
+// `velmora commands`: the toolbar and menus as the host sees them.
+int listCommands(const Session& session);
+
+// `velmora check`: what is wrong or suspicious in the inputs.
+int checkSettings(const Session& session);
+
+// `velmora grid`: datasets by path, or by name in the output folder.
+int gridInfo(const Session& session, const std::string& dataset);
+int gridStatistics(const Session& session, const std::vector<std::string>& datasets);
+int gridCopy(const Session& session, const std::string& from, const std::string& to);
+int gridExport(const Session& session, const std::string& dataset, const std::string& file);
+int gridPicture(const Session& session, const std::string& dataset, const std::string& file,
+                const std::string& title);
+
+// `velmora demo DIR`: the sample basin from nothing to reference ET.
+int demo(const Session& session, const std::string& folder);
+
+}  // namespace velmora::cli

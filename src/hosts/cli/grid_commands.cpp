@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/core.h>
+
+#include <array>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "hosts/cli/commands.h"
+#include "hosts/cli/grid_picture.h"
+#include "hosts/cli/grid_statistics.h"
+#include "platform/grid/gdal_raster.h"
+#include "platform/platform.h"
+#include "settings/settings_file.h"
+
+namespace velmora::cli {
+
+namespace {
+
+// The output folder of the settings, or "" when there are none.
+std::string outputFolder(const Session& session, const IFileSystem& files) {
+    const std::string path = defaultSettingsPath(session.settingsFolder);
+    return files.fileExists(path) ? readSettings(files, path).OutputWorkspace : std::string();
+}
+
+bool isName(const std::string& dataset) { return dataset.find('/') == std::string::npos; }
+
+// A dataset by its path, or by its name in the output folder.
+std::unique_ptr<IRasterDataset> opened(const Session& session, platform::Platform& platform,
+                                       const std::string& dataset) {
+    if (isName(dataset)) {
+        const std::string folder = outputFolder(session, platform.files());
+        if (!folder.empty() && platform.files().folderExists(folder)) {
+            const auto workspace = platform.rasters().openFromFolder(folder);
+            if (workspace->exists(dataset)) return workspace->openRasterDataset(dataset);
+        }
+    }
+    return platform.rasters().openRasterDataset(dataset);
+}
+
+nlohmann::ordered_json geometryJson(const IRasterDataset& dataset, platform::Platform& platform) {
+    const auto& g = dataset.createDefaultRaster()->geometry();
+    const Envelope e = g.extent();
+    return {{"path", dataset.path()},
+            {"columns", g.columns},
+            {"rows", g.rows},
+            {"cellSize", g.cellSize},
+            {"xMin", e.xMin},
+            {"yMin", e.yMin},
+            {"xMax", e.xMax},
+            {"yMax", e.yMax},
+            {"crs", g.crs.empty() ? "unknown" : platform.spatialReferences().name(g.crs)},
+            {"noData", static_cast<double>(dataset.noDataValue())}};
+}
+
+void printPairs(const nlohmann::ordered_json& object) {
+    for (const auto& [key, value] : object.items()) {
+        fmt::print("{:<10}{}\n", key, value.is_string() ? value.get<std::string>() : value.dump());
+    }
+}
+
+}  // namespace
+
+int gridInfo(const Session& session, const std::string& dataset) {
+    platform::Platform platform;
+    const auto object = geometryJson(*opened(session, platform, dataset), platform);
+    if (session.json) {
+        fmt::print("{}\n", object.dump(2));
+    } else {
+        printPairs(object);
+    }
+    return kDone;
+}
+
+int gridStatistics(const Session& session, const std::vector<std::string>& datasets) {
+    platform::Platform platform;
+    auto list = nlohmann::ordered_json::array();
+    if (!session.json) {
+        fmt::print("{:<20}{:>12}{:>14}{:>14}{:>14}{:>14}\n", "dataset", "cells", "minimum", "maximum",
+                   "mean", "deviation");
+    }
+    for (const std::string& name : datasets) {
+        const GridStatistics s = statisticsOf(*opened(session, platform, name)->createDefaultRaster());
+        if (session.json) {
+            nlohmann::ordered_json entry = {{"dataset", name}, {"cells", s.cells}};
+            if (s.cells > 0) {
+                entry.update({{"minimum", s.minimum},
+                              {"maximum", s.maximum},
+                              {"mean", s.mean},
+                              {"deviation", s.deviation}});
+            }
+            list.push_back(entry);
+        } else if (s.cells == 0) {
+            fmt::print("{:<20}{:>12}  no cell has data\n", fileName(name), 0);
+        } else {
+            fmt::print("{:<20}{:>12}{:>14.6g}{:>14.6g}{:>14.6g}{:>14.6g}\n", fileName(name), s.cells,
+                       s.minimum, s.maximum, s.mean, s.deviation);
+        }
+    }
+    if (session.json) fmt::print("{}\n", list.dump(2));
+    return kDone;
+}
+
+int gridCopy(const Session& session, const std::string& from, const std::string& to) {
+    platform::Platform platform;
+    const auto source = opened(session, platform, from);
+    const std::string folder =
+        isName(to) ? parentFolderName(std::filesystem::absolute(source->path()).string())
+                   : parentFolderName(std::filesystem::absolute(to).string());
+    platform.rasters().openFromFolder(folder)->save(
+        std::array{RasterToSave{fileName(to), source->createDefaultRaster(), "GRID"}});
+    fmt::print("{} is copied to {}\n", source->path(), joinedPath(folder, fileName(to)));
+    return kDone;
+}
+
+int gridExport(const Session& session, const std::string& dataset, const std::string& file) {
+    platform::Platform platform;
+    platform::exportGeoTiff(*opened(session, platform, dataset)->createDefaultRaster(), file);
+    fmt::print("{} is written\n", file);
+    return kDone;
+}
+
+int gridPicture(const Session& session, const std::string& dataset, const std::string& file,
+                const std::string& title) {
+    platform::Platform platform;
+    const auto source = opened(session, platform, dataset);
+    drawGridPicture(*source->createDefaultRaster(), title.empty() ? fileName(dataset) : title, file);
+    fmt::print("{} is written\n", file);
+    return kDone;
+}
+
+}  // namespace velmora::cli

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/grid_picture.h"
+
+#include <cairo.h>
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+
+#include "gis/errors.h"
+#include "gis/map_document.h"
+#include "hosts/cli/grid_statistics.h"
+
+namespace velmora::cli {
+
+namespace {
+
+constexpr int kLongestSide = 900;  // pixels of the map's longer side
+constexpr int kMargin = 24;
+constexpr int kLegendWidth = 190;
+constexpr int kTitleHeight = 44;
+constexpr int kScaleHeight = 56;
+
+struct SurfaceCloser {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+struct ContextCloser {
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+using Surface = std::unique_ptr<cairo_surface_t, SurfaceCloser>;
+using Context = std::unique_ptr<cairo_t, ContextCloser>;
+
+// The ramp that every result layer gets.
+const AlgorithmicColorRamp kRamp = {{0, 255, 0}, {50, 50, 100}, 1, 256};
+
+class Picture {
+  public:
+    Picture(const IRaster& raster, const GridStatistics& statistics)
+        : raster_(raster), statistics_(statistics), colors_(kRamp.colors()) {
+        const auto& g = raster.geometry();
+        scale_ = static_cast<double>(kLongestSide) / std::max(g.columns, g.rows);
+        mapWidth_ = std::max(240, static_cast<int>(std::lround(g.columns * scale_)));
+        mapHeight_ = std::max(240, static_cast<int>(std::lround(g.rows * scale_)));
+        scale_ = std::min(mapWidth_ / static_cast<double>(g.columns),
+                          mapHeight_ / static_cast<double>(g.rows));
+        surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
+                                                  mapWidth_ + kLegendWidth + 2 * kMargin,
+                                                  mapHeight_ + kTitleHeight + kScaleHeight));
+        context_.reset(cairo_create(surface_.get()));
+        cairo_set_source_rgb(context_.get(), 1, 1, 1);
+        cairo_paint(context_.get());
+    }
+
+    void draw(const std::string& title) {
+        text(title, kMargin, 30, 19, true);
+        drawCells();
+        drawLegend();
+        drawScaleBar();
+    }
+
+    void write(const std::string& file) {
+        const std::string beside = file + ".unfinished";
+        const cairo_status_t status = cairo_surface_write_to_png(surface_.get(), beside.c_str());
+        std::error_code error;
+        if (status == CAIRO_STATUS_SUCCESS) std::filesystem::rename(beside, file, error);
+        if (status != CAIRO_STATUS_SUCCESS || error) {
+            std::filesystem::remove(beside, error);
+            throw PlatformError("Cannot write the picture " + file + ": " +
+                                cairo_status_to_string(status));
+        }
+    }
+
+  private:
+    void text(const std::string& words, double x, double y, double size, bool bold = false) {
+        cairo_t* c = context_.get();
+        cairo_select_font_face(c, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
+                               bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+        cairo_set_font_size(c, size);
+        cairo_set_source_rgb(c, 0.13, 0.13, 0.13);
+        cairo_move_to(c, x, y);
+        cairo_show_text(c, words.c_str());
+    }
+
+    std::uint32_t colorOf(float value) const {
+        const double spread = statistics_.maximum - statistics_.minimum;
+        const double share = spread > 0 ? (value - statistics_.minimum) / spread : 0.5;
+        const auto index = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * 255);
+        const Rgb& color = colors_[index];
+        return static_cast<std::uint32_t>(color.red) << 16U |
+               static_cast<std::uint32_t>(color.green) << 8U | static_cast<std::uint32_t>(color.blue);
+    }
+
+    // Each pixel shows the cell that holds it; cells without data stay light grey.
+    void drawCells() {
+        const auto& g = raster_.geometry();
+        const int width = static_cast<int>(std::lround(g.columns * scale_));
+        const int height = static_cast<int>(std::lround(g.rows * scale_));
+        std::vector<float> row(static_cast<std::size_t>(g.columns));
+        const Surface map(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+        cairo_surface_flush(map.get());
+        unsigned char* data = cairo_image_surface_get_data(map.get());
+        const int stride = cairo_image_surface_get_stride(map.get());
+        int readRow = -1;
+        for (int y = 0; y < height; ++y) {
+            const int gridRow = std::min(g.rows - 1, static_cast<int>((y + 0.5) / scale_));
+            if (gridRow != readRow) raster_.read({0, gridRow, g.columns, 1}, row);
+            readRow = gridRow;
+            auto* pixels = reinterpret_cast<std::uint32_t*>(
+                data + static_cast<std::ptrdiff_t>(y) * static_cast<std::ptrdiff_t>(stride));
+            for (int x = 0; x < width; ++x) {
+                const int column = std::min(g.columns - 1, static_cast<int>((x + 0.5) / scale_));
+                const float value = row[static_cast<std::size_t>(column)];
+                pixels[x] = value == kNoData ? 0xE6E6E6U : colorOf(value);
+            }
+        }
+        cairo_surface_mark_dirty(map.get());
+        cairo_t* c = context_.get();
+        cairo_set_source_surface(c, map.get(), kMargin, kTitleHeight);
+        cairo_paint(c);
+        cairo_set_source_rgb(c, 0.4, 0.4, 0.4);
+        cairo_set_line_width(c, 1);
+        cairo_rectangle(c, kMargin - 0.5, kTitleHeight - 0.5, width + 1, height + 1);
+        cairo_stroke(c);
+    }
+
+    void drawLegend() {
+        cairo_t* c = context_.get();
+        const double x = kMargin + mapWidth_ + 22;
+        const double top = kTitleHeight + 26;
+        const double height = std::min(260, mapHeight_ - 120);
+        for (int i = 0; i < 256; ++i) {  // the largest value on top
+            const Rgb& color = colors_[static_cast<std::size_t>(255 - i)];
+            cairo_set_source_rgb(c, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
+            cairo_rectangle(c, x, top + height * i / 256, 24, height / 256 + 1);
+            cairo_fill(c);
+        }
+        const double middle = (statistics_.minimum + statistics_.maximum) / 2;
+        text(fmt::format("{:.4g}", statistics_.maximum), x + 32, top + 6, 13);
+        text(fmt::format("{:.4g}", middle), x + 32, top + height / 2 + 5, 13);
+        text(fmt::format("{:.4g}", statistics_.minimum), x + 32, top + height + 4, 13);
+        text(fmt::format("mean {:.4g}", statistics_.mean), x, top + height + 34, 13);
+        cairo_set_source_rgb(c, 0.9, 0.9, 0.9);
+        cairo_rectangle(c, x, top + height + 48, 24, 14);
+        cairo_fill(c);
+        text("no data", x + 32, top + height + 60, 13);
+    }
+
+    // A round length of about a quarter of the map.
+    void drawScaleBar() {
+        const auto& g = raster_.geometry();
+        const double quarter = g.columns * g.cellSize / 4;
+        const double magnitude = std::pow(10.0, std::floor(std::log10(quarter)));
+        double length = magnitude;
+        for (const double step : {2.0, 5.0}) {
+            if (step * magnitude <= quarter) length = step * magnitude;
+        }
+        const double pixels = length / g.cellSize * scale_;
+        const double y = kTitleHeight + mapHeight_ + 22;
+        cairo_t* c = context_.get();
+        cairo_set_source_rgb(c, 0.13, 0.13, 0.13);
+        cairo_set_line_width(c, 2);
+        cairo_move_to(c, kMargin, y - 6);
+        cairo_line_to(c, kMargin, y);
+        cairo_line_to(c, kMargin + pixels, y);
+        cairo_line_to(c, kMargin + pixels, y - 6);
+        cairo_stroke(c);
+        text(length >= 1000 ? fmt::format("{:g} km", length / 1000) : fmt::format("{:g} m", length),
+             kMargin + pixels + 10, y, 13);
+    }
+
+    const IRaster& raster_;
+    GridStatistics statistics_;
+    std::vector<Rgb> colors_;
+    double scale_ = 1;
+    int mapWidth_ = 0;
+    int mapHeight_ = 0;
+    Surface surface_;
+    Context context_;
+};
+
+}  // namespace
+
+void drawGridPicture(const IRaster& raster, const std::string& title, const std::string& file) {
+    const GridStatistics statistics = statisticsOf(raster);
+    if (statistics.cells == 0) throw PlatformError("No cell has data, so there is nothing to draw");
+    Picture picture(raster, statistics);
+    picture.draw(title);
+    picture.write(file);
+}
+
+}  // namespace velmora::cli

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/headless_application.h"
+
+#include <fmt/core.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "shell/class_registry.h"
+
+namespace velmora::cli {
+
+namespace {
+
+class HeadlessLayer : public IRasterLayer {
+  public:
+    explicit HeadlessLayer(std::string path) : path_(std::move(path)) {}
+    std::string name() const override { return fileName(path_); }
+    std::string path() const override { return path_; }
+    void setStretchedRenderer(const AlgorithmicColorRamp& ramp) override { ramp.colors(); }
+
+  private:
+    std::string path_;
+};
+
+}  // namespace
+
+std::string ScriptedBrowsers::next() {
+    if (answers_.empty()) return {};
+    std::string answer = answers_.front();
+    answers_.pop_front();
+    return answer;
+}
+
+void HeadlessDialogs::showModal(Form& form) {
+    if (driver) driver(form);
+    if (form.isOpen()) form.close();
+}
+
+// The labels that a step writes become lines as they change.
+void HeadlessDialogs::show(Form& form) {
+    if (options_.quiet) return;
+    for (const char* name : {"lblMessage", "lblStatus"}) {
+        auto& label = form.control<Label>(name);
+        label.hostRefresh = [&label] {
+            if (label.text().empty()) return;
+            fmt::print("{}\n", oneLine(label.text()));
+            std::fflush(stdout);
+        };
+    }
+}
+
+std::unique_ptr<IRasterLayer> HeadlessDocument::createRasterLayer(const std::string& path) {
+    return std::make_unique<HeadlessLayer>(path);
+}
+
+void HeadlessDocument::addLayer(std::unique_ptr<IRasterLayer> layer) {
+    layers_.push_back(std::move(layer));
+}
+
+void HeadlessDocument::addTable(std::shared_ptr<ITable> table) {
+    tables_.push_back(std::move(table));
+}
+
+HeadlessApplication::HeadlessApplication(std::string settingsFolder, const TerminalOptions& options)
+    : settingsFolder_(std::move(settingsFolder)), prompts_(options), dialogs_(options) {}
+
+std::string defaultSettingsFolder() { return parentFolderName(classRegistryPath()); }
+
+}  // namespace velmora::cli

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "gis/errors.h"
+#include "gis/form.h"
+#include "gis/text.h"
+#include "hosts/cli/commands.h"
+#include "hosts/cli/headless_application.h"
+#include "hosts/components/component_loader.h"
+#include "settings/run_settings.h"
+#include "settings/settings_fields.h"
+#include "settings/settings_file.h"
+#include "shell/interfaces.h"
+
+namespace velmora::cli {
+
+namespace {
+
+// Opens the General Settings form and lets `driver` use it.
+void withSettingsForm(HeadlessApplication& application, const std::function<void(Form&)>& driver) {
+    const ComponentLoader loader(extensionLibrary());
+    const auto command = loader.create<ICommand>("Tarnwick.clsSettings");
+    command->OnCreate(&application);
+    application.dialogs().driver = driver;
+    command->OnClick();
+}
+
+// Presses Apply. True when the settings file was written: the form then offers "Save As".
+bool pressApply(Form& form) {
+    form.control<CommandButton>("cmdApply").click();
+    return form.control<CommandButton>("cmdSaveAs").enabled();
+}
+
+bool isTrue(const std::string& text) {
+    for (const char* word : {"true", "yes", "1", "-1", "on"}) {
+        if (sameIgnoringCase(text, word)) return true;
+    }
+    return false;
+}
+
+bool isFalse(const std::string& text) {
+    for (const char* word : {"false", "no", "0", "off"}) {
+        if (sameIgnoringCase(text, word)) return true;
+    }
+    return false;
+}
+
+// A list shows the entry of that text; the method list shows the entry that begins with the digit.
+void chooseEntry(ListBox& list, const std::string& name, const std::string& value) {
+    const auto& items = list.items();
+    const bool byDigit = name == "RefETMethod";
+    const auto found = std::find_if(items.begin(), items.end(), [&](const std::string& item) {
+        return byDigit ? item.starts_with(value + ":") : item == value;
+    });
+    if (found != items.end()) {
+        list.select(static_cast<int>(found - items.begin()));
+    } else if (items.empty()) {
+        list.setText(value);
+    } else {
+        throw PlatformError(name + "=" + value + ": choose one of " + joinedNames(items));
+    }
+}
+
+void chooseOption(Form& form, const std::string& name, const std::string& value) {
+    static const std::map<std::string, std::string> options = {{"Monthly", "optMonthly"},
+                                                               {"Daily", "optDaily"},
+                                                               {"EDK", "optEDK"},
+                                                               {"PRISM_REF", "optPRISM"}};
+    const auto found = options.find(value);
+    const bool fits = found != options.end() &&
+                      (name == "TimeStep") == (value == "Monthly" || value == "Daily");
+    if (!fits) {
+        throw PlatformError(name + "=" + value + ": choose " +
+                            (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"));
+    }
+    form.control<OptionButton>(found->second).choose();
+}
+
+// Paths are stored as they stand, so a relative one is made whole first.
+bool isPath(std::string_view name) {
+    static const std::vector<std::string_view> paths = {
+        "DEM",   "WeatherStations", "WeatherData",     "KcTable",        "LandCover",
+        "Zones", "PrismGridFolder", "OutputWorkspace", "ExtentProvider"};
+    return std::find(paths.begin(), paths.end(), name) != paths.end();
+}
+
+std::string wholePath(const std::string& path) {
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
+
+// A provider chosen while there is no cell size goes through the form's chooser, which proposes one.
+void chooseExtent(HeadlessApplication& application, Form& form, const std::string& path,
+                  bool cellSizeFollows) {
+    if (cellSizeFollows || !form.control<TextBox>("txtCellSize").text().empty()) {
+        form.control<TextBox>("txtExtent").enter(path);
+        return;
+    }
+    application.browsers().answer(path);
+    form.control<CommandButton>("cmdExtent").click();
+    fmt::print("CellSize={} is proposed for this extent\n",
+               form.control<TextBox>("txtCellSize").text());
+}
+
+using Assignments = std::map<std::string, std::string>;
+
+void setControl(HeadlessApplication& application, Form& form, const SettingsField& field,
+                const Assignments& all) {
+    const std::string name(field.name);
+    std::string value = all.at(name);
+    if (isPath(name)) value = wholePath(value);
+    Control* control = form.find(std::string(field.control));
+    if (name == "ExtentProvider") {
+        chooseExtent(application, form, value, all.contains("CellSize"));
+    } else if (name == "TimeStep" || name == "PrecipitationMethod") {
+        chooseOption(form, name, value);
+    } else if (auto* list = dynamic_cast<ListBox*>(control)) {
+        if (name == "ZoneField" && !form.control<TextBox>("txtZones").text().empty()) list->focus();
+        chooseEntry(*list, name, value);
+    } else if (auto* box = dynamic_cast<TextBox*>(control)) {
+        box->enter(value);
+    } else if (auto* check = dynamic_cast<CheckBox*>(control)) {
+        if (!isTrue(value) && !isFalse(value)) {
+            throw PlatformError(name + "=" + value + ": choose true or false");
+        }
+        check->setValue(isTrue(value));
+    }
+}
+
+// "Field=Value ..." as a map, or a PlatformError that names the first one that is none.
+Assignments parsed(const std::vector<std::string>& assignments) {
+    Assignments all;
+    for (const std::string& assignment : assignments) {
+        const auto equals = assignment.find('=');
+        const std::string name = assignment.substr(0, equals);
+        if (equals == std::string::npos || !findSettingsField(name)) {
+            std::vector<std::string> names;
+            for (const SettingsField& field : settingsFields()) names.emplace_back(field.name);
+            throw PlatformError("\"" + assignment + "\" is no setting: give Field=Value with one of " +
+                                joinedNames(names));
+        }
+        all[name] = assignment.substr(equals + 1);
+    }
+    return all;
+}
+
+void printSettings(const RunSettings& settings, bool json) {
+    if (!json) {
+        for (const SettingsField& field : settingsFields()) {
+            fmt::print("{}={}\n", field.name, settingsText(settings, field));
+        }
+        return;
+    }
+    nlohmann::ordered_json object;
+    for (const SettingsField& field : settingsFields()) {
+        std::visit([&](auto member) { object[std::string(field.name)] = settings.*member; },
+                   field.member);
+    }
+    fmt::print("{}\n", object.dump(2));
+}
+
+}  // namespace
+
+int applySettings(const Session& session, const std::vector<std::string>& assignments) {
+    Assignments all;
+    try {
+        all = parsed(assignments);
+    } catch (const PlatformError& e) {
+        fmt::print(stderr, "velmora: {}\n", e.what());
+        return kBadUsage;
+    }
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    bool applied = false;
+    withSettingsForm(application, [&](Form& form) {
+        for (const SettingsField& field : settingsFields()) {
+            if (all.contains(std::string(field.name))) setControl(application, form, field, all);
+        }
+        applied = pressApply(form);
+    });
+    if (!applied) return kFailed;
+    fmt::print("Settings are applied: {}\n", defaultSettingsPath(session.settingsFolder));
+    return kDone;
+}
+
+int showSettings(const Session& session) {
+    const platform::FileSystem files;
+    const std::string path = defaultSettingsPath(session.settingsFolder);
+    if (!files.fileExists(path)) {
+        fmt::print("message: Run Settings First,Please!\n");
+        fmt::print(stderr, "velmora: there is no {} yet: velmora settings apply makes it\n", path);
+        return kFailed;
+    }
+    printSettings(readSettings(files, path), session.json);
+    return kDone;
+}
+
+int saveSettingsAs(const Session& session, const std::string& file) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const std::string path = wholePath(file);
+    bool saved = false;
+    withSettingsForm(application, [&](Form& form) {
+        if (!pressApply(form)) return;  // "Save As" writes what Apply made
+        const int before = application.prompts().shown();
+        application.browsers().answer(path);
+        form.control<CommandButton>("cmdSaveAs").click();
+        saved = application.prompts().shown() == before;
+    });
+    if (!saved) return kFailed;
+    fmt::print("Settings are saved: {}\n", path);
+    return kDone;
+}
+
+int loadSettings(const Session& session, const std::string& file) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const std::string path = wholePath(file);
+    if (!application.platform().files().fileExists(path)) {
+        fmt::print(stderr, "velmora: there is no settings file {}\n", path);
+        return kFailed;
+    }
+    bool applied = false;
+    withSettingsForm(application, [&](Form& form) {
+        const int before = application.prompts().shown();
+        application.browsers().answer(path);
+        form.control<CommandButton>("cmdLoad").click();
+        const bool whole = application.prompts().shown() == before ||
+                           !form.control<TextBox>("txtDEM").text().empty();
+        applied = whole && pressApply(form);
+    });
+    if (!applied) return kFailed;
+    fmt::print("Settings are loaded and applied: {}\n", defaultSettingsPath(session.settingsFolder));
+    return kDone;
+}
+
+}  // namespace velmora::cli

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/core.h>
+
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "gis/errors.h"
+#include "hosts/cli/commands.h"
+#include "hosts/cli/headless_application.h"
+#include "hosts/components/component_loader.h"
+#include "settings/input_check.h"
+#include "settings/settings_file.h"
+#include "shell/interfaces.h"
+
+namespace velmora::cli {
+
+namespace {
+
+// The steps in their order, with the classes of their commands.
+const std::vector<std::pair<std::string, std::string>> kSteps = {
+    {"refet", "Tarnwick.clsET_ReferenceET"}, {"kc", "Tarnwick.clsET_CropCoefficient"},
+    {"cropet", "Tarnwick.clsET_CropET"},     {"ppt", "Tarnwick.clsPPT"},
+    {"nir", "Tarnwick.clsIR_NIR"},           {"eff", "Tarnwick.clsIR_EFF"},
+    {"irr", "Tarnwick.clsIR_IRR"}};
+
+class MenuItem : public IItemDef {
+  public:
+    void putID(const std::string& progId) override { id = progId; }
+    void putGroup(bool beginsGroup) override { group = beginsGroup; }
+    std::string id;
+    bool group = false;
+};
+
+// Anything with items: the toolbar and the menus.
+template <class Definition>
+nlohmann::ordered_json itemsOf(const ComponentLoader& loader, Definition& definition);
+
+nlohmann::ordered_json entryOf(const ComponentLoader& loader, const MenuItem& item) {
+    nlohmann::ordered_json entry;
+    entry["id"] = item.id;
+    entry["beginsGroup"] = item.group;
+    if (item.id.find("clsMenu") != std::string::npos) {
+        const auto menu = loader.create<IMenuDef>(item.id);
+        entry["caption"] = menu->Caption();
+        entry["items"] = itemsOf(loader, *menu.get());
+    } else {
+        const auto command = loader.create<ICommand>(item.id);
+        entry["caption"] = command->Caption();
+        entry["name"] = command->Name();
+        entry["message"] = command->Message();
+    }
+    return entry;
+}
+
+template <class Definition>
+nlohmann::ordered_json itemsOf(const ComponentLoader& loader, Definition& definition) {
+    auto items = nlohmann::ordered_json::array();
+    for (std::int32_t i = 0; i < definition.ItemCount(); ++i) {
+        MenuItem item;
+        definition.GetItemInfo(i, item);
+        items.push_back(entryOf(loader, item));
+    }
+    return items;
+}
+
+std::string stepOf(const std::string& progId) {
+    for (const auto& [step, id] : kSteps) {
+        if (id == progId) return "velmora run " + step;
+    }
+    return progId == "Tarnwick.clsSettings" ? "velmora settings" : std::string();
+}
+
+void printItems(const nlohmann::ordered_json& items, int depth) {
+    for (const auto& item : items) {
+        if (item.at("beginsGroup").get<bool>()) fmt::print("{:{}}--------\n", "", depth * 2);
+        const std::string step = stepOf(item.at("id"));
+        fmt::print("{:{}}{}{}\n", "", depth * 2, item.at("caption").get<std::string>(),
+                   step.empty() ? "" : "   [" + step + "]");
+        if (item.contains("items")) printItems(item.at("items"), depth + 1);
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> stepNames() {
+    std::vector<std::string> names;
+    for (const auto& [step, id] : kSteps) names.push_back(step);
+    return names;
+}
+
+int runStep(const Session& session, const std::string& step) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const ComponentLoader loader(extensionLibrary());
+    for (const auto& [name, progId] : kSteps) {
+        if (name != step) continue;
+        const auto command = loader.create<ICommand>(progId);
+        command->OnCreate(&application);
+        command->OnClick();
+    }
+    return application.outcome() == StepOutcome::done ? kDone : kFailed;
+}
+
+int listCommands(const Session& session) {
+    const ComponentLoader loader(extensionLibrary());
+    const auto toolbar = loader.create<IToolBarDef>("Tarnwick.clsToolBar_Zav");
+    nlohmann::ordered_json tree;
+    tree["name"] = toolbar->Name();
+    tree["caption"] = toolbar->Caption();
+    tree["items"] = itemsOf(loader, *toolbar.get());
+    if (session.json) {
+        fmt::print("{}\n", tree.dump(2));
+    } else {
+        fmt::print("{}\n", toolbar->Caption());
+        printItems(tree["items"], 1);
+    }
+    return kDone;
+}
+
+int checkSettings(const Session& session) {
+    platform::Platform platform;
+    const std::string path = defaultSettingsPath(session.settingsFolder);
+    if (!platform.files().fileExists(path)) {
+        fmt::print("error: {}: there are no settings yet: velmora settings apply makes them\n", path);
+        return kFailed;
+    }
+    const std::vector<Finding> findings = checkInputs(platform, readSettings(platform.files(), path));
+    std::map<Severity, int> counts;
+    auto list = nlohmann::ordered_json::array();
+    for (const Finding& finding : findings) {
+        ++counts[finding.severity];
+        if (session.json) {
+            list.push_back({{"severity", findingLine({finding.severity, {}, {}, {}, {}})},
+                            {"file", finding.file},
+                            {"field", finding.field},
+                            {"station", finding.station},
+                            {"text", finding.text}});
+        } else {
+            fmt::print("{}\n", oneLine(findingLine(finding)));
+        }
+    }
+    if (session.json) {
+        fmt::print("{}\n", list.dump(2));
+    } else {
+        fmt::print("{} errors, {} warnings, {} notes\n", counts[Severity::error],
+                   counts[Severity::warning], counts[Severity::note]);
+    }
+    return counts[Severity::error] == 0 ? kDone : kFailed;
+}
+
+}  // namespace velmora::cli

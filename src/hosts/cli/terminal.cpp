@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/terminal.h"
+
+#include <fmt/core.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <iostream>
+
+namespace velmora::cli {
+
+std::string oneLine(std::string text) {
+    for (char& c : text) {
+        if (c == '\r' || c == '\n') c = ' ';
+    }
+    return text;
+}
+
+void TerminalPrompts::message(const std::string& text, const std::string&) {
+    ++shown_;
+    fmt::print("message: {}\n", oneLine(text));
+    std::fflush(stdout);
+}
+
+bool TerminalPrompts::confirm(const std::string& question, const std::string&) {
+    bool yes = options_.answer.value_or(false);
+    if (!options_.answer && isatty(STDIN_FILENO) != 0) {
+        fmt::print("question: {} [y/N] ", oneLine(question));
+        std::fflush(stdout);
+        std::string line;
+        std::getline(std::cin, line);
+        yes = line.starts_with('y') || line.starts_with('Y');
+    } else {
+        fmt::print("question: {} {}\n", oneLine(question), yes ? "yes" : "no");
+    }
+    return yes;
+}
+
+}  // namespace velmora::cli

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/components/component_loader.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "shell/class_registry.h"
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Loaded once and kept: objects of a library may outlive the loader.
+void* loaded(const std::string& library) {
+    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle) throw PlatformError("Cannot load the extension library: " + std::string(dlerror()));
+    return handle;
+}
+
+template <class Function>
+Function entryPoint(const std::string& library, const char* name) {
+    void* address = dlsym(loaded(library), name);
+    if (!address) throw PlatformError(library + " has no entry point " + name);
+    return reinterpret_cast<Function>(address);
+}
+
+}  // namespace
+
+ComponentLoader::ComponentLoader(const std::string& library) {
+    const std::string path = fs::weakly_canonical(library).string();
+    const auto known = findRegisteredClass("Tarnwick.clsWaterUseEstimation");
+    if (known && known->module == path) return;
+    const auto registerServer = entryPoint<HResult (*)()>(path, "DllRegisterServer");
+    if (registerServer() != S_OK) {
+        throw PlatformError("Cannot write the class registry " + classRegistryPath());
+    }
+}
+
+void ComponentLoader::createObject(const std::string& progId, const Guid& interfaceId,
+                                   void** object) const {
+    const auto known = findRegisteredClass(progId);
+    if (!known) throw PlatformError("The class " + progId + " is not registered");
+    const auto getClass = entryPoint<HResult (*)(const Guid&, const Guid&, void**)>(
+        known->module, "DllGetClassObject");
+    ComPtr<IClassFactory> factory;
+    if (getClass(known->clsid, IClassFactory::iid, factory.receive()) != S_OK ||
+        factory->CreateInstance(nullptr, interfaceId, object) != S_OK) {
+        throw PlatformError(known->module + " makes no object of the class " + progId);
+    }
+}
+
+std::string extensionLibrary() {
+    if (const char* named = std::getenv("VELMORA_LIBRARY"); named && *named) return named;
+    std::error_code error;
+    const fs::path program = fs::canonical("/proc/self/exe", error);
+    const fs::path folder = program.parent_path().parent_path();
+    std::string triplet = "x86_64-linux-gnu";
+#if defined(__aarch64__)
+    triplet = "aarch64-linux-gnu";
+#endif
+    for (const fs::path& candidate :
+         {folder / "lib" / "libVelmora.so", folder / "lib" / "velmora" / "libVelmora.so",
+          folder / "lib" / triplet / "velmora" / "libVelmora.so"}) {
+        if (fs::exists(candidate)) return candidate.string();
+    }
+    throw PlatformError("libVelmora.so is not beside " + program.string() +
+                        " (in ../lib or ../lib/velmora): install it there");
+}
+
+}  // namespace velmora

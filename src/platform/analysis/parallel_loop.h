@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+#include "gis/parallel.h"
+
+namespace velmora::platform {
+
+// The threads that parallel loops of this process may use; 0 for all that the machine has.
+void useThreads(int threads);
+
+// Runs the body over disjoint ranges that cover 0..count, each of about `grain` or more.
+void parallelFor(std::size_t count, std::size_t grain,
+                 const std::function<void(std::size_t begin, std::size_t end)>& body);
+
+class ParallelLoop : public IParallelLoop {
+  public:
+    void run(std::size_t count, std::size_t grain,
+             const std::function<void(std::size_t begin, std::size_t end)>& body) override {
+        parallelFor(count, grain, body);
+    }
+};
+
+}  // namespace velmora::platform

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "platform/features/ogr_table.h"
+
+#include <cpl_error.h>
+
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "platform/grid/gdal_raster.h"
+
+namespace velmora::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+FieldType typeOf(OGRFieldType type) {
+    switch (type) {
+        case OFTInteger:
+        case OFTInteger64:
+            return FieldType::integer;
+        case OFTReal:
+            return FieldType::number;
+        case OFTString:
+            return FieldType::text;
+        default:
+            return FieldType::other;
+    }
+}
+
+FieldValue valueOf(const OGRFeature& feature, int field, FieldType type) {
+    if (!feature.IsFieldSetAndNotNull(field)) return {};
+    if (type == FieldType::number || type == FieldType::integer) {
+        return feature.GetFieldAsDouble(field);
+    }
+    return std::string(feature.GetFieldAsString(field));
+}
+
+std::string wktOf(const OGRSpatialReference* system) {
+    if (!system) return {};
+    char* text = nullptr;
+    const char* const options[] = {"FORMAT=WKT2_2019", nullptr};
+    system->exportToWkt(&text, options);
+    std::string wkt = text ? text : "";
+    CPLFree(text);
+    return wkt;
+}
+
+std::string upperCase(std::string text) {
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string existingFile(const std::string& path, const std::string& extension,
+                         const std::string& kind) {
+    for (const std::string& candidate :
+         {path, path + "." + extension, path + "." + upperCase(extension)}) {
+        if (fs::is_regular_file(candidate)) return candidate;
+    }
+    throw PlatformError("There is no " + kind + " " + path);
+}
+
+OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences)
+    : path_(path), spatialReferences_(spatialReferences) {
+    CPLErrorReset();
+    dataset_.reset(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
+    layer_ = dataset_ && dataset_->GetLayerCount() > 0 ? dataset_->GetLayer(0) : nullptr;
+    if (!layer_) {
+        throw PlatformError("Cannot open " + path + ": " +
+                            gdalMessage("it holds no features or records"));
+    }
+    const OGRFeatureDefn* definition = layer_->GetLayerDefn();
+    for (int i = 0; i < definition->GetFieldCount(); ++i) {
+        const OGRFieldDefn* field = definition->GetFieldDefn(i);
+        fields_.push_back({field->GetNameRef(), typeOf(field->GetType()), field->GetWidth(),
+                           field->GetPrecision()});
+    }
+    records_ = static_cast<std::size_t>(std::max<GIntBig>(0, layer_->GetFeatureCount()));
+    crs_ = wktOf(layer_->GetSpatialRef());
+}
+
+std::string OgrTable::name() const { return baseName(path_); }
+
+FieldValue OgrTable::value(std::size_t record, const std::string& field) const {
+    const int index = fieldIndex(field);
+    if (index < 0) throw PlatformError("The table " + path_ + " has no field " + field);
+    const auto& values = column(index);
+    if (record >= values.size()) {
+        throw PlatformError("The table " + path_ + " has no record " + std::to_string(record + 1));
+    }
+    return values[record];
+}
+
+const std::vector<FieldValue>& OgrTable::column(int field) const {
+    const auto found = columns_.find(field);
+    if (found != columns_.end()) return found->second;
+    std::vector<FieldValue> values;
+    values.reserve(records_);
+    const FieldType type = fields_[static_cast<std::size_t>(field)].type;
+    layer_->ResetReading();
+    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+        values.push_back(valueOf(*feature, field, type));
+    }
+    return columns_.emplace(field, std::move(values)).first->second;
+}
+
+Envelope OgrTable::extent() const {
+    OGREnvelope e;
+    if (records_ == 0 || layer_->GetExtent(&e) != OGRERR_NONE) {
+        throw PlatformError(path_ + " holds no feature, so it has no extent");
+    }
+    return {e.MinX, e.MinY, e.MaxX, e.MaxY};
+}
+
+std::vector<Point> OgrTable::points(const std::string& crs) const {
+    std::vector<Point> points;
+    points.reserve(records_);
+    layer_->ResetReading();
+    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+        const OGRGeometry* geometry = feature->GetGeometryRef();
+        if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbPoint ||
+            geometry->IsEmpty()) {
+            throw PlatformError("Feature " + std::to_string(points.size() + 1) + " of " + path_ +
+                                " is no point: choose a point shapefile");
+        }
+        const OGRPoint* point = geometry->toPoint();
+        points.push_back({point->getX(), point->getY()});
+    }
+    if (crs_.empty() || crs.empty()) return points;
+    return spatialReferences_.project(points, crs_, crs);
+}
+
+bool OgrTable::holdsPolygons() const {
+    const auto type = wkbFlatten(layer_->GetGeomType());
+    return type == wkbPolygon || type == wkbMultiPolygon;
+}
+
+}  // namespace velmora::platform

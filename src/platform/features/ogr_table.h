@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <ogrsf_frmts.h>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "gis/features.h"
+#include "gis/projection.h"
+
+namespace velmora::platform {
+
+struct VectorDatasetCloser {
+    void operator()(GDALDataset* dataset) const { GDALClose(dataset); }
+};
+using VectorDatasetPtr = std::unique_ptr<GDALDataset, VectorDatasetCloser>;
+
+// The existing file of that path with one of the endings ("shp" for the path itself, "x.SHP" or
+// "x.shp"), or a PlatformError that names it.
+std::string existingFile(const std::string& path, const std::string& extension,
+                         const std::string& kind);
+
+// A layer of features or records, each column read when it is first asked for.
+class OgrTable : public IFeatureClass {
+  public:
+    OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences);
+
+    std::string name() const override;
+    std::string path() const override { return path_; }
+    const std::vector<Field>& fields() const override { return fields_; }
+    std::size_t recordCount() const override { return records_; }
+    FieldValue value(std::size_t record, const std::string& field) const override;
+
+    Envelope extent() const override;
+    std::string crs() const override { return crs_; }
+    std::vector<Point> points(const std::string& crs) const override;
+    bool holdsPolygons() const override;
+
+  private:
+    const std::vector<FieldValue>& column(int field) const;
+
+    std::string path_;
+    ISpatialReferenceFactory& spatialReferences_;
+    VectorDatasetPtr dataset_;
+    OGRLayer* layer_ = nullptr;
+    std::vector<Field> fields_;
+    std::size_t records_ = 0;
+    std::string crs_;
+    mutable std::map<int, std::vector<FieldValue>> columns_;
+};
+
+}  // namespace velmora::platform

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Coordinate systems through GDAL's OSR and PROJ.
+#pragma once
+
+#include <ogr_spatialref.h>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "gis/projection.h"
+
+namespace velmora::platform {
+
+// Whether two WKT texts mean the same coordinate system. Answers are remembered.
+bool sameCoordinateSystem(const std::string& a, const std::string& b);
+
+// WKT in the form that ESRI programs write, and the WKT that such a text means. Remembered as well.
+std::string esriWkt(const std::string& crs);
+std::string wktFromEsri(const std::string& text);
+
+// The system of a WKT text with x before y. Throws PlatformError when the text is none.
+OGRSpatialReference spatialReference(const std::string& crs);
+
+class SpatialReferenceFactory : public ISpatialReferenceFactory {
+  public:
+    std::string createGeographic(int code) override;
+    std::string createProjected(int code) override;
+    bool isGeographic(const std::string& crs) override;
+    double metresPerUnit(const std::string& crs) override;
+    std::string name(const std::string& crs) override;
+    std::vector<Point> project(const std::vector<Point>& points, const std::string& from,
+                               const std::string& to) override;
+
+  private:
+    // Transformations are not to be used by two threads at once.
+    std::mutex mutex_;
+    std::map<std::pair<std::string, std::string>, std::unique_ptr<OGRCoordinateTransformation>>
+        transformations_;
+};
+
+}  // namespace velmora::platform

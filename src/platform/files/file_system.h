@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "gis/clock.h"
+#include "gis/files.h"
+
+namespace velmora::platform {
+
+class FileSystem : public IFileSystem {
+  public:
+    bool fileExists(const std::string& path) const override;
+    bool folderExists(const std::string& path) const override;
+    std::string specialFolder(SpecialFolder folder) const override;
+    void deleteFile(const std::string& path) override;
+    void createFolder(const std::string& path) override;
+    void replaceFile(const std::string& from, const std::string& to) override;
+    std::string readBeginning(const std::string& path, std::size_t most) const override;
+    void writeOver(const std::string& path, const std::string& bytes) override;
+    std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) override;
+    std::uint64_t freeMemory() const override;
+};
+
+class SystemClock : public IClock {
+  public:
+    double seconds() const override;
+    int currentYear() const override;
+};
+
+}  // namespace velmora::platform

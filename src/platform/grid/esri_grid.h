@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// The ESRI binary grid, single precision: a folder with a few small files and one tile file. All
+// numbers are big-endian. Layout of the tile file: a header of 100 bytes, then tile after tile (left
+// to right, top to bottom), each an int16 length in 16-bit words followed by its cells row by row.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "gis/rasters.h"
+
+namespace velmora::platform {
+
+constexpr int kTileColumns = 256;
+constexpr int kTileRows = 16;
+
+// The tiles of a grid written with the tile size above.
+struct GridTiles {
+    int across = 0;
+    int down = 0;
+    explicit GridTiles(const GridGeometry& geometry)
+        : across((geometry.columns + kTileColumns - 1) / kTileColumns),
+          down((geometry.rows + kTileRows - 1) / kTileRows) {}
+    std::size_t count() const {
+        return static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
+    }
+    // The cells of tile `index`, cut at the grid's edges.
+    CellBlock block(std::size_t index, const GridGeometry& geometry) const;
+};
+
+// Writes a grid folder tile by tile, in any order and from several threads.
+class EsriGridWriter {
+  public:
+    // Creates the folder. Throws PlatformError when that fails or the grid is too large.
+    EsriGridWriter(std::string folder, GridGeometry geometry);
+    ~EsriGridWriter();
+    EsriGridWriter(const EsriGridWriter&) = delete;
+    EsriGridWriter& operator=(const EsriGridWriter&) = delete;
+
+    const GridGeometry& geometry() const { return geometry_; }
+    // `values` are the cells of the tile's block.
+    void writeTile(std::size_t tile, std::span<const float> values);
+    // Writes the files beside the tile file. The folder is a whole grid after that.
+    void finish();
+
+  private:
+    struct TileStatistics {  // partial sums, added up in tile order so that they never depend on threads
+        std::uint64_t cells = 0;
+        double sum = 0;
+        double sumOfSquares = 0;
+        float low = 0;
+        float high = 0;
+    };
+    void writeIndex() const;
+    void writeStatistics() const;
+
+    std::string folder_;
+    GridGeometry geometry_;
+    GridTiles tiles_;
+    std::vector<TileStatistics> statistics_;
+    int file_ = -1;
+};
+
+// Reads a grid folder of uncompressed single precision tiles straight from its files, or returns
+// nothing when the folder is of another kind (GDAL then reads it). Throws PlatformError when the
+// folder is of this kind but damaged.
+RasterPtr openEsriGrid(const std::string& folder);
+
+}  // namespace velmora::platform

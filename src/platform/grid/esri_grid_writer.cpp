@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <utility>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "platform/features/spatial_reference.h"
+#include "platform/files/posix_file.h"
+#include "platform/grid/big_endian.h"
+#include "platform/grid/esri_grid.h"
+
+namespace velmora::platform {
+
+namespace {
+
+constexpr std::size_t kTileCells = static_cast<std::size_t>(kTileColumns) * kTileRows;
+constexpr std::size_t kTileBytes = 2 + kTileCells * 4;  // its length word and its cells
+constexpr std::size_t kHeaderBytes = 100;
+constexpr std::size_t kTileWords = kTileCells * 2;
+constexpr double kMostWords = 2147483647.0;  // offsets are int32 counts of 16-bit words
+
+std::string fileHeader(std::size_t fileBytes) {
+    std::string header("\x00\x00\x27\x0A\xFF\xFF\x00\x00", 8);
+    header.resize(24, '\0');
+    appendInt32(header, static_cast<std::uint32_t>(fileBytes / 2));
+    header.resize(kHeaderBytes, '\0');
+    return header;
+}
+
+std::size_t tileFileBytes(const GridTiles& tiles) {
+    return kHeaderBytes + tiles.count() * kTileBytes;
+}
+
+void writeAt(int file, const std::string& path, const char* data, std::size_t size,
+             std::size_t offset) {
+    while (size > 0) {
+        const ssize_t written = ::pwrite(file, data, size, static_cast<off_t>(offset));
+        if (written < 0) throwFileError("Cannot write the grid", path);
+        data += written;
+        offset += static_cast<std::size_t>(written);
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+}  // namespace
+
+CellBlock GridTiles::block(std::size_t index, const GridGeometry& geometry) const {
+    const int column = static_cast<int>(index % static_cast<std::size_t>(across)) * kTileColumns;
+    const int row = static_cast<int>(index / static_cast<std::size_t>(across)) * kTileRows;
+    return {column, row, std::min(kTileColumns, geometry.columns - column),
+            std::min(kTileRows, geometry.rows - row)};
+}
+
+EsriGridWriter::EsriGridWriter(std::string folder, GridGeometry geometry)
+    : folder_(std::move(folder)), geometry_(std::move(geometry)), tiles_(geometry_) {
+    if (static_cast<double>(tileFileBytes(tiles_)) / 2 > kMostWords) {
+        throw PlatformError("A grid of " + std::to_string(geometry_.columns) + " x " +
+                            std::to_string(geometry_.rows) +
+                            " cells is larger than a grid dataset can be (4 GiB): use larger "
+                            "cells or a smaller extent");
+    }
+    statistics_.resize(tiles_.count());
+    removeTree(folder_);
+    if (::mkdir(folder_.c_str(), 0777) != 0) throwFileError("Cannot create the grid", folder_);
+    const std::string path = joinedPath(folder_, "w001001.adf");
+    file_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (file_ < 0) throwFileError("Cannot create the grid", path);
+}
+
+EsriGridWriter::~EsriGridWriter() {
+    if (file_ >= 0) ::close(file_);
+}
+
+void EsriGridWriter::writeTile(std::size_t tile, std::span<const float> values) {
+    const CellBlock block = tiles_.block(tile, geometry_);
+    std::array<std::uint32_t, kTileCells + 1> buffer;  // a length word of 16 bits stands in front
+    const std::uint32_t padding = swapped(std::bit_cast<std::uint32_t>(kNoData));
+    std::uint32_t* cells = buffer.data() + 1;
+    TileStatistics part;
+    part.low = -kNoData;
+    part.high = kNoData;
+    for (int r = 0; r < kTileRows; ++r, cells += kTileColumns) {
+        const int width = r < block.rows ? block.columns : 0;
+        const float* row = values.data() + static_cast<std::size_t>(r * block.columns);
+        for (int c = 0; c < width; ++c) {
+            const float value = row[c];
+            cells[c] = swapped(std::bit_cast<std::uint32_t>(value));
+            if (value == kNoData) continue;
+            ++part.cells;
+            part.sum += value;
+            part.sumOfSquares += static_cast<double>(value) * value;
+            part.low = std::min(part.low, value);
+            part.high = std::max(part.high, value);
+        }
+        std::fill(cells + width, cells + kTileColumns, padding);
+    }
+    statistics_[tile] = part;
+    char* bytes = reinterpret_cast<char*>(buffer.data()) + 2;
+    const std::uint16_t words = __builtin_bswap16(static_cast<std::uint16_t>(kTileWords));
+    std::memcpy(bytes, &words, 2);
+    writeAt(file_, folder_, bytes, kTileBytes, kHeaderBytes + tile * kTileBytes);
+}
+
+void EsriGridWriter::finish() {
+    const std::string header = fileHeader(tileFileBytes(tiles_));
+    writeAt(file_, folder_, header.data(), header.size(), 0);
+    if (::close(std::exchange(file_, -1)) != 0) throwFileError("Cannot write the grid", folder_);
+
+    std::string hdr("GRID1.2", 8);
+    hdr.resize(16, '\0');
+    appendInt32(hdr, 2);  // floating point cells
+    appendInt32(hdr, 1);  // not compressed
+    hdr.resize(256, '\0');
+    appendDouble(hdr, geometry_.cellSize);
+    appendDouble(hdr, geometry_.cellSize);
+    appendDouble(hdr, geometry_.xMin - geometry_.cellSize / 2);
+    appendDouble(hdr, geometry_.yMax + geometry_.cellSize / 2);
+    for (const int number : {tiles_.across, tiles_.down, kTileColumns, 1, kTileRows}) {
+        appendInt32(hdr, static_cast<std::uint32_t>(number));
+    }
+    writeWholeFile(joinedPath(folder_, "hdr.adf"), hdr);
+
+    const Envelope extent = geometry_.extent();
+    std::string bounds;
+    for (const double bound : {extent.xMin, extent.yMin, extent.xMax, extent.yMax}) {
+        appendDouble(bounds, bound);
+    }
+    writeWholeFile(joinedPath(folder_, "dblbnd.adf"), bounds);
+    writeIndex();
+    writeStatistics();
+    if (!geometry_.crs.empty()) {
+        writeWholeFile(joinedPath(folder_, "prj.adf"), esriWkt(geometry_.crs) + "\n");
+    }
+}
+
+void EsriGridWriter::writeIndex() const {
+    std::string index = fileHeader(kHeaderBytes + tiles_.count() * 8);
+    index.reserve(kHeaderBytes + tiles_.count() * 8);
+    for (std::size_t tile = 0; tile < tiles_.count(); ++tile) {
+        appendInt32(index, static_cast<std::uint32_t>((kHeaderBytes + tile * kTileBytes) / 2));
+        appendInt32(index, static_cast<std::uint32_t>(kTileWords));
+    }
+    writeWholeFile(joinedPath(folder_, "w001001x.adf"), index);
+}
+
+// A grid without a single value has no statistics, and so no file of them.
+void EsriGridWriter::writeStatistics() const {
+    TileStatistics all;
+    all.low = -kNoData;
+    all.high = kNoData;
+    for (const TileStatistics& part : statistics_) {
+        all.cells += part.cells;
+        all.sum += part.sum;
+        all.sumOfSquares += part.sumOfSquares;
+        all.low = std::min(all.low, part.low);
+        all.high = std::max(all.high, part.high);
+    }
+    if (all.cells == 0) return;
+    const auto n = static_cast<double>(all.cells);
+    const double mean = all.sum / n;
+    const double variance = std::max(0.0, all.sumOfSquares / n - mean * mean);
+    std::string bytes;
+    for (const double number : {static_cast<double>(all.low), static_cast<double>(all.high), mean,
+                                std::sqrt(variance)}) {
+        appendDouble(bytes, number);
+    }
+    writeWholeFile(joinedPath(folder_, "sta.adf"), bytes);
+}
+
+}  // namespace velmora::platform

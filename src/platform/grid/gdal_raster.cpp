@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "platform/grid/gdal_raster.h"
+
+#include <cpl_error.h>
+#include <gdal_priv.h>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <mutex>
+#include <utility>
+
+#include "gis/errors.h"
+#include "gis/numbers.h"
+#include "platform/features/spatial_reference.h"
+#include "platform/files/posix_file.h"
+
+namespace velmora::platform {
+
+namespace {
+
+struct DatasetCloser {
+    void operator()(GDALDataset* dataset) const { GDALClose(dataset); }
+};
+using DatasetPtr = std::unique_ptr<GDALDataset, DatasetCloser>;
+
+std::string wktOf(const OGRSpatialReference* system) {
+    if (!system) return {};
+    char* text = nullptr;
+    const char* const options[] = {"FORMAT=WKT2_2019", nullptr};
+    system->exportToWkt(&text, options);
+    std::string wkt = text ? text : "";
+    CPLFree(text);
+    return wkt;
+}
+
+class GdalRaster : public IRaster {
+  public:
+    GdalRaster(std::string path, DatasetPtr dataset, GridGeometry geometry)
+        : path_(std::move(path)), dataset_(std::move(dataset)), geometry_(std::move(geometry)) {
+        GDALRasterBand* band = dataset_->GetRasterBand(1);
+        int has = 0;
+        const double noData = band->GetNoDataValue(&has);
+        if (has) noData_ = static_cast<float>(noData);
+        hasNoData_ = has != 0;
+        const double scale = band->GetScale(&has);
+        if (has) scale_ = scale;
+        const double offset = band->GetOffset(&has);
+        if (has) offset_ = offset;
+    }
+
+    const GridGeometry& geometry() const override { return geometry_; }
+
+    void read(const CellBlock& block, std::span<float> values) const override {
+        {
+            const std::lock_guard lock(mutex_);  // a GDAL dataset serves one thread at a time
+            if (dataset_->GetRasterBand(1)->RasterIO(GF_Read, block.column, block.row,
+                                                     block.columns, block.rows, values.data(),
+                                                     block.columns, block.rows, GDT_Float32, 0, 0,
+                                                     nullptr) != CE_None) {
+                throw PlatformError("Cannot read the raster " + path_ + ": " +
+                                    gdalMessage("it may be damaged"));
+            }
+        }
+        const bool scaled = scale_ != 1 || offset_ != 0;
+        for (float& value : values) {
+            if ((hasNoData_ && value == noData_) || !std::isfinite(value)) {
+                value = kNoData;
+            } else if (scaled && value != kNoData) {
+                value = static_cast<float>(value * scale_ + offset_);
+            }
+        }
+    }
+
+  private:
+    std::string path_;
+    DatasetPtr dataset_;
+    GridGeometry geometry_;
+    mutable std::mutex mutex_;
+    float noData_ = kNoData;
+    bool hasNoData_ = false;
+    double scale_ = 1;
+    double offset_ = 0;
+};
+
+GridGeometry geometryOf(GDALDataset& dataset, const std::string& path) {
+    std::array<double, 6> transform{};
+    if (dataset.GetGeoTransform(transform.data()) != CE_None) {
+        throw PlatformError("The raster " + path + " has no position on the map");
+    }
+    const double width = transform[1];
+    const double height = -transform[5];
+    if (transform[2] != 0 || transform[4] != 0 || !(width > 0) || !(height > 0)) {
+        throw PlatformError("The raster " + path +
+                            " is rotated or upside down: bring it to north up with gdalwarp");
+    }
+    if (std::fabs(width - height) > 1e-6 * width) {
+        throw PlatformError("The raster " + path + " has cells of " + numberText(width) + " x " +
+                            numberText(height) +
+                            ": bring it to square cells with gdalwarp -tr SIZE SIZE");
+    }
+    GridGeometry geometry;
+    geometry.columns = dataset.GetRasterXSize();
+    geometry.rows = dataset.GetRasterYSize();
+    geometry.xMin = transform[0];
+    geometry.yMax = transform[3];
+    geometry.cellSize = width;
+    geometry.crs = wktOf(dataset.GetSpatialRef());
+    return geometry;
+}
+
+}  // namespace
+
+void initialiseGdal() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        GDALAllRegister();
+        CPLSetErrorHandler(CPLQuietErrorHandler);
+    });
+}
+
+std::string gdalMessage(const std::string& otherwise) {
+    const char* message = CPLGetLastErrorMsg();
+    return message && *message ? message : otherwise;
+}
+
+RasterPtr openGdalRaster(const std::string& path) {
+    CPLErrorReset();
+    DatasetPtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY));
+    if (!dataset || dataset->GetRasterCount() < 1) {
+        throw PlatformError("Cannot open the raster " + path + ": " +
+                            gdalMessage("it has no band of values"));
+    }
+    GridGeometry geometry = geometryOf(*dataset, path);
+    return std::make_shared<GdalRaster>(path, std::move(dataset), std::move(geometry));
+}
+
+void exportGeoTiff(const IRaster& raster, const std::string& path) {
+    const GridGeometry& geometry = raster.geometry();
+    auto* memory = GetGDALDriverManager()->GetDriverByName("MEM");
+    auto* driver = GetGDALDriverManager()->GetDriverByName("COG");
+    if (!memory || !driver) throw PlatformError("This GDAL cannot write Cloud Optimized GeoTIFF");
+    DatasetPtr whole(
+        memory->Create("", geometry.columns, geometry.rows, 1, GDT_Float32, nullptr));
+    if (!whole) throw PlatformError("Not enough memory to export " + path);
+    std::array<double, 6> transform = {geometry.xMin, geometry.cellSize,  0,
+                                       geometry.yMax, 0, -geometry.cellSize};
+    whole->SetGeoTransform(transform.data());
+    if (!geometry.crs.empty()) {
+        const OGRSpatialReference system = spatialReference(geometry.crs);
+        whole->SetSpatialRef(&system);
+    }
+    GDALRasterBand* band = whole->GetRasterBand(1);
+    band->SetNoDataValue(static_cast<double>(kNoData));
+    std::vector<float> row(static_cast<std::size_t>(geometry.columns));
+    for (int r = 0; r < geometry.rows; ++r) {
+        raster.read({0, r, geometry.columns, 1}, row);
+        if (band->RasterIO(GF_Write, 0, r, geometry.columns, 1, row.data(), geometry.columns, 1,
+                           GDT_Float32, 0, 0, nullptr) != CE_None) {
+            throw PlatformError("Cannot export " + path + ": " + gdalMessage("out of memory"));
+        }
+    }
+    const std::string unfinished = unfinishedPath(path);
+    CPLErrorReset();
+    const char* const options[] = {"COMPRESS=DEFLATE", "PREDICTOR=YES", nullptr};
+    DatasetPtr copy(driver->CreateCopy(unfinished.c_str(), whole.get(), 0,
+                                       const_cast<char**>(options), nullptr, nullptr));
+    const bool good = copy && CPLGetLastErrorType() != CE_Failure;
+    const std::string reason = gdalMessage("the folder may not be writable");
+    copy.reset();
+    std::error_code error;
+    if (good) std::filesystem::rename(unfinished, path, error);
+    if (!good || error) {
+        removeTree(unfinished);
+        throw PlatformError("Cannot write " + path + ": " + (error ? error.message() : reason));
+    }
+}
+
+}  // namespace velmora::platform

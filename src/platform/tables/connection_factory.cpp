@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tables/connection_factory.h"
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "platform/tables/dbase_recordset.h"
+#include "platform/tables/sqlite_connection.h"
+
+namespace velmora::platform {
+
+namespace {
+
+constexpr const char* kDatabaseFiles = "Microsoft.Jet.OLEDB.4.0";
+constexpr const char* kDataSources = "MSDASQL.1";
+
+std::string trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(' ');
+    return first == std::string::npos ? std::string() : trimmedRight(text.substr(first));
+}
+
+std::string databasePath(const std::string& connectionString) {
+    const std::string provider = connectionPart(connectionString, "Provider");
+    const std::string path = connectionPart(connectionString, "Data Source");
+    if (!sameIgnoringCase(provider, kDatabaseFiles) || path.empty()) {
+        throw PlatformError("The connection \"" + connectionString + "\" names no database file");
+    }
+    return path;
+}
+
+}  // namespace
+
+std::string connectionPart(const std::string& connectionString, const std::string& key) {
+    std::size_t begin = 0;
+    while (begin < connectionString.size()) {
+        const auto end = std::min(connectionString.find(';', begin), connectionString.size());
+        const std::string part = connectionString.substr(begin, end - begin);
+        const auto equals = part.find('=');
+        if (equals != std::string::npos && sameIgnoringCase(trimmed(part.substr(0, equals)), key)) {
+            return trimmed(part.substr(equals + 1));
+        }
+        begin = end + 1;
+    }
+    return {};
+}
+
+void ConnectionFactory::createDatabase(const std::string& connectionString) {
+    SqliteConnection::create(databasePath(connectionString));
+}
+
+std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connectionString) {
+    if (sameIgnoringCase(connectionPart(connectionString, "Provider"), kDataSources) &&
+        sameIgnoringCase(connectionPart(connectionString, "Data Source"), "dBASE Files")) {
+        return std::make_unique<DbaseConnection>(tables_);
+    }
+    return std::make_unique<SqliteConnection>(databasePath(connectionString));
+}
+
+}  // namespace velmora::platform

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tables/dbase_edit.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+#include "platform/files/posix_file.h"
+
+namespace velmora::platform {
+
+namespace {
+
+constexpr std::size_t kDescriptorBytes = 32;
+constexpr int kNumberWidth = 24;     // a sign, 17 digits, the point and an exponent's worth of zeros
+constexpr int kNumberDecimals = 15;
+constexpr std::size_t kLargestFile = 2147483648UL;
+
+struct DbaseField {
+    std::string name;
+    std::size_t offset = 0;  // in the record
+    std::size_t width = 0;
+    char type = 'N';
+};
+
+// A dBASE file taken apart into its header and records.
+struct DbaseFile {
+    std::string header;  // up to and including the end mark of the descriptors
+    std::string tail;    // header bytes behind the end mark
+    std::vector<DbaseField> fields;
+    std::vector<std::string> records;
+    std::string end;  // what follows the records
+
+    std::size_t recordLength() const { return number(10, 2); }
+    std::size_t number(std::size_t at, std::size_t bytes) const {
+        std::size_t value = 0;
+        for (std::size_t i = bytes; i > 0; --i) {
+            value = value << 8U | static_cast<unsigned char>(header[at + i - 1]);
+        }
+        return value;
+    }
+    void setNumber(std::size_t at, std::size_t bytes, std::size_t value) {
+        for (std::size_t i = 0; i < bytes; ++i, value >>= 8U) header[at + i] = static_cast<char>(value);
+    }
+    const DbaseField* find(const std::string& name) const {
+        const auto found = std::find_if(fields.begin(), fields.end(), [&](const DbaseField& f) {
+            return sameIgnoringCase(f.name, name);
+        });
+        return found == fields.end() ? nullptr : &*found;
+    }
+};
+
+DbaseFile parsed(const std::string& bytes, const std::string& path) {
+    DbaseFile file;
+    file.header = bytes;
+    if (bytes.size() < 33) throw PlatformError("The table " + path + " is no dBASE file");
+    const std::size_t headerLength = file.number(8, 2);
+    const std::size_t recordLength = file.recordLength();
+    const std::size_t records = file.number(4, 4);
+    const auto end = bytes.find('\r', kDescriptorBytes);
+    if (headerLength > bytes.size() || end == std::string::npos || end >= headerLength ||
+        recordLength == 0 || (bytes.size() - headerLength) / recordLength < records) {
+        throw PlatformError("The table " + path + " is damaged: it is shorter than its header says");
+    }
+    std::size_t offset = 1;  // behind the deletion mark
+    for (std::size_t at = kDescriptorBytes; at + kDescriptorBytes <= end; at += kDescriptorBytes) {
+        DbaseField field;
+        field.name = bytes.substr(at, strnlen(bytes.data() + at, 11));
+        field.type = bytes[at + 11];
+        field.offset = offset;
+        field.width = static_cast<unsigned char>(bytes[at + 16]);
+        offset += field.width;
+        file.fields.push_back(field);
+    }
+    file.header = bytes.substr(0, end + 1);
+    file.tail = bytes.substr(end + 1, headerLength - end - 1);
+    for (std::size_t r = 0; r < records; ++r) {
+        file.records.push_back(bytes.substr(headerLength + r * recordLength, recordLength));
+    }
+    file.end = bytes.substr(headerLength + records * recordLength);
+    return file;
+}
+
+void appendNumberField(DbaseFile& file, const std::string& name) {
+    std::string descriptor(kDescriptorBytes, '\0');
+    name.copy(descriptor.data(), 10);
+    descriptor[11] = 'N';
+    descriptor[16] = static_cast<char>(kNumberWidth);
+    descriptor[17] = static_cast<char>(kNumberDecimals);
+    file.fields.push_back({name, file.recordLength(), kNumberWidth, 'N'});
+    file.setNumber(8, 2, file.number(8, 2) + kDescriptorBytes);
+    file.setNumber(10, 2, file.recordLength() + kNumberWidth);
+    file.header.insert(file.header.size() - 1, descriptor);
+    for (std::string& record : file.records) record.append(kNumberWidth, ' ');
+}
+
+std::string fieldText(const FieldValue& value, const DbaseField& field) {
+    if (isNull(value)) return std::string(field.width, ' ');
+    if (const auto* number = std::get_if<double>(&value)) {
+        return dbaseNumber(*number, static_cast<int>(field.width));
+    }
+    throw PlatformError("only numbers can be stored in the field " + field.name);
+}
+
+}  // namespace
+
+std::string dbaseNumber(double value, int width) {
+    if (!std::isfinite(value)) throw PlatformError(numberText(value) + " is no number for a table");
+    std::array<char, 400> buffer{};
+    char* const begin = buffer.data();
+    char* const limit = begin + buffer.size();
+    auto result = std::to_chars(begin, limit, value, std::chars_format::fixed);
+    for (int decimals = width; result.ptr - begin > width && decimals >= 0; --decimals) {
+        result = std::to_chars(begin, limit, value, std::chars_format::fixed, decimals);
+    }
+    std::string text(begin, result.ptr);
+    if (static_cast<int>(text.size()) > width) {
+        throw PlatformError(numberText(value) + " does not fit into " + std::to_string(width) +
+                            " characters");
+    }
+    return std::string(static_cast<std::size_t>(width) - text.size(), ' ') + text;
+}
+
+DbaseEdit::DbaseEdit(std::shared_ptr<ITable> table) : table_(std::move(table)) {}
+
+void DbaseEdit::addNumericField(const std::string& field) {
+    if (field.empty() || field.size() > 10) {
+        throw PlatformError("\"" + field + "\" is no name for a dBASE field (1 to 10 characters)");
+    }
+    added_.push_back(field);
+}
+
+void DbaseEdit::setValue(std::size_t record, const std::string& field, const FieldValue& value) {
+    changes_[field][record] = value;
+}
+
+void DbaseEdit::save() {
+    const std::string path = withoutExtension(table_->path()) + ".dbf";
+    const std::string target = std::filesystem::exists(path) ? path : table_->path();
+    DbaseFile file = parsed(readWholeFile(target, kLargestFile), target);
+    for (const std::string& name : added_) {
+        if (!file.find(name)) appendNumberField(file, name);
+    }
+    for (const auto& [name, values] : changes_) {
+        const DbaseField* field = file.find(name);
+        if (!field) throw PlatformError("The table " + target + " has no field " + name);
+        for (const auto& [record, value] : values) {
+            if (record >= file.records.size()) {
+                throw PlatformError("The table " + target + " has no record " +
+                                    std::to_string(record + 1));
+            }
+            try {
+                file.records[record].replace(field->offset, field->width, fieldText(value, *field));
+            } catch (const PlatformError& e) {
+                throw PlatformError("In " + target + ", record " + std::to_string(record + 1) +
+                                    ", field " + name + ": " + e.what());
+            }
+        }
+    }
+    std::string bytes = file.header + file.tail;
+    for (const std::string& record : file.records) bytes += record;
+    bytes += file.end;
+    const std::string unfinished = unfinishedPath(target);
+    try {
+        writeWholeFile(unfinished, bytes);
+        std::filesystem::permissions(unfinished, std::filesystem::status(target).permissions());
+        std::filesystem::rename(unfinished, target);
+    } catch (const std::exception& e) {
+        removeTree(unfinished);
+        throw PlatformError("Cannot store changes in " + target + ": " + e.what());
+    }
+}
+
+}  // namespace velmora::platform

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gis/joins.h"
+
+namespace velmora::platform {
+
+class MemoryRelationshipClassFactory : public IMemoryRelationshipClassFactory {
+  public:
+    std::unique_ptr<IJoinedLayer> open(const MemoryRelationship& relationship) override;
+};
+
+class Calculator : public ICalculator {
+  public:
+    std::vector<std::optional<double>> calculate(const IJoinedLayer& layer,
+                                                 const std::vector<std::size_t>& records,
+                                                 const std::string& expression) override;
+};
+
+}  // namespace velmora::platform

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tables/sqlite_connection.h"
+
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "platform/files/posix_file.h"
+#include "platform/tables/column_table.h"
+#include "platform/tables/sqlite_recordset.h"
+#include "platform/tables/sqlite_statement.h"
+
+namespace velmora::platform {
+
+namespace {
+
+SqliteConnection::Handle openDatabase(const std::string& path, int flags) {
+    sqlite3* database = nullptr;
+    const int status = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
+    SqliteConnection::Handle handle(database, SqliteConnection::Closer{});
+    if (status != SQLITE_OK) {
+        throw PlatformError("Cannot open the database " + path + ": " + sqlite3_errstr(status));
+    }
+    return handle;
+}
+
+void run(sqlite3* database, const std::string& statement) {
+    char* message = nullptr;
+    if (sqlite3_exec(database, statement.c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
+        const std::string reason = message ? message : sqlite3_errmsg(database);
+        sqlite3_free(message);
+        throw PlatformError(reason);
+    }
+}
+
+// Genuine Access files begin like this.
+bool isAccessFile(const std::string& beginning) {
+    return beginning.size() > 19 && (beginning.compare(4, 15, "Standard Jet DB") == 0 ||
+                                     beginning.compare(4, 15, "Standard ACE DB") == 0);
+}
+
+}  // namespace
+
+std::string quotedName(const std::string& name) {
+    std::string quoted = "\"";
+    for (const char c : name) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+void SqliteConnection::create(const std::string& path) {
+    if (std::filesystem::exists(path)) throw PlatformError("The database " + path + " exists already");
+    const Handle handle = openDatabase(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    // Large pages suit whole-table passes. Vacuum makes the empty file.
+    run(handle.get(), "PRAGMA page_size=65536; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; VACUUM;");
+}
+
+SqliteConnection::SqliteConnection(const std::string& path) : path_(path) {
+    if (!std::filesystem::is_regular_file(path)) {
+        throw PlatformError("There is no database " + path);
+    }
+    if (isAccessFile(readWholeFile(path, 32))) {
+        throw PlatformError("The database " + path +
+                            " is a genuine Access file, which this version cannot read");
+    }
+    database_ = openDatabase(path, SQLITE_OPEN_READWRITE);
+    try {
+        run(database_.get(), "SELECT count(*) FROM sqlite_master;");
+    } catch (const PlatformError& e) {
+        throw PlatformError("Cannot open the database " + path + ": " + e.what());
+    }
+}
+
+std::unique_ptr<IRecordset> SqliteConnection::open(const std::string& query) {
+    return std::make_unique<SqliteRecordset>(database_, query);
+}
+
+void SqliteConnection::execute(const std::string& statement) { run(database_.get(), statement); }
+
+void SqliteConnection::createTable(const std::string& name,
+                                   const std::vector<ColumnDefinition>& columns) {
+    std::string text;
+    for (const ColumnDefinition& column : columns) {
+        text += (text.empty() ? "" : ",") + quotedName(column.name) +
+                (column.type == FieldType::text
+                     ? " TEXT COLLATE NOCASE"  // such databases compare text without regard to case
+                     : " REAL");
+    }
+    execute("CREATE TABLE " + quotedName(name) + "(" + text + ")");
+}
+
+// The file is not yet anybody's: no journal and no sync until the end, when the data are flushed.
+void SqliteConnection::append(const std::string& table, const IColumnSource& source) {
+    registerColumnTable(database_.get(), "velmora_columns", source);
+    run(database_.get(),
+        "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;");
+    try {
+        run(database_.get(), "BEGIN; INSERT INTO " + quotedName(table) +
+                                 " SELECT * FROM velmora_columns; COMMIT;");
+    } catch (const PlatformError& e) {
+        throw PlatformError("Cannot write the database " + path_ + ": " + e.what());
+    }
+}
+
+}  // namespace velmora::platform

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <string>
+
+#include "gis/tables.h"
+
+namespace velmora::platform {
+
+// A database file. Names ending in ".mdb" are SQLite files too: the name is the field's, the engine
+// is ours.
+class SqliteConnection : public IConnection {
+  public:
+    // Throws PlatformError when the file is missing or no SQLite database.
+    explicit SqliteConnection(const std::string& path);
+    static void create(const std::string& path);
+
+    std::unique_ptr<IRecordset> open(const std::string& query) override;
+    void execute(const std::string& statement) override;
+    void createTable(const std::string& name, const std::vector<ColumnDefinition>& columns) override;
+    void append(const std::string& table, const IColumnSource& source) override;
+
+    struct Closer {
+        void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+    };
+    using Handle = std::shared_ptr<sqlite3>;
+
+  private:
+    std::string path_;
+    Handle database_;
+};
+
+// The name as an identifier in a statement.
+std::string quotedName(const std::string& name);
+
+}  // namespace velmora::platform

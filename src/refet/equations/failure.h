@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cmath>
+#include <stdexcept>
+
+namespace velmora {
+
+// An equation that has no value for its inputs: a division by zero, the root of a negative number,
+// an overflow. Tested explicitly, because in C++ such operations yield infinities that a later step
+// can turn into a harmless-looking number.
+class EquationError : public std::domain_error {
+  public:
+    using std::domain_error::domain_error;
+};
+
+// The value itself when it is a number; throws EquationError otherwise.
+inline double finite(double value, const char* what) {
+    if (!std::isfinite(value)) throw EquationError(what);
+    return value;
+}
+
+inline double nonZero(double value, const char* what) {
+    if (value == 0) throw EquationError(what);
+    return value;
+}
+
+}  // namespace velmora

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#include "refet/equations/priestley_taylor.h"
+
+#include "refet/equations/failure.h"
+
+namespace velmora {
+
+double priestleyTaylor(const CellWeather& w, double Ra, double albedo) {
+    const EnergyBalance b = energyBalance(w, Ra, albedo);
+    return finite(1.26 * b.Delta / (b.Delta + b.gamma) * (b.Rn - w.G) / 2.45,
+                  "Priestley-Taylor has no value");
+}
+
+}  // namespace velmora

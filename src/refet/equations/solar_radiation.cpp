@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "refet/equations/solar_radiation.h"
+
+#include <cmath>
+
+#include "refet/equations/failure.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979;  // 15 digits, as designed
+constexpr double kTwoPi = 6.28318530717958;
+
+}  // namespace
+
+double ArcCos(double x) {
+    if (!(std::fabs(x) < 1)) throw EquationError("ArcCos of a number outside -1 to 1");
+    return std::atan(-x / std::sqrt(1 - x * x)) + 2 * std::atan(1.0);
+}
+
+double ExtraterrestrialRadiation(double latitude, const Date& date) {
+    const int J = DayOfYear(date.day, date.month, date.year);
+    const double phi = latitude * kPi / 180;
+    const int N = date.year % 4 == 0 ? 365 : 366;
+    const double dr = 1 + 0.033 * std::cos(kTwoPi * J / N);
+    const double delta = 0.409 * std::sin(kTwoPi * J / N - 1.39);
+    const double omega = ArcCos(-std::tan(phi) * std::tan(delta));
+    return (24 / kPi) * 4.92 * dr *
+           (omega * std::sin(phi) * std::sin(delta) +
+            std::cos(phi) * std::cos(delta) * std::sin(omega));
+}
+
+}  // namespace velmora

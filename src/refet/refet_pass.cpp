@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#include "refet/refet_pass.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "gis/errors.h"
+#include "refet/cls_models.h"
+#include "refet/equations/blaney_criddle.h"
+#include "refet/equations/failure.h"
+#include "refet/equations/hargreaves.h"
+#include "refet/equations/penman_monteith.h"
+#include "refet/equations/priestley_taylor.h"
+#include "refet/equations/solar_radiation.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr double kAlbedo = 0.23;
+constexpr std::size_t kGrain = 8192;  // records that one piece of a loop takes at least
+
+// What depends on latitude and date alone; no value where its equation fails.
+using LatitudePart = std::optional<double>;
+
+// One per grid row, from the latitudes of the first grid column's records.
+template <class Function>
+std::vector<LatitudePart> latitudeParts(IParallelLoop& loop, const CellTable& table,
+                                        std::size_t rows, Function function) {
+    const auto latitudes = table.values(CellField::Latitude);
+    std::vector<LatitudePart> parts(rows);
+    loop.run(rows, 16, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t row = begin; row < end; ++row) {
+            try {
+                parts[row] = function(latitudes[row]);
+            } catch (const EquationError&) {
+                parts[row] = std::nullopt;
+            }
+        }
+    });
+    return parts;
+}
+
+std::vector<LatitudePart> radiationParts(IParallelLoop& loop, const CellTable& table,
+                                         std::size_t rows, const Date& date) {
+    return latitudeParts(loop, table, rows,
+                         [&](double latitude) { return ExtraterrestrialRadiation(latitude, date); });
+}
+
+std::vector<LatitudePart> daylightParts(IParallelLoop& loop, const CellTable& table,
+                                        std::size_t rows, const Date& date) {
+    return latitudeParts(loop, table, rows, [&](double latitude) {
+        return MonthlyDaylightPercentage(latitude, date.month);
+    });
+}
+
+// The first cell that failed, in the order of the records, whichever thread met it.
+class FirstFailure {
+  public:
+    void note(std::size_t record, const char* what) {
+        const std::lock_guard lock(mutex_);
+        if (what_.empty() || record < record_) {
+            record_ = record;
+            what_ = what;
+        }
+    }
+    void rethrow(std::size_t rows) const {
+        if (what_.empty()) return;
+        throw EquationError(what_ + " (grid column " + std::to_string(record_ / rows + 1) + ", row " +
+                            std::to_string(record_ % rows + 1) + ")");
+    }
+
+  private:
+    std::mutex mutex_;
+    std::size_t record_ = 0;
+    std::string what_;
+};
+
+// Calls body(record, row) for every record, in pieces that may run at once.
+template <class Body>
+void forEachRecord(IParallelLoop& loop, std::size_t records, std::size_t rows, Body body) {
+    loop.run(records, kGrain, [&](std::size_t begin, std::size_t end) {
+        std::size_t row = begin % rows;
+        for (std::size_t record = begin; record < end; ++record) {
+            body(record, row);
+            if (++row == rows) row = 0;
+        }
+    });
+}
+
+// Runs an equation that stops the month when it fails: depth(record, latitude part), in mm a day.
+template <class Depth>
+void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData, int days,
+                 const std::vector<LatitudePart>& parts,
+                 const std::vector<std::span<const double>>& needed, Depth depth) {
+    const std::span<double> result = table.writable(CellField::RefET);
+    FirstFailure failure;
+    forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
+        for (const auto& input : needed) {
+            if (input[record] == noData) {
+                result[record] = noData;
+                return;
+            }
+        }
+        try {
+            if (!parts[row]) throw EquationError("no sunrise or sunset at this latitude");
+            result[record] = inchesOfMonth(depth(record, *parts[row]), days);
+        } catch (const EquationError& e) {
+            failure.note(record, e.what());
+            result[record] = noData;
+        }
+    });
+    failure.rethrow(rows);
+}
+
+std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
+                             const std::vector<LatitudePart>& parts) {
+    const auto elevation = table.values(CellField::Elevation);
+    const auto TM = table.values(CellField::TM);
+    const auto TN = table.values(CellField::TN);
+    const std::span<double> result = table.writable(CellField::RefET);
+    std::atomic<std::size_t> failed{0};
+    forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
+        if (elevation[record] == noData || TM[record] == noData || TN[record] == noData) {
+            result[record] = noData;
+            return;
+        }
+        try {
+            if (!parts[row]) throw EquationError("no sunrise or sunset at this latitude");
+            result[record] = blaneyCriddle(TM[record], TN[record], *parts[row]);
+        } catch (const EquationError&) {
+            result[record] = 0;
+            ++failed;
+        }
+    });
+    return failed;
+}
+
+void runEnergyMethod(IParallelLoop& loop, CellTable& table, RefEtMethod method, const Date& date,
+                     std::size_t rows, double noData) {
+    const auto z = table.values(CellField::Elevation);
+    const auto TM = table.values(CellField::TM);
+    const auto TN = table.values(CellField::TN);
+    const auto TD = table.values(CellField::TD);
+    const auto SR = table.values(CellField::SR);
+    const auto WS = table.values(CellField::WS);
+    const auto GG = table.values(CellField::GG);
+    const auto weather = [&](std::size_t k) {
+        return CellWeather{TM[k], TN[k], TD[k], kMissing, kMissing, SR[k], WS[k], GG[k], z[k]};
+    };
+    const auto parts = radiationParts(loop, table, rows, date);
+    const int days = DaysInMonth(date.month, date.year);
+    const std::vector<std::span<const double>> needed = {z, TM, TN, TD, SR, WS, GG};
+    if (method == RefEtMethod::priestleyTaylor) {
+        runEquation(loop, table, rows, noData, days, parts, {z, TM, TN, TD, SR, GG},
+                    [&](std::size_t k, double Ra) { return priestleyTaylor(weather(k), Ra, kAlbedo); });
+        return;
+    }
+    const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
+    runEquation(loop, table, rows, noData, days, parts, needed, [&](std::size_t k, double Ra) {
+        return penmanMonteith(weather(k), crop, Ra, kAlbedo);
+    });
+}
+
+// The fields that a method reads.
+std::vector<CellField> inputsOf(RefEtMethod method) {
+    using enum CellField;
+    if (method == RefEtMethod::hargreaves || method == RefEtMethod::blaneyCriddle) {
+        return {Latitude, Elevation, TM, TN};
+    }
+    return {Latitude, Elevation, TM, TN, TD, SR, WS, GG};
+}
+
+}  // namespace
+
+RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMethod method,
+                               const Date& date, std::size_t rows, double noData) {
+    for (const CellField field : inputsOf(method)) {
+        if (table.values(field).size() == table.rowCount()) continue;
+        throw PlatformError(std::string("the field ") + cellFieldName(field) +
+                            " of the cell table is empty");
+    }
+    if (method == RefEtMethod::blaneyCriddle) {
+        return {runBlaneyCriddle(loop, table, rows, noData, daylightParts(loop, table, rows, date))};
+    }
+    if (method == RefEtMethod::hargreaves) {
+        const auto TM = table.values(CellField::TM);
+        const auto TN = table.values(CellField::TN);
+        runEquation(loop, table, rows, noData, DaysInMonth(date.month, date.year),
+                    radiationParts(loop, table, rows, date),
+                    {table.values(CellField::Elevation), TM, TN},
+                    [&](std::size_t k, double Ra) { return hargreaves1985(TM[k], TN[k], Ra); });
+        return {};
+    }
+    runEnergyMethod(loop, table, method, date, rows, noData);
+    return {};
+}
+
+void estimateDewPoint(IParallelLoop& loop, CellTable& table, double Ko, double noData) {
+    const auto TN = table.values(CellField::TN);
+    const std::span<double> TD = table.writable(CellField::TD);
+    loop.run(table.rowCount(), kGrain, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t k = begin; k < end; ++k) TD[k] = TN[k] == noData ? noData : TN[k] - Ko;
+    });
+}
+
+void estimateSolarRadiation(IParallelLoop& loop, CellTable& table, double Ks, const Date& date,
+                            std::size_t rows, double noData) {
+    const auto parts = radiationParts(loop, table, rows, date);
+    const auto TM = table.values(CellField::TM);
+    const auto TN = table.values(CellField::TN);
+    const std::span<double> SA = table.writable(CellField::SA);
+    const std::span<double> SR = table.writable(CellField::SR);
+    forEachRecord(loop, table.rowCount(), rows, [&](std::size_t k, std::size_t row) {
+        SA[k] = parts[row].value_or(0);  // where it has no value the equations fail anyhow
+        const bool known = TM[k] != noData && TN[k] != noData;
+        SR[k] = known ? Ks * std::sqrt(std::max(0.0, TM[k] - TN[k])) * SA[k] : noData;
+    });
+}
+
+void estimateWindSpeed(CellTable& table, double windSpeed) {
+    std::ranges::fill(table.writable(CellField::WS), windSpeed);
+}
+
+}  // namespace velmora

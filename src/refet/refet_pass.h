@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// One month's reference ET for every record of the cell table.
+//
+// All cells of a grid row share one latitude, so what depends on latitude and date alone
+// (extraterrestrial radiation, the daylight percentage) is computed once per row and the rest once
+// per cell. The results are those of clsModels, bit for bit.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "gis/parallel.h"
+#include "refet/cell_table.h"
+#include "refet/equations/calendar.h"
+
+namespace velmora {
+
+// The six methods by their numbers in the settings.
+enum class RefEtMethod {
+    asceTall = 1,
+    asceShort = 2,
+    fao56 = 3,
+    hargreaves = 4,
+    blaneyCriddle = 5,
+    priestleyTaylor = 6
+};
+
+struct RefEtPassResult {
+    std::size_t failedCells = 0;  // cells for which Blaney-Criddle reported its error and gave 0
+};
+
+// Fills the field RefET, inches of the month. A record whose elevation, or a needed input, equals
+// `noData` gets `noData`. `rows` is the number of rows of the grid. Throws EquationError naming the
+// first cell for which an equation other than Blaney-Criddle fails, and PlatformError when a needed
+// field was never filled.
+RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMethod method,
+                               const Date& date, std::size_t rows, double noData);
+
+// Estimates of missing inputs, into the table: dew point TN - Ko, solar radiation
+// Ks sqrt(TM - TN) Ra (a negative difference counts as 0) with Ra kept in the field SA, wind speed.
+void estimateDewPoint(IParallelLoop& loop, CellTable& table, double Ko, double noData);
+void estimateSolarRadiation(IParallelLoop& loop, CellTable& table, double Ks, const Date& date,
+                            std::size_t rows, double noData);
+void estimateWindSpeed(CellTable& table, double windSpeed);
+
+}  // namespace velmora

@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: MIT
+#include "refet/refet_run.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include "gis/errors.h"
+#include "gis/gis_functions.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+#include "refet/cell_transfer.h"
+#include "refet/cls_models.h"
+#include "refet/equations/calendar.h"
+#include "refet/refet_pass.h"
+#include "refet/work_database.h"
+#include "settings/modelling_extent.h"
+#include "settings/run_state.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr int kGeographicNad83 = 4269;
+constexpr double kBytesPerCell = 130;  // of the cell table and what passes through memory beside it
+
+constexpr std::array<const char*, 6> kMethodLines = {
+    "use ASCE Std  Penman-Monteith (Tall Crop: Alfalfa) ...",
+    "use ASCE Std  Penman-Monteith (Short Crop: Grass) ...",
+    "use FAO56  Penman-Monteith (Grass) ...",
+    "use Hargreaves Temperature Method 1985(Grass) ...",
+    "use SCS Modified Blaney-Criddle ...",
+    "use Priestley-Taylor  ..."};
+
+int yearNumber(const std::string& text) {
+    return static_cast<int>(std::clamp(lenientNumber(text), -9999.0, 9999.0));
+}
+
+}  // namespace
+
+ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& settings,
+                               IProgressMonitor& monitor)
+    : application_(application),
+      platform_(application.platform()),
+      settings_(settings),
+      monitor_(monitor),
+      year_(yearNumber(settings.Year)),
+      runStatus_(processState().runStatus) {}
+
+// The error trap of a procedure: shows the platform's description behind the procedure's name.
+template <class Body>
+void ReferenceEtRun::trapped(const char* procedure, Body body) {
+    try {
+        body();
+    } catch (const std::exception& e) {
+        application_.prompts().message(std::string("Error in '") + procedure + "': " + e.what());
+        runStatus_ = false;
+    }
+}
+
+bool ReferenceEtRun::run() {
+    runStatus_ = true;
+    runSteps();
+    storeCells();
+    lock_.reset();
+    return runStatus_;
+}
+
+void ReferenceEtRun::runSteps() {
+    const double start = platform_.clock().seconds();
+    show("Velmora is starting to run ...");
+    show("Previous setttings has been loaded ...");
+    SetupWorkDatabase();
+    if (!runStatus_) return;
+    show("Access MDB has been created for operations ...");
+    GetGeographicCoordinates();
+    if (!runStatus_) return;
+    GetRasterTemp();
+    if (!runStatus_) return;
+    GetParameters();
+    if (!runStatus_) return;
+    show("All parameter layers are ready now...");
+    show(kMethodLines[static_cast<std::size_t>(settings_.methodNumber() - 1)]);
+    const int last = settings_.endMonthNumber();
+    for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
+        if (!runMonth(month)) return;
+    }
+    const double minutes = (platform_.clock().seconds() - start) / 60;
+    const std::string time =
+        "Time for estimating referece ET: " + formatPlaces(minutes, 2) + " Minutes";
+    show("Estimation of Reference ET is done ... ");
+    show(time);
+    application_.prompts().message(time);
+}
+
+bool ReferenceEtRun::runMonth(int month) {
+    const std::string label = GetMonthName(month);
+    ReadinGrids(month);
+    if (!runStatus_) return false;
+    GetSoilHeatFlux(month);
+    if (!runStatus_) return false;
+    CalculateRefET(month);
+    if (!runStatus_) return false;
+    GridReadOut(label);
+    if (!runStatus_) return false;
+    show("Reference ET in " + label + "are estimated successfully ...");
+    return true;
+}
+
+void ReferenceEtRun::SetupWorkDatabase() {
+    trapped("SetupWorkDatabase", [&] {
+        if (settings_.methodNumber() == 0) {
+            throw PlatformError("\"" + settings_.RefETMethod +
+                                "\" is no reference ET method: choose 1 to 6");
+        }
+        lock_ = platform_.files().lockFolder(settings_.OutputWorkspace);
+        workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
+        createWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"));
+    });
+}
+
+void ReferenceEtRun::GetGeographicCoordinates() {
+    trapped("GetGeographicCoordinates", [&] {
+        geometry_ = runGeometry(platform_, settings_);
+        const double bytes = kBytesPerCell * static_cast<double>(geometry_.cells());
+        if (bytes > static_cast<double>(platform_.files().freeMemory())) {
+            throw PlatformError("A cell size of " + numberText(settings_.CellSize) + " m makes " +
+                                std::to_string(geometry_.columns) + " x " +
+                                std::to_string(geometry_.rows) +
+                                " cells, for which this machine has not enough free memory (" +
+                                formatPlaces(bytes / 1e9, 1) + " GB): give a larger cell size");
+        }
+        // The left edge of the extent stands for the whole row.
+        std::vector<Point> leftEdge;
+        for (int row = 0; row < geometry_.rows; ++row) {
+            leftEdge.push_back({geometry_.xMin, geometry_.rowCentre(row)});
+        }
+        auto& systems = platform_.spatialReferences();
+        const std::vector<Point> geographic =
+            systems.project(leftEdge, geometry_.crs, systems.createGeographic(kGeographicNad83));
+        cells_.createRecords(geometry_.cells());
+        const std::span<double> latitudes = cells_.writable(CellField::Latitude);
+        const std::size_t rows = geographic.size();
+        for (std::size_t k = 0, row = 0; k < latitudes.size(); ++k) {
+            latitudes[k] = geographic[row].y;
+            if (++row == rows) row = 0;
+        }
+    });
+}
+
+void ReferenceEtRun::GetRasterTemp() {
+    trapped("GetRasterTemp", [&] {
+        const auto save = [&](const std::string& name, const RasterPtr& raster,
+                              const std::string& format) {
+            workspace_->save(std::array{RasterToSave{name, raster, format}});
+        };
+        save("RsTemplate", platform_.analysis().constant(geometry_, 1.0F), "Grid");
+        template_ = workspace_->openRasterDataset("RsTemplate")->createDefaultRaster();
+
+        const auto algebra = platform_.analysis().mapAlgebra();
+        algebra->environment().SetCellSize(EnvironmentSetting::explicitValue, settings_.CellSize);
+        algebra->environment().SetExtent(EnvironmentSetting::explicitValue, geometry_.extent(),
+                                         geometry_.crs);
+        algebra->BindRaster(template_, "TmpRS");
+        algebra->BindRaster(algebra->Execute(" ( [TmpRS] + 1.00 ) / 100.00"), "RSTEMP");
+        const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
+        algebra->BindRaster(dem->createDefaultRaster(), "FineDEM");
+        save("NewDEM",
+             algebra->Execute(settings_.DemUnit == "Feet"
+                                  ? " 0.3048 * [FineDEM] * [RSTEMP] / [RSTEMP]"
+                                  : " [FineDEM] * [RSTEMP] / [RSTEMP]"),
+             "GRID");
+        const auto saved = workspace_->openRasterDataset("NewDEM");
+        dem_ = saved->createDefaultRaster();
+        noData_ = static_cast<double>(saved->noDataValue());
+        GridReadIn(*dem_, CellField::Elevation);
+        const auto elevations = cells_.values(CellField::Elevation);
+        if (std::ranges::all_of(elevations, [&](double z) { return z == noData_; })) {
+            throw PlatformError("The DEM " + settings_.DEM +
+                                " has no data within the modelling extent of " +
+                                settings_.ExtentProvider);
+        }
+    });
+}
+
+void ReferenceEtRun::GetParameters() {
+    if (settings_.WeatherStations.empty() || settings_.WeatherData.empty()) {
+        application_.prompts().message(settings_.WeatherStations.empty()
+                                           ? "Please set the Weather Stations Shapefile."
+                                           : "Please set the Weather DataTable.");
+        runStatus_ = false;
+        return;
+    }
+    trapped("GetParameters", [&] {
+        surfaces_ = std::make_unique<WeatherSurfaces>(platform_, settings_, geometry_, dem_);
+        surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
+                        [this](const std::string& line) { show(line); });
+        try {
+            surfaces_->storeWorkingField();
+        } catch (const PlatformError& e) {
+            // The surfaces are made from the values in memory, so the run goes on.
+            application_.prompts().message("The working field TempTTT is not stored: " +
+                                           std::string(e.what()));
+        }
+    });
+}
+
+bool ReferenceEtRun::hasGrid(const std::string& prefix, int month) const {
+    return surfaces_ && surfaces_->made(prefix + GetMonthName(month));
+}
+
+RasterPtr ReferenceEtRun::weatherGrid(const std::string& prefix, int month) {
+    return workspace_->openRasterDataset(prefix + GetMonthName(month))->createDefaultRaster();
+}
+
+// Says nothing of its own when it fails; the status line of the monitor does.
+void ReferenceEtRun::ReadinGrids(int month) {
+    try {
+        GridReadIn(*weatherGrid("TM_", month), CellField::TM);
+        GridReadIn(*weatherGrid("TN_", month), CellField::TN);
+        if (!settings_.needsFullWeather()) return;
+        const Date date{representativeDay(month, year_), month, year_};
+        if (hasGrid("TD_", month)) {
+            GridReadIn(*weatherGrid("TD_", month), CellField::TD);
+        } else {
+            estimateDewPoint(platform_.loop(), cells_, settings_.Ko, noData_);
+        }
+        if (hasGrid("SR_", month)) {
+            GridReadIn(*weatherGrid("SR_", month), CellField::SR);
+        } else {
+            estimateSolarRadiation(platform_.loop(), cells_, settings_.Ks, date,
+                                   static_cast<std::size_t>(geometry_.rows), noData_);
+        }
+        if (hasGrid("WS_", month)) {
+            GridReadIn(*weatherGrid("WS_", month), CellField::WS);
+        } else {
+            estimateWindSpeed(cells_, settings_.EstimatedWindSpeed);
+        }
+    } catch (const std::exception& e) {
+        monitor_.setStatus("ReadinGrids: " + std::string(e.what()));
+        runStatus_ = false;
+    }
+}
+
+void ReferenceEtRun::GetSoilHeatFlux(int month) {
+    const int p = std::max(1, month - 1);
+    const int n = std::min(12, month + 1);
+    for (const char* prefix : {"TM_", "TN_"}) {
+        if (hasGrid(prefix, p) && hasGrid(prefix, n)) continue;
+        std::ranges::fill(cells_.writable(CellField::GG), 0.0);
+        if (!toldAboutHeatFlux_) {
+            application_.prompts().message("The soil heat flux of " + GetMonthName(month) +
+                                           " is taken as 0: the weather table has no temperatures "
+                                           "of a neighbouring month");
+        }
+        toldAboutHeatFlux_ = true;
+        return;
+    }
+    try {
+        const auto algebra = platform_.analysis().mapAlgebra();
+        algebra->environment().SetCellSize(EnvironmentSetting::explicitValue, settings_.CellSize);
+        algebra->environment().SetExtent(EnvironmentSetting::explicitValue, geometry_.extent(),
+                                         geometry_.crs);
+        algebra->BindRaster(weatherGrid("TM_", p), "TPMax");
+        algebra->BindRaster(weatherGrid("TN_", p), "TPMin");
+        algebra->BindRaster(weatherGrid("TM_", n), "TNMax");
+        algebra->BindRaster(weatherGrid("TN_", n), "TNMin");
+        GridReadIn(*algebra->Execute(
+                       month == 1 || month == 12
+                           ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
+                           : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
+                   CellField::GG);
+    } catch (const std::exception& e) {
+        application_.prompts().message("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
+    }
+}
+
+void ReferenceEtRun::CalculateRefET(int month) {
+    try {
+        const auto method = static_cast<RefEtMethod>(settings_.methodNumber());
+        const Date date{representativeDay(month, year_), month, year_};
+        const RefEtPassResult result =
+            calculateRefEt(platform_.loop(), cells_, method, date,
+                           static_cast<std::size_t>(geometry_.rows), noData_);
+        if (result.failedCells > 0) {
+            application_.prompts().message(std::string(kBlaneyCriddleError) + " (" +
+                                           std::to_string(result.failedCells) + " cells in " +
+                                           GetMonthName(month) + ")");
+        }
+    } catch (const std::exception& e) {
+        monitor_.setStatus(GetMonthName(month) + ": " + e.what());
+        application_.prompts().message("Error found in RefET calculation module");
+        runStatus_ = false;
+    }
+}
+
+void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
+    try {
+        gridIntoField(platform_.loop(), raster, cells_, field);
+    } catch (const std::exception& e) {
+        application_.prompts().message("Error in 'GridReadin': " + std::string(e.what()));
+    }
+}
+
+void ReferenceEtRun::GridReadOut(const std::string& label) {
+    try {
+        const std::string name = "RefET_" + label + "_" + settings_.RefETMethod;
+        const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
+        workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
+        auto layer =
+            application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
+        ApplyColorRamp(application_.prompts(), *layer, {0, 255, 0}, {50, 50, 100});
+        application_.document().addLayer(std::move(layer));
+    } catch (const std::exception& e) {
+        application_.prompts().message("Errors in 'GridReadout':  " + std::string(e.what()));
+        runStatus_ = false;
+    }
+}
+
+// The work database shows the cells as the run left them, after a failure too.
+void ReferenceEtRun::storeCells() {
+    if (!lock_ || cells_.rowCount() == 0) return;
+    trapped("SetupWorkDatabase", [&] {
+        storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), cells_);
+    });
+}
+
+}  // namespace velmora

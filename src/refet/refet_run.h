@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// The reference ET run: one reference ET grid, inches, for each month of the settings' period. Its
+// procedures carry the names under which the run's messages know them.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "gis/progress.h"
+#include "refet/cell_table.h"
+#include "refet/weather_surfaces.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+class ReferenceEtRun {
+  public:
+    ReferenceEtRun(IApplication& application, const RunSettings& settings,
+                   IProgressMonitor& monitor);
+
+    // Runs from beginning to end, or to the first procedure whose error trap clears the run-status
+    // flag. Shows its messages as it goes. True when the run is done.
+    bool run();
+
+  private:
+    void runSteps();
+    bool runMonth(int month);
+
+    // Each traps its own failures; a failure is shown and clears the run-status flag, except where
+    // the procedure says otherwise.
+    void SetupWorkDatabase();
+    void GetGeographicCoordinates();
+    void GetRasterTemp();
+    void GetParameters();
+    void ReadinGrids(int month);
+    void GetSoilHeatFlux(int month);   // leaves the flag alone
+    void CalculateRefET(int month);
+    void GridReadOut(const std::string& label);
+
+    // Shows its failures and leaves the flag alone.
+    void GridReadIn(const IRaster& raster, CellField field);
+
+    template <class Body>
+    void trapped(const char* procedure, Body body);
+    void show(const std::string& text) { monitor_.setMessage(text); }
+    RasterPtr weatherGrid(const std::string& prefix, int month);
+    bool hasGrid(const std::string& prefix, int month) const;
+    void storeCells();
+
+    IApplication& application_;
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    IProgressMonitor& monitor_;
+    int year_;
+    bool& runStatus_;
+    std::unique_ptr<IFolderLock> lock_;
+    std::unique_ptr<IRasterWorkspace> workspace_;
+    GridGeometry geometry_;
+    CellTable cells_;
+    RasterPtr template_;
+    RasterPtr dem_;
+    double noData_ = 0;
+    std::unique_ptr<WeatherSurfaces> surfaces_;
+    bool toldAboutHeatFlux_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// Surfaces of the weather quantities over the modelling extent. Temperatures are detrended with
+// station elevation, interpolated and retrended with the DEM; radiation and wind are interpolated as
+// they are.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "gis/linear_trend.h"
+#include "gis/progress.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+class WeatherSurfaces {
+  public:
+    // `dem` holds metres on `geometry`. Opens stations and weather table and joins them. Throws
+    // PlatformError naming the file, field or keys when that fails.
+    WeatherSurfaces(IPlatform& platform, const RunSettings& settings, const GridGeometry& geometry,
+                    RasterPtr dem);
+
+    // Makes every grid that the method needs for the months `begin` to `end`, and TM and TN of the
+    // month before and after where the table has them, and saves them all in `workspace`. A month
+    // that cannot be made ends with a PlatformError that names quantity, month and station count;
+    // the grids before it are saved. `report` is told each grid.
+    void make(int begin, int end, IRasterWorkspace& workspace,
+              const std::function<void(const std::string&)>& report);
+
+    // Whether make() has saved the grid of that name.
+    bool made(const std::string& name) const { return made_.contains(name); }
+
+    // Stores the field "TempTTT" (the detrended values last interpolated) in the stations' attribute
+    // table. Throws PlatformError and leaves the table as it was when that fails.
+    void storeWorkingField();
+
+  private:
+    void prepareMonth(int month);
+    void prepareNeighbour(int month);
+    void prepareTemperature(const std::string& prefix, int month);
+    void prepareDirect(const std::string& prefix, const std::string& title, int month);
+    std::string field(const std::string& prefix, int month) const;
+    bool hasField(const std::string& prefix, int month) const;
+    std::vector<std::size_t> validStations(const std::string& field, double low, double high) const;
+    std::vector<ElevationPair> elevationPairs(std::vector<std::size_t>& stations,
+                                              const std::string& field) const;
+    std::vector<Sample> samplesAt(const std::vector<std::size_t>& stations,
+                                  const std::vector<std::optional<double>>& values) const;
+    RasterPtr retrended(const RasterPtr& residuals, const LinearTrend& trend);
+
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    std::unique_ptr<IJoinedLayer> stations_;
+    std::string tableName_;
+    std::string layerName_;
+    std::vector<Point> positions_;
+    std::unique_ptr<IInterpolationOp> interpolation_;
+    std::unique_ptr<IMapAlgebraOp> algebra_;
+    std::vector<RasterToSave> prepared_;
+    std::vector<std::string> reports_;
+    std::set<std::string> made_;
+    std::vector<std::optional<double>> workingField_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "refet/work_database.h"
+
+#include "gis/errors.h"
+#include "gis/text.h"
+
+namespace velmora {
+
+namespace {
+
+std::string connectionTo(const std::string& path) {
+    return "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + path;
+}
+
+std::unique_ptr<IConnection> createWithTable(IPlatform& platform, const std::string& path) {
+    platform.files().deleteFile(path);
+    platform.connections().createDatabase(connectionTo(path));
+    auto connection = platform.connections().open(connectionTo(path));
+    std::vector<ColumnDefinition> columns;
+    for (int i = 0; i < kCellFields; ++i) {
+        columns.push_back({cellFieldName(static_cast<CellField>(i)), FieldType::number, 0});
+    }
+    connection->createTable("GGG", columns);
+    return connection;
+}
+
+}  // namespace
+
+void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension) {
+    createWithTable(platform, pathWithoutExtension + ".mdb");
+}
+
+void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
+                       const CellTable& table) {
+    const std::string path = pathWithoutExtension + ".mdb";
+    const std::string unfinished =
+        joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
+    try {
+        createWithTable(platform, unfinished)->append("GGG", table);
+        platform.files().replaceFile(unfinished, path);
+    } catch (const PlatformError&) {
+        platform.files().deleteFile(unfinished);
+        throw;
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The process-wide state of the extension (mduVariables): the settings as last read or applied, and
+// the status of the reference ET run. Everything else lives in the objects of a click.
+#pragma once
+
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+struct mduVariables {
+    RunSettings settings;
+    bool runStatus = false;  // cleared by the error traps of a run's procedures
+};
+
+mduVariables& processState();
+
+}  // namespace velmora

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Every field of the run settings declared once: its name, its place in the record, the control of
+// the General Settings form that fills it, and what it means. The settings file, the form, the
+// command and its help follow this table.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+using SettingsMember =
+    std::variant<std::string RunSettings::*, double RunSettings::*, bool RunSettings::*>;
+
+struct SettingsField {
+    std::string_view name;
+    SettingsMember member;
+    std::string_view control;  // the form's control; for a pair of options the first of them
+    std::string_view help;
+};
+
+// All 35 fields in the order of the record.
+std::span<const SettingsField> settingsFields();
+
+// The field of that name (case counts), or nullptr.
+const SettingsField* findSettingsField(std::string_view name);
+
+// A field's value as text: numbers with a decimal point, flags as "true" or "false".
+std::string settingsText(const RunSettings& settings, const SettingsField& field);
+
+}  // namespace velmora

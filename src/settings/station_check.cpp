@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+#include "settings/station_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "gis/errors.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+
+namespace velmora {
+
+namespace {
+
+// A monthly quantity of the weather table: the values that a run uses and those to be expected.
+struct Quantity {
+    const char* prefix;
+    double above;  // a run uses values above ... and below ...
+    double below;
+    double high;   // higher values are suspicious
+    const char* unit;
+};
+
+class StationCheck {
+  public:
+    StationCheck(IPlatform& platform, const RunSettings& settings,
+                 const std::optional<GridGeometry>& geometry)
+        : platform_(platform), settings_(settings), geometry_(geometry) {}
+
+    std::vector<Finding> run() {
+        stations_ = opened(settings_.WeatherStations, [&](const std::string& path) {
+            return platform_.features().openFeatureClass(path);
+        });
+        weather_ = opened(settings_.WeatherData, [&](const std::string& path) {
+            return platform_.features().openTable(path);
+        });
+        if (stations_) checkLayer();
+        if (weather_ && requireField(*weather_, "STN")) checkTable();
+        return findings_;
+    }
+
+  private:
+    template <class Open>
+    auto opened(const std::string& path, Open open) -> decltype(open(path)) {
+        try {
+            return open(path);
+        } catch (const PlatformError& e) {
+            add(Severity::error, path, {}, {}, e.what());
+            return nullptr;
+        }
+    }
+
+    void add(Severity severity, const std::string& file, const std::string& field,
+             const std::string& station, const std::string& text) {
+        findings_.push_back({severity, file, field, station, text});
+    }
+
+    bool requireField(const ITable& table, const std::string& field) {
+        if (table.fieldIndex(field) >= 0) return true;
+        add(Severity::error, table.path(), field, {}, "the field is missing");
+        return false;
+    }
+
+    void checkLayer() {
+        if (stations_->crs().empty()) {
+            add(Severity::warning, stations_->path(), {}, {},
+                "has no coordinate system (.prj): it is taken to be in the extent provider's");
+        }
+        const bool named = requireField(*stations_, "staname");
+        if (requireField(*stations_, "ELEVATION") && named) checkElevations();
+        if (named && geometry_) checkPositions();
+    }
+
+    std::string stationName(std::size_t record) const {
+        return keyText(stations_->value(record, "staname"));
+    }
+
+    void checkElevations() {
+        const double metres = settings_.SiteElevationUnit == "Feet" ? 0.3048 : 1;
+        for (std::size_t r = 0; r < stations_->recordCount(); ++r) {
+            const FieldValue value = stations_->value(r, "ELEVATION");
+            const auto* number = std::get_if<double>(&value);
+            if (!number) {
+                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                    "has no elevation, so its temperatures take no part");
+            } else if (*number * metres < -450 || *number * metres > 6000) {
+                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                    numberText(*number) + " is not likely in " + settings_.SiteElevationUnit);
+            }
+        }
+    }
+
+    void checkPositions() {
+        std::vector<Point> points;
+        try {
+            points = stations_->points(geometry_->crs);
+        } catch (const PlatformError& e) {
+            add(Severity::error, stations_->path(), {}, {}, e.what());
+            return;
+        }
+        const Envelope domain = geometry_->extent();
+        const double reach = std::max(domain.width(), domain.height());
+        std::map<std::pair<double, double>, std::string> seen;
+        for (std::size_t r = 0; r < points.size(); ++r) {
+            const Point& p = points[r];
+            const double dx = std::max({domain.xMin - p.x, 0.0, p.x - domain.xMax});
+            const double dy = std::max({domain.yMin - p.y, 0.0, p.y - domain.yMax});
+            if (std::hypot(dx, dy) > reach) {
+                add(Severity::warning, stations_->path(), {}, stationName(r),
+                    "lies " + numberText(std::round(std::hypot(dx, dy) / 1000)) +
+                        " km outside the modelling extent");
+            }
+            const auto [other, fresh] = seen.emplace(std::pair{p.x, p.y}, stationName(r));
+            if (!fresh) {
+                add(Severity::note, stations_->path(), {}, stationName(r),
+                    "stands at the place of " + other->second +
+                        ": the mean of both values counts");
+            }
+        }
+    }
+
+    void checkTable() {
+        std::set<std::string> stationNames;
+        const bool named = stations_ && stations_->fieldIndex("staname") >= 0;
+        for (std::size_t r = 0; named && r < stations_->recordCount(); ++r) {
+            if (!stationNames.insert(stationName(r)).second) {
+                add(Severity::warning, stations_->path(), "staname", stationName(r),
+                    "stands more than once");
+            }
+        }
+        std::set<std::string> keys;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const std::string key = keyText(weather_->value(r, "STN"));
+            if (!keys.insert(key).second) {
+                add(Severity::warning, weather_->path(), "STN", key,
+                    "stands more than once: the first record counts");
+            }
+            if (named && !stationNames.contains(key)) {
+                add(Severity::warning, weather_->path(), "STN", key,
+                    "is no station of " + stations_->path());
+            }
+        }
+        std::size_t matched = 0;
+        for (const std::string& name : stationNames) {
+            if (keys.contains(name)) {
+                ++matched;
+            } else {
+                add(Severity::warning, stations_->path(), "staname", name,
+                    "has no record in " + weather_->path());
+            }
+        }
+        if (named && matched == 0) {
+            add(Severity::error, weather_->path(), "STN", {},
+                "no record belongs to a station: compare STN with the stations' staname");
+        }
+        checkMonths();
+    }
+
+    void checkMonths() {
+        const bool fahrenheit = settings_.TemperatureUnit == "Degree F";
+        const double above = fahrenheit ? 0 : -20;
+        const double below = fahrenheit ? 150 : 80;
+        const double high = fahrenheit ? 125 : 52;
+        const char* degrees = fahrenheit ? "deg F" : "deg C";
+        const int last = settings_.endMonthNumber();
+        for (int m = std::max(1, settings_.beginMonthNumber()); m <= last; ++m) {
+            checkQuantity({"TM_", above, below, high, degrees}, m, true);
+            checkQuantity({"TN_", above, below, high, degrees}, m, true);
+            if (settings_.needsFullWeather()) {
+                checkQuantity({"TD_", above, below, high, degrees}, m, false);
+                checkQuantity({"SR_", 0, 500, 45, "MJ/m2/Day"}, m, false);
+                checkQuantity({"WS_", 0, 500, 15, "m/s"}, m, false);
+            }
+            checkOrder("TN_", "TM_", m, "the minimum is above the maximum temperature");
+            checkOrder("TD_", "TN_", m, "the dew point is above the minimum temperature");
+        }
+    }
+
+    const double* numberIn(std::size_t record, const std::string& field) {
+        value_ = weather_->value(record, field);
+        return std::get_if<double>(&value_);
+    }
+
+    void checkQuantity(const Quantity& quantity, int month, bool needed) {
+        const std::string field = quantity.prefix + GetMonthName(month);
+        if (weather_->fieldIndex(field) < 0) {
+            add(needed ? Severity::error : Severity::note, weather_->path(), field, {},
+                needed ? "the field is missing" : "the field is missing: the month is estimated");
+            return;
+        }
+        std::size_t valid = 0;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const std::string station = keyText(weather_->value(r, "STN"));
+            const double* number = numberIn(r, field);
+            if (!number) {
+                add(Severity::note, weather_->path(), field, station, "has no value");
+            } else if (!(*number > quantity.above && *number < quantity.below)) {
+                add(Severity::warning, weather_->path(), field, station,
+                    numberText(*number) + " is not between " + numberText(quantity.above) + " and " +
+                        numberText(quantity.below) + " " + quantity.unit +
+                        ", so the station takes no part");
+            } else {
+                ++valid;
+                if (*number > quantity.high) {
+                    add(Severity::warning, weather_->path(), field, station,
+                        numberText(*number) + " is not likely in " + quantity.unit);
+                }
+            }
+        }
+        const std::size_t least = quantity.prefix[0] == 'T' ? 2 : 1;
+        if (valid < least) {
+            add(Severity::error, weather_->path(), field, {},
+                "has " + std::to_string(valid) + " valid values, at least " +
+                    std::to_string(least) + " are needed");
+        }
+    }
+
+    void checkOrder(const char* lower, const char* upper, int month, const char* text) {
+        const std::string low = lower + GetMonthName(month);
+        const std::string up = upper + GetMonthName(month);
+        if (weather_->fieldIndex(low) < 0 || weather_->fieldIndex(up) < 0) return;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const double* first = numberIn(r, low);
+            if (!first) continue;
+            const double lowValue = *first;
+            const double* second = numberIn(r, up);
+            if (!second || lowValue <= *second) continue;
+            add(Severity::warning, weather_->path(), low, keyText(weather_->value(r, "STN")),
+                numberText(lowValue) + " > " + up + " " + numberText(*second) + ": " + text);
+        }
+    }
+
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    const std::optional<GridGeometry>& geometry_;
+    std::shared_ptr<IFeatureClass> stations_;
+    std::shared_ptr<ITable> weather_;
+    FieldValue value_;
+    std::vector<Finding> findings_;
+};
+
+}  // namespace
+
+std::vector<Finding> checkStations(IPlatform& platform, const RunSettings& settings,
+                                   const std::optional<GridGeometry>& geometry) {
+    return StationCheck(platform, settings, geometry).run();
+}
+
+}  // namespace velmora

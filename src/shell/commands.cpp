@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "shell/commands.h"
+
+#include <memory>
+
+#include "refet/refet_run.h"
+#include "settings/frm_settings.h"
+#include "settings/run_state.h"
+#include "shell/frm_monitor.h"
+#include "shell/run_gate.h"
+
+namespace velmora {
+
+namespace {
+
+frmSettings& settingsForm(IApplication& application) {
+    static std::unique_ptr<frmSettings> form;
+    static IApplication* owner = nullptr;
+    if (!form || owner != &application) {
+        form = std::make_unique<frmSettings>(application);
+        owner = &application;
+    }
+    return *form;
+}
+
+// The monitor of the step that runs; it stays open after the step until the user closes it.
+frmMonitor& newMonitor() {
+    static std::unique_ptr<frmMonitor> monitor;
+    monitor = std::make_unique<frmMonitor>();
+    return *monitor;
+}
+
+}  // namespace
+
+clsSettings::clsSettings()
+    : Command({"", "General Settings", "Make settings for model running"}) {}
+
+void clsSettings::OnClick() {
+    frmSettings& form = settingsForm(application());
+    form.load();
+    application().dialogs().showModal(form);
+}
+
+void ModelCommand::OnClick() {
+    const bool done = passRunGate(application()) && runStep();
+    application().noteOutcome(done ? StepOutcome::done : StepOutcome::failed);
+}
+
+clsET_ReferenceET::clsET_ReferenceET()
+    : ModelCommand({"Velmora_RefET", "Calculate Reference ET", "Estimate Regional RefET"}) {}
+
+bool clsET_ReferenceET::runStep() {
+    const RunSettings& settings = processState().settings;
+    frmMonitor& monitor = newMonitor();
+    monitor.load();
+    if (settings.ShowMonitor) application().dialogs().show(monitor);
+    const bool done = ReferenceEtRun(application(), settings, monitor).run();
+    monitor.stepEnded();
+    return done;
+}
+
+bool UnbuiltCommand::runStep() {
+    application().prompts().message("\"" + Caption() +
+                                    "\" is not built yet: this version ends with reference ET. "
+                                    "Nothing was changed.");
+    return false;
+}
+
+clsET_CropCoefficient::clsET_CropCoefficient()
+    : UnbuiltCommand({"Velmora_KcMaker", "Make Kc Maps",
+                      "Edit Crop Coefficients Curve and Make Kc Map"}) {}
+
+clsET_CropET::clsET_CropET() : UnbuiltCommand({"", "Estimate Crop ET", ""}) {}
+
+clsPPT::clsPPT()
+    : UnbuiltCommand({"PPTInter", "Precipitation Estimation",
+                      "Estimate spatially distributed precipitation"}) {}
+
+clsIR_NIR::clsIR_NIR()
+    : UnbuiltCommand(
+          {"", "Estimate Crop Water Requirement", "Estimate Irrigation Water Requirement"}) {}
+
+clsIR_EFF::clsIR_EFF()
+    : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}
+
+clsIR_IRR::clsIR_IRR()
+    : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",
+                      "Estimate Irrigation Water Requirement"}) {}
+
+}  // namespace velmora

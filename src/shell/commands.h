@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+// The eight commands. Their properties are constants; each keeps the hook it was created with and
+// nothing about a run.
+#pragma once
+
+#include "shell/com_object.h"
+#include "shell/interfaces.h"
+
+namespace velmora {
+
+// The properties in which the commands differ.
+struct CommandTexts {
+    const char* name;
+    const char* caption;
+    const char* message;
+};
+
+class Command : public ComObject<ICommand> {
+  public:
+    explicit Command(const CommandTexts& texts) : texts_(texts) {}
+    bool Enabled() override { return true; }
+    bool Checked() override { return false; }
+    std::string Name() override { return texts_.name; }
+    std::string Caption() override { return texts_.caption; }
+    std::string Tooltip() override { return {}; }
+    std::string Message() override { return texts_.message; }
+    std::string HelpFile() override { return {}; }
+    std::int32_t HelpContextID() override { return 0; }
+    std::intptr_t Bitmap() override { return 0; }
+    std::string Category() override { return "Tarnwick"; }
+    void OnCreate(IApplication* hook) override { application_ = hook; }
+
+  protected:
+    IApplication& application() const { return *application_; }
+
+  private:
+    CommandTexts texts_;
+    IApplication* application_ = nullptr;
+};
+
+// Opens the General Settings form, which exists once per process.
+class clsSettings : public Command {
+  public:
+    clsSettings();
+    void OnClick() override;
+};
+
+// A command that passes the run gate and then runs its step.
+class ModelCommand : public Command {
+  public:
+    using Command::Command;
+    void OnClick() override;
+
+  protected:
+    // Runs the step on the settings just read. False when it reported a failure.
+    virtual bool runStep() = 0;
+};
+
+class clsET_ReferenceET : public ModelCommand {
+  public:
+    clsET_ReferenceET();
+
+  protected:
+    bool runStep() override;
+};
+
+// The commands whose steps this version does not have: they pass the gate and say so.
+class UnbuiltCommand : public ModelCommand {
+  public:
+    using ModelCommand::ModelCommand;
+
+  protected:
+    bool runStep() override;
+};
+
+class clsET_CropCoefficient : public UnbuiltCommand {
+  public:
+    clsET_CropCoefficient();
+};
+class clsET_CropET : public UnbuiltCommand {
+  public:
+    clsET_CropET();
+};
+class clsPPT : public UnbuiltCommand {
+  public:
+    clsPPT();
+};
+class clsIR_NIR : public UnbuiltCommand {
+  public:
+    clsIR_NIR();
+};
+class clsIR_EFF : public UnbuiltCommand {
+  public:
+    clsIR_EFF();
+};
+class clsIR_IRR : public UnbuiltCommand {
+  public:
+    clsIR_IRR();
+};
+
+}  // namespace velmora

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "shell/frm_monitor.h"
+
+namespace velmora {
+
+frmMonitor::frmMonitor() : Form("frmMonitor", "Progress  Monitor") {
+    for (Control* control :
+         std::initializer_list<Control*>{&lblProgress, &lblMessage, &lblStatus, &lblWarning, &cmdClose}) {
+        add(*control);
+    }
+    cmdClose.onClick = [this] { close(); };
+}
+
+void frmMonitor::load() {
+    Form::load();
+    cmdClose.setEnabled(false);
+}
+
+}  // namespace velmora

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "gis/form.h"
+#include "gis/progress.h"
+
+namespace velmora {
+
+// The progress monitor: a small window that tells what a model step is doing. It cannot be closed
+// while the step runs.
+class frmMonitor : public Form, public IProgressMonitor {
+  public:
+    frmMonitor();
+
+    void load() override;  // disables "Close"
+    void setMessage(const std::string& text) override { lblMessage.setText(text); }
+    void setStatus(const std::string& text) override { lblStatus.setText(text); }
+    void stepEnded() { cmdClose.setEnabled(true); }
+
+    Label lblProgress{"lblProgress", "Progress:"};
+    Label lblMessage{"lblMessage"};
+    Label lblStatus{"lblStatus", "Velmora is working ..."};
+    Label lblWarning{"lblWarning",
+                     "Warning:  Using  ArcMap during this  time may cause unexpected problems ..."};
+    CommandButton cmdClose{"cmdClose", "Close"};
+};
+
+}  // namespace velmora

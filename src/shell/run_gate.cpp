@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "shell/run_gate.h"
+
+#include "gis/errors.h"
+#include "settings/run_state.h"
+#include "settings/settings_file.h"
+
+namespace velmora {
+
+bool passRunGate(IApplication& application) {
+    const IFileSystem& files = application.platform().files();
+    const std::string path = defaultSettingsPath(application.extensionFolder());
+    if (!files.fileExists(path)) {
+        application.prompts().message("Run Settings First,Please!");
+        return false;
+    }
+    try {
+        processState().settings = readSettings(files, path);
+        return true;
+    } catch (const PlatformError& e) {
+        application.prompts().message(std::string(e.what()) +
+                                      ": apply the settings again, or delete the file");
+        return false;
+    }
+}
+
+}  // namespace velmora
