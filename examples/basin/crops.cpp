@@ -8,8 +8,8 @@ namespace velmora::examples {
 
 namespace {
 
-// Stage lengths in days (initial, development, middle, late) and the coefficients of the initial and
-// middle stage and of the season's end.
+// Stage lengths in days (initial, development, middle, late) and the coefficients of the initial
+// and middle stage and of the season's end.
 struct GrowthStages {
     const char* name;
     int plantingDay;  // of the year

@@ -52,12 +52,14 @@ std::vector<NewFeature> basinZones(const GridGeometry& geometry) {
     std::vector<NewFeature> zones;
     const auto names = basinZoneNames();
     for (int i = 0; i < 6; ++i) {
-        const double top = e.yMax - e.height() / 3 * (i / 2);
-        const double bottom = e.yMax - e.height() / 3 * (i / 2 + 1);
+        const int tier = i / 2;  // from the north
+        const double top = e.yMax - e.height() / 3 * tier;
+        const double bottom = e.yMax - e.height() / 3 * (tier + 1);
         const double left = i % 2 == 0 ? e.xMin + 4000 : middle;
         const double right = i % 2 == 0 ? middle : e.xMax - 4000;
-        zones.push_back({{{left, bottom}, {left, top}, {right, top}, {right, bottom}, {left, bottom}},
-                         {names[static_cast<std::size_t>(i)]}});
+        zones.push_back(
+            {{{left, bottom}, {left, top}, {right, top}, {right, bottom}, {left, bottom}},
+             {names[static_cast<std::size_t>(i)]}});
     }
     return zones;
 }
@@ -73,8 +75,8 @@ std::vector<NewFeature> basinFields(const Grid& terrain, const std::vector<std::
             number = number * 1103515245U + 12345U;
             const unsigned int choice = number >> 16U & 0x7FFFU;
             if (choice % 11 == 0) continue;  // farmsteads, roads, range
-            const auto ring = choice % 3 == 0 ? circle({x, y}, kFieldHalfSide)
-                                              : square({x, y}, kFieldHalfSide);
+            const auto ring =
+                choice % 3 == 0 ? circle({x, y}, kFieldHalfSide) : square({x, y}, kFieldHalfSide);
             fields.push_back({ring, {crops[choice % crops.size()], area(ring)}});
         }
     }

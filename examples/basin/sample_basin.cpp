@@ -21,8 +21,8 @@ namespace {
 
 const Field kNameField{"NAME", FieldType::text, 40, 0};
 
-// Puts each station at a place of its own elevation, the places well apart: the normals are real, the
-// positions belong to the made-up terrain.
+// Puts each station at a place of its own elevation, the places well apart: the normals are real,
+// the positions belong to the made-up terrain.
 std::vector<Point> stationPlaces(const Grid& terrain) {
     const GridGeometry& g = terrain.geometry;
     std::vector<Point> places;
@@ -107,12 +107,16 @@ void makeKcTable(IPlatform& platform, const std::string& folder) {
 void makeLand(IPlatform& platform, const std::string& folder, const Grid& terrain) {
     const GridGeometry& g = terrain.geometry;
     const Envelope e = g.extent();
-    platform.features().createFeatureClass(
-        joinedPath(folder, "domain.shp"), true, g.crs, {kNameField},
-        {{{{e.xMin, e.yMin}, {e.xMin, e.yMax}, {e.xMax, e.yMax}, {e.xMax, e.yMin}, {e.xMin, e.yMin}},
-          {std::string("Sample basin")}}});
-    platform.features().createFeatureClass(joinedPath(folder, "zones.shp"), true, g.crs, {kNameField},
-                                           basinZones(g));
+    platform.features().createFeatureClass(joinedPath(folder, "domain.shp"), true, g.crs,
+                                           {kNameField},
+                                           {{{{e.xMin, e.yMin},
+                                              {e.xMin, e.yMax},
+                                              {e.xMax, e.yMax},
+                                              {e.xMax, e.yMin},
+                                              {e.xMin, e.yMin}},
+                                             {std::string("Sample basin")}}});
+    platform.features().createFeatureClass(joinedPath(folder, "zones.shp"), true, g.crs,
+                                           {kNameField}, basinZones(g));
     std::vector<std::string> crops;
     for (const CropCurve& crop : cropCurves()) crops.push_back(crop.name);
     platform.features().createFeatureClass(

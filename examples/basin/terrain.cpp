@@ -56,9 +56,7 @@ double shape(double u, double v) {
 
 }  // namespace
 
-GridGeometry basinGeometry(const std::string& crs) {
-    return {250, 300, 390000, 4850000, 200, crs};
-}
+GridGeometry basinGeometry(const std::string& crs) { return {250, 300, 390000, 4850000, 200, crs}; }
 
 Grid basinTerrain(const GridGeometry& geometry) {
     Grid terrain(geometry);

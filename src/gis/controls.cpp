@@ -73,7 +73,7 @@ void OptionButton::choose() {
     if (onClick) onClick();
 }
 
-void OptionButton::group(std::vector<OptionButton*> members) {
+void OptionButton::group(const std::vector<OptionButton*>& members) {
     for (OptionButton* member : members) {
         member->others_ = members;
         std::erase(member->others_, member);

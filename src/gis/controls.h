@@ -97,7 +97,7 @@ class OptionButton : public Control {
 
     bool value() const { return value_; }
     void choose();
-    static void group(std::vector<OptionButton*> members);
+    static void group(const std::vector<OptionButton*>& members);
 
   private:
     bool value_ = false;

@@ -30,7 +30,8 @@ class IEditSession {
     virtual ~IEditSession() = default;
     // Adds a numeric field that keeps a double's full precision, unless the table has the field.
     virtual void addNumericField(const std::string& field) = 0;
-    virtual void setValue(std::size_t record, const std::string& field, const FieldValue& value) = 0;
+    virtual void setValue(std::size_t record, const std::string& field,
+                          const FieldValue& value) = 0;
     // Stores the changes: other columns, their order and types, the text encoding, the records and
     // the files beside the table stay as they are. Throws PlatformError and leaves the files
     // untouched when it cannot.

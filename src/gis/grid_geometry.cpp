@@ -13,7 +13,8 @@ namespace velmora {
 namespace {
 
 int cellHolding(double cellsFromEdge, int count) {
-    return static_cast<int>(std::floor(std::clamp(cellsFromEdge, -1.0, static_cast<double>(count))));
+    return static_cast<int>(
+        std::floor(std::clamp(cellsFromEdge, -1.0, static_cast<double>(count))));
 }
 
 int cellsAcross(double length, double cellSize) {

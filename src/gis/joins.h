@@ -50,9 +50,9 @@ class ICalculator {
     virtual ~ICalculator() = default;
     // The value of the expression ([qualified.field] names) for each record; nothing where an
     // operand is null. Throws PlatformError with the position of a mistake.
-    virtual std::vector<std::optional<double>> calculate(
-        const IJoinedLayer& layer, const std::vector<std::size_t>& records,
-        const std::string& expression) = 0;
+    virtual std::vector<std::optional<double>> calculate(const IJoinedLayer& layer,
+                                                         const std::vector<std::size_t>& records,
+                                                         const std::string& expression) = 0;
 };
 
 }  // namespace velmora

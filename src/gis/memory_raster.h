@@ -14,7 +14,8 @@ class MemoryRaster : public IRaster {
     void read(const CellBlock& block, std::span<float> values) const override {
         auto to = values.begin();
         for (int r = 0; r < block.rows; ++r) {
-            for (int c = 0; c < block.columns; ++c) *to++ = grid_.at(block.column + c, block.row + r);
+            for (int c = 0; c < block.columns; ++c)
+                *to++ = grid_.at(block.column + c, block.row + r);
         }
     }
 

@@ -38,7 +38,7 @@ class IRasterDataset {
 };
 
 struct RasterToSave {
-    std::string name;    // the dataset's name in the workspace
+    std::string name;  // the dataset's name in the workspace
     RasterPtr raster;
     std::string format;  // "GRID" or "Grid": an ESRI binary grid folder
 };

@@ -35,8 +35,8 @@ char32_t takeCodePoint(std::string_view& text) {
     } else if (lead >= 0x80) {
         value = kInvalid;
     }
-    if (length > text.size() || !std::all_of(text.begin() + 1, text.begin() + static_cast<long>(length),
-                                             isContinuation)) {
+    if (length > text.size() ||
+        !std::all_of(text.begin() + 1, text.begin() + static_cast<long>(length), isContinuation)) {
         length = 1;
         value = kInvalid;
     }

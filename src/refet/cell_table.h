@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The cell table "GGG": one record per grid cell, one field per quantity, all doubles. Records stand
-// column by column of the grid, top row first in each: record k belongs to grid column k / rows and
-// row k mod rows. While a run is on, the table lives in memory, field by field.
+// The cell table "GGG": one record per grid cell, one field per quantity, all doubles. Records
+// stand column by column of the grid, top row first in each: record k belongs to grid column k /
+// rows and row k mod rows. While a run is on, the table lives in memory, field by field.
 #pragma once
 
 #include <array>

@@ -29,7 +29,8 @@ class FieldRaster : public IRaster {
         for (int c = 0; c < block.columns; ++c) {
             const double* from = values_.data() + recordOf(geometry_, block.column + c, block.row);
             float* to = cells.data() + c;
-            for (int r = 0; r < block.rows; ++r, to += block.columns) *to = static_cast<float>(from[r]);
+            for (int r = 0; r < block.rows; ++r, to += block.columns)
+                *to = static_cast<float>(from[r]);
         }
     }
 
@@ -55,7 +56,8 @@ void gridIntoField(IParallelLoop& loop, const IRaster& raster, CellTable& table,
             const int row = static_cast<int>(band) * kRows;
             const int rows = std::min(kRows, geometry.rows - row);
             for (int column = 0; column < geometry.columns; column += kColumns) {
-                const CellBlock block{column, row, std::min(kColumns, geometry.columns - column), rows};
+                const CellBlock block{column, row, std::min(kColumns, geometry.columns - column),
+                                      rows};
                 cells.resize(block.cells());
                 raster.read(block, cells);
                 for (int c = 0; c < block.columns; ++c) {

@@ -20,9 +20,9 @@ double clsModels::AscePM(bool useG, int cropType, double Tmax, double Tmin, doub
                          DaysInMonth(month, year));
 }
 
-double clsModels::Taylor(bool useG, int, double Tmax, double Tmin, double Tdew, double ea, double RH,
-                         double Rs, double u2, double G, double z, double latitude, int day,
-                         int month, int year) const {
+double clsModels::Taylor(bool useG, int, double Tmax, double Tmin, double Tdew, double ea,
+                         double RH, double Rs, double u2, double G, double z, double latitude,
+                         int day, int month, int year) const {
     const double Ra = ExtraterrestrialRadiation(latitude, {day, month, year});
     const CellWeather weather{Tmax, Tmin, Tdew, ea, RH, Rs, u2, useG ? G : 0, z};
     return inchesOfMonth(priestleyTaylor(weather, Ra, albedo_), DaysInMonth(month, year));

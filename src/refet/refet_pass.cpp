@@ -47,8 +47,9 @@ std::vector<LatitudePart> latitudeParts(IParallelLoop& loop, const CellTable& ta
 
 std::vector<LatitudePart> radiationParts(IParallelLoop& loop, const CellTable& table,
                                          std::size_t rows, const Date& date) {
-    return latitudeParts(loop, table, rows,
-                         [&](double latitude) { return ExtraterrestrialRadiation(latitude, date); });
+    return latitudeParts(loop, table, rows, [&](double latitude) {
+        return ExtraterrestrialRadiation(latitude, date);
+    });
 }
 
 std::vector<LatitudePart> daylightParts(IParallelLoop& loop, const CellTable& table,
@@ -70,8 +71,8 @@ class FirstFailure {
     }
     void rethrow(std::size_t rows) const {
         if (what_.empty()) return;
-        throw EquationError(what_ + " (grid column " + std::to_string(record_ / rows + 1) + ", row " +
-                            std::to_string(record_ % rows + 1) + ")");
+        throw EquationError(what_ + " (grid column " + std::to_string(record_ / rows + 1) +
+                            ", row " + std::to_string(record_ % rows + 1) + ")");
     }
 
   private:
@@ -156,8 +157,9 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, RefEtMethod method, 
     const int days = DaysInMonth(date.month, date.year);
     const std::vector<std::span<const double>> needed = {z, TM, TN, TD, SR, WS, GG};
     if (method == RefEtMethod::priestleyTaylor) {
-        runEquation(loop, table, rows, noData, days, parts, {z, TM, TN, TD, SR, GG},
-                    [&](std::size_t k, double Ra) { return priestleyTaylor(weather(k), Ra, kAlbedo); });
+        runEquation(
+            loop, table, rows, noData, days, parts, {z, TM, TN, TD, SR, GG},
+            [&](std::size_t k, double Ra) { return priestleyTaylor(weather(k), Ra, kAlbedo); });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
@@ -185,7 +187,8 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMetho
                             " of the cell table is empty");
     }
     if (method == RefEtMethod::blaneyCriddle) {
-        return {runBlaneyCriddle(loop, table, rows, noData, daylightParts(loop, table, rows, date))};
+        return {
+            runBlaneyCriddle(loop, table, rows, noData, daylightParts(loop, table, rows, date))};
     }
     if (method == RefEtMethod::hargreaves) {
         const auto TM = table.values(CellField::TM);

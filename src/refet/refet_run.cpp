@@ -266,11 +266,11 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
         algebra->BindRaster(weatherGrid("TN_", p), "TPMin");
         algebra->BindRaster(weatherGrid("TM_", n), "TNMax");
         algebra->BindRaster(weatherGrid("TN_", n), "TNMin");
-        GridReadIn(*algebra->Execute(
-                       month == 1 || month == 12
-                           ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
-                           : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
-                   CellField::GG);
+        GridReadIn(
+            *algebra->Execute(month == 1 || month == 12
+                                  ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
+                                  : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
+            CellField::GG);
     } catch (const std::exception& e) {
         application_.prompts().message("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
     }

@@ -35,7 +35,7 @@ class ReferenceEtRun {
     void GetRasterTemp();
     void GetParameters();
     void ReadinGrids(int month);
-    void GetSoilHeatFlux(int month);   // leaves the flag alone
+    void GetSoilHeatFlux(int month);  // leaves the flag alone
     void CalculateRefET(int month);
     void GridReadOut(const std::string& label);
 

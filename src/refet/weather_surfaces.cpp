@@ -42,9 +42,9 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
                             " has no field ELEVATION: add the stations' elevations");
     }
     if (stations_->matchedRecords() == 0) {
-        throw PlatformError("No station of " + layer->path() + " (field staname: " +
-                            someKeys(*layer, "staname") + ") has a record in " + table->path() +
-                            " (field STN: " + someKeys(*table, "STN") + ")");
+        throw PlatformError(
+            "No station of " + layer->path() + " (field staname: " + someKeys(*layer, "staname") +
+            ") has a record in " + table->path() + " (field STN: " + someKeys(*table, "STN") + ")");
     }
     tableName_ = table->name();
     layerName_ = layer->name();
@@ -178,12 +178,12 @@ RasterPtr WeatherSurfaces::retrended(const RasterPtr& residuals, const LinearTre
     algebra_->BindRaster(residuals, "T");
     const std::string line =
         "[T] + " + numberText(trend.a) + " + " + numberText(trend.b) + " * [DEM] ";
-    return algebra_->Execute(inFahrenheit(settings_.TemperatureUnit)
-                                 ? "5.0 / 9.0 * ( " + line + " - 32.0)"
-                                 : line);
+    return algebra_->Execute(
+        inFahrenheit(settings_.TemperatureUnit) ? "5.0 / 9.0 * ( " + line + " - 32.0)" : line);
 }
 
-void WeatherSurfaces::prepareDirect(const std::string& prefix, const std::string& title, int month) {
+void WeatherSurfaces::prepareDirect(const std::string& prefix, const std::string& title,
+                                    int month) {
     const std::string name = field(prefix, month);
     const std::vector<std::size_t> valid = validStations(name, 0, 500);
     if (valid.empty()) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Surfaces of the weather quantities over the modelling extent. Temperatures are detrended with
-// station elevation, interpolated and retrended with the DEM; radiation and wind are interpolated as
-// they are.
+// station elevation, interpolated and retrended with the DEM; radiation and wind are interpolated
+// as they are.
 #pragma once
 
 #include <functional>
@@ -35,8 +35,8 @@ class WeatherSurfaces {
     // Whether make() has saved the grid of that name.
     bool made(const std::string& name) const { return made_.contains(name); }
 
-    // Stores the field "TempTTT" (the detrended values last interpolated) in the stations' attribute
-    // table. Throws PlatformError and leaves the table as it was when that fails.
+    // Stores the field "TempTTT" (the detrended values last interpolated) in the stations'
+    // attribute table. Throws PlatformError and leaves the table as it was when that fails.
     void storeWorkingField();
 
   private:

@@ -44,17 +44,70 @@ frmSettings::frmSettings(IApplication& application)
 }
 
 void frmSettings::addControls() {
-    for (Control* control : std::initializer_list<Control*>{
-             &txtDEM, &cmdDEM, &txtWeatherStations, &cmdWeatherStations, &txtWeatherData,
-             &cmdWeatherData, &txtKc, &cmdKc, &txtLandCover, &cmdLandCover, &txtZones, &cmdZones,
-             &cboZoneField, &txtOutput, &cmdOutput, &txtExtent, &cmdExtent, &txtCellSize,
-             &lblCellsInWidth, &lblCellsInHeight, &lblLeft, &lblRight, &lblTop, &lblBottom,
-             &optMonthly, &optDaily, &txtYear, &cboBeginMonth, &cboEndMonth, &cboBeginDay,
-             &cboEndDay, &cboRefETMethod, &cboSiteUnit, &cboDemUnit, &cboTemperatureUnit,
-             &cboRadiationUnit, &cboWindUnit, &chkTmax, &chkTmin, &chkTmean, &chkTdew, &chkRHmean,
-             &chkRHmax, &chkRHmin, &chkSR, &chkWS, &cmdGetInfo, &lblWindSpeed, &txtWindSpeed,
-             &lblKs, &txtKs, &lblKo, &txtKo, &optEDK, &optPRISM, &lblPrism, &txtPrism, &cmdPrism,
-             &chkShowMonitor, &cmdOK, &cmdApply, &cmdCancel, &cmdSaveAs, &cmdLoad}) {
+    for (Control* control : std::initializer_list<Control*>{&txtDEM,
+                                                            &cmdDEM,
+                                                            &txtWeatherStations,
+                                                            &cmdWeatherStations,
+                                                            &txtWeatherData,
+                                                            &cmdWeatherData,
+                                                            &txtKc,
+                                                            &cmdKc,
+                                                            &txtLandCover,
+                                                            &cmdLandCover,
+                                                            &txtZones,
+                                                            &cmdZones,
+                                                            &cboZoneField,
+                                                            &txtOutput,
+                                                            &cmdOutput,
+                                                            &txtExtent,
+                                                            &cmdExtent,
+                                                            &txtCellSize,
+                                                            &lblCellsInWidth,
+                                                            &lblCellsInHeight,
+                                                            &lblLeft,
+                                                            &lblRight,
+                                                            &lblTop,
+                                                            &lblBottom,
+                                                            &optMonthly,
+                                                            &optDaily,
+                                                            &txtYear,
+                                                            &cboBeginMonth,
+                                                            &cboEndMonth,
+                                                            &cboBeginDay,
+                                                            &cboEndDay,
+                                                            &cboRefETMethod,
+                                                            &cboSiteUnit,
+                                                            &cboDemUnit,
+                                                            &cboTemperatureUnit,
+                                                            &cboRadiationUnit,
+                                                            &cboWindUnit,
+                                                            &chkTmax,
+                                                            &chkTmin,
+                                                            &chkTmean,
+                                                            &chkTdew,
+                                                            &chkRHmean,
+                                                            &chkRHmax,
+                                                            &chkRHmin,
+                                                            &chkSR,
+                                                            &chkWS,
+                                                            &cmdGetInfo,
+                                                            &lblWindSpeed,
+                                                            &txtWindSpeed,
+                                                            &lblKs,
+                                                            &txtKs,
+                                                            &lblKo,
+                                                            &txtKo,
+                                                            &optEDK,
+                                                            &optPRISM,
+                                                            &lblPrism,
+                                                            &txtPrism,
+                                                            &cmdPrism,
+                                                            &chkShowMonitor,
+                                                            &cmdOK,
+                                                            &cmdApply,
+                                                            &cmdCancel,
+                                                            &cmdSaveAs,
+                                                            &cmdLoad}) {
         add(*control);
     }
     OptionButton::group({&optMonthly, &optDaily});
@@ -109,7 +162,8 @@ void frmSettings::bindHandlers() {
 
 std::vector<CheckBox*> frmSettings::parameterBoxes() {
     // In the order of WeatherParameter.
-    return {&chkTmax, &chkTmin, &chkTdew, &chkTmean, &chkSR, &chkWS, &chkRHmax, &chkRHmin, &chkRHmean};
+    return {&chkTmax, &chkTmin,  &chkTdew,  &chkTmean, &chkSR,
+            &chkWS,   &chkRHmax, &chkRHmin, &chkRHmean};
 }
 
 void frmSettings::load() {
@@ -133,7 +187,8 @@ void frmSettings::showDefaults() {
                          &txtZones, &txtOutput, &txtExtent, &txtCellSize, &txtPrism}) {
         box->setText({});
     }
-    for (Label* label : {&lblCellsInWidth, &lblCellsInHeight, &lblLeft, &lblRight, &lblTop, &lblBottom}) {
+    for (Label* label :
+         {&lblCellsInWidth, &lblCellsInHeight, &lblLeft, &lblRight, &lblTop, &lblBottom}) {
         label->setText({});
     }
     cboZoneField.clear();
@@ -288,8 +343,8 @@ void frmSettings::restore(const RunSettings& settings) {
     txtKo.setText(numberText(settings.Ko));
 }
 
-// A stored "PRISM_REF" switches the time step to "Daily" and leaves the detrended option on; kept on
-// purpose, Apply then stores what the form shows.
+// A stored "PRISM_REF" switches the time step to "Daily" and leaves the detrended option on; kept
+// on purpose, Apply then stores what the form shows.
 void frmSettings::restorePrecipitation(const RunSettings& settings) {
     if (settings.PrecipitationMethod == "EDK") optEDK.choose();
     if (settings.PrecipitationMethod == "PRISM_REF") optDaily.choose();

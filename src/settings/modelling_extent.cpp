@@ -51,8 +51,8 @@ GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings) {
     }
     auto& systems = platform.spatialReferences();
     if (systems.isGeographic(crs)) {
-        throw PlatformError("The extent provider " + settings.ExtentProvider +
-                            " is in degrees (" + systems.name(crs) +
+        throw PlatformError("The extent provider " + settings.ExtentProvider + " is in degrees (" +
+                            systems.name(crs) +
                             "), but cell sizes are metres: project it to a system in metres, such "
                             "as UTM");
     }

@@ -8,17 +8,17 @@
 namespace velmora {
 
 struct RunSettings {
-    std::string DEM;              // path of the elevation raster
-    std::string WeatherStations;  // path of the station point shapefile
-    std::string WeatherData;      // path of the dBASE weather table
-    std::string KcTable;          // path of the crop coefficient table
-    std::string LandCover;        // path of the land cover polygon shapefile
-    std::string Zones;            // path of the zone polygon shapefile
-    std::string ZoneField;        // the zones' key field
-    std::string PrismGridFolder;  // where the reference precipitation grids lie
-    std::string OutputWorkspace;  // folder of all output
-    std::string ExtentProvider;   // path of the shapefile whose extent is the modelling domain
-    double CellSize = 0;          // metres
+    std::string DEM;                  // path of the elevation raster
+    std::string WeatherStations;      // path of the station point shapefile
+    std::string WeatherData;          // path of the dBASE weather table
+    std::string KcTable;              // path of the crop coefficient table
+    std::string LandCover;            // path of the land cover polygon shapefile
+    std::string Zones;                // path of the zone polygon shapefile
+    std::string ZoneField;            // the zones' key field
+    std::string PrismGridFolder;      // where the reference precipitation grids lie
+    std::string OutputWorkspace;      // folder of all output
+    std::string ExtentProvider;       // path of the shapefile whose extent is the modelling domain
+    double CellSize = 0;              // metres
     std::string RefETMethod;          // "1" to "6"
     std::string PrecipitationMethod;  // "EDK" or "PRISM_REF"
     std::string TimeStep;             // "Monthly" or "Daily"

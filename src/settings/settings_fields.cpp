@@ -59,9 +59,9 @@ constexpr std::array<SettingsField, 35> kFields = {{
 
 struct TextOf {
     const RunSettings& settings;
-    std::string operator()(std::string R::* member) const { return settings.*member; }
-    std::string operator()(double R::* member) const { return numberText(settings.*member); }
-    std::string operator()(bool R::* member) const { return settings.*member ? "true" : "false"; }
+    std::string operator()(std::string R::*member) const { return settings.*member; }
+    std::string operator()(double R::*member) const { return numberText(settings.*member); }
+    std::string operator()(bool R::*member) const { return settings.*member ? "true" : "false"; }
 };
 
 }  // namespace

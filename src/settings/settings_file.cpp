@@ -26,7 +26,7 @@ struct FieldWriter {
     const SettingsField& field;
     std::string& out;
 
-    void operator()(std::string RunSettings::* member) const {
+    void operator()(std::string RunSettings::*member) const {
         const std::string bytes = windows1252FromUtf8(settings.*member);
         if (bytes.size() > kLongestText) {
             throw PlatformError("The setting " + std::string(field.name) + " is longer than " +
@@ -35,10 +35,10 @@ struct FieldWriter {
         appendLittleEndian(out, bytes.size(), 2);
         out += bytes;
     }
-    void operator()(double RunSettings::* member) const {
+    void operator()(double RunSettings::*member) const {
         appendLittleEndian(out, std::bit_cast<std::uint64_t>(settings.*member), 8);
     }
-    void operator()(bool RunSettings::* member) const {
+    void operator()(bool RunSettings::*member) const {
         appendLittleEndian(out, settings.*member ? 0xFFFFU : 0U, 2);
     }
 };
@@ -65,13 +65,13 @@ struct FieldReader {
         }
         return value;
     }
-    void operator()(std::string RunSettings::* member) const {
+    void operator()(std::string RunSettings::*member) const {
         settings.*member = utf8FromWindows1252(take(number(2)));
     }
-    void operator()(double RunSettings::* member) const {
+    void operator()(double RunSettings::*member) const {
         settings.*member = std::bit_cast<double>(number(8));
     }
-    void operator()(bool RunSettings::* member) const { settings.*member = number(2) != 0; }
+    void operator()(bool RunSettings::*member) const { settings.*member = number(2) != 0; }
 };
 
 }  // namespace

@@ -21,7 +21,7 @@ struct Quantity {
     const char* prefix;
     double above;  // a run uses values above ... and below ...
     double below;
-    double high;   // higher values are suspicious
+    double high;  // higher values are suspicious
     const char* unit;
 };
 
@@ -117,8 +117,7 @@ class StationCheck {
             const auto [other, fresh] = seen.emplace(std::pair{p.x, p.y}, stationName(r));
             if (!fresh) {
                 add(Severity::note, stations_->path(), {}, stationName(r),
-                    "stands at the place of " + other->second +
-                        ": the mean of both values counts");
+                    "stands at the place of " + other->second + ": the mean of both values counts");
             }
         }
     }
@@ -200,8 +199,8 @@ class StationCheck {
                 add(Severity::note, weather_->path(), field, station, "has no value");
             } else if (!(*number > quantity.above && *number < quantity.below)) {
                 add(Severity::warning, weather_->path(), field, station,
-                    numberText(*number) + " is not between " + numberText(quantity.above) + " and " +
-                        numberText(quantity.below) + " " + quantity.unit +
+                    numberText(*number) + " is not between " + numberText(quantity.above) +
+                        " and " + numberText(quantity.below) + " " + quantity.unit +
                         ", so the station takes no part");
             } else {
                 ++valid;

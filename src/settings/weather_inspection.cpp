@@ -8,8 +8,8 @@ namespace velmora {
 
 namespace {
 
-constexpr std::array<std::string_view, kWeatherParameters> kPrefixes = {"TM", "TN", "TD", "TA", "SR",
-                                                                        "WS", "RHM", "RHN", "RHA"};
+constexpr std::array<std::string_view, kWeatherParameters> kPrefixes = {
+    "TM", "TN", "TD", "TA", "SR", "WS", "RHM", "RHN", "RHA"};
 
 }  // namespace
 

@@ -17,7 +17,8 @@ enum class WeatherParameter { Tmax, Tmin, Tdew, Tmean, SR, WS, RHmax, RHmin, RHm
 constexpr int kWeatherParameters = 9;
 
 // The names of the table's fields in their stored order, through the dBASE data source.
-std::vector<std::string> weatherFieldNames(IConnectionFactory& connections, const std::string& path);
+std::vector<std::string> weatherFieldNames(IConnectionFactory& connections,
+                                           const std::string& path);
 
 // True when a field other than the first begins with the parameter's prefix. Two characters are
 // compared, always: the three-letter prefixes of humidity are never found, and consumers count on

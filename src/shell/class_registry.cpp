@@ -87,7 +87,8 @@ bool registerClasses(const std::string& module) {
 
 bool unregisterClasses(const std::string& module) {
     std::vector<std::string> lines = readLines();
-    for (const ComponentClass& served : componentClasses()) std::erase(lines, lineOf(served, module));
+    for (const ComponentClass& served : componentClasses())
+        std::erase(lines, lineOf(served, module));
     if (!lines.empty()) return writeLines(lines);
     std::error_code error;
     fs::remove(classRegistryPath(), error);

@@ -7,7 +7,8 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* kForm = "{%08X-%04hX-%04hX-%02hhX%02hhX-%02hhX%02hhX%02hhX%02hhX%02hhX%02hhX}";
+constexpr const char* kForm =
+    "{%08X-%04hX-%04hX-%02hhX%02hhX-%02hhX%02hhX%02hhX%02hhX%02hhX%02hhX}";
 
 }  // namespace
 
@@ -21,8 +22,8 @@ std::string guidText(const Guid& g) {
 
 bool parseGuid(const std::string& text, Guid& g) {
     auto& d = g.data4;
-    return std::sscanf(text.c_str(), kForm, &g.data1, &g.data2, &g.data3, &d[0], &d[1], &d[2], &d[3],
-                       &d[4], &d[5], &d[6], &d[7]) == 11 &&
+    return std::sscanf(text.c_str(), kForm, &g.data1, &g.data2, &g.data3, &d[0], &d[1], &d[2],
+                       &d[3], &d[4], &d[5], &d[6], &d[7]) == 11 &&
            guidText(g) == text;
 }
 

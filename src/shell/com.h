@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The component model by which hosts meet the extension: objects with interfaces found by identifier
-// and counted by reference, made by class objects.
+// The component model by which hosts meet the extension: objects with interfaces found by
+// identifier and counted by reference, made by class objects.
 #pragma once
 
 #include <array>

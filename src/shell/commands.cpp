@@ -32,8 +32,7 @@ frmMonitor& newMonitor() {
 
 }  // namespace
 
-clsSettings::clsSettings()
-    : Command({"", "General Settings", "Make settings for model running"}) {}
+clsSettings::clsSettings() : Command({"", "General Settings", "Make settings for model running"}) {}
 
 void clsSettings::OnClick() {
     frmSettings& form = settingsForm(application());
@@ -67,8 +66,8 @@ bool UnbuiltCommand::runStep() {
 }
 
 clsET_CropCoefficient::clsET_CropCoefficient()
-    : UnbuiltCommand({"Velmora_KcMaker", "Make Kc Maps",
-                      "Edit Crop Coefficients Curve and Make Kc Map"}) {}
+    : UnbuiltCommand(
+          {"Velmora_KcMaker", "Make Kc Maps", "Edit Crop Coefficients Curve and Make Kc Map"}) {}
 
 clsET_CropET::clsET_CropET() : UnbuiltCommand({"", "Estimate Crop ET", ""}) {}
 

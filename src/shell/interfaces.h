@@ -11,7 +11,8 @@ namespace velmora {
 
 class IExtension : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C01, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x01}};
+    static constexpr Guid iid{
+        0x7A8F1C01, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x01}};
     virtual std::string Name() = 0;
     virtual void Startup(void* initialisationData) = 0;
     virtual void Shutdown() = 0;
@@ -22,7 +23,8 @@ class IExtension : public IUnknown {
 
 class IExtensionConfig : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C02, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x02}};
+    static constexpr Guid iid{
+        0x7A8F1C02, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x02}};
     virtual std::string ProductName() = 0;
     virtual std::string Description() = 0;
     virtual std::int32_t State() = 0;
@@ -42,7 +44,8 @@ class IItemDef {
 
 class IToolBarDef : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C03, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x03}};
+    static constexpr Guid iid{
+        0x7A8F1C03, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x03}};
     virtual std::int32_t ItemCount() = 0;
     virtual void GetItemInfo(std::int32_t position, IItemDef& item) = 0;
     virtual std::string Name() = 0;
@@ -54,7 +57,8 @@ class IToolBarDef : public IUnknown {
 
 class IMenuDef : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C04, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x04}};
+    static constexpr Guid iid{
+        0x7A8F1C04, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x04}};
     virtual std::int32_t ItemCount() = 0;
     virtual void GetItemInfo(std::int32_t position, IItemDef& item) = 0;
     virtual std::string Name() = 0;
@@ -67,7 +71,8 @@ class IMenuDef : public IUnknown {
 // A menu that the host may offer as a menu of its own.
 class IRootLevelMenu : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C05, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x05}};
+    static constexpr Guid iid{
+        0x7A8F1C05, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x05}};
 
   protected:
     ~IRootLevelMenu() = default;
@@ -75,7 +80,8 @@ class IRootLevelMenu : public IUnknown {
 
 class ICommand : public IUnknown {
   public:
-    static constexpr Guid iid{0x7A8F1C06, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x06}};
+    static constexpr Guid iid{
+        0x7A8F1C06, 0x52B7, 0x4E0B, {0x9D, 0x11, 0x3A, 0x60, 0x0C, 0x7E, 0x21, 0x06}};
     virtual bool Enabled() = 0;
     virtual bool Checked() = 0;
     virtual std::string Name() = 0;

@@ -43,9 +43,8 @@ void clsMenu_Zav_IR_ET::GetItemInfo(std::int32_t position, IItemDef& item) {
 }
 
 void clsMenu_Zav_IR_IRR::GetItemInfo(std::int32_t position, IItemDef& item) {
-    static const std::array<MenuItem, 3> items = {{{"Tarnwick.clsIR_NIR", true},
-                                                   {"Tarnwick.clsIR_EFF", true},
-                                                   {"Tarnwick.clsIR_IRR", true}}};
+    static const std::array<MenuItem, 3> items = {
+        {{"Tarnwick.clsIR_NIR", true}, {"Tarnwick.clsIR_EFF", true}, {"Tarnwick.clsIR_IRR", true}}};
     setItem(items, position, item);
 }
 

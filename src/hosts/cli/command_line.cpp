@@ -44,10 +44,10 @@ CommandLine::CommandLine()
     whenChosen(add(app_, "commands", "Show the toolbar and menus as a host sees them",
                    "velmora commands --json"),
                listCommands);
-    whenChosen(add(app_, "check",
-                   "List what is wrong or suspicious in the inputs that the settings name",
-                   "velmora check"),
-               checkSettings);
+    whenChosen(
+        add(app_, "check", "List what is wrong or suspicious in the inputs that the settings name",
+            "velmora check"),
+        checkSettings);
     addGrid();
     addDemo();
 }
@@ -64,13 +64,12 @@ void CommandLine::whenChosen(CLI::App* command, Action action) {
 }
 
 void CommandLine::addSettings() {
-    CLI::App* settings =
-        add(app_, "settings", "Set, show, save and load the settings of a run",
-            "velmora settings apply DEM=dem.tif CellSize=500 RefETMethod=2");
+    CLI::App* settings = add(app_, "settings", "Set, show, save and load the settings of a run",
+                             "velmora settings apply DEM=dem.tif CellSize=500 RefETMethod=2");
     settings->require_subcommand(1);
-    CLI::App* apply = add(*settings, "apply", "Set fields in the General Settings form and apply them",
-                          "velmora settings apply CellSize=500 BeginMonth=Apr EndMonth=Sep\n\n" +
-                              settingsHelp());
+    CLI::App* apply =
+        add(*settings, "apply", "Set fields in the General Settings form and apply them",
+            "velmora settings apply CellSize=500 BeginMonth=Apr EndMonth=Sep\n\n" + settingsHelp());
     apply->add_option("assignments", assignments_, "Field=Value ...");
     whenChosen(apply, [this](const Session& s) { return applySettings(s, assignments_); });
     whenChosen(add(*settings, "show", "Show the settings that the next run uses",
@@ -87,29 +86,31 @@ void CommandLine::addSettings() {
 }
 
 void CommandLine::addRun() {
-    CLI::App* run = add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
-    run->add_option("step", first_, "refet (reference ET); kc, cropet, ppt, nir, eff and irr are not "
-                                    "built yet")
+    CLI::App* run =
+        add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
+    run->add_option("step", first_,
+                    "refet (reference ET); kc, cropet, ppt, nir, eff and irr are not "
+                    "built yet")
         ->required()
         ->check(CLI::IsMember(stepNames()));
     whenChosen(run, [this](const Session& s) { return runStep(s, first_); });
 }
 
 void CommandLine::addGrid() {
-    CLI::App* grid = add(app_, "grid", "Look at grids, copy and export them",
-                         "velmora grid stats RefET_Jul_2");
+    CLI::App* grid =
+        add(app_, "grid", "Look at grids, copy and export them", "velmora grid stats RefET_Jul_2");
     grid->require_subcommand(1);
     const char* dataset = "A dataset by its path, or by its name in the output folder";
-    CLI::App* info = add(*grid, "info", "Show where a grid's cells lie",
-                         "velmora grid info RefET_Jul_2");
+    CLI::App* info =
+        add(*grid, "info", "Show where a grid's cells lie", "velmora grid info RefET_Jul_2");
     info->add_option("dataset", first_, dataset)->required();
     whenChosen(info, [this](const Session& s) { return gridInfo(s, first_); });
     CLI::App* stats = add(*grid, "stats", "Show minimum, maximum, mean and deviation of grids",
                           "velmora grid stats RefET_Jun_2 RefET_Jul_2");
     stats->add_option("datasets", names_, dataset)->required();
     whenChosen(stats, [this](const Session& s) { return gridStatistics(s, names_); });
-    CLI::App* copy = add(*grid, "copy", "Copy a grid under another name",
-                         "velmora grid copy IREF faef_500");
+    CLI::App* copy =
+        add(*grid, "copy", "Copy a grid under another name", "velmora grid copy IREF faef_500");
     copy->add_option("from", first_, dataset)->required();
     copy->add_option("to", second_, "The copy's name, or its path")->required();
     whenChosen(copy, [this](const Session& s) { return gridCopy(s, first_, second_); });
@@ -123,12 +124,13 @@ void CommandLine::addGrid() {
     picture->add_option("dataset", first_, dataset)->required();
     picture->add_option("file", second_, "The file to write (.png)")->required();
     picture->add_option("--title", title_, "The title (default: the dataset's name)");
-    whenChosen(picture, [this](const Session& s) { return gridPicture(s, first_, second_, title_); });
+    whenChosen(picture,
+               [this](const Session& s) { return gridPicture(s, first_, second_, title_); });
 }
 
 void CommandLine::addDemo() {
-    CLI::App* command = add(app_, "demo", "Make the sample basin in a folder and run it",
-                            "velmora demo basin");
+    CLI::App* command =
+        add(app_, "demo", "Make the sample basin in a folder and run it", "velmora demo basin");
     command->add_option("folder", first_, "The folder to make")->required();
     whenChosen(command, [this](const Session& s) { return demo(s, first_); });
 }

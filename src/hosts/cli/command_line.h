@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The declarations of the command `velmora`: its subcommands, options and examples. The help and the
-// manual page come from them.
+// The declarations of the command `velmora`: its subcommands, options and examples. The help and
+// the manual page come from them.
 #pragma once
 
 #include <CLI/CLI.hpp>

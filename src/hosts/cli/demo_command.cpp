@@ -48,9 +48,10 @@ int demo(const Session& session, const std::string& folder) {
     printMonthlyTable(platform, output);
     const int drawn = gridPicture(own, "RefET_Jul_2", joinedPath(path, "RefET_Jul_2.png"),
                                   "Reference ET in July, inches");
-    fmt::print("\nGo on with:\n  velmora --settings-folder {} check\n  velmora --settings-folder {} "
-               "grid stats RefET_Jul_2\n",
-               own.settingsFolder, own.settingsFolder);
+    fmt::print(
+        "\nGo on with:\n  velmora --settings-folder {} check\n  velmora --settings-folder {} "
+        "grid stats RefET_Jul_2\n",
+        own.settingsFolder, own.settingsFolder);
     return drawn;
 }
 

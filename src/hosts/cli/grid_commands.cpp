@@ -77,11 +77,12 @@ int gridStatistics(const Session& session, const std::vector<std::string>& datas
     platform::Platform platform;
     auto list = nlohmann::ordered_json::array();
     if (!session.json) {
-        fmt::print("{:<20}{:>12}{:>14}{:>14}{:>14}{:>14}\n", "dataset", "cells", "minimum", "maximum",
-                   "mean", "deviation");
+        fmt::print("{:<20}{:>12}{:>14}{:>14}{:>14}{:>14}\n", "dataset", "cells", "minimum",
+                   "maximum", "mean", "deviation");
     }
     for (const std::string& name : datasets) {
-        const GridStatistics s = statisticsOf(*opened(session, platform, name)->createDefaultRaster());
+        const GridStatistics s =
+            statisticsOf(*opened(session, platform, name)->createDefaultRaster());
         if (session.json) {
             nlohmann::ordered_json entry = {{"dataset", name}, {"cells", s.cells}};
             if (s.cells > 0) {
@@ -94,8 +95,8 @@ int gridStatistics(const Session& session, const std::vector<std::string>& datas
         } else if (s.cells == 0) {
             fmt::print("{:<20}{:>12}  no cell has data\n", fileName(name), 0);
         } else {
-            fmt::print("{:<20}{:>12}{:>14.6g}{:>14.6g}{:>14.6g}{:>14.6g}\n", fileName(name), s.cells,
-                       s.minimum, s.maximum, s.mean, s.deviation);
+            fmt::print("{:<20}{:>12}{:>14.6g}{:>14.6g}{:>14.6g}{:>14.6g}\n", fileName(name),
+                       s.cells, s.minimum, s.maximum, s.mean, s.deviation);
         }
     }
     if (session.json) fmt::print("{}\n", list.dump(2));
@@ -125,7 +126,8 @@ int gridPicture(const Session& session, const std::string& dataset, const std::s
                 const std::string& title) {
     platform::Platform platform;
     const auto source = opened(session, platform, dataset);
-    drawGridPicture(*source->createDefaultRaster(), title.empty() ? fileName(dataset) : title, file);
+    drawGridPicture(*source->createDefaultRaster(), title.empty() ? fileName(dataset) : title,
+                    file);
     fmt::print("{} is written\n", file);
     return kDone;
 }

@@ -89,7 +89,8 @@ class Picture {
         const auto index = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * 255);
         const Rgb& color = colors_[index];
         return static_cast<std::uint32_t>(color.red) << 16U |
-               static_cast<std::uint32_t>(color.green) << 8U | static_cast<std::uint32_t>(color.blue);
+               static_cast<std::uint32_t>(color.green) << 8U |
+               static_cast<std::uint32_t>(color.blue);
     }
 
     // Each pixel shows the cell that holds it; cells without data stay light grey.

@@ -58,8 +58,9 @@ std::string manPage(const CLI::App& app) {
     for (const CLI::App* command : app.get_subcommands({})) page += section(*command, "velmora");
     page += ".SH EXIT STATUS\n0: done. 1: the step reported a failure. 2: bad usage.\n";
     page += ".SH FILES\n.TP\n.I ~/.config/velmora/Zav.inf\nThe settings of the next run.\n";
-    page += ".TP\n.I ~/.config/velmora/classes.txt\nThe class registry: where the extension library "
-            "lies.\n";
+    page +=
+        ".TP\n.I ~/.config/velmora/classes.txt\nThe class registry: where the extension library "
+        "lies.\n";
     return page;
 }
 

@@ -72,8 +72,8 @@ void chooseOption(Form& form, const std::string& name, const std::string& value)
                                                                {"EDK", "optEDK"},
                                                                {"PRISM_REF", "optPRISM"}};
     const auto found = options.find(value);
-    const bool fits = found != options.end() &&
-                      (name == "TimeStep") == (value == "Monthly" || value == "Daily");
+    const bool fits =
+        found != options.end() && (name == "TimeStep") == (value == "Monthly" || value == "Daily");
     if (!fits) {
         throw PlatformError(name + "=" + value + ": choose " +
                             (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"));
@@ -84,7 +84,7 @@ void chooseOption(Form& form, const std::string& name, const std::string& value)
 // Paths are stored as they stand, so a relative one is made whole first.
 bool isPath(std::string_view name) {
     static const std::vector<std::string_view> paths = {
-        "DEM",   "WeatherStations", "WeatherData",     "KcTable",        "LandCover",
+        "DEM",   "WeatherStations", "WeatherData",     "KcTable",       "LandCover",
         "Zones", "PrismGridFolder", "OutputWorkspace", "ExtentProvider"};
     return std::find(paths.begin(), paths.end(), name) != paths.end();
 }
@@ -93,7 +93,8 @@ std::string wholePath(const std::string& path) {
     return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
 }
 
-// A provider chosen while there is no cell size goes through the form's chooser, which proposes one.
+// A provider chosen while there is no cell size goes through the form's chooser, which proposes
+// one.
 void chooseExtent(HeadlessApplication& application, Form& form, const std::string& path,
                   bool cellSizeFollows) {
     if (cellSizeFollows || !form.control<TextBox>("txtCellSize").text().empty()) {
@@ -140,7 +141,8 @@ Assignments parsed(const std::vector<std::string>& assignments) {
         if (equals == std::string::npos || !findSettingsField(name)) {
             std::vector<std::string> names;
             for (const SettingsField& field : settingsFields()) names.emplace_back(field.name);
-            throw PlatformError("\"" + assignment + "\" is no setting: give Field=Value with one of " +
+            throw PlatformError("\"" + assignment +
+                                "\" is no setting: give Field=Value with one of " +
                                 joinedNames(names));
         }
         all[name] = assignment.substr(equals + 1);
@@ -231,7 +233,8 @@ int loadSettings(const Session& session, const std::string& file) {
         applied = whole && pressApply(form);
     });
     if (!applied) return kFailed;
-    fmt::print("Settings are loaded and applied: {}\n", defaultSettingsPath(session.settingsFolder));
+    fmt::print("Settings are loaded and applied: {}\n",
+               defaultSettingsPath(session.settingsFolder));
     return kDone;
 }
 

@@ -18,9 +18,12 @@ namespace {
 
 // The steps in their order, with the classes of their commands.
 const std::vector<std::pair<std::string, std::string>> kSteps = {
-    {"refet", "Tarnwick.clsET_ReferenceET"}, {"kc", "Tarnwick.clsET_CropCoefficient"},
-    {"cropet", "Tarnwick.clsET_CropET"},     {"ppt", "Tarnwick.clsPPT"},
-    {"nir", "Tarnwick.clsIR_NIR"},           {"eff", "Tarnwick.clsIR_EFF"},
+    {"refet", "Tarnwick.clsET_ReferenceET"},
+    {"kc", "Tarnwick.clsET_CropCoefficient"},
+    {"cropet", "Tarnwick.clsET_CropET"},
+    {"ppt", "Tarnwick.clsPPT"},
+    {"nir", "Tarnwick.clsIR_NIR"},
+    {"eff", "Tarnwick.clsIR_EFF"},
     {"irr", "Tarnwick.clsIR_IRR"}};
 
 class MenuItem : public IItemDef {
@@ -120,10 +123,12 @@ int checkSettings(const Session& session) {
     platform::Platform platform;
     const std::string path = defaultSettingsPath(session.settingsFolder);
     if (!platform.files().fileExists(path)) {
-        fmt::print("error: {}: there are no settings yet: velmora settings apply makes them\n", path);
+        fmt::print("error: {}: there are no settings yet: velmora settings apply makes them\n",
+                   path);
         return kFailed;
     }
-    const std::vector<Finding> findings = checkInputs(platform, readSettings(platform.files(), path));
+    const std::vector<Finding> findings =
+        checkInputs(platform, readSettings(platform.files(), path));
     std::map<Severity, int> counts;
     auto list = nlohmann::ordered_json::array();
     for (const Finding& finding : findings) {

@@ -10,12 +10,12 @@ namespace velmora::cli {
 
 // How questions are answered when nobody sits at the terminal.
 struct TerminalOptions {
-    bool quiet = false;                // no progress lines
-    std::optional<bool> answer;        // --yes or --no
+    bool quiet = false;          // no progress lines
+    std::optional<bool> answer;  // --yes or --no
 };
 
-// Message boxes on a terminal: each on its own line, "message: ...", answered OK. Questions take the
-// option's answer, else ask on a terminal, else answer no.
+// Message boxes on a terminal: each on its own line, "message: ...", answered OK. Questions take
+// the option's answer, else ask on a terminal, else answer no.
 class TerminalPrompts : public IPrompts {
   public:
     explicit TerminalPrompts(const TerminalOptions& options) : options_(options) {}

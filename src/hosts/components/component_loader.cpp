@@ -18,7 +18,8 @@ namespace {
 // Loaded once and kept: objects of a library may outlive the loader.
 void* loaded(const std::string& library) {
     void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle) throw PlatformError("Cannot load the extension library: " + std::string(dlerror()));
+    if (!handle)
+        throw PlatformError("Cannot load the extension library: " + std::string(dlerror()));
     return handle;
 }
 

@@ -11,12 +11,12 @@ namespace velmora {
 
 class ComponentLoader {
   public:
-    // `library` is the host's own copy of libVelmora.so; it is registered when the registry does not
-    // name it. Throws PlatformError when it cannot be loaded or registered.
+    // `library` is the host's own copy of libVelmora.so; it is registered when the registry does
+    // not name it. Throws PlatformError when it cannot be loaded or registered.
     explicit ComponentLoader(const std::string& library);
 
-    // A new object of a registered class. Throws PlatformError for an unknown ProgID or an interface
-    // that the object lacks.
+    // A new object of a registered class. Throws PlatformError for an unknown ProgID or an
+    // interface that the object lacks.
     template <class Interface>
     ComPtr<Interface> create(const std::string& progId) const {
         ComPtr<Interface> object;
@@ -28,8 +28,8 @@ class ComponentLoader {
     void createObject(const std::string& progId, const Guid& interfaceId, void** object) const;
 };
 
-// The library beside this program: ../lib/libVelmora.so or ../lib/velmora/libVelmora.so and the like,
-// or the file that the environment variable VELMORA_LIBRARY names.
+// The library beside this program: ../lib/libVelmora.so or ../lib/velmora/libVelmora.so and the
+// like, or the file that the environment variable VELMORA_LIBRARY names.
 std::string extensionLibrary();
 
 }  // namespace velmora

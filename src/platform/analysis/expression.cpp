@@ -84,8 +84,9 @@ Operand apply(Kind kind, const Operand& a, const Operand& b, std::size_t n, doub
         case Kind::logicalOr:
             return combine(a, b, n, out, oneHolds);
         case Kind::logicalNot:
-            return combine(a, b, n, out,
-                           [](double x, double) { return isNothing(x) ? x : (x == 0 ? 1.0 : 0.0); });
+            return combine(a, b, n, out, [](double x, double) {
+                return isNothing(x) ? x : (x == 0 ? 1.0 : 0.0);
+            });
         case Kind::number:
         case Kind::name:
             break;

@@ -29,10 +29,27 @@ class Expression {
     const std::vector<std::string>& names() const { return names_; }
 
     // Evaluates `count` places at once. operands[i] points to the values of names()[i].
-    void evaluate(std::span<const double* const> operands, std::size_t count, double* results) const;
+    void evaluate(std::span<const double* const> operands, std::size_t count,
+                  double* results) const;
 
-    enum class Kind { number, name, add, subtract, multiply, divide, negate, less, lessEqual,
-                      greater, greaterEqual, equal, notEqual, logicalAnd, logicalOr, logicalNot };
+    enum class Kind {
+        number,
+        name,
+        add,
+        subtract,
+        multiply,
+        divide,
+        negate,
+        less,
+        lessEqual,
+        greater,
+        greaterEqual,
+        equal,
+        notEqual,
+        logicalAnd,
+        logicalOr,
+        logicalNot
+    };
     struct Step {  // one step of the program in postfix order
         Kind kind = Kind::number;
         double number = 0;
@@ -40,8 +57,8 @@ class Expression {
     };
 
   private:
-    void evaluateChunk(std::span<const double* const> operands, std::size_t first, std::size_t count,
-                       double* scratch, double* results) const;
+    void evaluateChunk(std::span<const double* const> operands, std::size_t first,
+                       std::size_t count, double* scratch, double* results) const;
 
     std::string text_;
     std::vector<std::string> names_;

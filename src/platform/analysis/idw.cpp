@@ -9,8 +9,8 @@
 
 #include "gis/errors.h"
 
-// Several builds of a hot loop, the best one for the processor chosen at run time. All give the same
-// bits: without contraction a wider register changes nothing.
+// Several builds of a hot loop, the best one for the processor chosen at run time. All give the
+// same bits: without contraction a wider register changes nothing.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(VELMORA_SANITIZE)
 #define VELMORA_PER_PROCESSOR __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
@@ -94,7 +94,8 @@ class IdwRaster : public IRaster {
                 addOne(sums.data(), leaf.weights.data() + k * count + first, values[k], n);
             }
             for (std::size_t i = 0; i < n; ++i) {
-                const std::size_t row = static_cast<std::size_t>(leaf.cells.row) + (first + i) / columns;
+                const std::size_t row =
+                    static_cast<std::size_t>(leaf.cells.row) + (first + i) / columns;
                 const std::size_t column =
                     static_cast<std::size_t>(leaf.cells.column) + (first + i) % columns;
                 cells[row * blockColumns + column] = static_cast<float>(sums[i]);
@@ -109,7 +110,8 @@ class IdwRaster : public IRaster {
 // Sets the weights of the stations that a cell does not take to 0.
 class CellChoice {
   public:
-    CellChoice(const NeighbourLeaf& leaf, const std::vector<int>& stations) : missing_(leaf.missing) {
+    CellChoice(const NeighbourLeaf& leaf, const std::vector<int>& stations)
+        : missing_(leaf.missing) {
         for (std::size_t k = 0; k < stations.size(); ++k) {
             if (std::binary_search(leaf.open.begin(), leaf.open.end(), stations[k])) {
                 rows_.push_back(k);
@@ -117,8 +119,8 @@ class CellChoice {
         }
     }
 
-    // `distances` holds the squared distances of all stations of the leaf, station by station; those
-    // not taken become infinite.
+    // `distances` holds the squared distances of all stations of the leaf, station by station;
+    // those not taken become infinite.
     void choose(std::vector<double>& distances, std::size_t cells) {
         for (std::size_t c = 0; c < cells; ++c) {
             order_.clear();

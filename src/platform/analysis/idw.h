@@ -16,8 +16,8 @@ namespace velmora::platform {
 // The weights of the cells of a block, leaf by leaf. They add up to 1 in every cell.
 struct BlockWeights {
     struct Leaf {
-        CellBlock cells;            // relative to the block
-        std::vector<int> stations;  // ascending
+        CellBlock cells;              // relative to the block
+        std::vector<int> stations;    // ascending
         std::vector<double> weights;  // for each station the weights of all cells of the leaf
     };
     std::vector<Leaf> leaves;

@@ -83,9 +83,8 @@ RasterPtr MapAlgebraOp::Execute(const std::string& expression) {
 }
 
 RasterPtr MapAlgebraOp::bound(const std::string& name, const std::string& expression) const {
-    const auto found = std::find_if(bindings_.begin(), bindings_.end(), [&](const auto& b) {
-        return sameIgnoringCase(b.first, name);
-    });
+    const auto found = std::find_if(bindings_.begin(), bindings_.end(),
+                                    [&](const auto& b) { return sameIgnoringCase(b.first, name); });
     if (found == bindings_.end()) {
         throw PlatformError("In the expression \"" + expression + "\" no raster is bound to [" +
                             name + "]");

@@ -10,8 +10,8 @@ namespace velmora::platform {
 
 namespace {
 
-constexpr int kLeafCells = 8;                 // a rectangle this small is not split any more
-constexpr std::size_t kMostComparable = 96;   // pairs are compared among so many stations at most
+constexpr int kLeafCells = 8;                // a rectangle this small is not split any more
+constexpr std::size_t kMostComparable = 96;  // pairs are compared among so many stations at most
 
 // The rectangle of the cell centres of a block.
 Envelope centres(const GridGeometry& g, const CellBlock& b) {

@@ -18,9 +18,9 @@ struct NeighbourLeaf {
     int missing = 0;        // how many of `open` each cell takes
 };
 
-// Finds the `nearest` nearest stations (all, when there are fewer) by halving rectangles: "station a
-// is nearer than b at all four corners" settles a pair for the whole rectangle, because
-// d(a)^2 - d(b)^2 is linear in position.
+// Finds the `nearest` nearest stations (all, when there are fewer) by halving rectangles: "station
+// a is nearer than b at all four corners" settles a pair for the whole rectangle, because d(a)^2 -
+// d(b)^2 is linear in position.
 class NeighbourSearch {
   public:
     NeighbourSearch(const GridGeometry& geometry, std::span<const Point> stations, int nearest);

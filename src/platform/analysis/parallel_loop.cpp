@@ -14,8 +14,8 @@ void useThreads(int threads) {
     static std::unique_ptr<tbb::global_control> limit;
     limit.reset();
     if (threads > 0) {
-        limit = std::make_unique<tbb::global_control>(
-            tbb::global_control::max_allowed_parallelism, static_cast<std::size_t>(threads));
+        limit = std::make_unique<tbb::global_control>(tbb::global_control::max_allowed_parallelism,
+                                                      static_cast<std::size_t>(threads));
     }
 }
 

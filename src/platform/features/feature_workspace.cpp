@@ -66,20 +66,21 @@ void create(const std::string& path, OGRwkbGeometryType type, const std::string&
     CPLErrorReset();
     try {
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-        VectorDatasetPtr dataset(
-            driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        VectorDatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
         OGRSpatialReference system;
         if (!crs.empty()) system = spatialReference(crs);
-        OGRLayer* layer = dataset ? dataset->CreateLayer(stem.c_str(), crs.empty() ? nullptr : &system,
-                                                         type, nullptr)
-                                  : nullptr;
+        OGRLayer* layer =
+            dataset
+                ? dataset->CreateLayer(stem.c_str(), crs.empty() ? nullptr : &system, type, nullptr)
+                : nullptr;
         if (!layer) throw PlatformError(gdalMessage("the folder may not be writable"));
         for (const Field& field : fields) createField(*layer, field);
         for (const NewFeature& feature : features) {
             OGRFeature record(layer->GetLayerDefn());
             setFields(record, feature.values);
             if (type != wkbNone) record.SetGeometry(shapeOf(feature, type == wkbPolygon).get());
-            if (layer->CreateFeature(&record) != OGRERR_NONE) throw PlatformError(gdalMessage("disk full"));
+            if (layer->CreateFeature(&record) != OGRERR_NONE)
+                throw PlatformError(gdalMessage("disk full"));
         }
         dataset.reset();
         for (const std::string& part : kShapefileParts) {

@@ -67,7 +67,8 @@ std::uint64_t numberIn(const std::string& path, const std::string& key) {
     std::string word;
     while (file >> word) {
         if (key.empty()) {
-            return std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; })
+            return std::all_of(word.begin(), word.end(),
+                               [](char c) { return c >= '0' && c <= '9'; })
                        ? std::stoull(word)
                        : 0;
         }
@@ -141,7 +142,8 @@ std::uint64_t FileSystem::freeMemory() const {
 }
 
 double SystemClock::seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 int SystemClock::currentYear() const {

@@ -63,8 +63,8 @@ void removeTree(const std::string& path) noexcept {
 }
 
 std::string unfinishedPath(const std::string& path) {
-    return joinedPath(parentFolderName(path), kUnfinishedPrefix + std::to_string(::getpid()) + "-" +
-                                                  fileName(path));
+    return joinedPath(parentFolderName(path),
+                      kUnfinishedPrefix + std::to_string(::getpid()) + "-" + fileName(path));
 }
 
 }  // namespace velmora::platform

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The ESRI binary grid, single precision: a folder with a few small files and one tile file. All
-// numbers are big-endian. Layout of the tile file: a header of 100 bytes, then tile after tile (left
-// to right, top to bottom), each an int16 length in 16-bit words followed by its cells row by row.
+// numbers are big-endian. Layout of the tile file: a header of 100 bytes, then tile after tile
+// (left to right, top to bottom), each an int16 length in 16-bit words followed by its cells row by
+// row.
 #pragma once
 
 #include <cstdint>
@@ -48,7 +49,8 @@ class EsriGridWriter {
     void finish();
 
   private:
-    struct TileStatistics {  // partial sums, added up in tile order so that they never depend on threads
+    struct TileStatistics {  // partial sums, added up in tile order so that they never depend on
+                             // threads
         std::uint64_t cells = 0;
         double sum = 0;
         double sumOfSquares = 0;

@@ -87,11 +87,14 @@ class EsriGridRaster : public IRaster {
         const int top = std::max(row, block.row);
         const int bottom = std::min(row + tileRows_, block.row + block.rows);
         for (int r = top; r < bottom; ++r) {
-            const std::uint32_t* from = tile.data() + (r - row) * tileColumns_ + (left - column);
-            float* to = values.data() +
-                        static_cast<std::size_t>(r - block.row) *
-                            static_cast<std::size_t>(block.columns) +
-                        static_cast<std::size_t>(left - block.column);
+            const std::uint32_t* from =
+                tile.data() +
+                static_cast<std::size_t>(r - row) * static_cast<std::size_t>(tileColumns_) +
+                static_cast<std::size_t>(left - column);
+            float* to =
+                values.data() +
+                static_cast<std::size_t>(r - block.row) * static_cast<std::size_t>(block.columns) +
+                static_cast<std::size_t>(left - block.column);
             for (int c = left; c < right; ++c) *to++ = std::bit_cast<float>(swapped(*from++));
         }
     }
@@ -130,21 +133,22 @@ RasterPtr openEsriGrid(const std::string& folder) {
     if (!(geometry.cellSize > 0) || geometry.cellSize != doubleAt(header.data() + 264)) {
         return nullptr;
     }
-    geometry.columns = nearestInt((doubleAt(bounds.data() + 16) - geometry.xMin) / geometry.cellSize);
+    geometry.columns =
+        nearestInt((doubleAt(bounds.data() + 16) - geometry.xMin) / geometry.cellSize);
     geometry.rows = nearestInt((geometry.yMax - doubleAt(bounds.data() + 8)) / geometry.cellSize);
     const auto tilesAcross = static_cast<int>(int32At(header.data() + 288));
     const auto tilesDown = static_cast<int>(int32At(header.data() + 292));
     const auto tileColumns = static_cast<int>(int32At(header.data() + 296));
     const auto tileRows = static_cast<int>(int32At(header.data() + 304));
     if (geometry.columns < 1 || geometry.rows < 1 || tileColumns < 1 || tileRows < 1 ||
-        tileColumns > 65536 || tileRows > 65536 || static_cast<double>(geometry.cells()) > kMostCells ||
+        tileColumns > 65536 || tileRows > 65536 ||
+        static_cast<double>(geometry.cells()) > kMostCells ||
         tilesAcross != (geometry.columns + tileColumns - 1) / tileColumns ||
         tilesDown < (geometry.rows + tileRows - 1) / tileRows || tilesDown > geometry.rows + 1) {
         return nullptr;
     }
-    const std::size_t tiles =
-        static_cast<std::size_t>(tilesAcross) *
-        static_cast<std::size_t>((geometry.rows + tileRows - 1) / tileRows);
+    const std::size_t tiles = static_cast<std::size_t>(tilesAcross) *
+                              static_cast<std::size_t>((geometry.rows + tileRows - 1) / tileRows);
     const std::string index = optionalFile(joinedPath(folder, "w001001x.adf"), 100 + tiles * 8);
     if (index.size() < 100 + tiles * 8) return nullptr;
     const std::uint64_t words =
@@ -153,7 +157,8 @@ RasterPtr openEsriGrid(const std::string& folder) {
     offsets.reserve(tiles);
     for (std::size_t tile = 0; tile < tiles; ++tile) {
         const char* entry = index.data() + 100 + tile * 8;
-        if (int32At(entry + 4) != words) return nullptr;  // empty tiles and the like: GDAL's business
+        if (int32At(entry + 4) != words)
+            return nullptr;  // empty tiles and the like: GDAL's business
         offsets.push_back(static_cast<std::uint64_t>(int32At(entry)) * 2 + 2);
     }
     geometry.crs = wktFromEsri(optionalFile(joinedPath(folder, "prj.adf"), 65536));

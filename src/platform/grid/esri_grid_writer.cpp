@@ -114,7 +114,7 @@ void EsriGridWriter::finish() {
     writeAt(file_, folder_, header.data(), header.size(), 0);
     if (::close(std::exchange(file_, -1)) != 0) throwFileError("Cannot write the grid", folder_);
 
-    std::string hdr("GRID1.2", 8);
+    std::string hdr("GRID1.2");
     hdr.resize(16, '\0');
     appendInt32(hdr, 2);  // floating point cells
     appendInt32(hdr, 1);  // not compressed
@@ -168,8 +168,8 @@ void EsriGridWriter::writeStatistics() const {
     const double mean = all.sum / n;
     const double variance = std::max(0.0, all.sumOfSquares / n - mean * mean);
     std::string bytes;
-    for (const double number : {static_cast<double>(all.low), static_cast<double>(all.high), mean,
-                                std::sqrt(variance)}) {
+    for (const double number :
+         {static_cast<double>(all.low), static_cast<double>(all.high), mean, std::sqrt(variance)}) {
         appendDouble(bytes, number);
     }
     writeWholeFile(joinedPath(folder_, "sta.adf"), bytes);

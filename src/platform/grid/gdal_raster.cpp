@@ -54,10 +54,9 @@ class GdalRaster : public IRaster {
     void read(const CellBlock& block, std::span<float> values) const override {
         {
             const std::lock_guard lock(mutex_);  // a GDAL dataset serves one thread at a time
-            if (dataset_->GetRasterBand(1)->RasterIO(GF_Read, block.column, block.row,
-                                                     block.columns, block.rows, values.data(),
-                                                     block.columns, block.rows, GDT_Float32, 0, 0,
-                                                     nullptr) != CE_None) {
+            if (dataset_->GetRasterBand(1)->RasterIO(
+                    GF_Read, block.column, block.row, block.columns, block.rows, values.data(),
+                    block.columns, block.rows, GDT_Float32, 0, 0, nullptr) != CE_None) {
                 throw PlatformError("Cannot read the raster " + path_ + ": " +
                                     gdalMessage("it may be damaged"));
             }
@@ -140,11 +139,10 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
     auto* memory = GetGDALDriverManager()->GetDriverByName("MEM");
     auto* driver = GetGDALDriverManager()->GetDriverByName("COG");
     if (!memory || !driver) throw PlatformError("This GDAL cannot write Cloud Optimized GeoTIFF");
-    DatasetPtr whole(
-        memory->Create("", geometry.columns, geometry.rows, 1, GDT_Float32, nullptr));
+    DatasetPtr whole(memory->Create("", geometry.columns, geometry.rows, 1, GDT_Float32, nullptr));
     if (!whole) throw PlatformError("Not enough memory to export " + path);
-    std::array<double, 6> transform = {geometry.xMin, geometry.cellSize,  0,
-                                       geometry.yMax, 0, -geometry.cellSize};
+    std::array<double, 6> transform = {geometry.xMin,     geometry.cellSize, 0, geometry.yMax, 0,
+                                       -geometry.cellSize};
     whole->SetGeoTransform(transform.data());
     if (!geometry.crs.empty()) {
         const OGRSpatialReference system = spatialReference(geometry.crs);

@@ -85,8 +85,8 @@ class SampledRaster : public IRaster {
         centres.reserve(block.cells());
         for (int r = 0; r < block.rows; ++r) {
             for (int c = 0; c < block.columns; ++c) {
-                centres.push_back({geometry_.columnCentre(block.column + c),
-                                   geometry_.rowCentre(block.row + r)});
+                centres.push_back(
+                    {geometry_.columnCentre(block.column + c), geometry_.rowCentre(block.row + r)});
             }
         }
         SourceCells cells;

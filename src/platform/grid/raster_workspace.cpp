@@ -23,10 +23,9 @@ bool isGridFolder(const fs::path& path) { return fs::is_regular_file(path / "hdr
 
 // Files that lie beside a raster and describe it, and vectors of the same name.
 bool isRasterFile(const fs::path& path) {
-    static const std::vector<std::string> others = {".xml", ".prj", ".ovr", ".tfw", ".aux", ".shp",
-                                                    ".shx", ".dbf", ".cpg", ".qix", ".qml", ".png",
-                                                    ".csv", ".txt", ".inf", ".mdb", ".qmd", ".sbn",
-                                                    ".sbx"};
+    static const std::vector<std::string> others = {
+        ".xml", ".prj", ".ovr", ".tfw", ".aux", ".shp", ".shx", ".dbf", ".cpg", ".qix",
+        ".qml", ".png", ".csv", ".txt", ".inf", ".mdb", ".qmd", ".sbn", ".sbx"};
     const std::string extension = path.extension().string();
     return !extension.empty() && fs::is_regular_file(path) &&
            std::none_of(others.begin(), others.end(),
@@ -36,7 +35,7 @@ bool isRasterFile(const fs::path& path) {
 // The dataset that a path means: the grid folder or file of that very name, else the first raster
 // file (in order of name) of that name plus an extension; empty when there is none.
 fs::path resolved(const std::string& path) {
-    const fs::path exact(path);
+    fs::path exact(path);
     if (isGridFolder(exact) || fs::is_regular_file(exact)) return exact;
     const fs::path folder = exact.has_parent_path() ? exact.parent_path() : fs::path(".");
     std::vector<fs::path> found;
@@ -144,12 +143,12 @@ class Workspace : public IRasterWorkspace {
             const auto& geometry = entry.raster->geometry();
             byShape[{geometry.columns, geometry.rows}].push_back(&entry);
         }
-        for (auto& [shape, group] : byShape) {
+        for (auto& entry : byShape) {
+            const std::vector<Unfinished*>& group = entry.second;
             const GridTiles tiles(group.front()->raster->geometry());
-            parallelFor(tiles.count(), static_cast<std::size_t>(tiles.across),
-                        [&](std::size_t begin, std::size_t end) {
-                            writeTiles(group, tiles, begin, end);
-                        });
+            parallelFor(
+                tiles.count(), static_cast<std::size_t>(tiles.across),
+                [&](std::size_t begin, std::size_t end) { writeTiles(group, tiles, begin, end); });
         }
     }
 
@@ -191,7 +190,8 @@ class Workspace : public IRasterWorkspace {
 
 RasterWorkspaceFactory::RasterWorkspaceFactory() { initialiseGdal(); }
 
-std::unique_ptr<IRasterWorkspace> RasterWorkspaceFactory::openFromFolder(const std::string& folder) {
+std::unique_ptr<IRasterWorkspace> RasterWorkspaceFactory::openFromFolder(
+    const std::string& folder) {
     if (!fs::is_directory(folder)) throw PlatformError("There is no folder " + folder);
     return std::make_unique<Workspace>(folder);
 }

@@ -21,7 +21,8 @@ struct Cursor {
     std::size_t rows;
 };
 
-int connectTable(sqlite3* database, void* aux, int, const char* const*, sqlite3_vtab** table, char**) {
+int connectTable(sqlite3* database, void* aux, int, const char* const*, sqlite3_vtab** table,
+                 char**) {
     const auto* source = static_cast<const IColumnSource*>(aux);
     std::string declaration = "CREATE TABLE x(";
     for (int c = 0; c < source->columnCount(); ++c) {

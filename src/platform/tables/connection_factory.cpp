@@ -20,7 +20,7 @@ std::string trimmed(const std::string& text) {
 
 std::string databasePath(const std::string& connectionString) {
     const std::string provider = connectionPart(connectionString, "Provider");
-    const std::string path = connectionPart(connectionString, "Data Source");
+    std::string path = connectionPart(connectionString, "Data Source");
     if (!sameIgnoringCase(provider, kDatabaseFiles) || path.empty()) {
         throw PlatformError("The connection \"" + connectionString + "\" names no database file");
     }

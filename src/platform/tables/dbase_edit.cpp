@@ -18,7 +18,7 @@ namespace velmora::platform {
 namespace {
 
 constexpr std::size_t kDescriptorBytes = 32;
-constexpr int kNumberWidth = 24;     // a sign, 17 digits, the point and an exponent's worth of zeros
+constexpr int kNumberWidth = 24;  // a sign, 17 digits, the point and an exponent's worth of zeros
 constexpr int kNumberDecimals = 15;
 constexpr std::size_t kLargestFile = 2147483648UL;
 
@@ -46,7 +46,8 @@ struct DbaseFile {
         return value;
     }
     void setNumber(std::size_t at, std::size_t bytes, std::size_t value) {
-        for (std::size_t i = 0; i < bytes; ++i, value >>= 8U) header[at + i] = static_cast<char>(value);
+        for (std::size_t i = 0; i < bytes; ++i, value >>= 8U)
+            header[at + i] = static_cast<char>(value);
     }
     const DbaseField* find(const std::string& name) const {
         const auto found = std::find_if(fields.begin(), fields.end(), [&](const DbaseField& f) {
@@ -66,7 +67,8 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
     const auto end = bytes.find('\r', kDescriptorBytes);
     if (headerLength > bytes.size() || end == std::string::npos || end >= headerLength ||
         recordLength == 0 || (bytes.size() - headerLength) / recordLength < records) {
-        throw PlatformError("The table " + path + " is damaged: it is shorter than its header says");
+        throw PlatformError("The table " + path +
+                            " is damaged: it is shorter than its header says");
     }
     std::size_t offset = 1;  // behind the deletion mark
     for (std::size_t at = kDescriptorBytes; at + kDescriptorBytes <= end; at += kDescriptorBytes) {

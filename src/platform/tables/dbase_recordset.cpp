@@ -37,8 +37,8 @@ class DbaseRecordset : public IRecordset {
 std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
     constexpr std::string_view kForm = "SELECT * FROM ";
     if (!sameIgnoringCase(std::string_view(query).substr(0, kForm.size()), kForm)) {
-        throw PlatformError("The dBASE data source understands SELECT * FROM table, not \"" + query +
-                            "\"");
+        throw PlatformError("The dBASE data source understands SELECT * FROM table, not \"" +
+                            query + "\"");
     }
     std::string path = query.substr(kForm.size());
     if (path.size() > 1 && path.front() == '[' && path.back() == ']') {
@@ -48,7 +48,9 @@ std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
 }
 
 void DbaseConnection::execute(const std::string&) { refuse(); }
-void DbaseConnection::createTable(const std::string&, const std::vector<ColumnDefinition>&) { refuse(); }
+void DbaseConnection::createTable(const std::string&, const std::vector<ColumnDefinition>&) {
+    refuse();
+}
 void DbaseConnection::append(const std::string&, const IColumnSource&) { refuse(); }
 
 }  // namespace velmora::platform

@@ -15,7 +15,8 @@ class DbaseConnection : public IConnection {
     explicit DbaseConnection(IFeatureWorkspaceFactory& tables) : tables_(tables) {}
     std::unique_ptr<IRecordset> open(const std::string& query) override;
     void execute(const std::string& statement) override;
-    void createTable(const std::string& name, const std::vector<ColumnDefinition>& columns) override;
+    void createTable(const std::string& name,
+                     const std::vector<ColumnDefinition>& columns) override;
     void append(const std::string& table, const IColumnSource& source) override;
 
   private:

@@ -17,8 +17,8 @@ void requireField(const ITable& table, const std::string& field) {
     if (table.fieldIndex(field) >= 0) return;
     std::vector<std::string> names;
     for (const Field& f : table.fields()) names.push_back(f.name);
-    throw PlatformError("The table " + table.path() + " has no field " + field + " (its fields: " +
-                        joinedNames(names) + ")");
+    throw PlatformError("The table " + table.path() + " has no field " + field +
+                        " (its fields: " + joinedNames(names) + ")");
 }
 
 // The numbers of a field in the given records; not-a-number for null.
@@ -30,9 +30,9 @@ std::vector<double> numbers(const IJoinedLayer& layer, const std::vector<std::si
         const FieldValue value = layer.value(record, field);
         const auto* number = std::get_if<double>(&value);
         if (!number && !isNull(value)) {
-            throw PlatformError("The field " + field + " holds text (\"" + std::get<std::string>(value) +
-                                "\" in record " + std::to_string(record + 1) +
-                                ") where a number is needed");
+            throw PlatformError("The field " + field + " holds text (\"" +
+                                std::get<std::string>(value) + "\" in record " +
+                                std::to_string(record + 1) + ") where a number is needed");
         }
         values.push_back(number ? *number : std::numeric_limits<double>::quiet_NaN());
     }
@@ -104,11 +104,11 @@ class JoinedLayer : public IJoinedLayer {
     }
 
   private:
-    // "table.FIELD" as the table and the field; no table when the name is neither's. Where layer and
-    // table share a name, the layer's fields come first.
+    // "table.FIELD" as the table and the field; no table when the name is neither's. Where layer
+    // and table share a name, the layer's fields come first.
     std::pair<const ITable*, std::string> split(const std::string& qualified) const {
-        for (const ITable* table : {static_cast<const ITable*>(layer_.get()),
-                                    static_cast<const ITable*>(table_.get())}) {
+        for (const ITable* table :
+             {static_cast<const ITable*>(layer_.get()), static_cast<const ITable*>(table_.get())}) {
             const std::string prefix = table->name() + ".";
             if (qualified.size() > prefix.size() &&
                 sameIgnoringCase(std::string_view(qualified).substr(0, prefix.size()), prefix)) {

@@ -48,10 +48,12 @@ std::string quotedName(const std::string& name) {
 }
 
 void SqliteConnection::create(const std::string& path) {
-    if (std::filesystem::exists(path)) throw PlatformError("The database " + path + " exists already");
+    if (std::filesystem::exists(path))
+        throw PlatformError("The database " + path + " exists already");
     const Handle handle = openDatabase(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     // Large pages suit whole-table passes. Vacuum makes the empty file.
-    run(handle.get(), "PRAGMA page_size=65536; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; VACUUM;");
+    run(handle.get(),
+        "PRAGMA page_size=65536; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; VACUUM;");
 }
 
 SqliteConnection::SqliteConnection(const std::string& path) : path_(path) {
@@ -94,8 +96,8 @@ void SqliteConnection::append(const std::string& table, const IColumnSource& sou
     run(database_.get(),
         "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;");
     try {
-        run(database_.get(), "BEGIN; INSERT INTO " + quotedName(table) +
-                                 " SELECT * FROM velmora_columns; COMMIT;");
+        run(database_.get(),
+            "BEGIN; INSERT INTO " + quotedName(table) + " SELECT * FROM velmora_columns; COMMIT;");
     } catch (const PlatformError& e) {
         throw PlatformError("Cannot write the database " + path_ + ": " + e.what());
     }

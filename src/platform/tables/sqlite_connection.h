@@ -20,7 +20,8 @@ class SqliteConnection : public IConnection {
 
     std::unique_ptr<IRecordset> open(const std::string& query) override;
     void execute(const std::string& statement) override;
-    void createTable(const std::string& name, const std::vector<ColumnDefinition>& columns) override;
+    void createTable(const std::string& name,
+                     const std::vector<ColumnDefinition>& columns) override;
     void append(const std::string& table, const IColumnSource& source) override;
 
     struct Closer {

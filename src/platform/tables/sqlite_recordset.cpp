@@ -30,14 +30,15 @@ SqliteRecordset::SqliteRecordset(SqliteConnection::Handle database, const std::s
     std::string rest;
     const bool editable = isWholeRowQuery(query, table_, rest);
     SqliteStatement statement(
-        database_.get(),
-        editable ? "SELECT rowid, * FROM " + quotedName(table_) + rest : query);
+        database_.get(), editable ? "SELECT rowid, * FROM " + quotedName(table_) + rest : query);
     const int first = editable ? 1 : 0;
-    for (int c = first; c < statement.columnCount(); ++c) fields_.push_back(statement.columnName(c));
+    for (int c = first; c < statement.columnCount(); ++c)
+        fields_.push_back(statement.columnName(c));
     while (statement.step()) {
         Row row;
         if (editable) row.id = static_cast<sqlite3_int64>(std::get<double>(statement.value(0)));
-        for (int c = first; c < statement.columnCount(); ++c) row.values.push_back(statement.value(c));
+        for (int c = first; c < statement.columnCount(); ++c)
+            row.values.push_back(statement.value(c));
         rows_.push_back(std::move(row));
     }
 }
@@ -59,7 +60,8 @@ void SqliteRecordset::moveNext() {
 
 FieldValue SqliteRecordset::value(const std::string& field) const {
     const std::size_t index = indexOf(field);
-    if (const auto changed = changes_.find(index); changed != changes_.end()) return changed->second;
+    if (const auto changed = changes_.find(index); changed != changes_.end())
+        return changed->second;
     if (adding_) return {};
     if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
     return rows_[at_].values[index];
@@ -67,7 +69,8 @@ FieldValue SqliteRecordset::value(const std::string& field) const {
 
 void SqliteRecordset::setValue(const std::string& field, const FieldValue& value) {
     const std::size_t index = indexOf(field);
-    if (!adding_ && eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
+    if (!adding_ && eof())
+        throw PlatformError("Either BOF or EOF is true: there is no current record");
     changes_[index] = value;
 }
 
@@ -131,8 +134,8 @@ void SqliteRecordset::updateRow(const Row& row) {
         assignments += (assignments.empty() ? "" : ",") + quotedName(fields_[index]) + "=?";
     }
     SqliteStatement statement(database_.get(), "UPDATE " + quotedName(table_) + " SET " +
-                                                   assignments + " WHERE rowid=" +
-                                                   std::to_string(row.id));
+                                                   assignments +
+                                                   " WHERE rowid=" + std::to_string(row.id));
     int parameter = 0;
     for (const auto& [index, value] : changes_) statement.bind(++parameter, value);
     statement.step();

@@ -11,8 +11,8 @@
 
 namespace velmora::platform {
 
-// A static cursor: the rows as they were when the query ran, in stored order. Rows of a query of the
-// form "SELECT * FROM table [WHERE ...]" can be changed and added to.
+// A static cursor: the rows as they were when the query ran, in stored order. Rows of a query of
+// the form "SELECT * FROM table [WHERE ...]" can be changed and added to.
 class SqliteRecordset : public IRecordset {
   public:
     SqliteRecordset(SqliteConnection::Handle database, const std::string& query);

@@ -40,10 +40,10 @@ double MonthlyDaylightPercentage(double& latitude, int month) {
     std::array<float, 366> hours{};  // by day of the year; day 0 stays 0
     float sum = 0;
     for (std::size_t J = 1; J <= 365; ++J) {
-        const auto delta =
-            static_cast<float>(0.4093 * std::sin(6.2831852 * (284.0 + static_cast<double>(J)) / 365));
-        const auto omega = static_cast<float>(
-            ArcCos(-std::tan(latitude) * std::tan(static_cast<double>(delta))));
+        const auto delta = static_cast<float>(
+            0.4093 * std::sin(6.2831852 * (284.0 + static_cast<double>(J)) / 365));
+        const auto omega =
+            static_cast<float>(ArcCos(-std::tan(latitude) * std::tan(static_cast<double>(delta))));
         hours[J] = static_cast<float>(static_cast<double>(omega) * 24 / 3.1415926);
         sum += hours[J];
     }

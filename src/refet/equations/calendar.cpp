@@ -33,8 +33,6 @@ int DaysInMonth(int month, int year) {
     }
 }
 
-int representativeDay(int month, int year) {
-    return (DaysInMonth(month, year) + 1) / 2;
-}
+int representativeDay(int month, int year) { return (DaysInMonth(month, year) + 1) / 2; }
 
 }  // namespace velmora

@@ -18,8 +18,8 @@ int DayOfYear(int day, int month, int year);
 // Days of the month under the inverted rule; 0 for a month outside 1 to 12.
 int DaysInMonth(int month, int year);
 
-// The day that stands for a month: 16 for months of 31 days, 15 for those of 30, and for February 15
-// or 14 under the inverted rule.
+// The day that stands for a month: 16 for months of 31 days, 15 for those of 30, and for February
+// 15 or 14 under the inverted rule.
 int representativeDay(int month, int year);
 
 }  // namespace velmora

@@ -16,8 +16,8 @@ double VapourPressureFromHumidity(double Tmax, double Tmin, double RH);
 
 // The weather of a cell or site on a day.
 struct CellWeather {
-    double Tmax = 0;        // deg C
-    double Tmin = 0;        // deg C
+    double Tmax = 0;         // deg C
+    double Tmin = 0;         // deg C
     double Tdew = kMissing;  // deg C
     double ea = kMissing;    // actual vapour pressure, kPa
     double RH = kMissing;    // mean relative humidity, percent; used when Tdew and ea are missing
@@ -36,8 +36,8 @@ struct EnergyBalance {
 };
 
 // The balance of a cell. `Ra` is the day's extraterrestrial radiation, `albedo` the share of solar
-// radiation that the surface reflects. Throws EquationError when there is no clear-sky radiation, or
-// for a negative vapour pressure or air pressure.
+// radiation that the surface reflects. Throws EquationError when there is no clear-sky radiation,
+// or for a negative vapour pressure or air pressure.
 EnergyBalance energyBalance(const CellWeather& weather, double Ra, double albedo);
 
 }  // namespace velmora

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "gis/controls.h"
+
+#include <gtest/gtest.h>
+
+#include "gis/errors.h"
+#include "gis/form.h"
+
+namespace velmora {
+namespace {
+
+TEST(Controls, OneOptionOfAGroupIsOn) {
+    OptionButton a("a");
+    OptionButton b("b");
+    OptionButton::group({&a, &b});
+    int clicks = 0;
+    b.onClick = [&] { ++clicks; };
+    a.choose();
+    b.choose();
+    EXPECT_FALSE(a.value());
+    EXPECT_TRUE(b.value());
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(Controls, ListChoosesByPositionAndText) {
+    ListBox list("list");
+    list.addItem("x");
+    list.addItem("y");
+    list.select(1);
+    EXPECT_EQ(list.text(), "y");
+    list.setText("x");
+    EXPECT_EQ(list.listIndex(), 0);
+    list.setText("other");
+    EXPECT_EQ(list.listIndex(), -1);
+    EXPECT_EQ(list.text(), "other");
+    EXPECT_THROW(list.select(2), PlatformError);
+    EXPECT_THROW(list.select(-1), PlatformError);
+}
+
+TEST(Controls, TextTellsOfChangesOnly) {
+    TextBox box("box");
+    int changes = 0;
+    int leaves = 0;
+    int refreshes = 0;
+    box.onChange = [&] { ++changes; };
+    box.onLeave = [&] { ++leaves; };
+    box.hostRefresh = [&] { ++refreshes; };
+    box.enter("a");
+    box.enter("a");
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(leaves, 2);
+    EXPECT_EQ(refreshes, 2);
+}
+
+TEST(Controls, DisabledButtonDoesNothing) {
+    CommandButton button("b");
+    int clicks = 0;
+    button.onClick = [&] { ++clicks; };
+    button.setEnabled(false);
+    button.click();
+    EXPECT_EQ(clicks, 0);
+}
+
+class SmallForm : public Form {
+  public:
+    SmallForm() : Form("frmSmall", "Small") { add(box); }
+    TextBox box{"txtBox"};
+};
+
+TEST(Form, FindsItsControls) {
+    SmallForm form;
+    EXPECT_EQ(&form.control<TextBox>("txtBox"), &form.box);
+    EXPECT_THROW(form.control<CheckBox>("txtBox"), PlatformError);
+    EXPECT_EQ(form.find("other"), nullptr);
+    int focused = 0;
+    form.box.onFocus = [&] { ++focused; };
+    form.setFocus(form.box);
+    EXPECT_EQ(focused, 1);
+    EXPECT_EQ(form.focused(), &form.box);
+    int closed = 0;
+    form.hostClose = [&] { ++closed; };
+    form.load();
+    EXPECT_TRUE(form.isOpen());
+    form.close();
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_EQ(closed, 1);
+}
+
+}  // namespace
+}  // namespace velmora

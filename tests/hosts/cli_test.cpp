@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+// The command `velmora` as a user types it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "hosts/cli/command_line.h"
+#include "hosts/cli/grid_picture.h"
+#include "hosts/cli/man_page.h"
+#include "settings/settings_fields.h"
+#include "tests/support/run_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::HasSubstr;
+
+struct Outcome {
+    int status = -1;
+    std::string output;
+};
+
+struct Command : testing::Test {
+    test::RunFixture fixture;
+    std::string folder = fixture.folder.path();
+
+    // Runs the program with a home of its own; both outputs together.
+    Outcome run(const std::string& arguments) {
+        const std::string line = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
+                                 "/config' '" VELMORA_PROGRAM "' " + arguments + " 2>&1 </dev/null";
+        Outcome outcome;
+        FILE* pipe = popen(line.c_str(), "r");
+        std::array<char, 4096> buffer{};
+        for (std::size_t n = 0; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
+            outcome.output.append(buffer.data(), n);
+        }
+        const int status = pclose(pipe);
+        outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128;
+        return outcome;
+    }
+    Outcome apply(const std::string& more = "") {
+        return run(
+            "settings apply DEM=dem WeatherStations=stations.shp WeatherData=weather.dbf "
+            "OutputWorkspace=out ExtentProvider=domain.shp CellSize=400 RefETMethod=2 "
+            "BeginMonth=Jun EndMonth=Jul Year=2006 " +
+            more);
+    }
+};
+
+TEST_F(Command, RunsReferenceEt) {
+    EXPECT_EQ(run("run refet").status, 1);
+    EXPECT_THAT(run("run refet").output, HasSubstr("message: Run Settings First,Please!"));
+    ASSERT_EQ(apply().status, 0);
+    const Outcome ran = run("run refet");
+    EXPECT_EQ(ran.status, 0) << ran.output;
+    EXPECT_THAT(ran.output, HasSubstr("use ASCE Std  Penman-Monteith (Short Crop: Grass) ..."));
+    EXPECT_THAT(ran.output, HasSubstr("message: Time for estimating referece ET: "));
+    EXPECT_TRUE(fixture.hasOutput("RefET_Jun_2"));
+    EXPECT_THAT(run("--quiet run refet").output, testing::StartsWith("message: Time"));
+    const auto info = nlohmann::json::parse(run("--json grid info RefET_Jun_2").output);
+    EXPECT_EQ(info.at("columns"), 37);
+    EXPECT_EQ(info.at("crs"), "NAD83 / UTM zone 12N (EPSG:26912)");
+    const auto stats =
+        nlohmann::json::parse(run("--json grid stats RefET_Jun_2 out/RefET_Jul_2").output);
+    EXPECT_EQ(stats.at(0).at("cells"), 37 * 21 - 1);
+    EXPECT_GT(stats.at(1).at("mean").get<double>(), 3);
+}
+
+TEST_F(Command, SettingsRoundTrip) {
+    EXPECT_EQ(run("settings show").status, 1);
+    ASSERT_EQ(apply("Ks=0.17 TimeStep=Daily ShowMonitor=no").status, 0);
+    const auto shown = nlohmann::json::parse(run("settings show --json").output);
+    EXPECT_EQ(shown.size(), 35U);
+    EXPECT_EQ(shown.at("DEM"), folder + "/dem");
+    EXPECT_EQ(shown.at("Ks"), 0.17);
+    EXPECT_EQ(shown.at("TimeStep"), "Daily");
+    EXPECT_EQ(shown.at("ShowMonitor"), false);
+    EXPECT_EQ(shown.at("HasTdew"), true);
+    EXPECT_EQ(shown.at("RefETMethod"), "2");
+    EXPECT_EQ(run("settings save-as saved.inf").status, 0);
+    ASSERT_EQ(run("settings apply CellSize=800 RefETMethod=5").status, 0);
+    EXPECT_EQ(run("settings load saved.inf").status, 0);
+    EXPECT_EQ(nlohmann::json::parse(run("--json settings show").output).at("CellSize"), 400);
+    EXPECT_EQ(run("settings load none.inf").status, 1);
+    EXPECT_THAT(run("settings show").output, HasSubstr("CellSize=400\n"));
+}
+
+TEST_F(Command, SeveralSettingsFoldersLiveSideBySide) {
+    ASSERT_EQ(apply("--settings-folder a").status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder + "/a/Zav.inf"));
+    EXPECT_EQ(run("--settings-folder a settings show").status, 0);
+    EXPECT_EQ(run("settings show").status, 1);
+}
+
+TEST_F(Command, AMissingCellSizeIsProposed) {
+    const Outcome proposed =
+        run("settings apply DEM=dem WeatherStations=stations.shp WeatherData=weather.dbf "
+            "OutputWorkspace=out ExtentProvider=domain.shp");
+    EXPECT_EQ(proposed.status, 0) << proposed.output;
+    EXPECT_THAT(proposed.output, HasSubstr("CellSize=33.6 is proposed"));
+}
+
+TEST_F(Command, BadUsageIsTwo) {
+    EXPECT_EQ(run("").status, 2);
+    EXPECT_EQ(run("nonsense").status, 2);
+    EXPECT_EQ(run("run nonsense").status, 2);
+    EXPECT_EQ(run("settings apply Nonsense=1").status, 2);
+    EXPECT_EQ(run("settings apply CellSize").status, 2);
+    EXPECT_THAT(run("settings apply cellsize=3").output, HasSubstr("CellSize"));
+    EXPECT_EQ(run("--yes --no commands").status, 2);
+    EXPECT_EQ(run("--help").status, 0);
+    EXPECT_EQ(run("settings apply --help").status, 0);
+    EXPECT_THAT(run("--version").output, HasSubstr("velmora 0."));
+}
+
+TEST_F(Command, RefusedSettingsAreOne) {
+    EXPECT_EQ(run("settings apply CellSize=5").status, 1);
+    EXPECT_THAT(run("settings apply CellSize=5").output,
+                HasSubstr("Weather Stations must be set!"));
+    EXPECT_EQ(apply("RefETMethod=9").status, 1);
+    EXPECT_EQ(apply("TimeStep=EDK").status, 1);
+    EXPECT_EQ(apply("BeginMonth=June").status, 1);
+}
+
+TEST_F(Command, StepsToComeAreOne) {
+    apply();
+    for (const std::string& step : cli::stepNames()) {
+        if (step == "refet") continue;
+        const Outcome outcome = run("run " + step);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.output, HasSubstr("is not built yet"));
+    }
+}
+
+TEST_F(Command, CommandsShowTheTree) {
+    const auto tree = nlohmann::json::parse(run("--json commands").output);
+    EXPECT_EQ(tree.at("caption"), "Velmora:  Water Use Estimation");
+    const auto& menu = tree.at("items").at(0);
+    EXPECT_EQ(menu.at("items").size(), 4U);
+    EXPECT_EQ(menu.at("items").at(1).at("items").at(2).at("caption"), "Estimate Crop ET");
+    EXPECT_THAT(run("commands").output, HasSubstr("Calculate Reference ET   [velmora run refet]"));
+}
+
+TEST_F(Command, CheckTellsErrorsByItsStatus) {
+    EXPECT_EQ(run("check").status, 1);
+    apply();
+    EXPECT_EQ(run("check").status, 0);
+    EXPECT_THAT(run("check").output, HasSubstr("0 errors"));
+    apply("DEM=gone");
+    EXPECT_EQ(run("check").status, 1);
+    EXPECT_THAT(run("check").output, HasSubstr("error: " + folder + "/gone"));
+}
+
+TEST_F(Command, GridsAreCopiedExportedAndDrawn) {
+    apply();
+    EXPECT_EQ(run("grid copy dem out/IREF").status, 0);
+    EXPECT_EQ(run("grid copy IREF faef_500").status, 0);
+    EXPECT_TRUE(fixture.hasOutput("faef_500"));
+    EXPECT_EQ(run("grid export faef_500 f.tif").status, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder + "/f.tif"));
+    EXPECT_EQ(run("grid picture faef_500 f.png --title Elevation").status, 0);
+    EXPECT_EQ(test::contentOf(folder + "/f.png").substr(1, 3), "PNG");
+    EXPECT_EQ(run("grid picture none f2.png").status, 1);
+    EXPECT_EQ(run("grid picture dem none/f2.png").status, 1);
+    EXPECT_EQ(run("grid info none").status, 1);
+}
+
+TEST(ManPage, NamesEveryCommandAndField) {
+    const cli::CommandLine commandLine;
+    const std::string page = cli::manPage(commandLine.app());
+    EXPECT_THAT(page, testing::StartsWith(".TH VELMORA 1"));
+    for (const char* text :
+         {"velmora settings apply", "velmora run", "velmora grid picture", "velmora demo",
+          "velmora check", "EXIT STATUS", "\\-\\-settings\\-folder"}) {
+        EXPECT_THAT(page, HasSubstr(text));
+    }
+    for (const SettingsField& field : settingsFields()) {
+        EXPECT_THAT(page, HasSubstr(std::string(field.name)));
+    }
+    EXPECT_THAT(page, testing::Not(HasSubstr("man-page")));
+}
+
+TEST(ManPage, EverySubcommandHasAnExample) {
+    const cli::CommandLine commandLine;
+    for (const CLI::App* command : commandLine.app().get_subcommands({})) {
+        EXPECT_THAT(command->get_footer(), HasSubstr("example: velmora"));
+        for (const CLI::App* sub : command->get_subcommands({})) {
+            EXPECT_THAT(sub->get_footer(), HasSubstr("example: velmora"));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "gis/errors.h"
+#include "platform/platform.h"
+#include "tests/support/temp_folder.h"
+
+namespace velmora::platform {
+namespace {
+
+struct Database : testing::Test {
+    test::TempFolder folder;
+    Platform platform;
+    std::string text = "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + folder.file("a.mdb");
+
+    std::unique_ptr<IConnection> made() {
+        platform.connections().createDatabase(text);
+        auto connection = platform.connections().open(text);
+        connection->createTable("T",
+                                {{"Zone", FieldType::text, 50}, {"Share", FieldType::number, 0}});
+        return connection;
+    }
+};
+
+class TwoColumns : public IColumnSource {
+  public:
+    std::size_t rowCount() const override { return values.size(); }
+    int columnCount() const override { return 2; }
+    std::span<const double> column(int position) const override {
+        return position == 0 ? std::span<const double>(values) : std::span<const double>();
+    }
+    std::vector<double> values = {1.5, std::nan(""), -3};
+};
+
+TEST_F(Database, RecordsAreAddedChangedAndRead) {
+    const auto connection = made();
+    const auto records = connection->open("Select * from [T]");
+    EXPECT_TRUE(records->eof());
+    records->addNew();
+    records->setValue("Zone", std::string("O'Brien"));
+    records->setValue("Share", 0.25);
+    records->update();
+    records->moveFirst();
+    EXPECT_EQ(std::get<std::string>(records->value("ZONE")), "O'Brien");
+    records->setValue("Share", 0.5);
+    records->update();
+    const auto again = connection->open("SELECT Share FROM T WHERE [Zone] = 'o''brien'");
+    EXPECT_EQ(std::get<double>(again->value("Share")), 0.5);
+    EXPECT_EQ(again->fieldCount(), 1);
+    EXPECT_EQ(again->fieldName(0), "Share");
+    again->moveNext();
+    EXPECT_TRUE(again->eof());
+    EXPECT_THROW(again->value("Share"), PlatformError);
+    EXPECT_THROW(again->addNew(), PlatformError);
+    EXPECT_THROW(records->value("None"), PlatformError);
+}
+
+TEST_F(Database, ColumnsGoInWhole) {
+    platform.connections().createDatabase(text);
+    const auto connection = platform.connections().open(text);
+    connection->createTable("GGG", {{"A", FieldType::number, 0}, {"B", FieldType::number, 0}});
+    connection->append("GGG", TwoColumns());
+    const auto records = connection->open("Select * from GGG");
+    EXPECT_EQ(std::get<double>(records->value("A")), 1.5);
+    EXPECT_TRUE(isNull(records->value("B")));
+    records->moveNext();
+    EXPECT_TRUE(isNull(records->value("A")));
+    records->moveNext();
+    EXPECT_EQ(std::get<double>(records->value("A")), -3);
+    records->moveNext();
+    EXPECT_TRUE(records->eof());
+}
+
+TEST_F(Database, ProvidersAndFilesAreChecked) {
+    EXPECT_THROW(platform.connections().open(text), PlatformError);  // no file
+    made();
+    EXPECT_THROW(platform.connections().createDatabase(text), PlatformError);  // exists
+    EXPECT_THROW(platform.connections().open("Provider=Other;Data Source=x"), PlatformError);
+    EXPECT_THROW(platform.connections().open(""), PlatformError);
+    test::write(folder.file("a.mdb"), std::string(4096, 'x'));
+    EXPECT_THROW(platform.connections().open(text), PlatformError);
+    test::write(folder.file("a.mdb"),
+                std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(100, 'x'));
+    EXPECT_THAT([&] { platform.connections().open(text); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("genuine Access file")));
+}
+
+TEST_F(Database, StatementsThatFailSayWhy) {
+    const auto connection = made();
+    EXPECT_THROW(connection->execute("DROP TABLE none"), PlatformError);
+    EXPECT_THROW(connection->open("SELECT * FROM none"), PlatformError);
+    EXPECT_THROW(connection->append("none", TwoColumns()), PlatformError);
+}
+
+TEST_F(Database, TheDbaseSourceReadsTables) {
+    platform.features().createTable(
+        folder.file("wx.dbf"),
+        {{"STN", FieldType::text, 5, 0}, {"TM_Jan", FieldType::number, 8, 2}},
+        {{std::string("A"), 1.25}, {std::string("B"), FieldValue()}});
+    const auto connection =
+        platform.connections().open("Provider=MSDASQL.1;Data Source=dBASE Files");
+    const auto records = connection->open("SELECT * FROM " + folder.file("wx"));
+    EXPECT_EQ(records->fieldCount(), 2);
+    EXPECT_EQ(std::get<double>(records->value("TM_Jan")), 1.25);
+    records->moveNext();
+    EXPECT_TRUE(isNull(records->value("TM_Jan")));
+    EXPECT_THROW(records->setValue("TM_Jan", 1.0), PlatformError);
+    EXPECT_THROW(connection->open("DELETE FROM wx"), PlatformError);
+    EXPECT_THROW(connection->execute("x"), PlatformError);
+}
+
+}  // namespace
+}  // namespace velmora::platform

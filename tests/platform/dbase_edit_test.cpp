@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tables/dbase_edit.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "platform/platform.h"
+#include "tests/support/temp_folder.h"
+
+namespace velmora::platform {
+namespace {
+
+struct DbaseEditing : testing::Test {
+    test::TempFolder folder;
+    Platform platform;
+
+    DbaseEditing() {
+        platform.features().createFeatureClass(
+            folder.file("s.shp"), false, "",
+            {{"staname", FieldType::text, 12, 0}, {"ELEVATION", FieldType::number, 8, 1}},
+            {{{{1, 2}}, {std::string("Se\u00F1or"), 12.5}},
+             {{{3, 4}}, {std::string("b"), FieldValue()}},
+             {{{5, 6}}, {std::string("c"), 7.0}}});
+    }
+    std::shared_ptr<IFeatureClass> layer() {
+        return platform.features().openFeatureClass(folder.file("s.shp"));
+    }
+    std::string dbf() const { return test::contentOf(folder.file("s.dbf")); }
+    double number(std::size_t record, const std::string& field) {
+        return std::get<double>(layer()->value(record, field));
+    }
+};
+
+TEST_F(DbaseEditing, AddsAFieldAndKeepsAllElse) {
+    const std::string before = dbf();
+    test::write(folder.file("s.cpg"), "ISO-8859-1");
+    const auto session = platform.features().edit(layer());
+    session->addNumericField("TempTTT");
+    session->setValue(0, "TempTTT", -1.0 / 3);
+    session->setValue(2, "TempTTT", 12345.678);
+    session->save();
+    EXPECT_EQ(number(0, "TempTTT"), -1.0 / 3);  // full precision
+    EXPECT_TRUE(isNull(layer()->value(1, "TempTTT")));
+    EXPECT_EQ(number(2, "TempTTT"), 12345.678);
+    EXPECT_EQ(number(0, "ELEVATION"), 12.5);
+    EXPECT_TRUE(isNull(layer()->value(1, "ELEVATION")));
+    EXPECT_EQ(test::contentOf(folder.file("s.cpg")), "ISO-8859-1");
+    // The old records stand in the new ones byte for byte.
+    const std::string after = dbf();
+    const std::size_t oldLength = 1 + 12 + 8;
+    for (std::size_t r = 0; r < 3; ++r) {
+        EXPECT_EQ(after.substr(32 + 3 * 32 + 1 + r * (oldLength + 24), oldLength),
+                  before.substr(32 + 2 * 32 + 1 + r * oldLength, oldLength));
+    }
+    EXPECT_EQ(after[29], before[29]);  // the language mark
+}
+
+TEST_F(DbaseEditing, AnExistingFieldIsOverwrittenInPlace) {
+    for (int i = 0; i < 2; ++i) {
+        const auto session = platform.features().edit(layer());
+        session->addNumericField("temptTT");
+        session->setValue(1, "TempTTT", 1.5 + i);
+        session->save();
+    }
+    EXPECT_EQ(layer()->fields().size(), 3U);
+    EXPECT_EQ(number(1, "TempTTT"), 2.5);
+}
+
+TEST_F(DbaseEditing, DeletedRecordsAndOddBytesStay) {
+    std::string bytes = dbf();
+    const std::size_t second = 32 + 2 * 32 + 1 + 21;
+    bytes[second] = '*';         // deleted
+    bytes[second + 1] = '\x81';  // no character of its code page
+    test::write(folder.file("s.dbf"), bytes);
+    const auto session = platform.features().edit(layer());
+    session->addNumericField("X");
+    session->save();
+    const std::string after = dbf();
+    EXPECT_EQ(after.substr(32 + 3 * 32 + 1 + 45, 2), std::string("*\x81"));
+}
+
+TEST_F(DbaseEditing, WhatCannotBeStoredChangesNothing) {
+    const std::string before = dbf();
+    const auto tooLong = platform.features().edit(layer());
+    tooLong->setValue(1, "ELEVATION", 1e12);
+    EXPECT_THAT([&] { tooLong->save(); },
+                testing::ThrowsMessage<PlatformError>(testing::AllOf(
+                    testing::HasSubstr("record 2"), testing::HasSubstr("ELEVATION"))));
+    const auto unknown = platform.features().edit(layer());
+    unknown->setValue(0, "NONE", 1.0);
+    EXPECT_THROW(unknown->save(), PlatformError);
+    const auto text = platform.features().edit(layer());
+    text->setValue(0, "ELEVATION", std::string("high"));
+    EXPECT_THROW(text->save(), PlatformError);
+    const auto beyond = platform.features().edit(layer());
+    beyond->setValue(3, "ELEVATION", 1.0);
+    EXPECT_THROW(beyond->save(), PlatformError);
+    EXPECT_THROW(platform.features().edit(layer())->addNumericField("TooLongAName"), PlatformError);
+    EXPECT_EQ(dbf(), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()),
+                            std::filesystem::directory_iterator()),
+              3);
+}
+
+TEST_F(DbaseEditing, ADamagedTableIsRefused) {
+    const auto session = platform.features().edit(layer());
+    session->addNumericField("X");
+    for (const std::size_t size : {0U, 20U, 60U, 100U}) {
+        test::write(folder.file("s.dbf"), dbf().substr(0, size));
+        EXPECT_THROW(session->save(), PlatformError) << size;
+    }
+}
+
+TEST(DbaseNumber, KeepsAsManyDecimalsAsFit) {
+    EXPECT_EQ(dbaseNumber(0.5, 6), "   0.5");
+    EXPECT_EQ(dbaseNumber(1.0 / 3, 8), "0.333333");
+    EXPECT_EQ(dbaseNumber(-1e-7, 12), "  -0.0000001");
+    EXPECT_EQ(dbaseNumber(123456, 6), "123456");
+    EXPECT_EQ(dbaseNumber(123456.7, 6), "123457");
+    EXPECT_THROW(dbaseNumber(1234567, 6), PlatformError);
+    EXPECT_THROW(dbaseNumber(std::nan(""), 6), PlatformError);
+}
+
+}  // namespace
+}  // namespace velmora::platform

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "settings/input_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/run_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+struct InputCheck : testing::Test {
+    test::RunFixture f;
+    std::vector<std::string> lines() {
+        std::vector<std::string> all;
+        for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
+            all.push_back(findingLine(finding));
+        }
+        return all;
+    }
+};
+
+TEST_F(InputCheck, GoodInputsHaveNoErrors) {
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("error"))));
+    EXPECT_THAT(lines(), Contains(HasSubstr("37 x 21 cells of 400 m")));
+}
+
+TEST_F(InputCheck, MissingFilesAreNamed) {
+    f.settings.DEM = "/none/dem";
+    f.settings.WeatherStations = "/none/stations.shp";
+    f.settings.WeatherData = "/none/w.dbf";
+    f.settings.Zones = "/none/zones.shp";
+    const auto all = lines();
+    for (const char* path : {"/none/dem", "/none/stations.shp", "/none/w.dbf", "/none/zones.shp"}) {
+        EXPECT_THAT(all, Contains(HasSubstr(std::string("error: ") + path)));
+    }
+}
+
+TEST_F(InputCheck, OddValuesNameFieldAndStation) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "TD_" && s.name == "S3" && m == 6) return 25.0;
+                      if (p == "TM_" && s.name == "S4" && m == 7) return 99.0;
+                      if (p == "WS_" && s.name == "S5" && m == 7) return FieldValue();
+                      return test::RunFixture::usualWeather(p, s, m);
+                  });
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("TD_Jun: S3: 25 > TN_Jun")));
+    EXPECT_THAT(all, Contains(HasSubstr("TM_Jul: S4: 99 is not between -20 and 80")));
+    EXPECT_THAT(all, Contains(HasSubstr("WS_Jul: S5: has no value")));
+}
+
+TEST_F(InputCheck, MissingFieldsAndKeys) {
+    f.makeWeather(f.stations(), test::RunFixture::usualWeather, {"TM_", "SR_"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("TN_Jun: the field is missing")));
+    auto others = f.stations();
+    for (auto& s : others) s.name = "other " + s.name;
+    f.makeWeather(others, test::RunFixture::usualWeather);
+    EXPECT_THAT(lines(), Contains(HasSubstr("no record belongs to a station")));
+}
+
+TEST_F(InputCheck, FarAndCoincidentStationsAndNoCrs) {
+    auto stations = f.stations();
+    stations[1].x += 90000;
+    stations[3].x = stations[2].x;
+    stations[3].y = stations[2].y;
+    f.makeStations(stations, false);
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("S1: lies")));
+    EXPECT_THAT(all, Contains(HasSubstr("S3: stands at the place of S2")));
+    EXPECT_THAT(all, Contains(HasSubstr("stations.shp: has no coordinate system")));
+}
+
+TEST_F(InputCheck, SettingsOfTheRun) {
+    f.settings.RefETMethod = "9";
+    f.settings.EndMonth = "xyz";
+    f.settings.Year = "now";
+    f.settings.CellSize = 0;
+    f.settings.OutputWorkspace = "/none/out";
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("\"9\" is not 1 to 6")));
+    EXPECT_THAT(all, Contains(HasSubstr("holds no month")));
+    EXPECT_THAT(all, Contains(HasSubstr("\"now\" is no year")));
+    EXPECT_THAT(all, Contains(HasSubstr("The cell size is 0")));
+    EXPECT_THAT(all, Contains(HasSubstr("/none/out does not exist")));
+}
+
+TEST_F(InputCheck, ADemInTheWrongUnit) {
+    f.makeDem([](int, int) { return 12000.0F; });
+    EXPECT_THAT(lines(), Contains(HasSubstr("is the DEM unit right (Meters)?")));
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("is the DEM unit right"))));
+}
+
+}  // namespace
+}  // namespace velmora

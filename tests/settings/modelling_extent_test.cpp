@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "settings/modelling_extent.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "gis/errors.h"
+#include "tests/support/run_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+TEST(ModellingExtent, ProposesA250thOfTheShorterSide) {
+    const Envelope extent{0, 0, 25000, 10000};
+    EXPECT_EQ(proposedCellSize(extent), 40.0F);
+    EXPECT_EQ(truncatedCounts(extent, 40).width, 625);
+    EXPECT_EQ(truncatedCounts(extent, 40).height, 250);
+}
+
+TEST(ModellingExtent, ChoosingTruncatesAndEditingRounds) {
+    EXPECT_EQ(roundedCounts({0, 0, 25000, 10000}, 30)->width, 833);
+    EXPECT_EQ(roundedCounts({0, 0, 25000, 10000}, 30)->height, 333);
+    EXPECT_EQ(truncatedCounts({0, 0, 25010, 10000}, 40).width, 625);
+    EXPECT_EQ(roundedCounts({0, 0, 25010, 10000}, 40)->width, 625);
+    EXPECT_EQ(truncatedCounts({0, 0, 25030, 10000}, 40).width, 625);
+    EXPECT_EQ(roundedCounts({0, 0, 25030, 10000}, 40)->width, 626);
+}
+
+TEST(ModellingExtent, CountsBeyond16BitAreNone) {
+    EXPECT_FALSE(roundedCounts({0, 0, 25000, 10000}, 0));
+    EXPECT_FALSE(roundedCounts({0, 0, 25000, 10000}, 0.5));
+    EXPECT_EQ(roundedCounts({0, 0, 32767, 10}, 1)->width, 32767);
+    EXPECT_FALSE(roundedCounts({0, 0, 32768, 10}, 1));
+}
+
+TEST(ModellingExtent, RunGridIsTheProviders) {
+    test::RunFixture f;
+    EXPECT_TRUE(runGeometry(f.application.platform(), f.settings).sameCells(f.geometry()));
+}
+
+TEST(ModellingExtent, DegreesAndFeetAndNothingAreRefused) {
+    test::RunFixture f;
+    auto& platform = f.application.platform();
+    f.makeDomain({-112, 43, -111, 44}, platform.spatialReferences().createGeographic(4326));
+    EXPECT_THAT([&] { runGeometry(platform, f.settings); },
+                ThrowsMessage<PlatformError>(HasSubstr("is in degrees")));
+    f.makeDomain({0, 0, 1000, 1000}, platform.spatialReferences().createProjected(2228));
+    EXPECT_THAT([&] { runGeometry(platform, f.settings); },
+                ThrowsMessage<PlatformError>(HasSubstr("but cell sizes are metres")));
+    f.makeDomain({0, 0, 1000, 1000}, "");
+    EXPECT_THAT([&] { runGeometry(platform, f.settings); },
+                ThrowsMessage<PlatformError>(HasSubstr("no coordinate system")));
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+// A host for tests: it records messages, answers choosers from a list, and stands on the real
+// platform, parts of which a test may replace.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "gis/form.h"
+#include "platform/platform.h"
+#include "tests/support/temp_folder.h"
+
+namespace velmora::test {
+
+class FakePrompts : public IPrompts {
+  public:
+    using IPrompts::message;
+    void message(const std::string& text, const std::string& title) override {
+        messages.push_back(text);
+        titles.push_back(title);
+    }
+    bool confirm(const std::string&, const std::string&) override { return answer; }
+    std::vector<std::string> messages;
+    std::vector<std::string> titles;
+    bool answer = false;
+};
+
+class FakeBrowsers : public IBrowsers {
+  public:
+    std::string browseFolder(const std::string& title) override { return next(title); }
+    std::string browseDataset(DatasetKind, const std::string& title, const std::string&,
+                              const std::string&) override {
+        return next(title);
+    }
+    std::string openFile(const std::string& filter) override { return next(filter); }
+    std::string saveFile(const std::string& filter) override { return next(filter); }
+    std::string lastBrowseLocation() override;
+    std::deque<std::string> answers;  // then "" (cancelled)
+    std::vector<std::string> asked;   // titles and filters
+    bool locationFails = false;
+
+  private:
+    std::string next(const std::string& what);
+};
+
+class FakeDialogs : public IDialogs {
+  public:
+    void showModal(Form& form) override {
+        ++modal;
+        if (driver) driver(form);
+    }
+    void show(Form& form) override {
+        ++modeless;
+        if (driver) driver(form);
+    }
+    std::function<void(Form&)> driver;
+    int modal = 0;
+    int modeless = 0;
+};
+
+class FakeLayer : public IRasterLayer {
+  public:
+    FakeLayer(std::string path, bool fails) : path_(std::move(path)), fails_(fails) {}
+    std::string name() const override { return path_.substr(path_.rfind('/') + 1); }
+    std::string path() const override { return path_; }
+    void setStretchedRenderer(const AlgorithmicColorRamp& given) override;
+    AlgorithmicColorRamp ramp;
+
+  private:
+    std::string path_;
+    bool fails_;
+};
+
+class FakeDocument : public IMxDocument {
+  public:
+    std::unique_ptr<IRasterLayer> createRasterLayer(const std::string& path) override {
+        return std::make_unique<FakeLayer>(path, layersFail);
+    }
+    void addLayer(std::unique_ptr<IRasterLayer> layer) override {
+        layers.push_back(std::move(layer));
+    }
+    void addTable(std::shared_ptr<ITable> table) override;
+    void refreshContents() override { ++refreshed; }
+    std::vector<std::unique_ptr<IRasterLayer>> layers;
+    std::vector<std::shared_ptr<ITable>> tables;
+    int refreshed = 0;
+    bool layersFail = false;
+    bool tablesFail = false;
+};
+
+class FixedClock : public IClock {
+  public:
+    double seconds() const override { return now += step; }
+    int currentYear() const override { return 2031; }
+    mutable double now = 0;
+    double step = 0;  // that each look at the clock takes
+};
+
+// The real platform with a clock that stands, and a file system that a test may replace.
+class TestPlatform : public platform::Platform {
+  public:
+    IClock& clock() override { return clock_; }
+    IFileSystem& files() override { return otherFiles ? *otherFiles : Platform::files(); }
+    FixedClock clock_;
+    IFileSystem* otherFiles = nullptr;
+};
+
+class TestApplication : public IApplication {
+  public:
+    explicit TestApplication(std::string settingsFolder) : folder(std::move(settingsFolder)) {}
+    TestPlatform& platform() override { return platform_; }
+    FakePrompts& prompts() override { return prompts_; }
+    FakeBrowsers& browsers() override { return browsers_; }
+    FakeDialogs& dialogs() override { return dialogs_; }
+    FakeDocument& document() override { return document_; }
+    std::string extensionFolder() override { return folder; }
+    void noteOutcome(StepOutcome outcome) override { outcomes.push_back(outcome); }
+    const std::vector<std::string>& messages() const { return prompts_.messages; }
+
+    std::string folder;
+    std::vector<StepOutcome> outcomes;
+
+  private:
+    TestPlatform platform_;
+    FakePrompts prompts_;
+    FakeBrowsers browsers_;
+    FakeDialogs dialogs_;
+    FakeDocument document_;
+};
+
+// A file system without a disk.
+class MemoryFiles : public IFileSystem {
+  public:
+    bool fileExists(const std::string& path) const override { return files.contains(path); }
+    bool folderExists(const std::string& path) const override { return folders.contains(path); }
+    std::string specialFolder(SpecialFolder) const override { return "/temporary"; }
+    void deleteFile(const std::string& path) override { files.erase(path); }
+    void createFolder(const std::string& path) override { folders[path] = true; }
+    void replaceFile(const std::string& from, const std::string& to) override;
+    std::string readBeginning(const std::string& path, std::size_t most) const override;
+    void writeOver(const std::string& path, const std::string& bytes) override;
+    std::unique_ptr<IFolderLock> lockFolder(const std::string&) override { return nullptr; }
+    std::uint64_t freeMemory() const override { return 1ULL << 40U; }
+    std::map<std::string, std::string> files;
+    std::map<std::string, bool> folders;
+    bool writesFail = false;
+};
+
+}  // namespace velmora::test
