@@ -30,11 +30,17 @@ std::size_t leadingNumber(std::string_view text, double& value) {
     return static_cast<std::size_t>(end - text.data());
 }
 
+// Plain digits where they are readable, an exponent for what is very large or very small.
 template <class Number>
 std::string shortest(Number value) {
-    std::array<char, 32> buffer{};
-    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    return error == std::errc{} ? std::string(buffer.data(), end) : std::string("nan");
+    std::array<char, 64> buffer{};
+    char* const begin = buffer.data();
+    char* const limit = begin + buffer.size();
+    const Number size = std::fabs(value);
+    const bool plain = size == 0 || (size >= Number(1e-4) && size < Number(1e15));
+    const auto [end, error] = plain ? std::to_chars(begin, limit, value, std::chars_format::fixed)
+                                    : std::to_chars(begin, limit, value);
+    return error == std::errc{} ? std::string(begin, end) : std::string("nan");
 }
 
 }  // namespace

@@ -88,7 +88,7 @@ TEST_F(RefEtFailures, AbsurdCellSizes) {
     EXPECT_THAT(failed(), HasSubstr("The cell size is -30"));
     f.settings.CellSize = 1e-3;
     EXPECT_THAT(failed(), HasSubstr("more than a grid can hold"));
-    f.settings.CellSize = 1e9;
+    f.settings.CellSize = 15000;
     EXPECT_TRUE(f.run()) << f.allMessages();  // one cell
     EXPECT_EQ(f.output("RefET_Jul_2").values.size(), 1U);
 }
@@ -194,10 +194,17 @@ TEST_F(RefEtFailures, MonthZeroIsSkipped) {
 }
 
 TEST_F(RefEtFailures, AStationFileThatCannotBeChangedDoesNotStopTheRun) {
-    const auto path = f.folder.file("stations.dbf");
-    std::string bytes = test::contentOf(path);
-    // One byte is missing at the end: readable, but too damaged to rewrite.
-    test::write(path, bytes.substr(0, bytes.size() - 2));
+    // A field of that name is there, too narrow for its values.
+    std::vector<NewFeature> features;
+    for (const Station& s : RunFixture::stations()) {
+        features.push_back({{{s.x, s.y}}, {s.name, s.elevation, 1.0}});
+    }
+    f.application.platform().features().createFeatureClass(f.folder.file("stations.shp"), false,
+                                                           f.geometry().crs,
+                                                           {{"staname", FieldType::text, 20, 0},
+                                                            {"ELEVATION", FieldType::number, 10, 2},
+                                                            {"TempTTT", FieldType::number, 1, 0}},
+                                                           features);
     EXPECT_TRUE(f.run()) << f.allMessages();
     EXPECT_THAT(f.allMessages(), HasSubstr("The working field TempTTT is not stored"));
 }

@@ -13,6 +13,8 @@ TEST(Numbers, TextReadsBackAsTheSameDouble) {
         EXPECT_EQ(strictNumber(numberText(value)), value);
     }
     EXPECT_EQ(numberText(0.5), "0.5");
+    EXPECT_EQ(numberText(400000), "400000");
+    EXPECT_EQ(numberText(1000), "1000");
     EXPECT_EQ(numberText(-6.5e-5), "-6.5e-05");
     EXPECT_EQ(singleText(99.6F), "99.6");
 }

@@ -83,8 +83,9 @@ std::string wktFromEsri(const std::string& text) {
         system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
         const char* lines[] = {text.c_str(), nullptr};
         if (system.importFromESRI(const_cast<char**>(lines)) != OGRERR_NONE) return {};
-        system.AutoIdentifyEPSG();
-        return exported(system, "WKT2_2019");
+        // The ESRI form carries no code: the system of the database that means the same has one.
+        const std::unique_ptr<OGRSpatialReference> known(system.FindBestMatch(90, "EPSG"));
+        return exported(known ? *known : system, "WKT2_2019");
     });
 }
 

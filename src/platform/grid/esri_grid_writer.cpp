@@ -151,7 +151,7 @@ void EsriGridWriter::writeIndex() const {
     writeWholeFile(joinedPath(folder_, "w001001x.adf"), index);
 }
 
-// A grid without a single value has no statistics, and so no file of them.
+// Readers want the file also for a grid without a single value, whose statistics are no-data.
 void EsriGridWriter::writeStatistics() const {
     TileStatistics all;
     all.low = -kNoData;
@@ -163,10 +163,10 @@ void EsriGridWriter::writeStatistics() const {
         all.low = std::min(all.low, part.low);
         all.high = std::max(all.high, part.high);
     }
-    if (all.cells == 0) return;
+    if (all.cells == 0) all.low = all.high = kNoData;
     const auto n = static_cast<double>(all.cells);
-    const double mean = all.sum / n;
-    const double variance = std::max(0.0, all.sumOfSquares / n - mean * mean);
+    const double mean = all.cells == 0 ? static_cast<double>(kNoData) : all.sum / n;
+    const double variance = all.cells == 0 ? 0 : std::max(0.0, all.sumOfSquares / n - mean * mean);
     std::string bytes;
     for (const double number :
          {static_cast<double>(all.low), static_cast<double>(all.high), mean, std::sqrt(variance)}) {
