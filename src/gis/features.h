@@ -18,7 +18,9 @@ class ITable {
     virtual std::string name() const = 0;  // the file's name without its extension
     virtual std::string path() const = 0;
     virtual const std::vector<Field>& fields() const = 0;
-    virtual std::size_t recordCount() const = 0;
+    virtual std::size_t recordCount() const = 0;  // deleted records do not count
+    // The place of a record in the file, where deleted records have places too.
+    virtual std::size_t placeInFile(std::size_t record) const { return record; }
     // Throws PlatformError naming table and field when there is no such field.
     virtual FieldValue value(std::size_t record, const std::string& field) const = 0;
     int fieldIndex(const std::string& field) const;  // -1 when there is none

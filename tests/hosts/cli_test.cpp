@@ -170,6 +170,28 @@ TEST_F(Command, GridsAreCopiedExportedAndDrawn) {
     EXPECT_EQ(run("grid info none").status, 1);
 }
 
+TEST_F(Command, TheDemoMakesAYearOfGrids) {
+    const Outcome made = run("--quiet demo basin");
+    ASSERT_EQ(made.status, 0) << made.output;
+    EXPECT_THAT(made.output, HasSubstr("Reference ET of the sample basin, inches"));
+    for (const char* month :
+         {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"}) {
+        EXPECT_TRUE(
+            std::filesystem::exists(folder + "/basin/output/RefET_" + month + "_2/hdr.adf"));
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/RefET_Jul_2.png"));
+    const auto july =
+        nlohmann::json::parse(run("--json grid stats basin/output/RefET_Jul_2").output).at(0);
+    EXPECT_EQ(july.at("cells"), 250 * 300);
+    EXPECT_GT(july.at("mean").get<double>(), 6);  // inches; a dry mountain valley in July
+    EXPECT_LT(july.at("mean").get<double>(), 10);
+    const auto dem = nlohmann::json::parse(run("--json grid stats basin/dem").output).at(0);
+    EXPECT_NEAR(dem.at("minimum").get<double>(), 1200, 0.1);
+    EXPECT_NEAR(dem.at("maximum").get<double>(), 3400, 0.1);
+    EXPECT_EQ(run("--settings-folder basin/settings check").status, 0);
+    EXPECT_EQ(run("settings show").status, 1);  // the user's own settings are left alone
+}
+
 TEST(ManPage, NamesEveryCommandAndField) {
     const cli::CommandLine commandLine;
     const std::string page = cli::manPage(commandLine.app());

@@ -3,6 +3,7 @@
 
 #include <cpl_error.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "gis/errors.h"
@@ -80,8 +81,25 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
         fields_.push_back({field->GetNameRef(), typeOf(field->GetType()), field->GetWidth(),
                            field->GetPrecision()});
     }
-    records_ = static_cast<std::size_t>(std::max<GIntBig>(0, layer_->GetFeatureCount()));
     crs_ = wktOf(layer_->GetSpatialRef());
+    readOnly({}, false);
+    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+        places_.push_back(static_cast<std::size_t>(feature->GetFID()));
+    }
+}
+
+// The next reading from the beginning takes these fields alone, and shapes if asked for.
+void OgrTable::readOnly(const std::vector<std::string>& wanted, bool geometry) const {
+    std::vector<const char*> ignored;
+    for (const Field& field : fields_) {
+        if (std::find(wanted.begin(), wanted.end(), field.name) == wanted.end()) {
+            ignored.push_back(field.name.c_str());
+        }
+    }
+    if (!geometry) ignored.push_back("OGR_GEOMETRY");
+    ignored.push_back(nullptr);
+    layer_->SetIgnoredFields(ignored.data());
+    layer_->ResetReading();
 }
 
 std::string OgrTable::name() const { return baseName(path_); }
@@ -100,9 +118,9 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
     const auto found = columns_.find(field);
     if (found != columns_.end()) return found->second;
     std::vector<FieldValue> values;
-    values.reserve(records_);
-    const FieldType type = fields_[static_cast<std::size_t>(field)].type;
-    layer_->ResetReading();
+    values.reserve(recordCount());
+    const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
+    readOnly({name}, false);
     while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
         values.push_back(valueOf(*feature, field, type));
     }
@@ -111,7 +129,7 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
 
 Envelope OgrTable::extent() const {
     OGREnvelope e;
-    if (records_ == 0 || layer_->GetExtent(&e) != OGRERR_NONE) {
+    if (recordCount() == 0 || layer_->GetExtent(&e) != OGRERR_NONE) {
         throw PlatformError(path_ + " holds no feature, so it has no extent");
     }
     return {e.MinX, e.MinY, e.MaxX, e.MaxY};
@@ -119,8 +137,8 @@ Envelope OgrTable::extent() const {
 
 std::vector<Point> OgrTable::points(const std::string& crs) const {
     std::vector<Point> points;
-    points.reserve(records_);
-    layer_->ResetReading();
+    points.reserve(recordCount());
+    readOnly({}, true);
     while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
         const OGRGeometry* geometry = feature->GetGeometryRef();
         if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbPoint ||

@@ -32,7 +32,8 @@ class OgrTable : public IFeatureClass {
     std::string name() const override;
     std::string path() const override { return path_; }
     const std::vector<Field>& fields() const override { return fields_; }
-    std::size_t recordCount() const override { return records_; }
+    std::size_t recordCount() const override { return places_.size(); }
+    std::size_t placeInFile(std::size_t record) const override { return places_.at(record); }
     FieldValue value(std::size_t record, const std::string& field) const override;
 
     Envelope extent() const override;
@@ -41,6 +42,7 @@ class OgrTable : public IFeatureClass {
     bool holdsPolygons() const override;
 
   private:
+    void readOnly(const std::vector<std::string>& wanted, bool geometry) const;
     const std::vector<FieldValue>& column(int field) const;
 
     std::string path_;
@@ -48,7 +50,7 @@ class OgrTable : public IFeatureClass {
     VectorDatasetPtr dataset_;
     OGRLayer* layer_ = nullptr;
     std::vector<Field> fields_;
-    std::size_t records_ = 0;
+    std::vector<std::size_t> places_;  // of the records in the file
     std::string crs_;
     mutable std::map<int, std::vector<FieldValue>> columns_;
 };

@@ -80,6 +80,12 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
         offset += field.width;
         file.fields.push_back(field);
     }
+    constexpr std::size_t kLongest = 65535;  // header and records have lengths of 16 bits
+    if (offset > recordLength || recordLength + kNumberWidth > kLongest ||
+        headerLength + kDescriptorBytes > kLongest) {
+        throw PlatformError("The table " + path +
+                            " is damaged or full: its fields do not fit into its records");
+    }
     file.header = bytes.substr(0, end + 1);
     file.tail = bytes.substr(end + 1, headerLength - end - 1);
     for (std::size_t r = 0; r < records; ++r) {
@@ -139,7 +145,11 @@ void DbaseEdit::addNumericField(const std::string& field) {
 }
 
 void DbaseEdit::setValue(std::size_t record, const std::string& field, const FieldValue& value) {
-    changes_[field][record] = value;
+    if (record >= table_->recordCount()) {
+        throw PlatformError("The table " + table_->path() + " has no record " +
+                            std::to_string(record + 1));
+    }
+    changes_[field][table_->placeInFile(record)] = value;
 }
 
 void DbaseEdit::save() {
