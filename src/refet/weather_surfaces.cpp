@@ -62,6 +62,7 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
 
 void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace,
                            const std::function<void(const std::string&)>& report) {
+    if (end < std::max(1, begin)) return;
     std::string failure;
     try {
         prepareNeighbour(begin - 1);

@@ -193,6 +193,13 @@ TEST_F(RefEtFailures, MonthZeroIsSkipped) {
     EXPECT_TRUE(f.hasOutput("RefET_Feb_2"));
 }
 
+TEST_F(RefEtFailures, APeriodWithoutMonthsMakesNothing) {
+    f.settings.EndMonth = "nonsense";
+    EXPECT_TRUE(f.run()) << f.allMessages();
+    EXPECT_FALSE(f.hasOutput("TM_Jan"));
+    EXPECT_FALSE(f.hasOutput("RefET_Jun_2"));
+}
+
 TEST_F(RefEtFailures, AStationFileThatCannotBeChangedDoesNotStopTheRun) {
     // A field of that name is there, too narrow for its values.
     std::vector<NewFeature> features;

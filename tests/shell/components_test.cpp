@@ -153,7 +153,8 @@ TEST_F(Components, MenusHoldTheCommands) {
     EXPECT_EQ(et->ItemCount(), 3);
     EXPECT_EQ(et->Name(), "");
     EXPECT_EQ(et->Caption(), "Evapotranspiration Estimation");
-    EXPECT_EQ(et->QueryInterface(IRootLevelMenu::iid, marker.receive()), E_NOINTERFACE);
+    ComPtr<IRootLevelMenu> none;
+    EXPECT_EQ(et->QueryInterface(IRootLevelMenu::iid, none.receive()), E_NOINTERFACE);
     const auto irr = loader.create<IMenuDef>("Tarnwick.clsMenu_Zav_IR_IRR");
     EXPECT_EQ(irr->Caption(), "Crop Irrigation Water Requirement");
 }
@@ -205,6 +206,13 @@ TEST_F(Components, AnUnknownClassIsTold) {
     EXPECT_THROW(loader.create<ICommand>("Tarnwick.clsNone"), PlatformError);
     EXPECT_THROW(loader.create<ICommand>("Tarnwick.clsToolBar_Zav"), PlatformError);
     EXPECT_THROW(ComponentLoader("/none/libVelmora.so"), PlatformError);
+}
+
+TEST_F(Components, ARegistryThatCannotBeWrittenDoesNotStopTheHost) {
+    test::write(config.file("velmora"), "a file where the folder should be");
+    const ComponentLoader loader(VELMORA_LIBRARY_FILE);
+    EXPECT_FALSE(findRegisteredClass("Tarnwick.clsPPT"));
+    EXPECT_EQ(loader.create<ICommand>("Tarnwick.clsPPT")->Name(), "PPTInter");
 }
 
 TEST_F(Components, OnlyTheEntryPointsAreExported) {

@@ -5,9 +5,11 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 
 #include "gis/errors.h"
 #include "shell/class_registry.h"
+#include "shell/component_server.h"
 
 namespace velmora {
 
@@ -30,28 +32,36 @@ Function entryPoint(const std::string& library, const char* name) {
     return reinterpret_cast<Function>(address);
 }
 
+// The identifier of a class: from the registry when it names this library, else (a read-only home,
+// or another copy that has just taken the registry over) from the library's own list.
+std::optional<Guid> classIdOf(const std::string& progId, const std::string& library) {
+    const auto registered = findRegisteredClass(progId);
+    if (registered && registered->module == library) return registered->clsid;
+    for (const ComponentClass& served : componentClasses()) {
+        if (served.progId == progId) return served.clsid;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
-ComponentLoader::ComponentLoader(const std::string& library) {
-    const std::string path = fs::weakly_canonical(library).string();
+ComponentLoader::ComponentLoader(const std::string& library)
+    : library_(fs::weakly_canonical(library).string()) {
+    const auto registerServer = entryPoint<HResult (*)()>(library_, "DllRegisterServer");
     const auto known = findRegisteredClass("Tarnwick.clsWaterUseEstimation");
-    if (known && known->module == path) return;
-    const auto registerServer = entryPoint<HResult (*)()>(path, "DllRegisterServer");
-    if (registerServer() != S_OK) {
-        throw PlatformError("Cannot write the class registry " + classRegistryPath());
-    }
+    if (!known || known->module != library_) registerServer();
 }
 
 void ComponentLoader::createObject(const std::string& progId, const Guid& interfaceId,
                                    void** object) const {
-    const auto known = findRegisteredClass(progId);
-    if (!known) throw PlatformError("The class " + progId + " is not registered");
-    const auto getClass = entryPoint<HResult (*)(const Guid&, const Guid&, void**)>(
-        known->module, "DllGetClassObject");
+    const auto clsid = classIdOf(progId, library_);
+    if (!clsid) throw PlatformError("The class " + progId + " is not registered");
+    const auto getClass =
+        entryPoint<HResult (*)(const Guid&, const Guid&, void**)>(library_, "DllGetClassObject");
     ComPtr<IClassFactory> factory;
-    if (getClass(known->clsid, IClassFactory::iid, factory.receive()) != S_OK ||
+    if (getClass(*clsid, IClassFactory::iid, factory.receive()) != S_OK ||
         factory->CreateInstance(nullptr, interfaceId, object) != S_OK) {
-        throw PlatformError(known->module + " makes no object of the class " + progId);
+        throw PlatformError(library_ + " makes no object of the class " + progId);
     }
 }
 

@@ -12,7 +12,8 @@ namespace velmora {
 class ComponentLoader {
   public:
     // `library` is the host's own copy of libVelmora.so; it is registered when the registry does
-    // not name it. Throws PlatformError when it cannot be loaded or registered.
+    // not name it. A registry that cannot be written does not stop the host. Throws PlatformError
+    // when the library cannot be loaded.
     explicit ComponentLoader(const std::string& library);
 
     // A new object of a registered class. Throws PlatformError for an unknown ProgID or an
@@ -26,6 +27,8 @@ class ComponentLoader {
 
   private:
     void createObject(const std::string& progId, const Guid& interfaceId, void** object) const;
+
+    std::string library_;
 };
 
 // The library beside this program: ../lib/libVelmora.so or ../lib/velmora/libVelmora.so and the
