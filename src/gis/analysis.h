@@ -26,6 +26,12 @@ class IRasterAnalysisEnvironment {
     virtual GridGeometry geometry() const = 0;
 };
 
+// Sets the environment to exactly the cells of a grid.
+inline void useCells(IRasterAnalysisEnvironment& environment, const GridGeometry& cells) {
+    environment.SetCellSize(EnvironmentSetting::explicitValue, cells.cellSize);
+    environment.SetExtent(EnvironmentSetting::explicitValue, cells.extent(), cells.crs);
+}
+
 // Map algebra over bound rasters: numbers, [names], + - * / with a unary (also doubled) minus,
 // comparisons giving 1 or 0, parentheses. No-data in an operand and division by zero give no-data;
 // arithmetic is double, results are single. Inputs on other cells, or in another coordinate system,

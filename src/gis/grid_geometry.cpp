@@ -47,7 +47,9 @@ GridGeometry GridGeometry::covering(const Envelope& extent, double cellSize, std
                             ", height " + numberText(extent.height()) +
                             "): choose an extent provider that covers an area");
     }
-    const double cells = (extent.width() / cellSize) * (extent.height() / cellSize);
+    const double across = extent.width() / cellSize;
+    const double down = extent.height() / cellSize;
+    const double cells = std::max(1.0, across) * std::max(1.0, down);
     if (cells > kMostCells) {
         const double least = std::sqrt(extent.width() * extent.height() / kMostCells);
         throw PlatformError("A cell size of " + numberText(cellSize) + " m makes " +

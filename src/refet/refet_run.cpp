@@ -159,9 +159,7 @@ void ReferenceEtRun::GetRasterTemp() {
         template_ = workspace_->openRasterDataset("RsTemplate")->createDefaultRaster();
 
         const auto algebra = platform_.analysis().mapAlgebra();
-        algebra->environment().SetCellSize(EnvironmentSetting::explicitValue, settings_.CellSize);
-        algebra->environment().SetExtent(EnvironmentSetting::explicitValue, geometry_.extent(),
-                                         geometry_.crs);
+        useCells(algebra->environment(), geometry_);
         algebra->BindRaster(template_, "TmpRS");
         algebra->BindRaster(algebra->Execute(" ( [TmpRS] + 1.00 ) / 100.00"), "RSTEMP");
         const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
@@ -259,9 +257,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
     }
     try {
         const auto algebra = platform_.analysis().mapAlgebra();
-        algebra->environment().SetCellSize(EnvironmentSetting::explicitValue, settings_.CellSize);
-        algebra->environment().SetExtent(EnvironmentSetting::explicitValue, geometry_.extent(),
-                                         geometry_.crs);
+        useCells(algebra->environment(), geometry_);
         algebra->BindRaster(weatherGrid("TM_", p), "TPMax");
         algebra->BindRaster(weatherGrid("TN_", p), "TPMin");
         algebra->BindRaster(weatherGrid("TM_", n), "TNMax");

@@ -52,11 +52,8 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
     workingField_.resize(positions_.size());
     interpolation_ = platform.analysis().interpolation();
     algebra_ = platform.analysis().mapAlgebra();
-    for (IRasterAnalysisEnvironment* environment :
-         {&interpolation_->environment(), &algebra_->environment()}) {
-        environment->SetCellSize(EnvironmentSetting::explicitValue, settings.CellSize);
-        environment->SetExtent(EnvironmentSetting::explicitValue, geometry.extent(), geometry.crs);
-    }
+    useCells(interpolation_->environment(), geometry);
+    useCells(algebra_->environment(), geometry);
     algebra_->BindRaster(std::move(dem), "DEM");
 }
 

@@ -108,9 +108,7 @@ class InputCheck {
     // Reads the DEM on the run's grid, a row here and there.
     void checkElevations(const RasterPtr& dem) {
         const auto algebra = platform_.analysis().mapAlgebra();
-        algebra->environment().SetCellSize(EnvironmentSetting::explicitValue, geometry_->cellSize);
-        algebra->environment().SetExtent(EnvironmentSetting::explicitValue, geometry_->extent(),
-                                         geometry_->crs);
+        useCells(algebra->environment(), *geometry_);
         algebra->BindRaster(dem, "DEM");
         const RasterPtr metres =
             algebra->Execute(settings_.DemUnit == "Feet" ? "0.3048 * [DEM]" : "[DEM] * 1");

@@ -47,6 +47,7 @@ TEST(GridGeometry, RefusesWhatMakesNoGrid) {
     EXPECT_THROW(GridGeometry::covering(extent, 0, ""), PlatformError);
     EXPECT_THROW(GridGeometry::covering(extent, -5, ""), PlatformError);
     EXPECT_THROW(GridGeometry::covering({1, 1, 1, 5}, 1, ""), PlatformError);
+    EXPECT_THROW(GridGeometry::covering({0, 0, 1e12, 1e-3}, 1, ""), PlatformError);
     EXPECT_THAT([&] { GridGeometry::covering(extent, 0.01, ""); },
                 ThrowsMessage<PlatformError>(HasSubstr("give a cell size of at least 8.67 m")));
 }

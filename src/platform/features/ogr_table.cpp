@@ -8,6 +8,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/features/spatial_reference.h"
 #include "platform/grid/gdal_raster.h"
 
 namespace velmora::platform {
@@ -36,16 +37,6 @@ FieldValue valueOf(const OGRFeature& feature, int field, FieldType type) {
         return feature.GetFieldAsDouble(field);
     }
     return std::string(feature.GetFieldAsString(field));
-}
-
-std::string wktOf(const OGRSpatialReference* system) {
-    if (!system) return {};
-    char* text = nullptr;
-    const char* const options[] = {"FORMAT=WKT2_2019", nullptr};
-    system->exportToWkt(&text, options);
-    std::string wkt = text ? text : "";
-    CPLFree(text);
-    return wkt;
 }
 
 std::string upperCase(std::string text) {

@@ -50,6 +50,10 @@ OGRSpatialReference systemOfCode(int code) {
 
 }  // namespace
 
+std::string wktOf(const OGRSpatialReference* system) {
+    return system ? exported(*system, "WKT2_2019") : std::string();
+}
+
 OGRSpatialReference spatialReference(const std::string& crs) {
     OGRSpatialReference system;
     system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
@@ -85,7 +89,7 @@ std::string wktFromEsri(const std::string& text) {
         if (system.importFromESRI(const_cast<char**>(lines)) != OGRERR_NONE) return {};
         // The ESRI form carries no code: the system of the database that means the same has one.
         const std::unique_ptr<OGRSpatialReference> known(system.FindBestMatch(90, "EPSG"));
-        return exported(known ? *known : system, "WKT2_2019");
+        return wktOf(known ? known.get() : &system);
     });
 }
 
@@ -94,7 +98,7 @@ std::string SpatialReferenceFactory::createGeographic(int code) {
     if (system.IsGeographic() == 0) {
         throw PlatformError("EPSG:" + std::to_string(code) + " is not geographic");
     }
-    return exported(system, "WKT2_2019");
+    return wktOf(&system);
 }
 
 std::string SpatialReferenceFactory::createProjected(int code) {
@@ -102,7 +106,7 @@ std::string SpatialReferenceFactory::createProjected(int code) {
     if (system.IsProjected() == 0) {
         throw PlatformError("EPSG:" + std::to_string(code) + " is not projected");
     }
-    return exported(system, "WKT2_2019");
+    return wktOf(&system);
 }
 
 bool SpatialReferenceFactory::isGeographic(const std::string& crs) {

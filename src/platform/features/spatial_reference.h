@@ -22,6 +22,9 @@ bool sameCoordinateSystem(const std::string& a, const std::string& b);
 std::string esriWkt(const std::string& crs);
 std::string wktFromEsri(const std::string& text);
 
+// The WKT of a system, "" for none.
+std::string wktOf(const OGRSpatialReference* system);
+
 // The system of a WKT text with x before y. Throws PlatformError when the text is none.
 OGRSpatialReference spatialReference(const std::string& crs);
 

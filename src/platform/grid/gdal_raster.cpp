@@ -24,16 +24,6 @@ struct DatasetCloser {
 };
 using DatasetPtr = std::unique_ptr<GDALDataset, DatasetCloser>;
 
-std::string wktOf(const OGRSpatialReference* system) {
-    if (!system) return {};
-    char* text = nullptr;
-    const char* const options[] = {"FORMAT=WKT2_2019", nullptr};
-    system->exportToWkt(&text, options);
-    std::string wkt = text ? text : "";
-    CPLFree(text);
-    return wkt;
-}
-
 class GdalRaster : public IRaster {
   public:
     GdalRaster(std::string path, DatasetPtr dataset, GridGeometry geometry)
