@@ -95,8 +95,9 @@ void equations(benchmark::State& state) {
     CellTable table;
     scene.fill(table);
     const auto method = static_cast<RefEtMethod>(state.range(0));
+    const ElevationParts parts = elevationParts(scene.platform.loop(), table);
     perCell(state, [&] {
-        calculateRefEt(scene.platform.loop(), table, method, {16, 7, 2006}, kSide,
+        calculateRefEt(scene.platform.loop(), table, parts, method, {16, 7, 2006}, kSide,
                        static_cast<double>(kNoData));
     });
 }

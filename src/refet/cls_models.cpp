@@ -16,8 +16,9 @@ double clsModels::AscePM(bool useG, int cropType, double Tmax, double Tmin, doub
                          int day, int month, int year) const {
     const double Ra = ExtraterrestrialRadiation(latitude, {day, month, year});
     const CellWeather weather{Tmax, Tmin, Tdew, ea, RH, Rs, u2, useG ? G : 0, z};
-    return inchesOfMonth(penmanMonteith(weather, referenceCrop(cropType), Ra, albedo_),
-                         DaysInMonth(month, year));
+    return inchesOfMonth(
+        penmanMonteith(weather, referenceCrop(cropType), Ra, psychrometricConstant(z), albedo_),
+        DaysInMonth(month, year));
 }
 
 double clsModels::Taylor(bool useG, int, double Tmax, double Tmin, double Tdew, double ea,
@@ -25,7 +26,8 @@ double clsModels::Taylor(bool useG, int, double Tmax, double Tmin, double Tdew, 
                          int day, int month, int year) const {
     const double Ra = ExtraterrestrialRadiation(latitude, {day, month, year});
     const CellWeather weather{Tmax, Tmin, Tdew, ea, RH, Rs, u2, useG ? G : 0, z};
-    return inchesOfMonth(priestleyTaylor(weather, Ra, albedo_), DaysInMonth(month, year));
+    return inchesOfMonth(priestleyTaylor(weather, Ra, psychrometricConstant(z), albedo_),
+                         DaysInMonth(month, year));
 }
 
 double clsModels::Hargreaves1985(double Tmax, double Tmin, double latitude, int day, int month,

@@ -2,10 +2,13 @@
 #include "refet/refet_pass.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
+#include <limits>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "gis/errors.h"
@@ -94,10 +97,11 @@ void forEachRecord(IParallelLoop& loop, std::size_t records, std::size_t rows, B
 }
 
 // Runs an equation that stops the month when it fails: depth(record, latitude part), in mm a day.
-template <class Depth>
+// The `needed` fields decide where there is data.
+template <std::size_t Count, class Depth>
 void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData, int days,
                  const std::vector<LatitudePart>& parts,
-                 const std::vector<std::span<const double>>& needed, Depth depth) {
+                 const std::array<std::span<const double>, Count>& needed, Depth depth) {
     const std::span<double> result = table.writable(CellField::RefET);
     FirstFailure failure;
     forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
@@ -141,8 +145,8 @@ std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t 
     return failed;
 }
 
-void runEnergyMethod(IParallelLoop& loop, CellTable& table, RefEtMethod method, const Date& date,
-                     std::size_t rows, double noData) {
+void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts& elevation,
+                     RefEtMethod method, const Date& date, std::size_t rows, double noData) {
     const auto z = table.values(CellField::Elevation);
     const auto TM = table.values(CellField::TM);
     const auto TN = table.values(CellField::TN);
@@ -153,19 +157,21 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, RefEtMethod method, 
     const auto weather = [&](std::size_t k) {
         return CellWeather{TM[k], TN[k], TD[k], kMissing, kMissing, SR[k], WS[k], GG[k], z[k]};
     };
+    const auto& gamma = elevation.gamma;
     const auto parts = radiationParts(loop, table, rows, date);
     const int days = DaysInMonth(date.month, date.year);
-    const std::vector<std::span<const double>> needed = {z, TM, TN, TD, SR, WS, GG};
     if (method == RefEtMethod::priestleyTaylor) {
-        runEquation(
-            loop, table, rows, noData, days, parts, {z, TM, TN, TD, SR, GG},
-            [&](std::size_t k, double Ra) { return priestleyTaylor(weather(k), Ra, kAlbedo); });
+        runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, GG},
+                    [&](std::size_t k, double Ra) {
+                        return priestleyTaylor(weather(k), Ra, gamma[k], kAlbedo);
+                    });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
-    runEquation(loop, table, rows, noData, days, parts, needed, [&](std::size_t k, double Ra) {
-        return penmanMonteith(weather(k), crop, Ra, kAlbedo);
-    });
+    runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, WS, GG},
+                [&](std::size_t k, double Ra) {
+                    return penmanMonteith(weather(k), crop, Ra, gamma[k], kAlbedo);
+                });
 }
 
 // The fields that a method reads.
@@ -179,8 +185,25 @@ std::vector<CellField> inputsOf(RefEtMethod method) {
 
 }  // namespace
 
-RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMethod method,
-                               const Date& date, std::size_t rows, double noData) {
+ElevationParts elevationParts(IParallelLoop& loop, const CellTable& table) {
+    const auto z = table.values(CellField::Elevation);
+    ElevationParts parts;
+    parts.gamma.resize(z.size());
+    loop.run(z.size(), kGrain, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t k = begin; k < end; ++k) {
+            try {
+                parts.gamma[k] = psychrometricConstant(z[k]);
+            } catch (const EquationError&) {
+                parts.gamma[k] = std::numeric_limits<double>::quiet_NaN();
+            }
+        }
+    });
+    return parts;
+}
+
+RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
+                               RefEtMethod method, const Date& date, std::size_t rows,
+                               double noData) {
     for (const CellField field : inputsOf(method)) {
         if (table.values(field).size() == table.rowCount()) continue;
         throw PlatformError(std::string("the field ") + cellFieldName(field) +
@@ -195,11 +218,14 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMetho
         const auto TN = table.values(CellField::TN);
         runEquation(loop, table, rows, noData, DaysInMonth(date.month, date.year),
                     radiationParts(loop, table, rows, date),
-                    {table.values(CellField::Elevation), TM, TN},
+                    std::array{table.values(CellField::Elevation), TM, TN},
                     [&](std::size_t k, double Ra) { return hargreaves1985(TM[k], TN[k], Ra); });
         return {};
     }
-    runEnergyMethod(loop, table, method, date, rows, noData);
+    if (parts.gamma.size() != table.rowCount()) {
+        throw PlatformError("the elevation parts of the cells are missing");
+    }
+    runEnergyMethod(loop, table, parts, method, date, rows, noData);
     return {};
 }
 

@@ -2,12 +2,13 @@
 // One month's reference ET for every record of the cell table.
 //
 // All cells of a grid row share one latitude, so what depends on latitude and date alone
-// (extraterrestrial radiation, the daylight percentage) is computed once per row and the rest once
-// per cell. The results are those of clsModels, bit for bit.
+// (extraterrestrial radiation, the daylight percentage) is computed once per row, what depends on
+// elevation alone once per cell and run, and the rest once per cell and month. The results are
+// those of clsModels, bit for bit.
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <vector>
 
 #include "gis/parallel.h"
 #include "refet/cell_table.h"
@@ -25,16 +26,24 @@ enum class RefEtMethod {
     priestleyTaylor = 6
 };
 
+// What depends on elevation alone, once per record and run.
+struct ElevationParts {
+    std::vector<double>
+        gamma;  // psychrometric constant, kPa / deg C; not-a-number where there is none
+};
+ElevationParts elevationParts(IParallelLoop& loop, const CellTable& table);
+
 struct RefEtPassResult {
     std::size_t failedCells = 0;  // cells for which Blaney-Criddle reported its error and gave 0
 };
 
 // Fills the field RefET, inches of the month. A record whose elevation, or a needed input, equals
-// `noData` gets `noData`. `rows` is the number of rows of the grid. Throws EquationError naming the
-// first cell for which an equation other than Blaney-Criddle fails, and PlatformError when a needed
-// field was never filled.
-RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, RefEtMethod method,
-                               const Date& date, std::size_t rows, double noData);
+// `noData` gets `noData`. `rows` is the number of rows of the grid. Methods 4 and 5 need no
+// elevation parts. Throws EquationError naming the first cell for which an equation other than
+// Blaney-Criddle fails, and PlatformError when a needed field was never filled.
+RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
+                               RefEtMethod method, const Date& date, std::size_t rows,
+                               double noData);
 
 // Estimates of missing inputs, into the table: dew point TN - Ko, solar radiation
 // Ks sqrt(TM - TN) Ra (a negative difference counts as 0) with Ra kept in the field SA, wind speed.

@@ -179,6 +179,9 @@ void ReferenceEtRun::GetRasterTemp() {
                                 " has no data within the modelling extent of " +
                                 settings_.ExtentProvider);
         }
+        if (settings_.needsFullWeather()) {
+            elevationParts_ = elevationParts(platform_.loop(), cells_);
+        }
     });
 }
 
@@ -277,7 +280,7 @@ void ReferenceEtRun::CalculateRefET(int month) {
         const auto method = static_cast<RefEtMethod>(settings_.methodNumber());
         const Date date{representativeDay(month, year_), month, year_};
         const RefEtPassResult result =
-            calculateRefEt(platform_.loop(), cells_, method, date,
+            calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,
                            static_cast<std::size_t>(geometry_.rows), noData_);
         if (result.failedCells > 0) {
             application_.prompts().message(std::string(kBlaneyCriddleError) + " (" +

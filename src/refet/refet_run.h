@@ -10,6 +10,7 @@
 #include "gis/application.h"
 #include "gis/progress.h"
 #include "refet/cell_table.h"
+#include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
 
@@ -59,6 +60,7 @@ class ReferenceEtRun {
     std::unique_ptr<IRasterWorkspace> workspace_;
     GridGeometry geometry_;
     CellTable cells_;
+    ElevationParts elevationParts_;
     RasterPtr template_;
     RasterPtr dem_;
     double noData_ = 0;

@@ -42,7 +42,7 @@ TEST(EnergyBalance, ClearnessIsClampedBothWays) {
     const auto longwave = [&](double Rs) {
         CellWeather w = july();
         w.Rs = Rs;
-        const EnergyBalance b = energyBalance(w, Ra, 0.23);
+        const EnergyBalance b = energyBalance(w, Ra, 0.057, 0.23);
         return (1 - 0.23) * (Rs == kMissing ? 0 : Rs) - b.Rn;
     };
     const double Rso = (0.75 + 2e-5 * 1500) * Ra;
@@ -56,25 +56,23 @@ TEST(EnergyBalance, DewPointComesBeforePressureBeforeHumidity) {
     CellWeather w = july();
     w.ea = 1.2;
     w.RH = 50;
-    EXPECT_EQ(energyBalance(w, 40, 0.23).ea, SaturationVapourPressure(8));
+    EXPECT_EQ(energyBalance(w, 40, 0.057, 0.23).ea, SaturationVapourPressure(8));
     w.Tdew = kMissing;
-    EXPECT_EQ(energyBalance(w, 40, 0.23).ea, 1.2);
+    EXPECT_EQ(energyBalance(w, 40, 0.057, 0.23).ea, 1.2);
     w.ea = kMissing;
-    EXPECT_EQ(energyBalance(w, 40, 0.23).ea, VapourPressureFromHumidity(30, 14, 50));
+    EXPECT_EQ(energyBalance(w, 40, 0.057, 0.23).ea, VapourPressureFromHumidity(30, 14, 50));
 }
 
 TEST(EnergyBalance, FailuresAreSeen) {
     CellWeather w = july();
-    EXPECT_THROW(energyBalance(w, 0, 0.23), EquationError);
+    EXPECT_THROW(energyBalance(w, 0, 0.057, 0.23), EquationError);
     w.Tdew = kMissing;
     w.ea = -0.1;
-    EXPECT_THROW(energyBalance(w, 40, 0.23), EquationError);
-    w = july();
-    w.z = 50000;
-    EXPECT_THROW(energyBalance(w, 40, 0.23), EquationError);
+    EXPECT_THROW(energyBalance(w, 40, 0.057, 0.23), EquationError);
+    EXPECT_THROW(psychrometricConstant(50000), EquationError);
     w = july();
     w.Tdew = -237.3;
-    EXPECT_THROW(energyBalance(w, 40, 0.23), EquationError);
+    EXPECT_THROW(energyBalance(w, 40, 0.057, 0.23), EquationError);
 }
 
 TEST(PenmanMonteith, CropConstants) {

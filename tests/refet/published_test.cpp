@@ -89,12 +89,10 @@ double hargreaves(const Inputs& in) {
 double netLongwave(const Inputs& in) {
     const CellWeather w{
         in.number("Tmax"), in.number("Tmin"), 999, in.number("ea"), 999, in.number("Rs"), 0, 0, 0};
-    return (1 - 0.23) * in.number("Rs") - energyBalance(w, in.number("Rso") / 0.75, 0.23).Rn;
+    return (1 - 0.23) * in.number("Rs") - energyBalance(w, in.number("Rso") / 0.75, 0.066, 0.23).Rn;
 }
 
-double gammaOf(const Inputs& in) {
-    return energyBalance({25, 15, 10, 999, 999, 20, 0, 0, in.number("z")}, 30, 0.23).gamma;
-}
+double gammaOf(const Inputs& in) { return psychrometricConstant(in.number("z")); }
 
 double climaticCoefficient(const Inputs& in) {
     const double F = in.number("F");

@@ -71,7 +71,7 @@ TEST_F(RefEtPass, GivesTheBitsOfTheLiteralEquations) {
     for (int number = 1; number <= 6; ++number) {
         const auto method = static_cast<RefEtMethod>(number);
         for (const Date& date : {Date{16, 7, 2006}, Date{14, 2, 2004}, Date{16, 12, 2001}}) {
-            calculateRefEt(loop, table, method, date, kRows, kNone);
+            calculateRefEt(loop, table, elevationParts(loop, table), method, date, kRows, kNone);
             for (std::size_t k = 0; k < kRecords; ++k) {
                 EXPECT_EQ(at(CellField::RefET, k), literal(*this, method, date, k)) << number;
             }
@@ -80,22 +80,26 @@ TEST_F(RefEtPass, GivesTheBitsOfTheLiteralEquations) {
 }
 
 TEST_F(RefEtPass, MethodThreeIsMethodTwo) {
-    calculateRefEt(loop, table, RefEtMethod::asceShort, {16, 7, 2006}, kRows, kNone);
+    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceShort, {16, 7, 2006},
+                   kRows, kNone);
     const auto two = table.values(CellField::RefET);
     const std::vector<double> before(two.begin(), two.end());
-    calculateRefEt(loop, table, RefEtMethod::fao56, {16, 7, 2006}, kRows, kNone);
+    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::fao56, {16, 7, 2006},
+                   kRows, kNone);
     EXPECT_THAT(table.values(CellField::RefET), testing::ElementsAreArray(before));
 }
 
 TEST_F(RefEtPass, NoDataGoesThrough) {
     table.writable(CellField::Elevation)[3] = kNone;
     table.writable(CellField::WS)[8] = kNone;
-    calculateRefEt(loop, table, RefEtMethod::asceShort, {16, 7, 2006}, kRows, kNone);
+    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceShort, {16, 7, 2006},
+                   kRows, kNone);
     EXPECT_EQ(at(CellField::RefET, 3), kNone);
     EXPECT_EQ(at(CellField::RefET, 8), kNone);
     EXPECT_GT(at(CellField::RefET, 9), 0);
     for (const auto method : {RefEtMethod::hargreaves, RefEtMethod::blaneyCriddle}) {
-        calculateRefEt(loop, table, method, {16, 7, 2006}, kRows, kNone);
+        calculateRefEt(loop, table, elevationParts(loop, table), method, {16, 7, 2006}, kRows,
+                       kNone);
         EXPECT_EQ(at(CellField::RefET, 3), kNone);
         EXPECT_GT(at(CellField::RefET, 8), 0);  // wind plays no part
     }
@@ -106,17 +110,19 @@ TEST_F(RefEtPass, AFailureNamesTheFirstCell) {
     table.writable(CellField::TD)[22] = -237.3;
     EXPECT_THAT(
         [&] {
-            calculateRefEt(loop, table, RefEtMethod::asceTall, {16, 7, 2006}, kRows, kNone);
+            calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
+                           {16, 7, 2006}, kRows, kNone);
         },
         testing::ThrowsMessage<EquationError>(testing::HasSubstr("grid column 4, row 3")));
 }
 
 TEST_F(RefEtPass, PolarNightFailsAllButBlaneyCriddle) {
     setLatitude(85);
-    EXPECT_THROW(calculateRefEt(loop, table, RefEtMethod::hargreaves, {16, 12, 2006}, kRows, kNone),
+    EXPECT_THROW(calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::hargreaves,
+                                {16, 12, 2006}, kRows, kNone),
                  EquationError);
-    const auto result =
-        calculateRefEt(loop, table, RefEtMethod::blaneyCriddle, {16, 12, 2006}, kRows, kNone);
+    const auto result = calculateRefEt(loop, table, elevationParts(loop, table),
+                                       RefEtMethod::blaneyCriddle, {16, 12, 2006}, kRows, kNone);
     EXPECT_EQ(result.failedCells, kRecords);
     EXPECT_EQ(at(CellField::RefET, 0), 0);
 }
@@ -126,9 +132,22 @@ TEST_F(RefEtPass, AFieldThatWasNeverFilledIsNamed) {
     empty.createRecords(kRecords);
     EXPECT_THAT(
         [&] {
-            calculateRefEt(loop, empty, RefEtMethod::asceShort, {16, 7, 2006}, kRows, kNone);
+            calculateRefEt(loop, empty, {}, RefEtMethod::asceShort, {16, 7, 2006}, kRows, kNone);
         },
         testing::ThrowsMessage<PlatformError>(testing::HasSubstr("field Latitude")));
+}
+
+TEST_F(RefEtPass, AnElevationWithoutAirFailsItsCell) {
+    table.writable(CellField::Elevation)[12] = 60000;
+    EXPECT_THAT(
+        [&] {
+            calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
+                           {16, 7, 2006}, kRows, kNone);
+        },
+        testing::ThrowsMessage<EquationError>(testing::HasSubstr("grid column 3, row 3")));
+    EXPECT_THROW(
+        calculateRefEt(loop, table, {}, RefEtMethod::asceTall, {16, 7, 2006}, kRows, kNone),
+        PlatformError);
 }
 
 TEST_F(RefEtPass, EstimatesStandInForMissingInputs) {

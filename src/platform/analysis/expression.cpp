@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <memory>
 
 #include "platform/analysis/expression_parser.h"
 
@@ -122,9 +123,9 @@ Expression::Expression(const std::string& text) : text_(text) {
 
 void Expression::evaluate(std::span<const double* const> operands, std::size_t count,
                           double* results) const {
-    std::vector<double> scratch(depth_ * kChunk);
+    const auto scratch = std::make_unique_for_overwrite<double[]>(depth_ * kChunk);
     for (std::size_t first = 0; first < count; first += kChunk) {
-        evaluateChunk(operands, first, std::min(kChunk, count - first), scratch.data(),
+        evaluateChunk(operands, first, std::min(kChunk, count - first), scratch.get(),
                       results + first);
     }
 }

@@ -78,7 +78,6 @@ class IdwRaster : public IRaster {
     void readLeaf(const BlockWeights::Leaf& leaf, std::size_t blockColumns,
                   std::span<float> cells) const {
         const std::size_t count = leaf.cells.cells();
-        const auto columns = static_cast<std::size_t>(leaf.cells.columns);
         std::vector<double> values;
         for (const int s : leaf.stations) values.push_back(values_[static_cast<std::size_t>(s)]);
         std::array<double, kChunk> sums;
@@ -93,13 +92,22 @@ class IdwRaster : public IRaster {
             for (; k < values.size(); ++k) {
                 addOne(sums.data(), leaf.weights.data() + k * count + first, values[k], n);
             }
-            for (std::size_t i = 0; i < n; ++i) {
-                const std::size_t row =
-                    static_cast<std::size_t>(leaf.cells.row) + (first + i) / columns;
-                const std::size_t column =
-                    static_cast<std::size_t>(leaf.cells.column) + (first + i) % columns;
-                cells[row * blockColumns + column] = static_cast<float>(sums[i]);
-            }
+            store(leaf.cells, first, {sums.data(), n}, blockColumns, cells);
+        }
+    }
+
+    // Puts the sums of the leaf's cells from `first` on in their places of the block, row by row.
+    static void store(const CellBlock& leaf, std::size_t first, std::span<const double> sums,
+                      std::size_t blockColumns, std::span<float> cells) {
+        const auto columns = static_cast<std::size_t>(leaf.columns);
+        for (std::size_t done = 0; done < sums.size();) {
+            const std::size_t row = (first + done) / columns;
+            const std::size_t column = (first + done) % columns;
+            const std::size_t n = std::min(columns - column, sums.size() - done);
+            float* to = cells.data() + (static_cast<std::size_t>(leaf.row) + row) * blockColumns +
+                        static_cast<std::size_t>(leaf.column) + column;
+            for (std::size_t i = 0; i < n; ++i) to[i] = static_cast<float>(sums[done + i]);
+            done += n;
         }
     }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -41,9 +42,9 @@ class AlgebraRaster : public IRaster {
 
     void read(const CellBlock& block, std::span<float> values) const override {
         const std::size_t cells = block.cells();
-        std::vector<double> doubles((inputs_.size() + 1) * cells);
+        const auto doubles = std::make_unique_for_overwrite<double[]>((inputs_.size() + 1) * cells);
         std::vector<const double*> operands;
-        double* next = doubles.data();
+        double* next = doubles.get();
         for (const RasterPtr& input : inputs_) {
             input->read(block, values);  // `values` serves as the buffer of each input in turn
             widen(values, next);

@@ -5,9 +5,9 @@
 // row.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
@@ -49,13 +49,15 @@ class EsriGridWriter {
     void finish();
 
   private:
-    struct TileStatistics {  // partial sums, added up in tile order so that they never depend on
-                             // threads
-        std::uint64_t cells = 0;
-        double sum = 0;
-        double sumOfSquares = 0;
-        float low = 0;
-        float high = 0;
+    static constexpr std::size_t kLanes = 8;
+    // Partial sums, added up in tile order so that they never depend on threads.
+    struct TileStatistics {
+        void add(std::span<const float> row);
+        std::array<double, kLanes> cells{};  // with data
+        std::array<double, kLanes> sum{};
+        std::array<double, kLanes> sumOfSquares{};
+        float low = -kNoData;
+        float high = kNoData;
     };
     void writeIndex() const;
     void writeStatistics() const;

@@ -79,28 +79,39 @@ EsriGridWriter::~EsriGridWriter() {
     if (file_ >= 0) ::close(file_);
 }
 
+// Partial sums in several lanes, so that the additions of a row do not wait for each other. Which
+// lane a cell goes to depends on its place alone.
+void EsriGridWriter::TileStatistics::add(std::span<const float> row) {
+    for (std::size_t c = 0; c < row.size(); ++c) {
+        const std::size_t lane = c % kLanes;
+        const bool has = row[c] != kNoData;
+        const double value = has ? static_cast<double>(row[c]) : 0;
+        cells[lane] += has ? 1 : 0;
+        sum[lane] += value;
+        sumOfSquares[lane] += value * value;
+        low = std::min(low, has ? row[c] : low);
+        high = std::max(high, row[c]);  // no-data is the lowest of all
+    }
+}
+
 void EsriGridWriter::writeTile(std::size_t tile, std::span<const float> values) {
     const CellBlock block = tiles_.block(tile, geometry_);
     std::array<std::uint32_t, kTileCells + 1> buffer;  // a length word of 16 bits stands in front
     const std::uint32_t padding = swapped(std::bit_cast<std::uint32_t>(kNoData));
     std::uint32_t* cells = buffer.data() + 1;
     TileStatistics part;
-    part.low = -kNoData;
-    part.high = kNoData;
+    const auto columns = static_cast<std::size_t>(block.columns);
     for (int r = 0; r < kTileRows; ++r, cells += kTileColumns) {
-        const int width = r < block.rows ? block.columns : 0;
-        const float* row = values.data() + static_cast<std::size_t>(r * block.columns);
-        for (int c = 0; c < width; ++c) {
-            const float value = row[c];
-            cells[c] = swapped(std::bit_cast<std::uint32_t>(value));
-            if (value == kNoData) continue;
-            ++part.cells;
-            part.sum += value;
-            part.sumOfSquares += static_cast<double>(value) * value;
-            part.low = std::min(part.low, value);
-            part.high = std::max(part.high, value);
+        if (r >= block.rows) {
+            std::fill_n(cells, kTileColumns, padding);
+            continue;
         }
-        std::fill(cells + width, cells + kTileColumns, padding);
+        const auto row = values.subspan(static_cast<std::size_t>(r) * columns, columns);
+        for (std::size_t c = 0; c < columns; ++c) {
+            cells[c] = swapped(std::bit_cast<std::uint32_t>(row[c]));
+        }
+        std::fill(cells + columns, cells + kTileColumns, padding);
+        part.add(row);
     }
     statistics_[tile] = part;
     char* bytes = reinterpret_cast<char*>(buffer.data()) + 2;
@@ -153,23 +164,26 @@ void EsriGridWriter::writeIndex() const {
 
 // Readers want the file also for a grid without a single value, whose statistics are no-data.
 void EsriGridWriter::writeStatistics() const {
-    TileStatistics all;
-    all.low = -kNoData;
-    all.high = kNoData;
+    double cells = 0;
+    double sum = 0;
+    double sumOfSquares = 0;
+    float low = -kNoData;
+    float high = kNoData;
     for (const TileStatistics& part : statistics_) {
-        all.cells += part.cells;
-        all.sum += part.sum;
-        all.sumOfSquares += part.sumOfSquares;
-        all.low = std::min(all.low, part.low);
-        all.high = std::max(all.high, part.high);
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+            cells += part.cells[lane];
+            sum += part.sum[lane];
+            sumOfSquares += part.sumOfSquares[lane];
+        }
+        low = std::min(low, part.low);
+        high = std::max(high, part.high);
     }
-    if (all.cells == 0) all.low = all.high = kNoData;
-    const auto n = static_cast<double>(all.cells);
-    const double mean = all.cells == 0 ? static_cast<double>(kNoData) : all.sum / n;
-    const double variance = all.cells == 0 ? 0 : std::max(0.0, all.sumOfSquares / n - mean * mean);
+    const bool empty = cells == 0;
+    const double mean = empty ? static_cast<double>(kNoData) : sum / cells;
+    const double variance = empty ? 0 : std::max(0.0, sumOfSquares / cells - mean * mean);
     std::string bytes;
-    for (const double number :
-         {static_cast<double>(all.low), static_cast<double>(all.high), mean, std::sqrt(variance)}) {
+    for (const double number : {static_cast<double>(empty ? kNoData : low),
+                                static_cast<double>(high), mean, std::sqrt(variance)}) {
         appendDouble(bytes, number);
     }
     writeWholeFile(joinedPath(folder_, "sta.adf"), bytes);

@@ -26,6 +26,12 @@ double clearnessRatio(double Rs, double Rso) {
     return ratio < 0.25 ? 0.25 : ratio;
 }
 
+}  // namespace
+
+double SaturationVapourPressure(double T) {
+    return 0.6108 * std::exp(17.27 * T / nonZero(T + 237.3, "vapour pressure at -237.3 deg C"));
+}
+
 double psychrometricConstant(double z) {
     const double base = (293 - 0.0065 * z) / 293;
     if (!(base > 0)) throw EquationError("no air pressure at this elevation");
@@ -33,17 +39,11 @@ double psychrometricConstant(double z) {
     return 0.000665 * P;
 }
 
-}  // namespace
-
-double SaturationVapourPressure(double T) {
-    return 0.6108 * std::exp(17.27 * T / nonZero(T + 237.3, "vapour pressure at -237.3 deg C"));
-}
-
 double VapourPressureFromHumidity(double Tmax, double Tmin, double RH) {
     return (SaturationVapourPressure(Tmax) + SaturationVapourPressure(Tmin)) / 2 * RH / 100;
 }
 
-EnergyBalance energyBalance(const CellWeather& w, double Ra, double albedo) {
+EnergyBalance energyBalance(const CellWeather& w, double Ra, double gamma, double albedo) {
     EnergyBalance balance;
     const double Rso = (0.75 + 2e-5 * w.z) * Ra;
     const double Rs = w.Rs == kMissing ? 0 : w.Rs;
@@ -60,7 +60,7 @@ EnergyBalance energyBalance(const CellWeather& w, double Ra, double albedo) {
     balance.T = (w.Tmax + w.Tmin) / 2;
     const double base = nonZero(balance.T + 237.3, "a mean temperature of -237.3 deg C");
     balance.Delta = 2504 * std::exp(17.27 * balance.T / base) / (base * base);
-    balance.gamma = psychrometricConstant(w.z);
+    balance.gamma = gamma;
     return balance;
 }
 

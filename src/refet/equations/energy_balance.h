@@ -35,9 +35,14 @@ struct EnergyBalance {
     double gamma = 0;  // psychrometric constant, kPa / deg C
 };
 
-// The balance of a cell. `Ra` is the day's extraterrestrial radiation, `albedo` the share of solar
-// radiation that the surface reflects. Throws EquationError when there is no clear-sky radiation,
-// or for a negative vapour pressure or air pressure.
-EnergyBalance energyBalance(const CellWeather& weather, double Ra, double albedo);
+// The psychrometric constant at z m, kPa / deg C, from the air pressure (FAO-56 equations 7 and 8).
+// Depends on elevation alone. Throws EquationError where there is no air.
+double psychrometricConstant(double z);
+
+// The balance of a cell. `Ra` is the day's extraterrestrial radiation, `gamma` the psychrometric
+// constant at the cell's elevation, `albedo` the share of solar radiation that the surface
+// reflects. Throws EquationError when there is no clear-sky radiation, or for a negative vapour
+// pressure.
+EnergyBalance energyBalance(const CellWeather& weather, double Ra, double gamma, double albedo);
 
 }  // namespace velmora

@@ -9,8 +9,9 @@ ReferenceCrop referenceCrop(int cropType) {
     return cropType == 1 ? ReferenceCrop{900, 0.34} : ReferenceCrop{1600, 0.38};
 }
 
-double penmanMonteith(const CellWeather& w, const ReferenceCrop& crop, double Ra, double albedo) {
-    const EnergyBalance b = energyBalance(w, Ra, albedo);
+double penmanMonteith(const CellWeather& w, const ReferenceCrop& crop, double Ra, double gamma,
+                      double albedo) {
+    const EnergyBalance b = energyBalance(w, Ra, gamma, albedo);
     const double es = (SaturationVapourPressure(w.Tmax) + SaturationVapourPressure(w.Tmin)) / 2;
     const double radiationTerm = 0.408 * b.Delta * (b.Rn - w.G);
     const double windTerm = b.gamma * (crop.Cn / (b.T + 273)) * w.u2 * (es - b.ea);

@@ -18,6 +18,6 @@ ReferenceCrop referenceCrop(int cropType);
 
 // Reference ET of a day, mm. Throws EquationError.
 double penmanMonteith(const CellWeather& weather, const ReferenceCrop& crop, double Ra,
-                      double albedo);
+                      double gamma, double albedo);
 
 }  // namespace velmora

@@ -5,8 +5,8 @@
 
 namespace velmora {
 
-double priestleyTaylor(const CellWeather& w, double Ra, double albedo) {
-    const EnergyBalance b = energyBalance(w, Ra, albedo);
+double priestleyTaylor(const CellWeather& w, double Ra, double gamma, double albedo) {
+    const EnergyBalance b = energyBalance(w, Ra, gamma, albedo);
     return finite(1.26 * b.Delta / (b.Delta + b.gamma) * (b.Rn - w.G) / 2.45,
                   "Priestley-Taylor has no value");
 }
