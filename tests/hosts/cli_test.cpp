@@ -87,6 +87,10 @@ TEST_F(Command, SettingsRoundTrip) {
     EXPECT_EQ(run("settings load saved.inf").status, 0);
     EXPECT_EQ(nlohmann::json::parse(run("--json settings show").output).at("CellSize"), 400);
     EXPECT_EQ(run("settings load none.inf").status, 1);
+    test::write(folder + "/short.inf", test::contentOf(folder + "/saved.inf").substr(0, 60));
+    const std::string before = test::contentOf(folder + "/config/velmora/Zav.inf");
+    EXPECT_EQ(run("settings load short.inf").status, 1);
+    EXPECT_EQ(test::contentOf(folder + "/config/velmora/Zav.inf"), before);
     EXPECT_THAT(run("settings show").output, HasSubstr("CellSize=400\n"));
 }
 

@@ -26,6 +26,20 @@ TEST_F(Models, AlbedoStartsAt023) {
     EXPECT_LT(pm(true, 1, 7, 2001), before);
 }
 
+// Computed from the definitions by another program, in double precision: every constant counts.
+TEST_F(Models, EveryConstantCounts) {
+    constexpr double kRounding = 1e-12;
+    EXPECT_NEAR(models.AscePM(true, 1, 30, 14, 8, 999, 999, 25, 2, 1, 1500, 40, 16, 7, 2001),
+                7.130141316926581, kRounding);
+    EXPECT_NEAR(models.AscePM(true, 0, 30, 14, 8, 999, 999, 25, 2, 1, 1500, 40, 16, 7, 2001),
+                9.32392154749912, kRounding);
+    EXPECT_NEAR(models.AscePM(true, 1, 9, -4, -6, 999, 999, 10, 3, -0.4, 2100, 43.5, 14, 2, 2004),
+                2.0456130670378574, kRounding);
+    EXPECT_NEAR(models.Taylor(true, 0, 30, 14, 8, 999, 999, 25, 2, 1, 1500, 40, 16, 7, 2001),
+                6.076139772358038, kRounding);
+    EXPECT_NEAR(models.Hargreaves1985(30, 14, 40, 16, 7, 2001), 7.437632775379624, kRounding);
+}
+
 TEST_F(Models, HeatFluxCountsWhenItsFlagSaysSo) {
     EXPECT_LT(pm(true, 1, 7, 2001), pm(false, 1, 7, 2001));
     EXPECT_EQ(pm(false, 1, 7, 2001, 5), pm(false, 1, 7, 2001, 0));

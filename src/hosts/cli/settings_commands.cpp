@@ -225,12 +225,11 @@ int loadSettings(const Session& session, const std::string& file) {
     }
     bool applied = false;
     withSettingsForm(application, [&](Form& form) {
-        const int before = application.prompts().shown();
         application.browsers().answer(path);
         form.control<CommandButton>("cmdLoad").click();
-        const bool whole = application.prompts().shown() == before ||
-                           !form.control<TextBox>("txtDEM").text().empty();
-        applied = whole && pressApply(form);
+        // A file that could not be restored must not put a mixture of old and new into force.
+        if (application.prompts().last() == "Error with 'Info' file") return;
+        applied = pressApply(form);
     });
     if (!applied) return kFailed;
     fmt::print("Settings are loaded and applied: {}\n",

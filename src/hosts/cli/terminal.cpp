@@ -18,6 +18,7 @@ std::string oneLine(std::string text) {
 
 void TerminalPrompts::message(const std::string& text, const std::string&) {
     ++shown_;
+    last_ = text;
     fmt::print("message: {}\n", oneLine(text));
     std::fflush(stdout);
 }

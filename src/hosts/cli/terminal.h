@@ -22,10 +22,12 @@ class TerminalPrompts : public IPrompts {
     void message(const std::string& text, const std::string& title) override;
     bool confirm(const std::string& question, const std::string& title) override;
     int shown() const { return shown_; }  // messages so far
+    const std::string& last() const { return last_; }
 
   private:
     const TerminalOptions& options_;
     int shown_ = 0;
+    std::string last_;
 };
 
 // One line of text: line ends inside become blanks.
