@@ -108,6 +108,24 @@ TEST_F(DbaseEditing, WhatCannotBeStoredChangesNothing) {
               3);
 }
 
+TEST_F(DbaseEditing, NamesInCapitalsServeToo) {
+    for (const std::string part : {"shp", "shx", "dbf"}) {
+        std::string capitals = part;
+        for (char& c : capitals) c = static_cast<char>(c - 'a' + 'A');
+        std::filesystem::rename(folder.file("s." + part), folder.file("S." + capitals));
+    }
+    const auto open = [&] { return platform.features().openFeatureClass(folder.file("S.SHP")); };
+    const auto session = platform.features().edit(open());
+    session->addNumericField("X");
+    session->setValue(0, "X", 4.5);
+    session->save();
+    EXPECT_EQ(std::get<double>(open()->value(0, "X")), 4.5);
+    const auto records = platform.connections()
+                             .open("Provider=MSDASQL.1;Data Source=dBASE Files")
+                             ->open("SELECT * FROM " + folder.file("S"));
+    EXPECT_EQ(records->fieldCount(), 3);
+}
+
 TEST_F(DbaseEditing, ADamagedTableIsRefused) {
     const auto session = platform.features().edit(layer());
     session->addNumericField("X");

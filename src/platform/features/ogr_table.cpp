@@ -51,7 +51,7 @@ std::string upperCase(std::string text) {
 std::string existingFile(const std::string& path, const std::string& extension,
                          const std::string& kind) {
     for (const std::string& candidate :
-         {path, path + "." + extension, path + "." + upperCase(extension)}) {
+         {path + "." + extension, path + "." + upperCase(extension), path}) {
         if (fs::is_regular_file(candidate)) return candidate;
     }
     throw PlatformError("There is no " + kind + " " + path);

@@ -153,8 +153,12 @@ void DbaseEdit::setValue(std::size_t record, const std::string& field, const Fie
 }
 
 void DbaseEdit::save() {
-    const std::string path = withoutExtension(table_->path()) + ".dbf";
-    const std::string target = std::filesystem::exists(path) ? path : table_->path();
+    // A shapefile's attributes lie in the dBASE file beside it.
+    std::string target = table_->path();
+    for (const char* extension : {".dbf", ".DBF"}) {
+        const std::string beside = withoutExtension(table_->path()) + extension;
+        if (std::filesystem::exists(beside)) target = beside;
+    }
     DbaseFile file = parsed(readWholeFile(target, kLargestFile), target);
     for (const std::string& name : added_) {
         if (!file.find(name)) appendNumberField(file, name);

@@ -44,7 +44,7 @@ std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
     if (path.size() > 1 && path.front() == '[' && path.back() == ']') {
         path = path.substr(1, path.size() - 2);
     }
-    return std::make_unique<DbaseRecordset>(tables_.openTable(path + ".dbf"));
+    return std::make_unique<DbaseRecordset>(tables_.openTable(path));
 }
 
 void DbaseConnection::execute(const std::string&) { refuse(); }
