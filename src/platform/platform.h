@@ -1,43 +1,35 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include "gis/application.h"
-#include "platform/analysis/analysis_factory.h"
-#include "platform/analysis/parallel_loop.h"
-#include "platform/features/feature_workspace.h"
-#include "platform/features/spatial_reference.h"
-#include "platform/files/file_system.h"
-#include "platform/grid/raster_workspace.h"
-#include "platform/tables/connection_factory.h"
-#include "platform/tables/joined_layer.h"
 
 namespace velmora::platform {
 
-// Everything that the platform offers, for a host to hand to the extension.
+// Everything that the platform offers, for a host to hand to the extension. Its libraries stay
+// behind this header.
 class Platform : public IPlatform {
   public:
-    IRasterWorkspaceFactory& rasters() override { return rasters_; }
-    IFeatureWorkspaceFactory& features() override { return features_; }
-    IConnectionFactory& connections() override { return connections_; }
-    IAnalysisFactory& analysis() override { return analysis_; }
-    ISpatialReferenceFactory& spatialReferences() override { return spatialReferences_; }
-    IMemoryRelationshipClassFactory& memoryRelationships() override { return relationships_; }
-    ICalculator& calculator() override { return calculator_; }
-    IParallelLoop& loop() override { return loop_; }
-    IFileSystem& files() override { return files_; }
-    IClock& clock() override { return clock_; }
+    Platform();
+    ~Platform() override;
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+
+    IRasterWorkspaceFactory& rasters() override;
+    IFeatureWorkspaceFactory& features() override;
+    IConnectionFactory& connections() override;
+    IAnalysisFactory& analysis() override;
+    ISpatialReferenceFactory& spatialReferences() override;
+    IMemoryRelationshipClassFactory& memoryRelationships() override;
+    ICalculator& calculator() override;
+    IParallelLoop& loop() override;
+    IFileSystem& files() override;
+    IClock& clock() override;
 
   private:
-    SpatialReferenceFactory spatialReferences_;
-    RasterWorkspaceFactory rasters_;
-    FeatureWorkspaceFactory features_{spatialReferences_};
-    ConnectionFactory connections_{features_};
-    AnalysisFactory analysis_{spatialReferences_};
-    MemoryRelationshipClassFactory relationships_;
-    Calculator calculator_;
-    ParallelLoop loop_;
-    FileSystem files_;
-    SystemClock clock_;
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace velmora::platform

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "platform/files/file_system.h"
 #include "settings/run_state.h"
 #include "tests/support/run_fixture.h"
 

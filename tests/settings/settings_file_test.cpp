@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "gis/errors.h"
+#include "platform/files/file_system.h"
 #include "settings/settings_fields.h"
 #include "tests/support/fakes.h"
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "platform/files/file_system.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
 #include "shell/component_server.h"

@@ -11,7 +11,8 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/components/component_loader.h"
+#include "hosts/components/loaded_extension.h"
+#include "platform/files/file_system.h"
 #include "settings/run_settings.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
@@ -23,8 +24,8 @@ namespace {
 
 // Opens the General Settings form and lets `driver` use it.
 void withSettingsForm(HeadlessApplication& application, const std::function<void(Form&)>& driver) {
-    const ComponentLoader loader(extensionLibrary());
-    const auto command = loader.create<ICommand>("Tarnwick.clsSettings");
+    const LoadedExtension extension;
+    const auto command = extension.create<ICommand>("Tarnwick.clsSettings");
     command->OnCreate(&application);
     application.dialogs().driver = driver;
     command->OnClick();

@@ -7,7 +7,7 @@
 #include "gis/errors.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/components/component_loader.h"
+#include "hosts/components/loaded_extension.h"
 #include "settings/input_check.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
@@ -36,18 +36,18 @@ class MenuItem : public IItemDef {
 
 // Anything with items: the toolbar and the menus.
 template <class Definition>
-nlohmann::ordered_json itemsOf(const ComponentLoader& loader, Definition& definition);
+nlohmann::ordered_json itemsOf(const LoadedExtension& extension, Definition& definition);
 
-nlohmann::ordered_json entryOf(const ComponentLoader& loader, const MenuItem& item) {
+nlohmann::ordered_json entryOf(const LoadedExtension& extension, const MenuItem& item) {
     nlohmann::ordered_json entry;
     entry["id"] = item.id;
     entry["beginsGroup"] = item.group;
     if (item.id.find("clsMenu") != std::string::npos) {
-        const auto menu = loader.create<IMenuDef>(item.id);
+        const auto menu = extension.create<IMenuDef>(item.id);
         entry["caption"] = menu->Caption();
-        entry["items"] = itemsOf(loader, *menu.get());
+        entry["items"] = itemsOf(extension, *menu.get());
     } else {
-        const auto command = loader.create<ICommand>(item.id);
+        const auto command = extension.create<ICommand>(item.id);
         entry["caption"] = command->Caption();
         entry["name"] = command->Name();
         entry["message"] = command->Message();
@@ -56,12 +56,12 @@ nlohmann::ordered_json entryOf(const ComponentLoader& loader, const MenuItem& it
 }
 
 template <class Definition>
-nlohmann::ordered_json itemsOf(const ComponentLoader& loader, Definition& definition) {
+nlohmann::ordered_json itemsOf(const LoadedExtension& extension, Definition& definition) {
     auto items = nlohmann::ordered_json::array();
     for (std::int32_t i = 0; i < definition.ItemCount(); ++i) {
         MenuItem item;
         definition.GetItemInfo(i, item);
-        items.push_back(entryOf(loader, item));
+        items.push_back(entryOf(extension, item));
     }
     return items;
 }
@@ -93,10 +93,10 @@ std::vector<std::string> stepNames() {
 
 int runStep(const Session& session, const std::string& step) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
-    const ComponentLoader loader(extensionLibrary());
+    const LoadedExtension extension;
     for (const auto& [name, progId] : kSteps) {
         if (name != step) continue;
-        const auto command = loader.create<ICommand>(progId);
+        const auto command = extension.create<ICommand>(progId);
         command->OnCreate(&application);
         command->OnClick();
     }
@@ -104,12 +104,12 @@ int runStep(const Session& session, const std::string& step) {
 }
 
 int listCommands(const Session& session) {
-    const ComponentLoader loader(extensionLibrary());
-    const auto toolbar = loader.create<IToolBarDef>("Tarnwick.clsToolBar_Zav");
+    const LoadedExtension extension;
+    const auto toolbar = extension.create<IToolBarDef>("Tarnwick.clsToolBar_Zav");
     nlohmann::ordered_json tree;
     tree["name"] = toolbar->Name();
     tree["caption"] = toolbar->Caption();
-    tree["items"] = itemsOf(loader, *toolbar.get());
+    tree["items"] = itemsOf(extension, *toolbar.get());
     if (session.json) {
         fmt::print("{}\n", tree.dump(2));
     } else {

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "platform/platform.h"
+
+#include "platform/analysis/analysis_factory.h"
+#include "platform/analysis/parallel_loop.h"
+#include "platform/features/feature_workspace.h"
+#include "platform/features/spatial_reference.h"
+#include "platform/files/file_system.h"
+#include "platform/grid/raster_workspace.h"
+#include "platform/tables/connection_factory.h"
+#include "platform/tables/joined_layer.h"
+
+namespace velmora::platform {
+
+struct Platform::Parts {
+    SpatialReferenceFactory spatialReferences;
+    RasterWorkspaceFactory rasters;
+    FeatureWorkspaceFactory features{spatialReferences};
+    ConnectionFactory connections{features};
+    AnalysisFactory analysis{spatialReferences};
+    MemoryRelationshipClassFactory relationships;
+    Calculator calculator;
+    ParallelLoop loop;
+    FileSystem files;
+    SystemClock clock;
+};
+
+Platform::Platform() : parts_(std::make_unique<Parts>()) {}
+Platform::~Platform() = default;
+
+IRasterWorkspaceFactory& Platform::rasters() { return parts_->rasters; }
+IFeatureWorkspaceFactory& Platform::features() { return parts_->features; }
+IConnectionFactory& Platform::connections() { return parts_->connections; }
+IAnalysisFactory& Platform::analysis() { return parts_->analysis; }
+ISpatialReferenceFactory& Platform::spatialReferences() { return parts_->spatialReferences; }
+IMemoryRelationshipClassFactory& Platform::memoryRelationships() { return parts_->relationships; }
+ICalculator& Platform::calculator() { return parts_->calculator; }
+IParallelLoop& Platform::loop() { return parts_->loop; }
+IFileSystem& Platform::files() { return parts_->files; }
+IClock& Platform::clock() { return parts_->clock; }
+
+}  // namespace velmora::platform
