@@ -96,6 +96,12 @@ void forEachRecord(IParallelLoop& loop, std::size_t records, std::size_t rows, B
     });
 }
 
+// A latitude part that an equation cannot do without.
+double known(const LatitudePart& part) {
+    if (!part) throw EquationError("no sunrise or sunset at this latitude");
+    return *part;
+}
+
 // Runs an equation that stops the month when it fails: depth(record, latitude part), in mm a day.
 // The `needed` fields decide where there is data.
 template <std::size_t Count, class Depth>
@@ -112,8 +118,7 @@ void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double
             }
         }
         try {
-            if (!parts[row]) throw EquationError("no sunrise or sunset at this latitude");
-            result[record] = inchesOfMonth(depth(record, *parts[row]), days);
+            result[record] = inchesOfMonth(depth(record, parts[row]), days);
         } catch (const EquationError& e) {
             failure.note(record, e.what());
             result[record] = noData;
@@ -135,8 +140,7 @@ std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t 
             return;
         }
         try {
-            if (!parts[row]) throw EquationError("no sunrise or sunset at this latitude");
-            result[record] = blaneyCriddle(TM[record], TN[record], *parts[row]);
+            result[record] = blaneyCriddle(TM[record], TN[record], known(parts[row]));
         } catch (const EquationError&) {
             result[record] = 0;
             ++failed;
@@ -162,15 +166,15 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts
     const int days = DaysInMonth(date.month, date.year);
     if (method == RefEtMethod::priestleyTaylor) {
         runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, GG},
-                    [&](std::size_t k, double Ra) {
-                        return priestleyTaylor(weather(k), Ra, gamma[k], kAlbedo);
+                    [&](std::size_t k, const LatitudePart& Ra) {
+                        return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo);
                     });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
     runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, WS, GG},
-                [&](std::size_t k, double Ra) {
-                    return penmanMonteith(weather(k), crop, Ra, gamma[k], kAlbedo);
+                [&](std::size_t k, const LatitudePart& Ra) {
+                    return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo);
                 });
 }
 
@@ -219,7 +223,10 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const Elev
         runEquation(loop, table, rows, noData, DaysInMonth(date.month, date.year),
                     radiationParts(loop, table, rows, date),
                     std::array{table.values(CellField::Elevation), TM, TN},
-                    [&](std::size_t k, double Ra) { return hargreaves1985(TM[k], TN[k], Ra); });
+                    [&](std::size_t k, const LatitudePart& Ra) {
+                        // Below the minimum nothing else is computed.
+                        return TM[k] < TN[k] ? 0 : hargreaves1985(TM[k], TN[k], known(Ra));
+                    });
         return {};
     }
     if (parts.gamma.size() != table.rowCount()) {

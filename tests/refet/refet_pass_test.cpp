@@ -121,6 +121,10 @@ TEST_F(RefEtPass, PolarNightFailsAllButBlaneyCriddle) {
     EXPECT_THROW(calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::hargreaves,
                                 {16, 12, 2006}, kRows, kNone),
                  EquationError);
+    // Below the minimum the result is 0, whatever the sun.
+    std::ranges::fill(table.writable(CellField::TM), -30.0);
+    calculateRefEt(loop, table, {}, RefEtMethod::hargreaves, {16, 12, 2006}, kRows, kNone);
+    EXPECT_EQ(at(CellField::RefET, 0), 0);
     const auto result = calculateRefEt(loop, table, elevationParts(loop, table),
                                        RefEtMethod::blaneyCriddle, {16, 12, 2006}, kRows, kNone);
     EXPECT_EQ(result.failedCells, kRecords);
