@@ -78,12 +78,7 @@ inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, 
     const Envelope e = geometry.extent();
     features.createFeatureClass(folder + "/domain.shp", true, geometry.crs,
                                 {{"NAME", FieldType::text, 10, 0}},
-                                {{{{e.xMin, e.yMin},
-                                   {e.xMin, e.yMax},
-                                   {e.xMax, e.yMax},
-                                   {e.xMax, e.yMin},
-                                   {e.xMin, e.yMin}},
-                                  {std::string("all")}}});
+                                {rectangle(e, {std::string("all")})});
 
     RunSettings settings;
     settings.DEM = folder + "/dem";

@@ -58,8 +58,7 @@ std::vector<NewFeature> basinZones(const GridGeometry& geometry) {
         const double left = i % 2 == 0 ? e.xMin + 4000 : middle;
         const double right = i % 2 == 0 ? middle : e.xMax - 4000;
         zones.push_back(
-            {{{left, bottom}, {left, top}, {right, top}, {right, bottom}, {left, bottom}},
-             {names[static_cast<std::size_t>(i)]}});
+            rectangle({left, bottom, right, top}, {names[static_cast<std::size_t>(i)]}));
     }
     return zones;
 }

@@ -109,12 +109,7 @@ void makeLand(IPlatform& platform, const std::string& folder, const Grid& terrai
     const Envelope e = g.extent();
     platform.features().createFeatureClass(joinedPath(folder, "domain.shp"), true, g.crs,
                                            {kNameField},
-                                           {{{{e.xMin, e.yMin},
-                                              {e.xMin, e.yMax},
-                                              {e.xMax, e.yMax},
-                                              {e.xMax, e.yMin},
-                                              {e.xMin, e.yMin}},
-                                             {std::string("Sample basin")}}});
+                                           {rectangle(e, {std::string("Sample basin")})});
     platform.features().createFeatureClass(joinedPath(folder, "zones.shp"), true, g.crs,
                                            {kNameField}, basinZones(g));
     std::vector<std::string> crops;

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "gis/envelope.h"
@@ -55,6 +56,13 @@ struct NewFeature {
     std::vector<Point> ring;  // one point, or a closed exterior ring
     std::vector<FieldValue> values;
 };
+
+// A rectangle as a polygon.
+inline NewFeature rectangle(const Envelope& e, std::vector<FieldValue> values) {
+    return {
+        {{e.xMin, e.yMin}, {e.xMin, e.yMax}, {e.xMax, e.yMax}, {e.xMax, e.yMin}, {e.xMin, e.yMin}},
+        std::move(values)};
+}
 
 class IFeatureWorkspaceFactory {
   public:

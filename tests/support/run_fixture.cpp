@@ -83,12 +83,7 @@ void RunFixture::makeWeather(const std::vector<Station>& list, const Weather& we
 void RunFixture::makeDomain(const Envelope& e, const std::string& crs) {
     application.platform().features().createFeatureClass(folder.file("domain.shp"), true, crs,
                                                          {{"NAME", FieldType::text, 10, 0}},
-                                                         {{{{e.xMin, e.yMin},
-                                                            {e.xMin, e.yMax},
-                                                            {e.xMax, e.yMax},
-                                                            {e.xMax, e.yMin},
-                                                            {e.xMin, e.yMin}},
-                                                           {std::string("domain")}}});
+                                                         {rectangle(e, {std::string("domain")})});
 }
 
 bool RunFixture::run() { return ReferenceEtRun(application, settings, monitor).run(); }
