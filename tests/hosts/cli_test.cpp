@@ -91,6 +91,8 @@ TEST_F(Command, SettingsRoundTrip) {
     const std::string before = test::contentOf(folder + "/config/velmora/Zav.inf");
     EXPECT_EQ(run("settings load short.inf").status, 1);
     EXPECT_EQ(test::contentOf(folder + "/config/velmora/Zav.inf"), before);
+    test::write(folder + "/config/velmora/Zav.inf", "damaged");
+    EXPECT_EQ(run("settings load saved.inf").status, 0);  // a good file mends damaged settings
     EXPECT_THAT(run("settings show").output, HasSubstr("CellSize=400\n"));
 }
 

@@ -226,10 +226,12 @@ int loadSettings(const Session& session, const std::string& file) {
     }
     bool applied = false;
     withSettingsForm(application, [&](Form& form) {
+        const TerminalPrompts& prompts = application.prompts();
+        const int before = prompts.shown();
         application.browsers().answer(path);
         form.control<CommandButton>("cmdLoad").click();
         // A file that could not be restored must not put a mixture of old and new into force.
-        if (application.prompts().last() == "Error with 'Info' file") return;
+        if (prompts.shown() > before && prompts.last() == "Error with 'Info' file") return;
         applied = pressApply(form);
     });
     if (!applied) return kFailed;
