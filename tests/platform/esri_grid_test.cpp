@@ -144,6 +144,21 @@ TEST_F(EsriGrid, DamagedGridsAreErrorsNotCrashes) {
         EXPECT_NO_THROW(openEsriGrid(folder.file("g"))) << at;
     }
     EXPECT_FALSE(openEsriGrid(folder.path()));
+
+    // One tile of 65536 x 65536 cells, which no grid has: nobody makes room for it.
+    std::string huge = header;
+    huge.replace(288, 20, std::string("\0\0\0\1\0\0\0\1\0\1\0\0\0\0\0\1\0\1\0\0", 20));
+    test::write(folder.file("g") + "/hdr.adf", huge);
+    std::string index(100, '\0');
+    appendInt32(index, 50);
+    appendInt32(index, 0);  // 2^33 words do not even fit here
+    test::write(folder.file("g") + "/w001001x.adf", index);
+    EXPECT_FALSE(openEsriGrid(folder.file("g")));
+    huge.replace(304, 4, std::string("\0\0\x10\0", 4));  // 65536 x 4096: 2^29 words
+    index.replace(104, 4, std::string("\x20\0\0\0", 4));
+    test::write(folder.file("g") + "/hdr.adf", huge);
+    test::write(folder.file("g") + "/w001001x.adf", index);
+    EXPECT_FALSE(openEsriGrid(folder.file("g")));
 }
 
 }  // namespace

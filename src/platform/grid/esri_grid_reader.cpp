@@ -153,6 +153,7 @@ RasterPtr openEsriGrid(const std::string& folder) {
     if (index.size() < 100 + tiles * 8) return nullptr;
     const std::uint64_t words =
         static_cast<std::uint64_t>(tileColumns) * static_cast<std::uint64_t>(tileRows) * 2;
+    if (words > 65535) return nullptr;  // a tile tells its length in 16 bits
     std::vector<std::uint64_t> offsets;
     offsets.reserve(tiles);
     for (std::size_t tile = 0; tile < tiles; ++tile) {
