@@ -10,7 +10,7 @@ namespace velmora {
 std::string trimmedRight(std::string_view text);
 bool sameIgnoringCase(std::string_view a, std::string_view b);  // ASCII letters only
 
-// "a, b and c" is not needed anywhere; lists of names read "a, b, c".
+// A list of names as messages show it: "a, b, c".
 template <class Range>
 std::string joinedNames(const Range& names) {
     std::string text;
