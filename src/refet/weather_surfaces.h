@@ -6,15 +6,13 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "gis/application.h"
-#include "gis/linear_trend.h"
-#include "gis/progress.h"
 #include "settings/run_settings.h"
+#include "settings/weather_stations.h"
 
 namespace velmora {
 
@@ -37,34 +35,23 @@ class WeatherSurfaces {
 
     // Stores the field "TempTTT" (the detrended values last interpolated) in the stations'
     // attribute table. Throws PlatformError and leaves the table as it was when that fails.
-    void storeWorkingField();
+    void storeWorkingField() { stations_.storeWorkingField(); }
 
   private:
     void prepareMonth(int month);
     void prepareNeighbour(int month);
     void prepareTemperature(const std::string& prefix, int month);
     void prepareDirect(const std::string& prefix, const std::string& title, int month);
-    std::string field(const std::string& prefix, int month) const;
     bool hasField(const std::string& prefix, int month) const;
-    std::vector<std::size_t> validStations(const std::string& field, double low, double high) const;
-    std::vector<ElevationPair> elevationPairs(std::vector<std::size_t>& stations,
-                                              const std::string& field) const;
-    std::vector<Sample> samplesAt(const std::vector<std::size_t>& stations,
-                                  const std::vector<std::optional<double>>& values) const;
     RasterPtr retrended(const RasterPtr& residuals, const LinearTrend& trend);
 
-    IPlatform& platform_;
     const RunSettings& settings_;
-    std::unique_ptr<IJoinedLayer> stations_;
-    std::string tableName_;
-    std::string layerName_;
-    std::vector<Point> positions_;
+    WeatherStations stations_;
     std::unique_ptr<IInterpolationOp> interpolation_;
     std::unique_ptr<IMapAlgebraOp> algebra_;
     std::vector<RasterToSave> prepared_;
     std::vector<std::string> reports_;
     std::set<std::string> made_;
-    std::vector<std::optional<double>> workingField_;
 };
 
 }  // namespace velmora

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// The weather stations of a run, joined to their weather table, and the parts out of which every
+// surface over them is made: the stations that take part in a month, the straight line of their
+// values over elevation, what the line leaves, and the line put back over the DEM.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "gis/linear_trend.h"
+#include "gis/working_layer.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+class WeatherStations {
+  public:
+    // Opens the station shapefile and the weather table and joins them by "staname" and "STN".
+    // What is to be interpolated goes through the stations' numeric field `workingField`.
+    // Positions are wanted in `crs` (WKT). Throws PlatformError naming the file, field or keys
+    // when that fails.
+    WeatherStations(IPlatform& platform, const RunSettings& settings,
+                    const std::string& workingField, const std::string& crs);
+
+    // Fields as the join names them: "weather.P_Jan", "stations.elevation".
+    std::string weatherField(const std::string& prefix, int month) const;
+    std::string layerField(const std::string& field) const;
+    std::string workingField() const { return layerField(workingField_); }
+    bool hasField(const std::string& qualified) const { return joined_->hasField(qualified); }
+    // Throws PlatformError naming table and field unless there is such a field.
+    void requireWeatherField(const std::string& qualified) const;
+    void requireElevations() const;
+
+    std::size_t count() const { return positions_.size(); }
+    std::string name(std::size_t station) const;  // its "staname"
+    const std::vector<Point>& positions() const { return positions_; }
+    // A number of the station, nothing for null.
+    std::optional<double> number(std::size_t station, const std::string& qualified) const;
+    // Metres, whatever the unit of the settings.
+    std::optional<double> elevation(std::size_t station) const;
+
+    // Stations whose value lies strictly between, in record order.
+    std::vector<std::size_t> between(const std::string& qualified, double low, double high) const;
+    std::vector<std::size_t> selected(const std::string& whereClause) const;
+
+    // Fits value = a + b * elevation (metres) over the stations and puts what it leaves of each
+    // into the working field. Stations without an elevation take no part and are dropped. Throws
+    // PlatformError for fewer than two stations, or when all stand at one elevation.
+    LinearTrend detrend(const std::string& qualified, std::vector<std::size_t>& stations);
+
+    // Puts the expression's value of each station into the working field, null where an operand is
+    // null or the value has no number.
+    void calculate(const std::vector<std::size_t>& stations, const std::string& expression);
+    void setWorkingValue(std::size_t station, double value) { layer_->setValue(station, value); }
+
+    // The stations' values of a field; those without one are left out.
+    std::vector<Sample> samples(const std::vector<std::size_t>& stations,
+                                const std::string& qualified) const;
+
+    // Stores the working field in the stations' attribute table. Throws PlatformError and leaves
+    // the table as it was when that fails.
+    void storeWorkingField() { layer_->store(platform_.features()); }
+
+  private:
+    bool inFeet() const { return settings_.SiteElevationUnit == "Feet"; }
+
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    std::string workingField_;
+    std::shared_ptr<WorkingLayer> layer_;
+    std::string tableName_;
+    std::unique_ptr<IJoinedLayer> joined_;
+    std::vector<Point> positions_;
+};
+
+// The map algebra that puts the trend back: "[name] + a + b * [DEM] ", the DEM in metres.
+std::string retrendExpression(const std::string& name, const LinearTrend& trend);
+
+}  // namespace velmora
