@@ -3,11 +3,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "gis/envelope.h"
 #include "gis/rasters.h"
+#include "gis/semivariogram.h"
 
 namespace velmora {
 
@@ -52,16 +54,30 @@ struct Sample {
     double value = 0;
 };
 
-// Surfaces from stations.
+enum class SemivariogramType { spherical = 2 };
+
+// Surfaces from stations. Both methods take the `nearest` nearest stations of a cell (a variable
+// search radius without a maximum; of equal distances the earlier sample is nearer), and count
+// coincident stations as one with their mean value.
 class IInterpolationOp {
   public:
     virtual ~IInterpolationOp() = default;
     virtual IRasterAnalysisEnvironment& environment() = 0;
 
-    // Inverse distance weighting: weight distance^-power over the `nearest` nearest stations, a
-    // variable search radius without a maximum. Coincident stations count as one with their mean
-    // value; a cell centre on a station takes its value. Throws PlatformError without samples.
+    // Inverse distance weighting, weight distance^-power; a cell centre on a station takes its
+    // value. Throws PlatformError without samples.
     virtual RasterPtr IDW(const std::vector<Sample>& samples, double power, int nearest) = 0;
+
+    // Ordinary kriging with the model of semivariogram(). Gives no raster when there is no model,
+    // or when stations stand so close together that a kriging system has no solution.
+    virtual RasterPtr Krige(const std::vector<Sample>& samples, SemivariogramType type,
+                            int nearest) = 0;
+
+    // The semivariogram of the samples and the model that fits it best. There is none for fewer
+    // than four stations, for values without variance, or when no two stations stand closer than a
+    // third of the diagonal of all.
+    virtual std::optional<Semivariogram> semivariogram(
+        const std::vector<Sample>& samples) const = 0;
 };
 
 // Makes the operations; each has an environment of its own.

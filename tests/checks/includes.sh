@@ -17,7 +17,7 @@ declare -A allowed=(
     [platform]="platform gis"
     [hosts]="hosts shell refet crop precip irrigation settings gis platform examples"
 )
-libraries='(gdal|ogr|ogrsf|cpl_|proj|geos|sqlite3|mdb|tbb/|oneapi/|CLI/|fmt/|nlohmann|cairo|Q[A-Z]|qgs)'
+libraries='(gdal|ogr|ogrsf|cpl_|proj|geos|sqlite3|mdb|Eigen|tbb/|oneapi/|CLI/|fmt/|nlohmann|cairo|Q[A-Z]|qgs)'
 bad=0
 
 complain() {

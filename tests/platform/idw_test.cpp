@@ -9,6 +9,8 @@
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
+#include "platform/analysis/coincident.h"
+#include "platform/analysis/interpolation.h"
 
 namespace velmora::platform {
 namespace {

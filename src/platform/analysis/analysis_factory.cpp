@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/analysis/idw.h"
+#include "platform/analysis/interpolation.h"
 #include "platform/analysis/map_algebra.h"
 
 namespace velmora::platform {

@@ -7,15 +7,7 @@
 #include <cmath>
 #include <utility>
 
-#include "gis/errors.h"
-
-// Several builds of a hot loop, the best one for the processor chosen at run time. All give the
-// same bits: without contraction a wider register changes nothing.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(VELMORA_SANITIZE)
-#define VELMORA_PER_PROCESSOR __attribute__((target_clones("avx512f", "avx2", "default")))
-#else
-#define VELMORA_PER_PROCESSOR
-#endif
+#include "platform/analysis/per_processor.h"
 
 namespace velmora::platform {
 
@@ -255,39 +247,8 @@ BlockWeights::Leaf IdwPlan::weigh(const NeighbourLeaf& leaf, const CellBlock& bl
     return result;
 }
 
-std::vector<Sample> mergedCoincident(const std::vector<Sample>& samples) {
-    std::vector<Sample> merged;
-    std::vector<int> counts;
-    for (const Sample& sample : samples) {
-        const auto same = std::find_if(merged.begin(), merged.end(),
-                                       [&](const Sample& m) { return m.at == sample.at; });
-        if (same == merged.end()) {
-            merged.push_back(sample);
-            counts.push_back(1);
-        } else {
-            same->value += sample.value;
-            ++counts[static_cast<std::size_t>(same - merged.begin())];
-        }
-    }
-    for (std::size_t i = 0; i < merged.size(); ++i) merged[i].value /= counts[i];
-    return merged;
-}
-
-RasterPtr InterpolationOp::IDW(const std::vector<Sample>& samples, double power, int nearest) {
-    if (samples.empty()) throw PlatformError("There is no station to interpolate from");
-    std::vector<Point> stations;
-    std::vector<double> values;
-    for (const Sample& sample : mergedCoincident(samples)) {
-        stations.push_back(sample.at);
-        values.push_back(sample.value);
-    }
-    const GridGeometry geometry = environment_.geometry();
-    const auto found = std::find_if(plans_.begin(), plans_.end(), [&](const auto& plan) {
-        return plan->serves(geometry, stations, power, nearest);
-    });
-    if (found != plans_.end()) return std::make_shared<IdwRaster>(*found, std::move(values));
-    plans_.push_back(std::make_shared<IdwPlan>(geometry, stations, power, nearest));
-    return std::make_shared<IdwRaster>(plans_.back(), std::move(values));
+RasterPtr idwRaster(std::shared_ptr<const IdwPlan> plan, std::vector<double> values) {
+    return std::make_shared<IdwRaster>(std::move(plan), std::move(values));
 }
 
 }  // namespace velmora::platform

@@ -7,8 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "gis/analysis.h"
-#include "platform/analysis/environment.h"
+#include "gis/rasters.h"
 #include "platform/analysis/neighbour_search.h"
 
 namespace velmora::platform {
@@ -43,17 +42,7 @@ class IdwPlan {
     unsigned long long serial_;
 };
 
-class InterpolationOp : public IInterpolationOp {
-  public:
-    IRasterAnalysisEnvironment& environment() override { return environment_; }
-    RasterPtr IDW(const std::vector<Sample>& samples, double power, int nearest) override;
-
-  private:
-    AnalysisEnvironment environment_;
-    std::vector<std::shared_ptr<const IdwPlan>> plans_;
-};
-
-// Stations at equal x and y become one, with the mean of their values, in the place of the first.
-std::vector<Sample> mergedCoincident(const std::vector<Sample>& samples);
+// The surface of the stations' values, in the order of the plan's stations.
+RasterPtr idwRaster(std::shared_ptr<const IdwPlan> plan, std::vector<double> values);
 
 }  // namespace velmora::platform

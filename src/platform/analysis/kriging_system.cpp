@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "platform/analysis/kriging_system.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/analysis/per_processor.h"
+
+namespace velmora::platform {
+
+namespace {
+
+constexpr double kSmallestReciprocalCondition = 1e-14;
+
+double squaredDistance(const Point& a, const Point& b) {
+    const double dx = a.x - b.x;
+    const double dy = a.y - b.y;
+    return dx * dx + dy * dy;
+}
+
+// At distance 0 the nugget is part of the correlation.
+inline double correlationAt(double squared, double structured, double inverseRange) {
+    const double share = std::sqrt(squared) * inverseRange;
+    const double u = share < 1 ? share : 1;
+    const double apart = structured * (1 - u * (1.5 - 0.5 * u * u));
+    return squared > 0 ? apart : 1;
+}
+
+VELMORA_PER_PROCESSOR
+void addCorrelations(double* sums, const double* x, const double* y, std::size_t places,
+                     Point station, double coefficient, double structured, double inverseRange) {
+    for (std::size_t i = 0; i < places; ++i) {
+        const double dx = x[i] - station.x;
+        const double dy = y[i] - station.y;
+        sums[i] += coefficient * correlationAt(dx * dx + dy * dy, structured, inverseRange);
+    }
+}
+
+}  // namespace
+
+double Correlation::at(double squared) const {
+    return correlationAt(squared, structured_, inverseRange_);
+}
+
+void Correlation::add(double* sums, const double* x, const double* y, std::size_t places,
+                      Point station, double coefficient) const {
+    addCorrelations(sums, x, y, places, station, coefficient, structured_, inverseRange_);
+}
+
+KrigingSystem::KrigingSystem(std::span<const Point> stations, const Correlation& correlation) {
+    const auto n = static_cast<Eigen::Index>(stations.size());
+    Eigen::MatrixXd matrix(n + 1, n + 1);
+    for (Eigen::Index i = 0; i < n; ++i) {
+        for (Eigen::Index j = 0; j < n; ++j) {
+            matrix(i, j) = correlation.at(squaredDistance(stations[static_cast<std::size_t>(i)],
+                                                          stations[static_cast<std::size_t>(j)]));
+        }
+        matrix(i, n) = matrix(n, i) = 1;
+    }
+    matrix(n, n) = 0;
+    factor_.compute(matrix);
+    singular_ = !(factor_.rcond() > kSmallestReciprocalCondition);
+}
+
+void KrigingSystem::solve(std::span<const double> values, std::span<double> coefficients) const {
+    const auto n = static_cast<Eigen::Index>(values.size());
+    Eigen::VectorXd right(n + 1);
+    std::copy(values.begin(), values.end(), right.begin());
+    right(n) = 0;
+    const Eigen::VectorXd solution = factor_.solve(right);
+    std::copy(solution.begin(), solution.end(), coefficients.begin());
+}
+
+}  // namespace velmora::platform

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// Ordinary kriging among a few stations.
+#pragma once
+
+#include <Eigen/LU>
+#include <span>
+#include <vector>
+
+#include "gis/envelope.h"
+#include "gis/semivariogram.h"
+
+namespace velmora::platform {
+
+// How alike the values of two places are, 1 at one place: (sill - gamma(h)) / sill. The sill must
+// be positive.
+class Correlation {
+  public:
+    explicit Correlation(const SphericalModel& model)
+        : structured_(model.partialSill / model.sill()), inverseRange_(1 / model.range) {}
+    double at(double squaredDistance) const;
+    // sums[i] += coefficient * the correlation of the station with the place (x[i], y[i]).
+    void add(double* sums, const double* x, const double* y, std::size_t places, Point station,
+             double coefficient) const;
+
+  private:
+    double structured_;  // share of the partial sill in the sill
+    double inverseRange_;
+};
+
+// The kriging system [C 1; 1' 0] of n stations at distinct places, factorised: one factor serves
+// every place that is estimated from these stations, and every set of values at them.
+class KrigingSystem {
+  public:
+    KrigingSystem(std::span<const Point> stations, const Correlation& correlation);
+
+    // Whether stations stand so close together that the system has no solution.
+    bool singular() const { return singular_; }
+
+    // The dual coefficients of the values: the estimate at a place x is
+    //   coefficients[n] + sum of coefficients[k] * correlation(x, station k).
+    // It is unbiased (weights add up to 1) and of least variance. `values` and `coefficients` hold
+    // n and n + 1 numbers.
+    void solve(std::span<const double> values, std::span<double> coefficients) const;
+
+  private:
+    Eigen::PartialPivLU<Eigen::MatrixXd> factor_;
+    bool singular_ = false;
+};
+
+}  // namespace velmora::platform
