@@ -11,6 +11,7 @@
 #include "examples/basin/stations.h"
 #include "examples/basin/terrain.h"
 #include "gis/errors.h"
+#include "gis/linear_trend.h"
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
@@ -90,6 +91,39 @@ void makeWeather(IPlatform& platform, const std::string& folder) {
     platform.features().createTable(joinedPath(folder, "weather.dbf"), fields, records);
 }
 
+// Reference precipitation of each month on cells four times as wide as the terrain's: the straight
+// line of the stations' normals over elevation, but never below a tenth of an inch, in hundredths
+// of a millimetre.
+void makeReferencePrecipitation(IPlatform& platform, const std::string& folder,
+                                const Grid& terrain) {
+    const auto wider = [](int cells) { return (cells + 3) / 4; };
+    GridGeometry coarse = terrain.geometry;
+    coarse.cellSize *= 4;
+    coarse.columns = wider(coarse.columns);
+    coarse.rows = wider(coarse.rows);
+    std::vector<RasterToSave> grids;
+    for (std::size_t month = 0; month < 12; ++month) {
+        std::vector<ElevationPair> pairs;
+        for (const StationNormals& station : stationNormals()) {
+            pairs.push_back({station.elevation, station.P[month]});
+        }
+        const LinearTrend trend = fitLinearTrend(pairs);
+        Grid grid(coarse);
+        for (int r = 0; r < coarse.rows; ++r) {
+            for (int c = 0; c < coarse.columns; ++c) {
+                const double z = terrain.at(std::min(4 * c + 2, terrain.geometry.columns - 1),
+                                            std::min(4 * r + 2, terrain.geometry.rows - 1));
+                const double inches = std::max(0.1, trend.a + trend.b * z);
+                grid.at(c, r) = static_cast<float>(std::round(2540 * inches));
+            }
+        }
+        const std::string number = std::to_string(month + 1);
+        grids.push_back({"refppt_" + std::string(2 - number.size(), '0') + number,
+                         std::make_shared<MemoryRaster>(grid), "GRID"});
+    }
+    platform.rasters().openFromFolder(folder)->save(grids);
+}
+
 void makeKcTable(IPlatform& platform, const std::string& folder) {
     std::vector<Field> fields = {{"CropType", FieldType::text, 75, 0}};
     for (int m = 1; m <= 12; ++m) {
@@ -130,6 +164,7 @@ void makeSampleBasin(IPlatform& platform, const std::string& folder) {
         std::array{RasterToSave{"dem", std::make_shared<MemoryRaster>(terrain), "GRID"}});
     makeStations(platform, folder, terrain);
     makeWeather(platform, folder);
+    makeReferencePrecipitation(platform, folder, terrain);
     makeLand(platform, folder, terrain);
     makeKcTable(platform, folder);
     makeIrrigationDatabase(platform, joinedPath(folder, "IrDB.mdb"));
@@ -144,6 +179,7 @@ std::vector<std::string> sampleSettings(const std::string& folder) {
             "LandCover=" + path("landcover.shp"),
             "Zones=" + path("zones.shp"),
             "ZoneField=NAME",
+            "PrismGridFolder=" + path("refppt_01"),
             "OutputWorkspace=" + path("output"),
             "ExtentProvider=" + path("domain.shp"),
             "CellSize=200",

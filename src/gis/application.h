@@ -7,6 +7,7 @@
 #include "gis/analysis.h"
 #include "gis/browsers.h"
 #include "gis/clock.h"
+#include "gis/diagnostics.h"
 #include "gis/features.h"
 #include "gis/files.h"
 #include "gis/joins.h"
@@ -57,6 +58,8 @@ class IApplication {
     virtual IMxDocument& document() = 0;
     // The folder that stands for the extension module's own, home of the default settings file.
     virtual std::string extensionFolder() = 0;
+    // Where steps send what stands behind their surfaces; none unless the user asked for it.
+    virtual IDiagnostics* diagnostics() { return nullptr; }
     // Told at the end of every click of a model command.
     virtual void noteOutcome(StepOutcome outcome) = 0;
 };

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "gis/linear_trend.h"
 
+#include <algorithm>
 #include <string>
 
 #include "gis/errors.h"
 
 namespace velmora {
+
+namespace {
+constexpr double kRounding = 1e-12;
+}
 
 LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs) {
     if (pairs.size() < 2) {
@@ -24,7 +29,6 @@ LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs) {
         sxx += x * x;
     }
     const double spread = n * sxx - sx * sx;
-    constexpr double kRounding = 1e-12;
     if (spread <= kRounding * n * sxx) {
         throw PlatformError("all " + std::to_string(pairs.size()) +
                             " stations stand at one elevation, so there is no regression on "
@@ -32,6 +36,22 @@ LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs) {
     }
     const double b = (n * sxy - sx * sy) / spread;
     return {(sy - b * sx) / n, b};
+}
+
+std::optional<double> rSquared(std::span<const ElevationPair> pairs, const LinearTrend& trend) {
+    double mean = 0;
+    for (const auto& pair : pairs) mean += pair.value / static_cast<double>(pairs.size());
+    double total = 0;
+    double left = 0;
+    double squares = 0;
+    for (const auto& [elevation, value] : pairs) {
+        const double off = value - trend.a - trend.b * elevation;
+        total += (value - mean) * (value - mean);
+        left += off * off;
+        squares += value * value;
+    }
+    if (total <= kRounding * kRounding * squares) return std::nullopt;
+    return std::max(0.0, 1 - left / total);
 }
 
 }  // namespace velmora

@@ -3,6 +3,7 @@
 // the DEM. Temperatures and precipitation use the same one.
 #pragma once
 
+#include <optional>
 #include <span>
 
 namespace velmora {
@@ -22,5 +23,9 @@ struct LinearTrend {
 //   b = (n Sxy - Sx Sy) / (n Sxx - Sx^2),  a = (Sy - b Sx) / n.
 // Throws PlatformError for fewer than two pairs, or when all stand at one elevation.
 LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs);
+
+// The share of the values' variance that the line explains, 0 to 1; nothing for values without
+// variance.
+std::optional<double> rSquared(std::span<const ElevationPair> pairs, const LinearTrend& trend);
 
 }  // namespace velmora

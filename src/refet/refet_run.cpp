@@ -194,7 +194,8 @@ void ReferenceEtRun::GetParameters() {
         return;
     }
     trapped("GetParameters", [&] {
-        surfaces_ = std::make_unique<WeatherSurfaces>(platform_, settings_, geometry_, dem_);
+        surfaces_ = std::make_unique<WeatherSurfaces>(platform_, settings_, geometry_, dem_,
+                                                      application_.diagnostics());
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         [this](const std::string& line) { show(line); });
         try {

@@ -5,13 +5,13 @@
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
+#include "settings/station_interpolation.h"
+#include "settings/surface_diagnostics.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr double kPower = 2.0;
-constexpr int kNearestStations = 12;
 constexpr const char* kWorkingField = "TempTTT";
 
 bool inFahrenheit(const std::string& unit) { return unit == "Degree F"; }
@@ -19,8 +19,12 @@ bool inFahrenheit(const std::string& unit) { return unit == "Degree F"; }
 }  // namespace
 
 WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& settings,
-                                 const GridGeometry& geometry, RasterPtr dem)
-    : settings_(settings), stations_(platform, settings, kWorkingField, geometry.crs) {
+                                 const GridGeometry& geometry, RasterPtr dem,
+                                 IDiagnostics* diagnostics)
+    : settings_(settings),
+      analysis_(platform.analysis()),
+      diagnostics_(diagnostics),
+      stations_(platform, settings, kWorkingField, geometry.crs) {
     stations_.requireElevations();
     interpolation_ = platform.analysis().interpolation();
     algebra_ = platform.analysis().mapAlgebra();
@@ -77,22 +81,28 @@ bool WeatherSurfaces::hasField(const std::string& prefix, int month) const {
 }
 
 void WeatherSurfaces::prepareTemperature(const std::string& prefix, int month) {
+    const std::string surface = prefix + GetMonthName(month);
     const std::string name = stations_.weatherField(prefix, month);
-    std::vector<std::size_t> valid = inFahrenheit(settings_.TemperatureUnit)
-                                         ? stations_.between(name, 0, 150)
-                                         : stations_.between(name, -20, 80);
-    LinearTrend trend;
-    try {
-        trend = stations_.detrend(name, valid);
-    } catch (const PlatformError& e) {
-        throw PlatformError("The surface " + prefix + GetMonthName(month) + " (field " + name +
-                            ", month " + GetMonthName(month) + ") has " +
-                            std::to_string(valid.size()) + " valid stations: " + e.what());
+    const bool fahrenheit = inFahrenheit(settings_.TemperatureUnit);
+    std::vector<std::size_t> valid =
+        fahrenheit ? stations_.between(name, 0, 150) : stations_.between(name, -20, 80);
+    const LinearTrend trend = stations_.detrendFor(surface, name, month, valid);
+    const RasterPtr residuals =
+        inverseDistanceSurface(*interpolation_, stations_.samples(valid, stations_.workingField()));
+    prepared_.push_back({surface, retrended(residuals, trend), "GRID"});
+    reports_.push_back(surface + " is ready...");
+    if (diagnostics_) {
+        diagnostics_->add(diagnose(analysis_, stations_,
+                                   {surface,
+                                    name,
+                                    name,
+                                    valid,
+                                    fahrenheit ? "between 0 and 150" : "between -20 and 80",
+                                    true,
+                                    false,
+                                    false,
+                                    {}}));
     }
-    const RasterPtr residuals = interpolation_->IDW(
-        stations_.samples(valid, stations_.workingField()), kPower, kNearestStations);
-    prepared_.push_back({prefix + GetMonthName(month), retrended(residuals, trend), "GRID"});
-    reports_.push_back(prefix + GetMonthName(month) + " is ready...");
 }
 
 RasterPtr WeatherSurfaces::retrended(const RasterPtr& residuals, const LinearTrend& trend) {
@@ -104,16 +114,14 @@ RasterPtr WeatherSurfaces::retrended(const RasterPtr& residuals, const LinearTre
 
 void WeatherSurfaces::prepareDirect(const std::string& prefix, const std::string& title,
                                     int month) {
+    const std::string surface = prefix + GetMonthName(month);
     const std::string name = stations_.weatherField(prefix, month);
     const std::vector<std::size_t> valid = stations_.between(name, 0, 500);
     if (valid.empty()) {
-        throw PlatformError("The surface " + prefix + GetMonthName(month) + " (field " + name +
-                            ", month " + GetMonthName(month) +
-                            ") has 0 valid stations: at least one must be above 0 and below 500");
+        throw surfaceFailure(surface, name, month, 0, "at least one must be above 0 and below 500");
     }
     prepared_.push_back(
-        {prefix + GetMonthName(month),
-         interpolation_->IDW(stations_.samples(valid, name), kPower, kNearestStations), "GRID"});
+        {surface, inverseDistanceSurface(*interpolation_, stations_.samples(valid, name)), "GRID"});
     reports_.push_back("Interpolation of <" + title + "> is done!");
 }
 

@@ -19,9 +19,10 @@ namespace velmora {
 class WeatherSurfaces {
   public:
     // `dem` holds metres on `geometry`. Opens stations and weather table and joins them. Throws
-    // PlatformError naming the file, field or keys when that fails.
+    // PlatformError naming the file, field or keys when that fails. `diagnostics` is told what
+    // stands behind the temperature surfaces, unless it is null.
     WeatherSurfaces(IPlatform& platform, const RunSettings& settings, const GridGeometry& geometry,
-                    RasterPtr dem);
+                    RasterPtr dem, IDiagnostics* diagnostics);
 
     // Makes every grid that the method needs for the months `begin` to `end`, and TM and TN of the
     // month before and after where the table has them, and saves them all in `workspace`. A month
@@ -46,6 +47,8 @@ class WeatherSurfaces {
     RasterPtr retrended(const RasterPtr& residuals, const LinearTrend& trend);
 
     const RunSettings& settings_;
+    IAnalysisFactory& analysis_;
+    IDiagnostics* diagnostics_;
     WeatherStations stations_;
     std::unique_ptr<IInterpolationOp> interpolation_;
     std::unique_ptr<IMapAlgebraOp> algebra_;

@@ -13,6 +13,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "settings/modelling_extent.h"
+#include "settings/precipitation_check.h"
 #include "settings/station_check.h"
 
 namespace velmora {
@@ -33,6 +34,7 @@ class InputCheck {
         checkOutput();
         checkDem();
         appendFindings(checkStations(platform_, settings_, geometry_));
+        appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
         return findings_;
     }
@@ -154,18 +156,13 @@ class InputCheck {
                 add(Severity::error, settings_.KcTable, e.what());
             }
         }
-        if (settings_.PrecipitationMethod == "PRISM_REF" && settings_.PrismGridFolder.empty()) {
-            add(Severity::error, "PrismGridFolder", "the reference grids are not named");
-        }
-        add(Severity::note, "Precipitation",
-            "station fields P_Jan to P_Dec are read as inches per month, reference precipitation "
-            "grids as hundredths of a millimetre");
     }
 
     void checkPolygons(const std::string& path, const std::string& setting,
                        const std::string& keyField) {
         if (path.empty()) {
-            add(Severity::note, setting, "is not set; reference ET does not need it");
+            add(Severity::note, setting,
+                "is not set; reference ET and precipitation do not need it");
             return;
         }
         try {

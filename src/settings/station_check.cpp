@@ -23,6 +23,10 @@ struct Quantity {
     double below;
     double high;  // higher values are suspicious
     const char* unit;
+    std::size_t least;  // as many stations must be valid
+    // When the field is missing, how bad that is and what follows.
+    Severity missing;
+    const char* consequence;
 };
 
 class StationCheck {
@@ -167,12 +171,19 @@ class StationCheck {
         const char* degrees = fahrenheit ? "deg F" : "deg C";
         const int last = settings_.endMonthNumber();
         for (int m = std::max(1, settings_.beginMonthNumber()); m <= last; ++m) {
-            checkQuantity({"TM_", above, below, high, degrees}, m, true);
-            checkQuantity({"TN_", above, below, high, degrees}, m, true);
+            const char* estimated = ": the month is estimated";
+            checkQuantity({"TM_", above, below, high, degrees, 2, Severity::error, ""}, m);
+            checkQuantity({"TN_", above, below, high, degrees, 2, Severity::error, ""}, m);
             if (settings_.needsFullWeather()) {
-                checkQuantity({"TD_", above, below, high, degrees}, m, false);
-                checkQuantity({"SR_", 0, 500, 45, "MJ/m2/Day"}, m, false);
-                checkQuantity({"WS_", 0, 500, 15, "m/s"}, m, false);
+                checkQuantity({"TD_", above, below, high, degrees, 2, Severity::note, estimated},
+                              m);
+                checkQuantity({"SR_", 0, 500, 45, "MJ/m2/Day", 1, Severity::note, estimated}, m);
+                checkQuantity({"WS_", 0, 500, 15, "m/s", 1, Severity::note, estimated}, m);
+            }
+            if (settings_.PrecipitationMethod == "EDK") {
+                checkQuantity({"P_", 0, 1000, 40, "inches per month", 2, Severity::warning,
+                               ": the month's precipitation cannot be made"},
+                              m);
             }
             checkOrder("TN_", "TM_", m, "the minimum is above the maximum temperature");
             checkOrder("TD_", "TN_", m, "the dew point is above the minimum temperature");
@@ -184,11 +195,11 @@ class StationCheck {
         return std::get_if<double>(&value_);
     }
 
-    void checkQuantity(const Quantity& quantity, int month, bool needed) {
+    void checkQuantity(const Quantity& quantity, int month) {
         const std::string field = quantity.prefix + GetMonthName(month);
         if (weather_->fieldIndex(field) < 0) {
-            add(needed ? Severity::error : Severity::note, weather_->path(), field, {},
-                needed ? "the field is missing" : "the field is missing: the month is estimated");
+            add(quantity.missing, weather_->path(), field, {},
+                std::string("the field is missing") + quantity.consequence);
             return;
         }
         std::size_t valid = 0;
@@ -210,11 +221,10 @@ class StationCheck {
                 }
             }
         }
-        const std::size_t least = quantity.prefix[0] == 'T' ? 2 : 1;
-        if (valid < least) {
+        if (valid < quantity.least) {
             add(Severity::error, weather_->path(), field, {},
                 "has " + std::to_string(valid) + " valid values, at least " +
-                    std::to_string(least) + " are needed");
+                    std::to_string(quantity.least) + " are needed");
         }
     }
 

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
@@ -104,6 +103,15 @@ LinearTrend WeatherStations::detrend(const std::string& qualified,
     return trend;
 }
 
+LinearTrend WeatherStations::detrendFor(const std::string& surface, const std::string& qualified,
+                                        int month, std::vector<std::size_t>& stations) {
+    try {
+        return detrend(qualified, stations);
+    } catch (const PlatformError& e) {
+        throw surfaceFailure(surface, qualified, month, stations.size(), e.what());
+    }
+}
+
 void WeatherStations::calculate(const std::vector<std::size_t>& stations,
                                 const std::string& expression) {
     const auto values = platform_.calculator().calculate(*joined_, stations, expression);
@@ -121,6 +129,13 @@ std::vector<Sample> WeatherStations::samples(const std::vector<std::size_t>& sta
         }
     }
     return samples;
+}
+
+PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
+                             std::size_t validStations, const std::string& reason) {
+    return PlatformError("The surface " + surface + " (field " + qualified + ", month " +
+                         GetMonthName(month) + ") has " + std::to_string(validStations) +
+                         " valid stations: " + reason);
 }
 
 std::string retrendExpression(const std::string& name, const LinearTrend& trend) {

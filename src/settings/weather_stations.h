@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "gis/errors.h"
 #include "gis/linear_trend.h"
 #include "gis/working_layer.h"
 #include "settings/run_settings.h"
@@ -51,6 +52,10 @@ class WeatherStations {
     // PlatformError for fewer than two stations, or when all stand at one elevation.
     LinearTrend detrend(const std::string& qualified, std::vector<std::size_t>& stations);
 
+    // The same for a surface of a month, which the failure then names.
+    LinearTrend detrendFor(const std::string& surface, const std::string& qualified, int month,
+                           std::vector<std::size_t>& stations);
+
     // Puts the expression's value of each station into the working field, null where an operand is
     // null or the value has no number.
     void calculate(const std::vector<std::size_t>& stations, const std::string& expression);
@@ -75,6 +80,10 @@ class WeatherStations {
     std::unique_ptr<IJoinedLayer> joined_;
     std::vector<Point> positions_;
 };
+
+// Why a surface of a month cannot be made: names surface, field, month and the valid stations.
+PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
+                             std::size_t validStations, const std::string& reason);
 
 // The map algebra that puts the trend back: "[name] + a + b * [DEM] ", the DEM in metres.
 std::string retrendExpression(const std::string& name, const LinearTrend& trend);

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 #include "settings/frm_settings.h"
 #include "settings/run_state.h"
@@ -41,8 +42,14 @@ void clsSettings::OnClick() {
 }
 
 void ModelCommand::OnClick() {
-    const bool done = passRunGate(application()) && runStep();
-    application().noteOutcome(done ? StepOutcome::done : StepOutcome::failed);
+    StepOutcome outcome = StepOutcome::failed;
+    try {
+        if (passRunGate(application()) && runStep()) outcome = StepOutcome::done;
+    } catch (...) {
+        application().noteOutcome(outcome);
+        throw;
+    }
+    application().noteOutcome(outcome);
 }
 
 clsET_ReferenceET::clsET_ReferenceET()
@@ -58,9 +65,16 @@ bool clsET_ReferenceET::runStep() {
     return done;
 }
 
+clsPPT::clsPPT()
+    : ModelCommand({"PPTInter", "Precipitation Estimation",
+                    "Estimate spatially distributed precipitation"}) {}
+
+bool clsPPT::runStep() { return PrecipitationRun(application(), processState().settings).run(); }
+
 bool UnbuiltCommand::runStep() {
     application().prompts().message("\"" + Caption() +
-                                    "\" is not built yet: this version ends with reference ET. "
+                                    "\" is not built yet: this version makes reference ET and "
+                                    "precipitation. "
                                     "Nothing was changed.");
     return false;
 }
@@ -70,10 +84,6 @@ clsET_CropCoefficient::clsET_CropCoefficient()
           {"Velmora_KcMaker", "Make Kc Maps", "Edit Crop Coefficients Curve and Make Kc Map"}) {}
 
 clsET_CropET::clsET_CropET() : UnbuiltCommand({"", "Estimate Crop ET", ""}) {}
-
-clsPPT::clsPPT()
-    : UnbuiltCommand({"PPTInter", "Precipitation Estimation",
-                      "Estimate spatially distributed precipitation"}) {}
 
 clsIR_NIR::clsIR_NIR()
     : UnbuiltCommand(

@@ -52,13 +52,22 @@ class ModelCommand : public Command {
     void OnClick() override;
 
   protected:
-    // Runs the step on the settings just read. False when it reported a failure.
+    // Runs the step on the settings just read. False when it reported a failure. What it throws is
+    // the click's failure and goes to the host.
     virtual bool runStep() = 0;
 };
 
 class clsET_ReferenceET : public ModelCommand {
   public:
     clsET_ReferenceET();
+
+  protected:
+    bool runStep() override;
+};
+
+class clsPPT : public ModelCommand {
+  public:
+    clsPPT();
 
   protected:
     bool runStep() override;
@@ -80,10 +89,6 @@ class clsET_CropCoefficient : public UnbuiltCommand {
 class clsET_CropET : public UnbuiltCommand {
   public:
     clsET_CropET();
-};
-class clsPPT : public UnbuiltCommand {
-  public:
-    clsPPT();
 };
 class clsIR_NIR : public UnbuiltCommand {
   public:

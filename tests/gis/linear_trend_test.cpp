@@ -35,5 +35,15 @@ TEST(LinearTrend, NeedsTwoElevations) {
     EXPECT_THROW(fitLinearTrend(level), PlatformError);
 }
 
+TEST(LinearTrend, TheShareThatItExplains) {
+    // Mean 3.5, squares around it 9; the line 0.5 + 1.2 z leaves 0.3^2 + 0.1^2 + 1.1^2 + 0.7^2.
+    const std::vector<ElevationPair> pairs = {{1, 2}, {2, 3}, {3, 3}, {4, 6}};
+    EXPECT_NEAR(*rSquared(pairs, fitLinearTrend(pairs)), 1 - 1.8 / 9, 1e-12);
+    const std::vector<ElevationPair> line = {{1, 2}, {2, 5}, {3, 8}};
+    EXPECT_NEAR(*rSquared(line, fitLinearTrend(line)), 1, 1e-12);
+    const std::vector<ElevationPair> level = {{1, 0.1}, {2, 0.1}, {3, 0.1}};
+    EXPECT_FALSE(rSquared(level, fitLinearTrend(level)));
+}
+
 }  // namespace
 }  // namespace velmora

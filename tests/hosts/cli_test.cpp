@@ -71,6 +71,58 @@ TEST_F(Command, RunsReferenceEt) {
     EXPECT_GT(stats.at(1).at("mean").get<double>(), 3);
 }
 
+TEST_F(Command, RunsPrecipitation) {
+    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                        {"TM_", "TN_", "P_"});
+    ASSERT_EQ(apply("PrecipitationMethod=EDK").status, 0);
+    const Outcome ran = run("run ppt");
+    EXPECT_EQ(ran.status, 0) << ran.output;
+    EXPECT_EQ(ran.output,
+              "message: Using EDK to interpolate precipitation...\n"
+              "message: PPT Calculation for Jun is Over!\n"
+              "message: PPT Calculation for Jul is Over!\n");
+    EXPECT_TRUE(fixture.hasOutput("PPT_Jul"));
+    EXPECT_FALSE(std::filesystem::exists(folder + "/out/PPT_diagnostics.csv"));
+    ASSERT_EQ(apply("OutputWorkspace=none/out2").status, 0);
+    EXPECT_EQ(run("run ppt").status, 1);
+    EXPECT_THAT(run("run ppt").output, HasSubstr("velmora: The output folder"));
+}
+
+TEST_F(Command, DiagnosesTheSurfaces) {
+    fixture.makeWeather(test::RunFixture::stations(),
+                        [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                            return s.name == "S9" ? FieldValue(-999.0)
+                                                  : test::RunFixture::usualWeather(p, s, m);
+                        },
+                        {"TM_", "TN_", "P_"});
+    ASSERT_EQ(apply("PrecipitationMethod=EDK RefETMethod=4").status, 0);
+    const Outcome ran = run("run ppt --diagnose");
+    EXPECT_EQ(ran.status, 0) << ran.output;
+    EXPECT_THAT(ran.output, HasSubstr("PPT_Jun  kriging      15    1"));
+    EXPECT_THAT(ran.output, HasSubstr("S9 -999 is not between 0 and 1000; left out of PPT_Jun, "
+                                      "PPT_Jul"));
+    const std::string csv = test::contentOf(folder + "/out/PPT_diagnostics.csv");
+    EXPECT_THAT(csv, testing::StartsWith("surface,field,method,valid,excluded,a,b,n,r_squared,"
+                                         "nugget,partial_sill,range_m,weighted_error,bias,rmse,"
+                                         "worst_station,worst_error,excluded_stations\n"
+                                         "\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",15,1,"));
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 3);
+    EXPECT_EQ(test::contentOf(folder + "/out/PPT_Jul_semivariogram.png").substr(1, 3), "PNG");
+
+    const Outcome json = run("--quiet --json run refet --diagnose");
+    EXPECT_EQ(json.status, 0) << json.output;
+    const auto list = nlohmann::json::parse(json.output.substr(json.output.find("[\n")));
+    std::vector<std::string> surfaces;
+    for (const auto& entry : list) surfaces.push_back(entry.at("surface"));
+    EXPECT_THAT(surfaces, testing::IsSupersetOf({"TM_Jun", "TN_Jun", "TM_Jul", "TN_Jul"}));
+    EXPECT_EQ(list.at(0).at("method"), "IDW");
+    EXPECT_EQ(list.at(0).at("leave_one_out").size(), 15U);
+    EXPECT_EQ(list.at(0).at("excluded_stations").at(0).at("station"), "S9");
+    EXPECT_TRUE(std::filesystem::exists(folder + "/out/RefET_diagnostics.csv"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/out/TM_Jun_semivariogram.png"));
+    EXPECT_THAT(run("run kc --diagnose").output, HasSubstr("There are no diagnostics"));
+}
+
 TEST_F(Command, SettingsRoundTrip) {
     EXPECT_EQ(run("settings show").status, 1);
     ASSERT_EQ(apply("Ks=0.17 TimeStep=Daily ShowMonitor=no").status, 0);
@@ -136,7 +188,7 @@ TEST_F(Command, RefusedSettingsAreOne) {
 TEST_F(Command, StepsToComeAreOne) {
     apply();
     for (const std::string& step : cli::stepNames()) {
-        if (step == "refet") continue;
+        if (step == "refet" || step == "ppt") continue;
         const Outcome outcome = run("run " + step);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_THAT(outcome.output, HasSubstr("is not built yet"));
@@ -176,7 +228,7 @@ TEST_F(Command, GridsAreCopiedExportedAndDrawn) {
     EXPECT_EQ(run("grid info none").status, 1);
 }
 
-TEST_F(Command, TheDemoMakesAYearOfGrids) {
+TEST_F(Command, TheDemoMakesAYearOfGridsByEitherMethod) {
     const Outcome made = run("--quiet demo basin");
     ASSERT_EQ(made.status, 0) << made.output;
     EXPECT_THAT(made.output, HasSubstr("Reference ET of the sample basin, inches"));
@@ -184,7 +236,10 @@ TEST_F(Command, TheDemoMakesAYearOfGrids) {
          {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"}) {
         EXPECT_TRUE(
             std::filesystem::exists(folder + "/basin/output/RefET_" + month + "_2/hdr.adf"));
+        EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/PPT_" + month + "/hdr.adf"));
     }
+    EXPECT_THAT(made.output, HasSubstr("Precipitation of the sample basin, inches"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/PPT_Apr.png"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/basin/RefET_Jul_2.png"));
     const auto july =
         nlohmann::json::parse(run("--json grid stats basin/output/RefET_Jul_2").output).at(0);
@@ -195,6 +250,11 @@ TEST_F(Command, TheDemoMakesAYearOfGrids) {
     EXPECT_NEAR(dem.at("minimum").get<double>(), 1200, 0.1);
     EXPECT_NEAR(dem.at("maximum").get<double>(), 3400, 0.1);
     EXPECT_EQ(run("--settings-folder basin/settings check").status, 0);
+    EXPECT_EQ(
+        run("--settings-folder basin/settings settings apply PrecipitationMethod=PRISM_REF").status,
+        0);
+    EXPECT_EQ(run("--settings-folder basin/settings check").status, 0);
+    EXPECT_EQ(run("--settings-folder basin/settings run ppt").status, 0);
     EXPECT_EQ(run("settings show").status, 1);  // the user's own settings are left alone
 }
 

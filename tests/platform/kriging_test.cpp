@@ -11,58 +11,12 @@
 #include "gis/memory_raster.h"
 #include "platform/analysis/interpolation.h"
 #include "platform/analysis/parallel_loop.h"
+#include "tests/support/plain_kriging.h"
 
 namespace velmora::platform {
 namespace {
 
-using Matrix = std::vector<std::vector<double>>;
-
-// Gauss-Jordan elimination with pivots, the right side in the last column.
-std::vector<double> eliminated(Matrix m) {
-    const std::size_t n = m.size();
-    for (std::size_t c = 0; c < n; ++c) {
-        std::size_t pivot = c;
-        for (std::size_t r = c; r < n; ++r) {
-            if (std::fabs(m[r][c]) > std::fabs(m[pivot][c])) pivot = r;
-        }
-        std::swap(m[c], m[pivot]);
-        for (std::size_t r = 0; r < n; ++r) {
-            if (r == c) continue;
-            const double factor = m[r][c] / m[c][c];
-            for (std::size_t k = c; k <= n; ++k) m[r][k] -= factor * m[c][k];
-        }
-    }
-    std::vector<double> x;
-    for (std::size_t r = 0; r < n; ++r) x.push_back(m[r][n] / m[r][r]);
-    return x;
-}
-
-// The plain calculation of one place: the semivariogram form of the system, solved for weights.
-double plain(const std::vector<Sample>& samples, Point at, const SphericalModel& model,
-             std::size_t nearest) {
-    const auto distance = [](Point a, Point b) {
-        return std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y));
-    };
-    std::vector<std::pair<double, std::size_t>> order;
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        order.emplace_back(distance(at, samples[i].at), i);
-    std::sort(order.begin(), order.end());
-    order.resize(std::min(nearest, order.size()));
-    const std::size_t n = order.size();
-    Matrix m(n + 1, std::vector<double>(n + 2, 1.0));
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) {
-            m[i][j] = model.semivariance(
-                distance(samples[order[i].second].at, samples[order[j].second].at));
-        }
-        m[i][n + 1] = model.semivariance(order[i].first);
-    }
-    m[n][n] = 0;
-    const std::vector<double> weights = eliminated(m);
-    double sum = 0;
-    for (std::size_t i = 0; i < n; ++i) sum += weights[i] * samples[order[i].second].value;
-    return sum;
-}
+using test::plainKriging;
 
 std::vector<Sample> randomStations(std::size_t count, double width, double height, unsigned seed) {
     std::mt19937 random(seed);
@@ -89,8 +43,8 @@ struct Kriging : testing::Test {
         for (int r = 0; r < g.rows; r += 3) {
             for (int c = 0; c < g.columns; c += 2) {
                 ASSERT_NEAR(grid.at(c, r),
-                            plain(samples, {g.columnCentre(c), g.rowCentre(r)}, model,
-                                  static_cast<std::size_t>(nearest)),
+                            plainKriging(samples, {g.columnCentre(c), g.rowCentre(r)}, model,
+                                         static_cast<std::size_t>(nearest)),
                             1e-5)
                     << c << " " << r;
             }

@@ -96,5 +96,48 @@ TEST_F(InputCheck, ADemInTheWrongUnit) {
     EXPECT_THAT(lines(), Not(Contains(HasSubstr("is the DEM unit right"))));
 }
 
+TEST_F(InputCheck, PrecipitationOfTheStations) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "P_" && s.name == "S3" && m == 6) return 0.0;
+                      if (p == "P_" && s.name == "S4" && m == 7) return 93.0;  // millimetres
+                      return test::RunFixture::usualWeather(p, s, m);
+                  },
+                  {"TM_", "TN_", "P_"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("P_Jun: S3: 0 is not between 0 and 1000")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("P_Jul: S4: 93 is not likely in inches per month")));
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Contains(HasSubstr("precipitation takes its elevations as metres")));
+    f.makeWeather(f.stations(), test::RunFixture::usualWeather);
+    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.folder.file("weather.dbf") +
+                                            ": P_Jun: the field is missing")));
+    f.settings.PrecipitationMethod = "prism";
+    EXPECT_THAT(lines(), Contains(HasSubstr("\"prism\" is neither EDK nor PRISM_REF")));
+}
+
+TEST_F(InputCheck, ReferenceGridsOfEveryMonth) {
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    GridGeometry west = f.geometry();
+    west.columns = 20;
+    f.makeReferenceGrid(6, west, [](int, int) { return 2000.0F; });
+    EXPECT_THAT(lines(), Contains(HasSubstr("error: PrismGridFolder: There is no raster dataset " +
+                                            f.folder.file("ref07"))));
+    std::string eastern;
+    for (const auto& s : f.stations()) {
+        if (s.x > west.extent().xMax) eastern = s.name;
+    }
+    EXPECT_THAT(lines(), Contains("note: " + f.folder.file("ref06") + ": " + eastern +
+                                  ": has no value here, so the station takes no part"));
+    auto& features = f.application.platform().features();
+    const auto session = features.edit(features.openFeatureClass(f.settings.WeatherStations));
+    session->addNumericField("RefPPT");
+    for (std::size_t s = 0; s < f.stations().size(); ++s) session->setValue(s, "RefPPT", 0.4);
+    session->save();
+    EXPECT_THAT(lines(), Contains(testing::AllOf(HasSubstr("warning: "), HasSubstr(eastern),
+                                                 HasSubstr("holds from an earlier run"))));
+    f.settings.PrismGridFolder = "";
+    EXPECT_THAT(lines(), Contains(HasSubstr("reference precipitation grids are not named")));
+}
+
 }  // namespace
 }  // namespace velmora

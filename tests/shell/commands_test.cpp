@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "gis/errors.h"
 #include "platform/files/file_system.h"
@@ -25,8 +26,9 @@ struct Commands : testing::Test {
     void click() {
         auto* command = new Class;
         command->OnCreate(&application);
+        const std::unique_ptr<ICommand, void (*)(ICommand*)> release(
+            command, [](ICommand* c) { c->Release(); });
         command->OnClick();
-        command->Release();
     }
     template <class... Classes>
     void clickAll() {
@@ -94,6 +96,23 @@ TEST_F(Commands, StepsToComeSayThatTheyAreNotBuilt) {
               std::string::npos);
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
     EXPECT_EQ(outputs(), 0U);
+}
+
+TEST_F(Commands, PrecipitationRuns) {
+    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather, {"P_"});
+    storeSettings();
+    click<clsPPT>();
+    EXPECT_EQ(application.outcomes.back(), StepOutcome::done);
+    EXPECT_TRUE(fixture.hasOutput("PPT_Jul"));
+    EXPECT_EQ(application.dialogs().modeless, 0);
+}
+
+TEST_F(Commands, AnOutputFolderThatCannotBeMadeIsTheClicksFailure) {
+    fixture.settings.OutputWorkspace = fixture.folder.file("none/out");
+    storeSettings();
+    EXPECT_THROW(click<clsPPT>(), PlatformError);
+    EXPECT_EQ(application.outcomes, std::vector<StepOutcome>{StepOutcome::failed});
+    EXPECT_TRUE(application.messages().empty());
 }
 
 TEST_F(Commands, ReferenceEtRunsAndShowsItsMonitor) {

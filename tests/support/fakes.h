@@ -110,6 +110,12 @@ class TestPlatform : public platform::Platform {
     IFileSystem* otherFiles = nullptr;
 };
 
+class FakeDiagnostics : public IDiagnostics {
+  public:
+    void add(const SurfaceDiagnostics& surface) override { surfaces.push_back(surface); }
+    std::vector<SurfaceDiagnostics> surfaces;
+};
+
 class TestApplication : public IApplication {
   public:
     explicit TestApplication(std::string settingsFolder) : folder(std::move(settingsFolder)) {}
@@ -119,11 +125,14 @@ class TestApplication : public IApplication {
     FakeDialogs& dialogs() override { return dialogs_; }
     FakeDocument& document() override { return document_; }
     std::string extensionFolder() override { return folder; }
+    IDiagnostics* diagnostics() override { return askForDiagnostics ? &diagnostics_ : nullptr; }
+    const std::vector<SurfaceDiagnostics>& diagnosed() const { return diagnostics_.surfaces; }
     void noteOutcome(StepOutcome outcome) override { outcomes.push_back(outcome); }
     const std::vector<std::string>& messages() const { return prompts_.messages; }
 
     std::string folder;
     std::vector<StepOutcome> outcomes;
+    bool askForDiagnostics = false;
 
   private:
     TestPlatform platform_;
@@ -131,6 +140,7 @@ class TestApplication : public IApplication {
     FakeBrowsers browsers_;
     FakeDialogs dialogs_;
     FakeDocument document_;
+    FakeDiagnostics diagnostics_;
 };
 
 // A file system without a disk.

@@ -7,6 +7,7 @@
 
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
+#include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 
 namespace velmora::test {
@@ -33,6 +34,8 @@ RunFixture::RunFixture() : application(folder.file("settings")) {
     settings.Year = "2006";
     settings.BeginMonth = "Jun";
     settings.EndMonth = "Jul";
+    settings.PrecipitationMethod = "EDK";
+    settings.PrismGridFolder = folder.file("ref01");
     settings.DemUnit = "Meters";
     settings.SiteElevationUnit = "Meters";
     settings.TemperatureUnit = "Degree C";
@@ -86,6 +89,21 @@ void RunFixture::makeDomain(const Envelope& e, const std::string& crs) {
                                                          {rectangle(e, {std::string("domain")})});
 }
 
+void RunFixture::makeReferenceGrid(int month, const GridGeometry& geometry,
+                                   const std::function<float(int, int)>& value) {
+    Grid grid(geometry);
+    for (int r = 0; r < geometry.rows; ++r) {
+        for (int c = 0; c < geometry.columns; ++c) grid.at(c, r) = value(c, r);
+    }
+    application.platform()
+        .rasters()
+        .openFromFolder(folder.path())
+        ->save(std::array{RasterToSave{(month < 10 ? "ref0" : "ref") + std::to_string(month),
+                                       std::make_shared<MemoryRaster>(grid), "GRID"}});
+}
+
+bool RunFixture::runPrecipitation() { return PrecipitationRun(application, settings).run(); }
+
 bool RunFixture::run() { return ReferenceEtRun(application, settings, monitor).run(); }
 
 Grid RunFixture::output(const std::string& name) {
@@ -124,6 +142,11 @@ FieldValue RunFixture::usualWeather(const std::string& prefix, const Station& s,
     if (prefix == "TN_") return 0.5 + 9 * season - 0.004 * (s.elevation - 1300) - 0.7 * east;
     if (prefix == "TD_") return -2 + 6 * season - 0.003 * (s.elevation - 1300);
     if (prefix == "TA_") return 6.5 + 12 * season - 0.005 * (s.elevation - 1300);
+    if (prefix == "P_") {
+        const double number = std::stod(s.name.substr(1));
+        return 0.9 - 0.3 * season + 0.0007 * (s.elevation - 1300) + 0.5 * east +
+               0.25 * std::sin(2.1 * number + month);
+    }
     if (prefix == "SR_") return 16 + 9 * season + 0.8 * east;
     return 2.2 + 0.4 * season + 0.9 * east;
 }

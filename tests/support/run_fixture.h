@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A small model domain of made-up inputs in a temporary folder, and a reference ET run over it.
+// A small model domain of made-up inputs in a temporary folder, and runs over it.
 #pragma once
 
 #include <functional>
@@ -44,7 +44,12 @@ class RunFixture {
                                                                  "WS_"});
     void makeDomain(const Envelope& extent, const std::string& crs);
 
-    bool run();  // a reference ET run on `settings`
+    // The month's reference precipitation grid "ref" + its two digits.
+    void makeReferenceGrid(int month, const GridGeometry& geometry,
+                           const std::function<float(int column, int row)>& value);
+
+    bool run();               // a reference ET run on `settings`
+    bool runPrecipitation();  // a precipitation run
     Grid output(const std::string& name);
     bool hasOutput(const std::string& name);
     std::string allMessages() const;

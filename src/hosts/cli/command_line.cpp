@@ -89,11 +89,14 @@ void CommandLine::addRun() {
     CLI::App* run =
         add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
     run->add_option("step", first_,
-                    "refet (reference ET); kc, cropet, ppt, nir, eff and irr are not "
-                    "built yet")
+                    "refet (reference ET) or ppt (precipitation); kc, cropet, nir, eff and irr "
+                    "are not built yet")
         ->required()
         ->check(CLI::IsMember(stepNames()));
-    whenChosen(run, [this](const Session& s) { return runStep(s, first_); });
+    run->add_flag("--diagnose", diagnose_,
+                  "Show what stands behind the surfaces (regression, semivariogram, excluded "
+                  "stations, leave-one-out errors) and write it into the output folder");
+    whenChosen(run, [this](const Session& s) { return runStep(s, first_, diagnose_); });
 }
 
 void CommandLine::addGrid() {

@@ -38,6 +38,7 @@ class CommandLine {
     bool yes_ = false;
     bool no_ = false;
     bool manPage_ = false;
+    bool diagnose_ = false;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;

@@ -27,8 +27,9 @@ int showSettings(const Session& session);
 int saveSettingsAs(const Session& session, const std::string& file);
 int loadSettings(const Session& session, const std::string& file);
 
-// `velmora run STEP`: clicks the step's command.
-int runStep(const Session& session, const std::string& step);
+// `velmora run STEP [--diagnose]`: clicks the step's command; with diagnostics, shows what stands
+// behind the step's surfaces and writes it into the output folder.
+int runStep(const Session& session, const std::string& step, bool diagnose = false);
 std::vector<std::string> stepNames();
 
 // `velmora commands`: the toolbar and menus as the host sees them.
@@ -45,7 +46,7 @@ int gridExport(const Session& session, const std::string& dataset, const std::st
 int gridPicture(const Session& session, const std::string& dataset, const std::string& file,
                 const std::string& title);
 
-// `velmora demo DIR`: the sample basin from nothing to reference ET.
+// `velmora demo DIR`: the sample basin from nothing to reference ET and precipitation.
 int demo(const Session& session, const std::string& folder);
 
 }  // namespace velmora::cli

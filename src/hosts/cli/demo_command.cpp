@@ -2,6 +2,7 @@
 #include <fmt/core.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "examples/basin/sample_basin.h"
 #include "gis/month_names.h"
@@ -14,15 +15,17 @@ namespace velmora::cli {
 
 namespace {
 
-void printMonthlyTable(platform::Platform& platform, const std::string& output) {
-    fmt::print("\nReference ET of the sample basin, inches (method 2, short grass)\n");
-    fmt::print("{:<8}{:>10}{:>10}{:>10}\n", "month", "mean", "minimum", "maximum");
+// The month's statistics of a product whose grids are called prefix + month + suffix.
+void printMonthlyTable(platform::Platform& platform, const std::string& output,
+                       const std::string& title, const std::string& prefix,
+                       const std::string& suffix) {
+    fmt::print("\n{}\n{:<8}{:>10}{:>10}{:>10}\n", title, "month", "mean", "minimum", "maximum");
     const auto workspace = platform.rasters().openFromFolder(output);
     double year = 0;
     for (int month = 1; month <= 12; ++month) {
         const std::string label = GetMonthName(month);
         const GridStatistics s = statisticsOf(
-            *workspace->openRasterDataset("RefET_" + label + "_2")->createDefaultRaster());
+            *workspace->openRasterDataset(prefix + label + suffix)->createDefaultRaster());
         fmt::print("{:<8}{:>10.2f}{:>10.2f}{:>10.2f}\n", label, s.mean, s.minimum, s.maximum);
         year += s.mean;
     }
@@ -43,16 +46,27 @@ int demo(const Session& session, const std::string& folder) {
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
     if (applied != kDone) return applied;
-    const int ran = runStep(own, "refet");
-    if (ran != kDone) return ran;
-    printMonthlyTable(platform, output);
-    const int drawn = gridPicture(own, "RefET_Jul_2", joinedPath(path, "RefET_Jul_2.png"),
-                                  "Reference ET in July, inches");
+    for (const char* step : {"refet", "ppt"}) {
+        const int ran = runStep(own, step);
+        if (ran != kDone) return ran;
+    }
+    printMonthlyTable(platform, output,
+                      "Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",
+                      "_2");
+    printMonthlyTable(platform, output,
+                      "Precipitation of the sample basin, inches (elevation-detrended kriging)",
+                      "PPT_", "");
+    for (const auto& [name, title] : {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
+                                      std::pair{"PPT_Apr", "Precipitation in April, inches"}}) {
+        const int drawn =
+            gridPicture(own, name, joinedPath(path, std::string(name) + ".png"), title);
+        if (drawn != kDone) return drawn;
+    }
     fmt::print(
-        "\nGo on with:\n  velmora --settings-folder {} check\n  velmora --settings-folder {} "
-        "grid stats RefET_Jul_2\n",
-        own.settingsFolder, own.settingsFolder);
-    return drawn;
+        "\nGo on with:\n  velmora --settings-folder {0} check\n  velmora --settings-folder {0} "
+        "run ppt --diagnose\n  velmora --settings-folder {0} grid stats RefET_Jul_2 PPT_Apr\n",
+        own.settingsFolder);
+    return kDone;
 }
 
 }  // namespace velmora::cli

@@ -126,7 +126,8 @@ int gridPicture(const Session& session, const std::string& dataset, const std::s
                 const std::string& title) {
     platform::Platform platform;
     const auto source = opened(session, platform, dataset);
-    drawGridPicture(*source->createDefaultRaster(), title.empty() ? fileName(dataset) : title,
+    const std::string name = fileName(dataset);
+    drawGridPicture(*source->createDefaultRaster(), rampOf(name), title.empty() ? name : title,
                     file);
     fmt::print("{} is written\n", file);
     return kDone;

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/grid_picture.h"
 
-#include <cairo.h>
 #include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <memory>
 
 #include "gis/errors.h"
-#include "gis/map_document.h"
 #include "hosts/cli/grid_statistics.h"
+#include "hosts/cli/png_canvas.h"
 
 namespace velmora::cli {
 
@@ -23,34 +21,19 @@ constexpr int kLegendWidth = 190;
 constexpr int kTitleHeight = 44;
 constexpr int kScaleHeight = 56;
 
-struct SurfaceCloser {
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-struct ContextCloser {
-    void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceCloser>;
-using Context = std::unique_ptr<cairo_t, ContextCloser>;
-
-// The ramp that every result layer gets.
-const AlgorithmicColorRamp kRamp = {{0, 255, 0}, {50, 50, 100}, 1, 256};
-
 class Picture {
   public:
-    Picture(const IRaster& raster, const GridStatistics& statistics)
-        : raster_(raster), statistics_(statistics), colors_(kRamp.colors()) {
+    Picture(const IRaster& raster, const GridStatistics& statistics,
+            const AlgorithmicColorRamp& ramp)
+        : raster_(raster), statistics_(statistics), colors_(ramp.colors()) {
         const auto& g = raster.geometry();
         scale_ = static_cast<double>(kLongestSide) / std::max(g.columns, g.rows);
         mapWidth_ = std::max(240, static_cast<int>(std::lround(g.columns * scale_)));
         mapHeight_ = std::max(240, static_cast<int>(std::lround(g.rows * scale_)));
         scale_ = std::min(mapWidth_ / static_cast<double>(g.columns),
                           mapHeight_ / static_cast<double>(g.rows));
-        surface_.reset(cairo_image_surface_create(CAIRO_FORMAT_RGB24,
-                                                  mapWidth_ + kLegendWidth + 2 * kMargin,
-                                                  mapHeight_ + kTitleHeight + kScaleHeight));
-        context_.reset(cairo_create(surface_.get()));
-        cairo_set_source_rgb(context_.get(), 1, 1, 1);
-        cairo_paint(context_.get());
+        canvas_ = std::make_unique<PngCanvas>(mapWidth_ + kLegendWidth + 2 * kMargin,
+                                              mapHeight_ + kTitleHeight + kScaleHeight);
     }
 
     void draw(const std::string& title) {
@@ -60,27 +43,11 @@ class Picture {
         drawScaleBar();
     }
 
-    void write(const std::string& file) {
-        const std::string beside = file + ".unfinished";
-        const cairo_status_t status = cairo_surface_write_to_png(surface_.get(), beside.c_str());
-        std::error_code error;
-        if (status == CAIRO_STATUS_SUCCESS) std::filesystem::rename(beside, file, error);
-        if (status != CAIRO_STATUS_SUCCESS || error) {
-            std::filesystem::remove(beside, error);
-            throw PlatformError("Cannot write the picture " + file + ": " +
-                                cairo_status_to_string(status));
-        }
-    }
+    void write(const std::string& file) { canvas_->write(file); }
 
   private:
     void text(const std::string& words, double x, double y, double size, bool bold = false) {
-        cairo_t* c = context_.get();
-        cairo_select_font_face(c, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
-                               bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-        cairo_set_font_size(c, size);
-        cairo_set_source_rgb(c, 0.13, 0.13, 0.13);
-        cairo_move_to(c, x, y);
-        cairo_show_text(c, words.c_str());
+        canvas_->text(words, x, y, size, bold);
     }
 
     std::uint32_t colorOf(float value) const {
@@ -99,7 +66,7 @@ class Picture {
         const int width = static_cast<int>(std::lround(g.columns * scale_));
         const int height = static_cast<int>(std::lround(g.rows * scale_));
         std::vector<float> row(static_cast<std::size_t>(g.columns));
-        const Surface map(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+        const ImageSurface map(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
         cairo_surface_flush(map.get());
         unsigned char* data = cairo_image_surface_get_data(map.get());
         const int stride = cairo_image_surface_get_stride(map.get());
@@ -117,7 +84,7 @@ class Picture {
             }
         }
         cairo_surface_mark_dirty(map.get());
-        cairo_t* c = context_.get();
+        cairo_t* c = canvas_->context();
         cairo_set_source_surface(c, map.get(), kMargin, kTitleHeight);
         cairo_paint(c);
         cairo_set_source_rgb(c, 0.4, 0.4, 0.4);
@@ -127,7 +94,7 @@ class Picture {
     }
 
     void drawLegend() {
-        cairo_t* c = context_.get();
+        cairo_t* c = canvas_->context();
         const double x = kMargin + mapWidth_ + 22;
         const double top = kTitleHeight + 26;
         const double height = std::min(260, mapHeight_ - 120);
@@ -159,7 +126,7 @@ class Picture {
         }
         const double pixels = length / g.cellSize * scale_;
         const double y = kTitleHeight + mapHeight_ + 22;
-        cairo_t* c = context_.get();
+        cairo_t* c = canvas_->context();
         cairo_set_source_rgb(c, 0.13, 0.13, 0.13);
         cairo_set_line_width(c, 2);
         cairo_move_to(c, kMargin, y - 6);
@@ -177,16 +144,21 @@ class Picture {
     double scale_ = 1;
     int mapWidth_ = 0;
     int mapHeight_ = 0;
-    Surface surface_;
-    Context context_;
+    std::unique_ptr<PngCanvas> canvas_;
 };
 
 }  // namespace
 
-void drawGridPicture(const IRaster& raster, const std::string& title, const std::string& file) {
+AlgorithmicColorRamp rampOf(const std::string& name) {
+    if (name.starts_with("PPT_")) return {{200, 50, 50}, {0, 255, 255}};
+    return {{0, 255, 0}, {50, 50, 100}};
+}
+
+void drawGridPicture(const IRaster& raster, const AlgorithmicColorRamp& ramp,
+                     const std::string& title, const std::string& file) {
     const GridStatistics statistics = statisticsOf(raster);
     if (statistics.cells == 0) throw PlatformError("No cell has data, so there is nothing to draw");
-    Picture picture(raster, statistics);
+    Picture picture(raster, statistics, ramp);
     picture.draw(title);
     picture.write(file);
 }

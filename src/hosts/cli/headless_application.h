@@ -11,6 +11,7 @@
 
 #include "gis/application.h"
 #include "gis/form.h"
+#include "hosts/cli/diagnostics_report.h"
 #include "hosts/cli/terminal.h"
 #include "platform/platform.h"
 
@@ -70,8 +71,13 @@ class HeadlessApplication : public IApplication {
     HeadlessDialogs& dialogs() override { return dialogs_; }
     HeadlessDocument& document() override { return document_; }
     std::string extensionFolder() override { return settingsFolder_; }
+    IDiagnostics* diagnostics() override { return diagnose_ ? &report_ : nullptr; }
     void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
     StepOutcome outcome() const { return outcome_; }
+
+    // From now on steps send their diagnostics to report().
+    void askForDiagnostics() { diagnose_ = true; }
+    const DiagnosticsReport& report() const { return report_; }
 
   private:
     std::string settingsFolder_;
@@ -80,6 +86,8 @@ class HeadlessApplication : public IApplication {
     ScriptedBrowsers browsers_;
     HeadlessDialogs dialogs_;
     HeadlessDocument document_;
+    DiagnosticsReport report_;
+    bool diagnose_ = false;
     StepOutcome outcome_ = StepOutcome::done;
 };
 

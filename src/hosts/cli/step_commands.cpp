@@ -85,14 +85,39 @@ void printItems(const nlohmann::ordered_json& items, int depth) {
 
 }  // namespace
 
+namespace {
+
+void showDiagnostics(const Session& session, HeadlessApplication& application,
+                     const std::string& step) {
+    const DiagnosticsReport& report = application.report();
+    if (report.surfaces().empty()) {
+        fmt::print("There are no diagnostics: the step made no surface over stations\n");
+        return;
+    }
+    fmt::print("{}\n", session.json ? report.json() : report.table());
+    const std::string settings = defaultSettingsPath(session.settingsFolder);
+    const std::string folder =
+        readSettings(application.platform().files(), settings).OutputWorkspace;
+    const auto files =
+        report.write(folder, step == "ppt" ? "PPT_diagnostics" : "RefET_diagnostics");
+    if (session.json) return;
+    fmt::print("{} is written", files.front());
+    if (files.size() > 1)
+        fmt::print(", with {} pictures *_semivariogram.png beside it", files.size() - 1);
+    fmt::print("\n");
+}
+
+}  // namespace
+
 std::vector<std::string> stepNames() {
     std::vector<std::string> names;
     for (const auto& [step, id] : kSteps) names.push_back(step);
     return names;
 }
 
-int runStep(const Session& session, const std::string& step) {
+int runStep(const Session& session, const std::string& step, bool diagnose) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
+    if (diagnose) application.askForDiagnostics();
     const LoadedExtension extension;
     for (const auto& [name, progId] : kSteps) {
         if (name != step) continue;
@@ -100,6 +125,7 @@ int runStep(const Session& session, const std::string& step) {
         command->OnCreate(&application);
         command->OnClick();
     }
+    if (diagnose) showDiagnostics(session, application, step);
     return application.outcome() == StepOutcome::done ? kDone : kFailed;
 }
 

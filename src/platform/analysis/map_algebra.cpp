@@ -26,8 +26,10 @@ void widen(std::span<const float> cells, double* values) {
 void narrow(const double* values, std::span<float> cells) {
     constexpr double kLargest = std::numeric_limits<float>::max();
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        // Not-a-number and what no single can hold fail this test.
-        cells[i] = std::fabs(values[i]) <= kLargest ? static_cast<float>(values[i]) : kNoData;
+        // Not-a-number and what no single can hold fail this test. Adding 0 makes a negative zero
+        // (as of -3 times 0) a plain one.
+        cells[i] =
+            std::fabs(values[i]) <= kLargest ? static_cast<float>(values[i]) + 0.0F : kNoData;
     }
 }
 

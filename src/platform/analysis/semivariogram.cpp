@@ -179,16 +179,16 @@ std::vector<SemivariogramLag> empiricalSemivariogram(std::span<const Sample> sam
     return lags;
 }
 
-Semivariogram fitSpherical(std::vector<SemivariogramLag> lags, double longestRange) {
+Semivariogram fitSpherical(const std::vector<SemivariogramLag>& lags, double longestRange) {
     return SphericalFit(lags, longestRange).best();
 }
 
 std::optional<Semivariogram> semivariogramOf(std::span<const Sample> samples) {
     if (samples.size() < kFewestStations || withoutVariance(samples)) return std::nullopt;
     const double cutoff = semivariogramCutoff(samples);
-    std::vector<SemivariogramLag> lags = empiricalSemivariogram(samples, cutoff);
+    const std::vector<SemivariogramLag> lags = empiricalSemivariogram(samples, cutoff);
     if (lags.empty()) return std::nullopt;
-    Semivariogram fitted = fitSpherical(std::move(lags), kRangeInCutoffs * cutoff);
+    Semivariogram fitted = fitSpherical(lags, kRangeInCutoffs * cutoff);
     if (!(fitted.model.sill() > 0)) return std::nullopt;
     return fitted;
 }

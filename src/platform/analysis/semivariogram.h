@@ -25,7 +25,7 @@ std::vector<SemivariogramLag> empiricalSemivariogram(std::span<const Sample> sam
 // smallest. The smallest over all ranges, not a smallest nearby: for a given range nugget and sill
 // follow from linear equations, so that the ranges are searched from end to end. Where lags tell
 // nothing of a structure, all is nugget.
-Semivariogram fitSpherical(std::vector<SemivariogramLag> lags, double longestRange);
+Semivariogram fitSpherical(const std::vector<SemivariogramLag>& lags, double longestRange);
 
 // All of it for stations, coincident ones already merged; nothing for fewer than four, for values
 // without variance, or when no pair stands within the cutoff.

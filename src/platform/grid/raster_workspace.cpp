@@ -23,9 +23,10 @@ bool isGridFolder(const fs::path& path) { return fs::is_regular_file(path / "hdr
 
 // Files that lie beside a raster and describe it, and vectors of the same name.
 bool isRasterFile(const fs::path& path) {
-    static const std::vector<std::string> others = {
-        ".xml", ".prj", ".ovr", ".tfw", ".aux", ".shp", ".shx", ".dbf", ".cpg", ".qix",
-        ".qml", ".png", ".csv", ".txt", ".inf", ".mdb", ".qmd", ".sbn", ".sbx"};
+    static const std::vector<std::string> others = {".xml", ".prj", ".ovr", ".tfw", ".aux", ".shp",
+                                                    ".shx", ".dbf", ".cpg", ".qix", ".qml", ".png",
+                                                    ".csv", ".txt", ".inf", ".mdb", ".qmd", ".sbn",
+                                                    ".sbx", ".hdr", ".stx", ".clr", ".rrd", ".ige"};
     const std::string extension = path.extension().string();
     return !extension.empty() && fs::is_regular_file(path) &&
            std::none_of(others.begin(), others.end(),

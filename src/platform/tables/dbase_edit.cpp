@@ -109,6 +109,10 @@ void appendNumberField(DbaseFile& file, const std::string& name) {
 }
 
 std::string fieldText(const FieldValue& value, const DbaseField& field) {
+    if (field.type != 'N' && field.type != 'F') {
+        throw PlatformError("The field " + field.name +
+                            " is no field of numbers: rename or delete it");
+    }
     if (isNull(value)) return std::string(field.width, ' ');
     if (const auto* number = std::get_if<double>(&value)) {
         return dbaseNumber(*number, static_cast<int>(field.width));

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/png_canvas.h"
+
+#include <filesystem>
+
+#include "gis/errors.h"
+
+namespace velmora::cli {
+
+PngCanvas::PngCanvas(int width, int height)
+    : surface_(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)),
+      context_(cairo_create(surface_.get())) {
+    cairo_set_source_rgb(context_.get(), 1, 1, 1);
+    cairo_paint(context_.get());
+}
+
+void PngCanvas::text(const std::string& words, double x, double y, double size, bool bold,
+                     Align align) {
+    cairo_t* c = context_.get();
+    cairo_select_font_face(c, "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
+                           bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(c, size);
+    cairo_set_source_rgb(c, 0.13, 0.13, 0.13);
+    if (align != Align::left) {
+        cairo_text_extents_t extents;
+        cairo_text_extents(c, words.c_str(), &extents);
+        x -= align == Align::right ? extents.x_advance : extents.x_advance / 2;
+    }
+    cairo_move_to(c, x, y);
+    cairo_show_text(c, words.c_str());
+    cairo_new_path(c);
+}
+
+void PngCanvas::write(const std::string& file) {
+    const std::string beside = file + ".unfinished";
+    const cairo_status_t status = cairo_surface_write_to_png(surface_.get(), beside.c_str());
+    std::error_code error;
+    if (status == CAIRO_STATUS_SUCCESS) std::filesystem::rename(beside, file, error);
+    if (status != CAIRO_STATUS_SUCCESS || error) {
+        const std::string reason = error ? error.message() : cairo_status_to_string(status);
+        std::filesystem::remove(beside, error);
+        throw PlatformError("Cannot write the picture " + file + ": " + reason);
+    }
+}
+
+}  // namespace velmora::cli

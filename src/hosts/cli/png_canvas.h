@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// A white sheet to draw on, written as a PNG.
+#pragma once
+
+#include <cairo.h>
+
+#include <memory>
+#include <string>
+
+namespace velmora::cli {
+
+struct SurfaceCloser {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+struct ContextCloser {
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+using ImageSurface = std::unique_ptr<cairo_surface_t, SurfaceCloser>;
+
+enum class Align { left, centre, right };
+
+class PngCanvas {
+  public:
+    PngCanvas(int width, int height);  // pixels
+    cairo_t* context() { return context_.get(); }
+    // Dark grey words whose baseline is at y; x is their left end, middle or right end.
+    void text(const std::string& words, double x, double y, double size, bool bold = false,
+              Align align = Align::left);
+    // Writes beside and puts the whole file in place. Throws PlatformError.
+    void write(const std::string& file);
+
+  private:
+    ImageSurface surface_;
+    std::unique_ptr<cairo_t, ContextCloser> context_;
+};
+
+}  // namespace velmora::cli

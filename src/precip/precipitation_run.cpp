@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "precip/precipitation_run.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include "gis/errors.h"
+#include "gis/gis_functions.h"
+#include "gis/month_names.h"
+#include "gis/text.h"
+#include "settings/modelling_extent.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr const char* kWorkingField = "RefPPT";
+
+}  // namespace
+
+bool PrecipitationRun::run() {
+    openOutputWorkspace();
+    if (settings_.PrecipitationMethod == "EDK") {
+        application_.prompts().message("Using EDK to interpolate precipitation...");
+        return trapped(&PrecipitationRun::PPT_EDK);
+    }
+    if (settings_.PrecipitationMethod == "PRISM_REF") {
+        application_.prompts().message(
+            "Using PRISM GRID as reference to interpolate precipitation...");
+        return trapped(&PrecipitationRun::PPT_PRISM);
+    }
+    return true;
+}
+
+void PrecipitationRun::openOutputWorkspace() {
+    IFileSystem& files = platform_.files();
+    const std::string& folder = settings_.OutputWorkspace;
+    if (!files.folderExists(folder)) {
+        const std::string parent = parentFolderName(folder);
+        if (!files.folderExists(parent)) {
+            throw PlatformError("The output folder " + folder +
+                                " cannot be made: there is no folder " + parent);
+        }
+        files.createFolder(folder);
+    }
+    lock_ = files.lockFolder(folder);
+    workspace_ = platform_.rasters().openFromFolder(folder);
+}
+
+// The error trap of both methods: shows the failure's description; the grids made before it stay.
+bool PrecipitationRun::trapped(void (PrecipitationRun::*method)()) {
+    if (!pathsAreSet()) return false;
+    try {
+        (this->*method)();
+        return true;
+    } catch (const std::exception& e) {
+        application_.prompts().message(e.what());
+        return false;
+    }
+}
+
+bool PrecipitationRun::pathsAreSet() {
+    if (!settings_.WeatherStations.empty() && !settings_.WeatherData.empty()) return true;
+    application_.prompts().message(settings_.WeatherStations.empty()
+                                       ? "Please set the Weather Stations Shapefile."
+                                       : "Please set the Weather DataTable.");
+    return false;
+}
+
+void PrecipitationRun::prepare() {
+    geometry_ = runGeometry(platform_, settings_);
+    stations_ =
+        std::make_unique<WeatherStations>(platform_, settings_, kWorkingField, geometry_.crs);
+    interpolation_ = platform_.analysis().interpolation();
+    algebra_ = platform_.analysis().mapAlgebra();
+    useCells(interpolation_->environment(), geometry_);
+    useCells(algebra_->environment(), geometry_);
+}
+
+void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
+    const int last = settings_.endMonthNumber();
+    for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
+        (this->*make)(month);
+    }
+    try {
+        stations_->storeWorkingField();
+    } catch (const PlatformError& e) {
+        // The grids are made from the values in memory, so they stand.
+        application_.prompts().message("The working field RefPPT is not stored: " +
+                                       std::string(e.what()));
+    }
+}
+
+void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {
+    const std::string label = GetMonthName(month);
+    const std::string name = "PPT_" + label;
+    workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
+    auto layer =
+        application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
+    ApplyColorRamp(application_.prompts(), *layer, {200, 50, 50}, {0, 255, 255});
+    application_.document().addLayer(std::move(layer));
+    application_.prompts().message("PPT Calculation for " + label + " is Over!");
+}
+
+void PrecipitationRun::explain(const SurfaceRecipe& recipe) {
+    if (IDiagnostics* diagnostics = application_.diagnostics()) {
+        diagnostics->add(diagnose(platform_.analysis(), *stations_, recipe));
+    }
+}
+
+}  // namespace velmora

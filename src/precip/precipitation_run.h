@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The precipitation run: one precipitation grid "PPT_" + month, inches, for each month of the
+// settings' period, by one of two methods.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "settings/run_settings.h"
+#include "settings/surface_diagnostics.h"
+#include "settings/weather_stations.h"
+
+namespace velmora {
+
+class PrecipitationRun {
+  public:
+    PrecipitationRun(IApplication& application, const RunSettings& settings)
+        : application_(application), platform_(application.platform()), settings_(settings) {}
+
+    // Shows which method it uses and runs it; a method that is neither "EDK" nor "PRISM_REF" does
+    // nothing. An output folder that does not exist is made. True when no failure was shown.
+    // Throws PlatformError when the output folder cannot be made or opened.
+    bool run();
+
+  private:
+    // Elevation-detrended kriging: a straight line of station precipitation over elevation, its
+    // residuals kriged, the line put back over the DEM, negative cells set to 0.
+    void PPT_EDK();
+    void edkMonth(int month);
+
+    // Scaling of a reference precipitation grid of the month with the kriged ratios of the
+    // stations to it.
+    void PPT_PRISM();
+    void prismMonth(int month);
+    // Writes the reference value under every station into the working field; a station without one
+    // keeps what it has. The factors that turn ratios into inches, by station.
+    std::vector<std::optional<double>> ExtractPRISMValue(const IRaster& prism);
+    void warnOfKeptValues(const std::string& path, const std::string& field,
+                          const std::vector<std::optional<double>>& factors);
+
+    void openOutputWorkspace();
+    bool pathsAreSet();
+    bool trapped(void (PrecipitationRun::*method)());
+    void prepare();
+    // Every month of the period; then the working field goes into the stations' table.
+    void makeMonths(void (PrecipitationRun::*make)(int month));
+    void finishMonth(int month, const RasterPtr& grid);
+    void explain(const SurfaceRecipe& recipe);
+
+    IApplication& application_;
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    std::unique_ptr<IFolderLock> lock_;
+    std::unique_ptr<IRasterWorkspace> workspace_;
+    GridGeometry geometry_;
+    std::unique_ptr<WeatherStations> stations_;
+    std::unique_ptr<IInterpolationOp> interpolation_;
+    std::unique_ptr<IMapAlgebraOp> algebra_;
+    bool toldOfKeptValues_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include "settings/reference_grids.h"
+
+#include "gis/errors.h"
+
+namespace velmora {
+
+std::string prismGridPath(const std::string& path, int month) {
+    if (path.size() < 2) {
+        throw PlatformError(
+            "The reference precipitation grids are not named: give the path of one month's grid, "
+            "which ends in the two digits of the month");
+    }
+    return path.substr(0, path.size() - 2) + (month < 10 ? "0" : "") + std::to_string(month);
+}
+
+}  // namespace velmora

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// Precipitation runs that cannot be done: each says what is wrong and takes nothing away.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "settings/reference_grids.h"
+#include "tests/support/run_fixture.h"
+
+namespace velmora {
+namespace {
+
+using test::RunFixture;
+using test::Station;
+using testing::HasSubstr;
+
+struct PrecipitationFailures : testing::Test {
+    RunFixture f;
+    std::string stationTable;
+
+    PrecipitationFailures() {
+        f.makeWeather(RunFixture::stations(), RunFixture::usualWeather, {"P_"});
+        stationTable = test::contentOf(f.folder.file("stations.dbf"));
+    }
+    // Runs, expects a failure that leaves the stations alone, and returns the messages.
+    std::string failed() {
+        EXPECT_FALSE(f.runPrecipitation());
+        EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
+        for (const auto& entry : std::filesystem::directory_iterator(f.folder.file("out"))) {
+            EXPECT_NE(entry.path().filename().string()[0], '.') << entry.path();
+        }
+        return f.allMessages();
+    }
+    void rewriteWeather(const test::Weather& weather) {
+        f.makeWeather(RunFixture::stations(), weather, {"P_"});
+    }
+};
+
+TEST_F(PrecipitationFailures, NotSetStationsAndWeather) {
+    f.settings.WeatherStations = "";
+    f.settings.WeatherData = "";
+    EXPECT_EQ(failed(),
+              "Using EDK to interpolate precipitation...\n"
+              "Please set the Weather Stations Shapefile.\n");
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    f.settings.WeatherStations = f.folder.file("stations.shp");
+    EXPECT_FALSE(f.runPrecipitation());
+    EXPECT_EQ(f.application.messages().back(), "Please set the Weather DataTable.");
+}
+
+TEST_F(PrecipitationFailures, AnotherMethodDoesNothing) {
+    for (const char* method : {"", "edk", "PRISM", "EDK "}) {
+        f.settings.PrecipitationMethod = method;
+        EXPECT_TRUE(f.runPrecipitation());
+    }
+    EXPECT_TRUE(f.application.messages().empty());
+    EXPECT_TRUE(std::filesystem::is_empty(f.folder.file("out")));
+}
+
+TEST_F(PrecipitationFailures, AMissingOutputFolderIsMade) {
+    f.settings.OutputWorkspace = f.folder.file("new");
+    EXPECT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_TRUE(std::filesystem::exists(f.folder.file("new/PPT_Jul/hdr.adf")));
+    f.settings.OutputWorkspace = f.folder.file("none/new");
+    EXPECT_THROW(f.runPrecipitation(), PlatformError);
+    EXPECT_FALSE(std::filesystem::exists(f.folder.file("none")));
+}
+
+TEST_F(PrecipitationFailures, TwoRunsInOneFolder) {
+    const auto other = f.application.platform().files().lockFolder(f.folder.file("out"));
+    EXPECT_THROW(f.runPrecipitation(), PlatformError);
+}
+
+TEST_F(PrecipitationFailures, MonthWithoutValidStationsKeepsTheEarlierGrids) {
+    rewriteWeather([](const std::string& p, const Station& s, int m) -> FieldValue {
+        return m == 7 && s.name != "S3" ? FieldValue(0.0) : RunFixture::usualWeather(p, s, m);
+    });
+    EXPECT_THAT(failed(), testing::AllOf(HasSubstr("PPT Calculation for Jun is Over!"),
+                                         HasSubstr("The surface PPT_Jul (field weather.P_Jul, "
+                                                   "month Jul) has 1 valid stations: ")));
+    EXPECT_TRUE(f.hasOutput("PPT_Jun"));
+    EXPECT_FALSE(f.hasOutput("PPT_Jul"));
+    EXPECT_EQ(f.application.document().layers.size(), 1U);
+}
+
+TEST_F(PrecipitationFailures, StationsAtOneElevation) {
+    auto level = RunFixture::stations();
+    for (Station& s : level) s.elevation = 1500.3;
+    f.makeStations(level);
+    stationTable = test::contentOf(f.folder.file("stations.dbf"));
+    EXPECT_THAT(failed(), HasSubstr("stand at one elevation"));
+}
+
+TEST_F(PrecipitationFailures, AMonthWithoutItsField) {
+    f.makeWeather(RunFixture::stations(), RunFixture::usualWeather, {"TM_"});
+    EXPECT_THAT(failed(), HasSubstr("weather.dbf has no field P_Jun"));
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    EXPECT_THAT(failed(), HasSubstr("weather.dbf has no field P_Jun"));
+}
+
+TEST_F(PrecipitationFailures, StationsWithoutElevation) {
+    f.application.platform().features().createFeatureClass(
+        f.folder.file("stations.shp"), false, f.geometry().crs,
+        {{"staname", FieldType::text, 20, 0}}, {{{{400100, 4499000}}, {std::string("S1")}}});
+    stationTable = test::contentOf(f.folder.file("stations.dbf"));
+    EXPECT_THAT(failed(), HasSubstr("stations.shp has no field ELEVATION"));
+}
+
+TEST_F(PrecipitationFailures, AMissingDem) {
+    f.settings.DEM = "/none/dem";
+    EXPECT_THAT(failed(), HasSubstr("There is no raster dataset /none/dem"));
+}
+
+TEST_F(PrecipitationFailures, ADemInFeetIsToldOnce) {
+    f.settings.DemUnit = "Feet";
+    EXPECT_TRUE(f.runPrecipitation());
+    EXPECT_EQ(f.application.messages().size(), 4U);
+    EXPECT_THAT(f.application.messages()[1], HasSubstr("is in feet"));
+}
+
+TEST_F(PrecipitationFailures, AMissingReferenceGridKeepsTheEarlierGrids) {
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    f.makeReferenceGrid(6, f.geometry(), [](int, int) { return 3000.0F; });
+    EXPECT_THAT(failed(),
+                testing::AllOf(HasSubstr("PPT Calculation for Jun is Over!"),
+                               HasSubstr("There is no raster dataset"), HasSubstr("ref07")));
+    EXPECT_TRUE(f.hasOutput("PPT_Jun"));
+    EXPECT_FALSE(f.hasOutput("PPT_Jul"));
+}
+
+TEST_F(PrecipitationFailures, NoRatioAtAll) {
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    f.makeReferenceGrid(6, f.geometry(), [](int, int) { return kNoData; });
+    EXPECT_THAT(failed(), testing::AllOf(HasSubstr("PPT_Jun"), HasSubstr("month Jun"),
+                                         HasSubstr("has 0 valid stations")));
+    f.makeReferenceGrid(6, f.geometry(), [](int, int) { return 0.0F; });
+    EXPECT_THAT(failed(), HasSubstr("has 0 valid stations"));
+}
+
+TEST_F(PrecipitationFailures, ReferenceGridsThatAreNotNamed) {
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    f.settings.PrismGridFolder = "";
+    EXPECT_THAT(failed(), HasSubstr("The reference precipitation grids are not named"));
+}
+
+TEST_F(PrecipitationFailures, AWorkingFieldThatCannotBeStoredIsTold) {
+    // The user has a text of that name.
+    std::vector<NewFeature> features;
+    for (const Station& s : RunFixture::stations()) {
+        features.push_back({{{s.x, s.y}}, {s.name, s.elevation, FieldValue()}});
+    }
+    f.application.platform().features().createFeatureClass(f.folder.file("stations.shp"), false,
+                                                           f.geometry().crs,
+                                                           {{"staname", FieldType::text, 20, 0},
+                                                            {"ELEVATION", FieldType::number, 10, 2},
+                                                            {"RefPPT", FieldType::text, 30, 0}},
+                                                           features);
+    stationTable = test::contentOf(f.folder.file("stations.dbf"));
+    EXPECT_TRUE(f.runPrecipitation());
+    EXPECT_THAT(f.allMessages(),
+                testing::AllOf(HasSubstr("The working field RefPPT is not stored: "),
+                               HasSubstr("is no field of numbers")));
+    EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
+    EXPECT_TRUE(f.hasOutput("PPT_Jul"));
+}
+
+TEST(PrismGridPath, TakesTheMonthsDigits) {
+    EXPECT_EQ(prismGridPath("/g/ppt_07", 1), "/g/ppt_01");
+    EXPECT_EQ(prismGridPath("/g/ppt_01", 12), "/g/ppt_12");
+    EXPECT_EQ(prismGridPath("07", 9), "09");
+    EXPECT_THROW(prismGridPath("7", 9), PlatformError);
+    EXPECT_THROW(prismGridPath("", 9), PlatformError);
+}
+
+}  // namespace
+}  // namespace velmora
