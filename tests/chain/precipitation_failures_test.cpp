@@ -6,7 +6,6 @@
 #include <filesystem>
 
 #include "gis/errors.h"
-#include "settings/reference_grids.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -164,14 +163,6 @@ TEST_F(PrecipitationFailures, AWorkingFieldThatCannotBeStoredIsTold) {
                                HasSubstr("is no field of numbers")));
     EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
     EXPECT_TRUE(f.hasOutput("PPT_Jul"));
-}
-
-TEST(PrismGridPath, TakesTheMonthsDigits) {
-    EXPECT_EQ(prismGridPath("/g/ppt_07", 1), "/g/ppt_01");
-    EXPECT_EQ(prismGridPath("/g/ppt_01", 12), "/g/ppt_12");
-    EXPECT_EQ(prismGridPath("07", 9), "09");
-    EXPECT_THROW(prismGridPath("7", 9), PlatformError);
-    EXPECT_THROW(prismGridPath("", 9), PlatformError);
 }
 
 }  // namespace

@@ -239,7 +239,7 @@ TEST_F(Command, TheDemoMakesAYearOfGridsByEitherMethod) {
         EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/PPT_" + month + "/hdr.adf"));
     }
     EXPECT_THAT(made.output, HasSubstr("Precipitation of the sample basin, inches"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/PPT_Apr.png"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/PPT_Jul.png"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/basin/RefET_Jul_2.png"));
     const auto july =
         nlohmann::json::parse(run("--json grid stats basin/output/RefET_Jul_2").output).at(0);

@@ -57,14 +57,14 @@ int demo(const Session& session, const std::string& folder) {
                       "Precipitation of the sample basin, inches (elevation-detrended kriging)",
                       "PPT_", "");
     for (const auto& [name, title] : {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
-                                      std::pair{"PPT_Apr", "Precipitation in April, inches"}}) {
+                                      std::pair{"PPT_Jul", "Precipitation in July, inches"}}) {
         const int drawn =
             gridPicture(own, name, joinedPath(path, std::string(name) + ".png"), title);
         if (drawn != kDone) return drawn;
     }
     fmt::print(
         "\nGo on with:\n  velmora --settings-folder {0} check\n  velmora --settings-folder {0} "
-        "run ppt --diagnose\n  velmora --settings-folder {0} grid stats RefET_Jul_2 PPT_Apr\n",
+        "run ppt --diagnose\n  velmora --settings-folder {0} grid stats RefET_Jul_2 PPT_Jul\n",
         own.settingsFolder);
     return kDone;
 }
