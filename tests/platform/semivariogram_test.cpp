@@ -173,6 +173,13 @@ TEST(Semivariogram, WhenThereIsNone) {
     EXPECT_FALSE(semivariogramOf(twins));
 }
 
+TEST(Semivariogram, TheLongestRangeIsTenCutoffs) {
+    // Values that rise along a line differ the more the farther apart: no range is long enough.
+    std::vector<Sample> samples;
+    for (int i = 0; i < 40; ++i) samples.push_back({{i * 100.0, 3.0 * (i % 2)}, i * 0.5});
+    EXPECT_NEAR(semivariogramOf(samples)->model.range, 10 * semivariogramCutoff(samples), 1e-6);
+}
+
 TEST(Semivariogram, DoesNotDependOnUnits) {
     std::vector<Sample> metres;
     std::mt19937 random(9);
