@@ -35,7 +35,15 @@ TEST(Semivariogram, ALagIsClosedAbove) {
     EXPECT_DOUBLE_EQ(lags[1].distance, 15);
     EXPECT_EQ(lags[1].pairs, 1U);
     const std::vector<Sample> beside = {{{0, 0}, 0}, {{0.9, 0}, 1}, {{1.9, 0}, 3}};
-    EXPECT_EQ(empiricalSemivariogram(beside, 15).size(), 2U);  // 0.9 and 1 share the first
+    const auto shared = empiricalSemivariogram(beside, 15);  // 0.9 and 1 share the first
+    ASSERT_EQ(shared.size(), 2U);
+    EXPECT_EQ(shared[0].pairs, 2U);
+}
+
+TEST(Semivariogram, FifteenLags) {
+    // 14 and 14.01 lie on the two sides of the last border.
+    const std::vector<Sample> samples = {{{0, 0}, 0}, {{14, 0}, 1}, {{0, 14.01}, 3}};
+    EXPECT_EQ(empiricalSemivariogram(samples, 15).size(), 2U);
 }
 
 TEST(Semivariogram, TheSphericalShape) {
@@ -157,7 +165,7 @@ TEST(SphericalFit, LagsWithoutStructureAreAllNugget) {
 }
 
 TEST(Semivariogram, WhenThereIsNone) {
-    const std::vector<Sample> three = {{{0, 0}, 1}, {{10, 0}, 4}, {{0, 10}, 3}};
+    const std::vector<Sample> three = {{{0, 0}, 1}, {{1, 0}, 4}, {{30, 30}, 3}};
     EXPECT_FALSE(semivariogramOf(three));
     std::vector<Sample> alike;
     for (int i = 0; i < 9; ++i) alike.push_back({{i * 10.0, i * i * 1.0}, 0.1 + 1e-17 * i});
