@@ -14,17 +14,19 @@
 namespace velmora {
 
 // How an analysis environment takes its cell size or extent.
-enum class EnvironmentSetting { explicitValue = 3 };
+enum class EnvironmentSetting { minimumOfInputs = 2, explicitValue = 3 };
 
 // The extent and cell size of the results of an operation.
 class IRasterAnalysisEnvironment {
   public:
     virtual ~IRasterAnalysisEnvironment() = default;
+    // The value counts for explicitValue alone.
     virtual void SetCellSize(EnvironmentSetting setting, double cellSize) = 0;
-    // `crs` is the coordinate system of the extent, as WKT.
+    // `crs` is the coordinate system of the extent, as WKT. Both count for explicitValue alone.
     virtual void SetExtent(EnvironmentSetting setting, const Envelope& extent,
                            const std::string& crs) = 0;
-    // The cells that results have. Throws PlatformError when the settings make no grid.
+    // The cells that results have under explicit settings. Throws PlatformError when the settings
+    // make no grid.
     virtual GridGeometry geometry() const = 0;
 };
 
@@ -32,6 +34,13 @@ class IRasterAnalysisEnvironment {
 inline void useCells(IRasterAnalysisEnvironment& environment, const GridGeometry& cells) {
     environment.SetCellSize(EnvironmentSetting::explicitValue, cells.cellSize);
     environment.SetExtent(EnvironmentSetting::explicitValue, cells.extent(), cells.crs);
+}
+
+// Lets each result take the smallest cell size of its inputs and the part of the map that all of
+// them cover, on the lattice of the finest input.
+inline void useInputs(IRasterAnalysisEnvironment& environment) {
+    environment.SetCellSize(EnvironmentSetting::minimumOfInputs, 0);
+    environment.SetExtent(EnvironmentSetting::minimumOfInputs, {}, {});
 }
 
 // Map algebra over bound rasters: numbers, [names], + - * / with a unary (also doubled) minus,
@@ -80,12 +89,17 @@ class IInterpolationOp {
         const std::vector<Sample>& samples) const = 0;
 };
 
+class IConversionOp;
+class IZonalOp;
+
 // Makes the operations; each has an environment of its own.
 class IAnalysisFactory {
   public:
     virtual ~IAnalysisFactory() = default;
     virtual std::unique_ptr<IMapAlgebraOp> mapAlgebra() = 0;
     virtual std::unique_ptr<IInterpolationOp> interpolation() = 0;
+    virtual std::unique_ptr<IConversionOp> conversion() = 0;
+    virtual std::unique_ptr<IZonalOp> zonal() = 0;
     // A raster of one value over the given cells.
     virtual RasterPtr constant(const GridGeometry& geometry, float value) = 0;
 };

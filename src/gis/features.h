@@ -35,6 +35,8 @@ class IEditSession {
     virtual void addNumericField(const std::string& field) = 0;
     virtual void setValue(std::size_t record, const std::string& field,
                           const FieldValue& value) = 0;
+    // Adds a record at the end; fields that are not named are null.
+    virtual void appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) = 0;
     // Stores the changes: other columns, their order and types, the text encoding, the records and
     // the files beside the table stay as they are. Throws PlatformError and leaves the files
     // untouched when it cannot.
@@ -49,6 +51,9 @@ class IFeatureClass : public ITable {
     // Throws PlatformError when the features are no points.
     virtual std::vector<Point> points(const std::string& crs) const = 0;
     virtual bool holdsPolygons() const = 0;
+    // The areas of the polygons by record, in square units of crs(); 0 for a feature without a
+    // shape. Throws PlatformError when the features are no polygons.
+    virtual std::vector<double> areas() const = 0;
 };
 
 // A ring-by-ring polygon or a point, for making feature classes.
@@ -69,6 +74,10 @@ class IFeatureWorkspaceFactory {
     virtual ~IFeatureWorkspaceFactory() = default;
     // A shapefile by its path, ".shp" optional. Throws PlatformError.
     virtual std::shared_ptr<IFeatureClass> openFeatureClass(const std::string& path) = 0;
+    // The same, transformed to the coordinate system `crs` (WKT): its extent and areas are in that
+    // system. A file without a coordinate system is taken to be in it.
+    virtual std::shared_ptr<IFeatureClass> openFeatureClass(const std::string& path,
+                                                            const std::string& crs) = 0;
     // A dBASE table by its path, ".dbf" optional. Throws PlatformError.
     virtual std::shared_ptr<ITable> openTable(const std::string& path) = 0;
     virtual std::unique_ptr<IEditSession> edit(std::shared_ptr<ITable> table) = 0;

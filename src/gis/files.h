@@ -29,6 +29,8 @@ class IFileSystem {
     virtual std::string specialFolder(SpecialFolder folder) const = 0;
     virtual void deleteFile(const std::string& path) = 0;  // no error when there is none
     virtual void createFolder(const std::string& path) = 0;
+    // Copies a file whole; an older one of that name is replaced.
+    virtual void copyFile(const std::string& from, const std::string& to) = 0;
     // Puts a whole file in the place of another, in one step.
     virtual void replaceFile(const std::string& from, const std::string& to) = 0;
     // The first bytes of a regular file, at most `most` of them.

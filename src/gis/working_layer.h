@@ -34,6 +34,7 @@ class WorkingLayer : public IFeatureClass {
     std::string crs() const override { return layer_->crs(); }
     std::vector<Point> points(const std::string& crs) const override { return layer_->points(crs); }
     bool holdsPolygons() const override { return layer_->holdsPolygons(); }
+    std::vector<double> areas() const override { return layer_->areas(); }
 
   private:
     std::shared_ptr<IFeatureClass> layer_;

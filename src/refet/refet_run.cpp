@@ -33,10 +33,6 @@ constexpr std::array<const char*, 6> kMethodLines = {
     "use SCS Modified Blaney-Criddle ...",
     "use Priestley-Taylor  ..."};
 
-int yearNumber(const std::string& text) {
-    return static_cast<int>(std::clamp(lenientNumber(text), -9999.0, 9999.0));
-}
-
 }  // namespace
 
 ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& settings,
@@ -45,7 +41,7 @@ ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& set
       platform_(application.platform()),
       settings_(settings),
       monitor_(monitor),
-      year_(yearNumber(settings.Year)),
+      year_(settings.yearNumber()),
       runStatus_(processState().runStatus) {}
 
 // The error trap of a procedure: shows the platform's description behind the procedure's name.
@@ -305,7 +301,7 @@ void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
 
 void ReferenceEtRun::GridReadOut(const std::string& label) {
     try {
-        const std::string name = "RefET_" + label + "_" + settings_.RefETMethod;
+        const std::string name = "RefET_" + label + settings_.methodTag();
         const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
         workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
         auto layer =

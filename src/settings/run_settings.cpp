@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings/run_settings.h"
 
+#include <algorithm>
+
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 
@@ -9,6 +11,12 @@ namespace velmora {
 int RunSettings::methodNumber() const {
     const double number = lenientNumber(RefETMethod);
     return number >= 1 && number <= 6 ? static_cast<int>(number) : 0;
+}
+
+std::string RunSettings::methodTag() const { return "_" + RefETMethod; }
+
+int RunSettings::yearNumber() const {
+    return static_cast<int>(std::clamp(lenientNumber(Year), -9999.0, 9999.0));
 }
 
 int RunSettings::beginMonthNumber() const { return GetMonthNumber(BeginMonth); }

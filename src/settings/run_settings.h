@@ -46,7 +46,9 @@ struct RunSettings {
 
     bool operator==(const RunSettings&) const = default;
 
-    int methodNumber() const;  // the numeric value of RefETMethod, 0 for none
+    int methodNumber() const;       // the numeric value of RefETMethod, 0 for none
+    std::string methodTag() const;  // "_" and the method, the end of the names of its grids
+    int yearNumber() const;         // the number at the beginning of Year, 0 for none
     int beginMonthNumber() const;
     int endMonthNumber() const;
     // Methods 4 and 5 need temperatures alone; the others humidity, radiation and wind as well.

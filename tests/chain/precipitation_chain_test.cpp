@@ -210,6 +210,18 @@ TEST_F(PrecipitationChain, NegativeCellsBecomeZero) {
     EXPECT_GT(zeros, 20U);
 }
 
+TEST_F(PrecipitationChain, AStationsOwnEstimateIsNotNegativeEither) {
+    weather = [](const std::string&, const Station& s, int) -> FieldValue {
+        return std::max(0.01, 0.002 * (s.elevation - 1400));
+    };
+    makeWeather();
+    f.application.askForDiagnostics = true;
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    const auto& errors = f.application.diagnosed()[0].leaveOneOut;
+    const auto low = std::ranges::min_element(errors, {}, &LeftOutStation::predicted);
+    EXPECT_EQ(low->predicted, 0);
+}
+
 TEST_F(PrecipitationChain, APlaneInElevationIsReturnedExactly) {
     weather = [](const std::string&, const Station& s, int) -> FieldValue {
         return 0.25 + s.elevation / 1024;

@@ -51,6 +51,8 @@ TEST_F(WorkingLayerTest, StartsWithWhatTheFileHoldsAndKeepsWhatIsNotSet) {
     EXPECT_TRUE(isNull(layer()->value(0, "RefPPT")));
     EXPECT_EQ(std::get<double>(layer()->value(1, "RefPPT")), 0.5);
     EXPECT_EQ(layer()->fields().size(), 2U);
+    // The file's own way of writing it stays too.
+    EXPECT_NE(test::contentOf(folder.file("s.dbf")).find("0.500"), std::string::npos);
 }
 
 }  // namespace

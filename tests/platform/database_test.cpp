@@ -105,9 +105,92 @@ TEST_F(Database, TheDbaseSourceReadsTables) {
     EXPECT_EQ(std::get<double>(records->value("TM_Jan")), 1.25);
     records->moveNext();
     EXPECT_TRUE(isNull(records->value("TM_Jan")));
-    EXPECT_THROW(records->setValue("TM_Jan", 1.0), PlatformError);
     EXPECT_THROW(connection->open("DELETE FROM wx"), PlatformError);
     EXPECT_THROW(connection->execute("x"), PlatformError);
+}
+
+struct CropTable : Database {
+    std::string path = folder.file("the crops");
+    std::unique_ptr<IConnection> connection =
+        platform.connections().open("Provider = MSDASQL.1;Data Source=dBASE Files");
+    CropTable() {
+        platform.features().createTable(path + ".dbf",
+                                        {{"CropType", FieldType::text, 12, 0},
+                                         {"Kc_Jan", FieldType::number, 8, 2},
+                                         {"Note", FieldType::text, 6, 0}},
+                                        {{std::string("Alfalfa"), 0.5, std::string("own")},
+                                         {std::string("O'Brien"), 0.25, std::string("x")},
+                                         {std::string("Alfalfa"), 0.75, FieldValue()}});
+    }
+    FieldValue stored(std::size_t record, const std::string& field) {
+        return platform.features().openTable(path)->value(record, field);
+    }
+};
+
+TEST_F(CropTable, QueriesSelectRecords) {
+    const auto found = connection->open("SELECT *  FROM [" + path + "] WHERE CropType='O''Brien'");
+    EXPECT_EQ(std::get<double>(found->value("Kc_Jan")), 0.25);
+    EXPECT_EQ(found->fieldCount(), 3);
+    EXPECT_TRUE(connection->open("SELECT *  FROM " + path + " WHERE CropType='none'")->eof());
+    // Such databases compare texts without regard to case.
+    EXPECT_FALSE(connection->open("SELECT *  FROM " + path + " WHERE CropType='ALFALFA'")->eof());
+    const auto types = connection->open("SELECT DISTINCT CropType  FROM " + path);
+    std::vector<std::string> names;
+    for (; !types->eof(); types->moveNext()) {
+        names.push_back(std::get<std::string>(types->value("CropType")));
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"Alfalfa", "O'Brien"}));
+    EXPECT_THROW(types->addNew(), PlatformError);
+    EXPECT_THROW(connection->open("SELECT DISTINCT Crop2  FROM " + path), PlatformError);
+}
+
+TEST_F(CropTable, RecordsAreChangedAndAdded) {
+    const auto all = connection->open("SELECT * FROM " + path);
+    all->moveNext();
+    all->setValue("Kc_Jan", 0.875);
+    all->setValue("CropType", std::string("Pe\u00F1a"));
+    all->update();
+    EXPECT_EQ(std::get<double>(stored(1, "Kc_Jan")), 0.875);
+    EXPECT_EQ(std::get<std::string>(stored(1, "CropType")), "Pe\u00F1a");
+    EXPECT_EQ(std::get<std::string>(stored(1, "Note")), "x");
+    all->addNew();
+    all->setValue("CropType", std::string("Barley"));
+    all->setValue("Kc_Jan", 1.0 / 3);
+    all->update();
+    EXPECT_EQ(std::get<std::string>(stored(3, "CropType")), "Barley");
+    EXPECT_NEAR(std::get<double>(stored(3, "Kc_Jan")), 1.0 / 3, 1e-5);
+    EXPECT_TRUE(isNull(stored(3, "Note")));
+    all->setValue("Kc_Jan", 0.5);  // the record just added
+    all->update();
+    EXPECT_EQ(std::get<double>(stored(3, "Kc_Jan")), 0.5);
+    const std::string before = test::contentOf(path + ".dbf");
+    all->setValue("CropType", std::string("a name that is too long"));
+    EXPECT_THROW(all->update(), PlatformError);
+    EXPECT_EQ(test::contentOf(path + ".dbf"), before);
+}
+
+TEST_F(Database, ATableIsExportedToDbase) {
+    const std::string to = folder.file("t.mdb");
+    const std::string source = "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + to;
+    platform.connections().createDatabase(source);
+    const auto connection = platform.connections().open(source);
+    connection->createTable("NewKc",
+                            {{"CropType", FieldType::text, 75}, {"Kc_Jan", FieldType::number, 0}});
+    const auto rows = connection->open("SELECT * FROM NewKc");
+    rows->addNew();
+    rows->setValue("CropType", std::string("Corn"));
+    rows->setValue("Kc_Jan", 0.625);
+    rows->update();
+    connection->execute("SELECT * INTO [DBASE 5.0;DATABASE=" + folder.path() +
+                        "].[my table] FROM NewKc");
+    const auto table = platform.features().openTable(folder.file("my table"));
+    ASSERT_EQ(table->fields().size(), 2U);
+    EXPECT_EQ(table->fields()[0].width, 75);
+    EXPECT_EQ(table->fields()[1].type, FieldType::number);
+    EXPECT_EQ(std::get<double>(table->value(0, "Kc_Jan")), 0.625);
+    EXPECT_THROW(connection->execute("SELECT * INTO [DBASE 5.0;DATABASE=" + folder.path() +
+                                     "].[x] FROM none"),
+                 PlatformError);
 }
 
 }  // namespace

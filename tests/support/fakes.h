@@ -151,6 +151,9 @@ class MemoryFiles : public IFileSystem {
     std::string specialFolder(SpecialFolder) const override { return "/temporary"; }
     void deleteFile(const std::string& path) override { files.erase(path); }
     void createFolder(const std::string& path) override { folders[path] = true; }
+    void copyFile(const std::string& from, const std::string& to) override {
+        files[to] = files.at(from);
+    }
     void replaceFile(const std::string& from, const std::string& to) override;
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/analysis/conversion.h"
 #include "platform/analysis/interpolation.h"
 #include "platform/analysis/map_algebra.h"
+#include "platform/analysis/zonal.h"
 
 namespace velmora::platform {
 
@@ -34,6 +36,12 @@ std::unique_ptr<IMapAlgebraOp> AnalysisFactory::mapAlgebra() {
 std::unique_ptr<IInterpolationOp> AnalysisFactory::interpolation() {
     return std::make_unique<InterpolationOp>();
 }
+
+std::unique_ptr<IConversionOp> AnalysisFactory::conversion() {
+    return std::make_unique<ConversionOp>();
+}
+
+std::unique_ptr<IZonalOp> AnalysisFactory::zonal() { return std::make_unique<ZonalOp>(); }
 
 RasterPtr AnalysisFactory::constant(const GridGeometry& geometry, float value) {
     return std::make_shared<ConstantRaster>(geometry, value);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "gis/analysis.h"
+#include "gis/polygon_analysis.h"
 #include "gis/projection.h"
 
 namespace velmora::platform {
@@ -14,6 +15,8 @@ class AnalysisFactory : public IAnalysisFactory {
         : spatialReferences_(spatialReferences) {}
     std::unique_ptr<IMapAlgebraOp> mapAlgebra() override;
     std::unique_ptr<IInterpolationOp> interpolation() override;
+    std::unique_ptr<IConversionOp> conversion() override;
+    std::unique_ptr<IZonalOp> zonal() override;
     RasterPtr constant(const GridGeometry& geometry, float value) override;
 
   private:

@@ -76,11 +76,14 @@ void MapAlgebraOp::UnbindRaster(const std::string& name) {
 
 RasterPtr MapAlgebraOp::Execute(const std::string& expression) {
     Expression parsed(expression);
-    GridGeometry geometry = environment_.geometry();
     std::vector<RasterPtr> inputs;
+    std::vector<AnalysisEnvironment::Input> cells;
     for (const std::string& name : parsed.names()) {
-        inputs.push_back(sampledOn(bound(name, expression), geometry, spatialReferences_));
+        inputs.push_back(bound(name, expression));
+        cells.push_back({name, inputs.back()->geometry()});
     }
+    GridGeometry geometry = environment_.geometryOf(cells, spatialReferences_);
+    for (RasterPtr& input : inputs) input = sampledOn(input, geometry, spatialReferences_);
     return std::make_shared<AlgebraRaster>(std::move(parsed), std::move(inputs),
                                            std::move(geometry));
 }

@@ -11,9 +11,6 @@ namespace velmora::platform {
 
 namespace {
 
-constexpr int kTileColumns = 256;  // the tiles of the grid format, in which surfaces are written
-constexpr int kTileRows = 16;
-
 struct StationsHash {
     std::size_t operator()(const std::vector<int>& stations) const {
         std::uint64_t hash = 14695981039346656037ULL;
@@ -99,31 +96,27 @@ class OpenLeaf {
 
 NeighbourSets::NeighbourSets(const GridGeometry& geometry, std::span<const Point> stations,
                              int nearest)
-    : search_(geometry, stations, nearest), nearest_(nearest) {
-    const auto across = [](int cells, int tile) {
-        return static_cast<std::size_t>((cells + tile - 1) / tile);
-    };
-    tilesAcross_ = across(geometry.columns, kTileColumns);
-    tiles_.resize(tilesAcross_ * across(geometry.rows, kTileRows));
+    : search_(geometry, stations, nearest), nearest_(nearest), tiles_(geometry) {
+    leaves_.resize(tiles_.count());
 
     // Each tile numbers its own sets; then all sets are numbered tile after tile.
-    std::vector<std::vector<std::vector<int>>> setsOfTile(tiles_.size());
-    parallelFor(tiles_.size(), 4, [&](std::size_t begin, std::size_t end) {
+    std::vector<std::vector<std::vector<int>>> setsOfTile(leaves_.size());
+    parallelFor(leaves_.size(), 4, [&](std::size_t begin, std::size_t end) {
         for (std::size_t tile = begin; tile < end; ++tile) {
             SetRegister sets;
-            for (const NeighbourLeaf& leaf : search_.leaves(tileBlock(tile))) {
-                tiles_[tile].push_back(leaf.open.empty()
-                                           ? Leaf{leaf.cells, {sets.number(leaf.sure)}, {}}
-                                           : OpenLeaf(leaf, search_, sets).choose());
+            for (const NeighbourLeaf& leaf : search_.leaves(tiles_.block(tile, geometry))) {
+                leaves_[tile].push_back(leaf.open.empty()
+                                            ? Leaf{leaf.cells, {sets.number(leaf.sure)}, {}}
+                                            : OpenLeaf(leaf, search_, sets).choose());
             }
             setsOfTile[tile] = std::move(sets.sets());
         }
     });
     SetRegister all;
-    for (std::size_t tile = 0; tile < tiles_.size(); ++tile) {
+    for (std::size_t tile = 0; tile < leaves_.size(); ++tile) {
         std::vector<std::uint32_t> numbers;
         for (const auto& set : setsOfTile[tile]) numbers.push_back(all.number(set));
-        for (Leaf& leaf : tiles_[tile]) {
+        for (Leaf& leaf : leaves_[tile]) {
             for (std::uint32_t& set : leaf.sets) set = numbers[set];
         }
     }
@@ -136,21 +129,13 @@ bool NeighbourSets::serves(const GridGeometry& geometry, std::span<const Point> 
            std::ranges::equal(stations, search_.stations());
 }
 
-CellBlock NeighbourSets::tileBlock(std::size_t tile) const {
-    const int column = static_cast<int>(tile % tilesAcross_) * kTileColumns;
-    const int row = static_cast<int>(tile / tilesAcross_) * kTileRows;
-    return {column, row, std::min(kTileColumns, geometry().columns - column),
-            std::min(kTileRows, geometry().rows - row)};
-}
-
 std::vector<const NeighbourSets::Leaf*> NeighbourSets::leaves(const CellBlock& block) const {
     std::vector<const Leaf*> found;
     const int lastRow = (block.row + block.rows - 1) / kTileRows;
     const int lastColumn = (block.column + block.columns - 1) / kTileColumns;
     for (int r = block.row / kTileRows; r <= lastRow; ++r) {
         for (int c = block.column / kTileColumns; c <= lastColumn; ++c) {
-            for (const Leaf& leaf :
-                 tiles_[static_cast<std::size_t>(r) * tilesAcross_ + static_cast<std::size_t>(c)]) {
+            for (const Leaf& leaf : leaves_[static_cast<std::size_t>(r * tiles_.across + c)]) {
                 const CellBlock& cells = leaf.cells;
                 if (cells.row < block.row + block.rows && cells.row + cells.rows > block.row &&
                     cells.column < block.column + block.columns &&

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/analysis/neighbour_search.h"
+#include "platform/grid/esri_grid.h"
 
 namespace velmora::platform {
 
@@ -33,13 +34,10 @@ class NeighbourSets {
     std::vector<const Leaf*> leaves(const CellBlock& block) const;
 
   private:
-    using Tile = std::vector<Leaf>;
-    CellBlock tileBlock(std::size_t tile) const;
-
     NeighbourSearch search_;
     int nearest_;
-    std::size_t tilesAcross_ = 0;
-    std::vector<Tile> tiles_;
+    GridTiles tiles_;                        // of the grid format, in which surfaces are written
+    std::vector<std::vector<Leaf>> leaves_;  // of each tile
     std::vector<std::vector<int>> sets_;
 };
 

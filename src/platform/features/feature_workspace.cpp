@@ -110,6 +110,12 @@ std::shared_ptr<IFeatureClass> FeatureWorkspaceFactory::openFeatureClass(const s
     return std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"), spatialReferences_);
 }
 
+std::shared_ptr<IFeatureClass> FeatureWorkspaceFactory::openFeatureClass(const std::string& path,
+                                                                         const std::string& crs) {
+    return std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"), spatialReferences_,
+                                      crs);
+}
+
 std::shared_ptr<ITable> FeatureWorkspaceFactory::openTable(const std::string& path) {
     return std::make_shared<OgrTable>(existingFile(path, "dbf", "table"), spatialReferences_);
 }

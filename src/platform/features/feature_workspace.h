@@ -15,6 +15,8 @@ class FeatureWorkspaceFactory : public IFeatureWorkspaceFactory {
   public:
     explicit FeatureWorkspaceFactory(ISpatialReferenceFactory& spatialReferences);
     std::shared_ptr<IFeatureClass> openFeatureClass(const std::string& path) override;
+    std::shared_ptr<IFeatureClass> openFeatureClass(const std::string& path,
+                                                    const std::string& crs) override;
     std::shared_ptr<ITable> openTable(const std::string& path) override;
     std::unique_ptr<IEditSession> edit(std::shared_ptr<ITable> table) override;
     bool deleteFeatureClass(const std::string& path) override;

@@ -8,6 +8,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/features/polygon_reader.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/grid/gdal_raster.h"
 
@@ -57,7 +58,8 @@ std::string existingFile(const std::string& path, const std::string& extension,
     throw PlatformError("There is no " + kind + " " + path);
 }
 
-OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences)
+OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences,
+                   const std::string& crs)
     : path_(path), spatialReferences_(spatialReferences) {
     CPLErrorReset();
     dataset_.reset(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
@@ -72,7 +74,8 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
         fields_.push_back({field->GetNameRef(), typeOf(field->GetType()), field->GetWidth(),
                            field->GetPrecision()});
     }
-    crs_ = wktOf(layer_->GetSpatialRef());
+    ownCrs_ = wktOf(layer_->GetSpatialRef());
+    crs_ = crs.empty() ? ownCrs_ : crs;
     readOnly({}, false);
     while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
         places_.push_back(static_cast<std::size_t>(feature->GetFID()));
@@ -120,7 +123,17 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
 
 Envelope OgrTable::extent() const {
     OGREnvelope e;
-    if (recordCount() == 0 || layer_->GetExtent(&e) != OGRERR_NONE) {
+    bool known = true;
+    if (!transformed()) {
+        known = layer_->GetExtent(&e) == OGRERR_NONE;
+    } else {
+        forEachPolygon(path_, crs_, [&](std::size_t, OGRGeometryUniquePtr shape) {
+            OGREnvelope own;
+            shape->getEnvelope(&own);
+            e.Merge(own);
+        });
+    }
+    if (recordCount() == 0 || !known || !e.IsInit()) {
         throw PlatformError(path_ + " holds no feature, so it has no extent");
     }
     return {e.MinX, e.MinY, e.MaxX, e.MaxY};
@@ -140,8 +153,22 @@ std::vector<Point> OgrTable::points(const std::string& crs) const {
         const OGRPoint* point = geometry->toPoint();
         points.push_back({point->getX(), point->getY()});
     }
-    if (crs_.empty() || crs.empty()) return points;
-    return spatialReferences_.project(points, crs_, crs);
+    if (ownCrs_.empty() || crs.empty()) return points;
+    return spatialReferences_.project(points, ownCrs_, crs);
+}
+
+bool OgrTable::transformed() const {
+    return !ownCrs_.empty() && !sameCoordinateSystem(ownCrs_, crs_);
+}
+
+std::vector<double> OgrTable::areas() const {
+    std::vector<double> areas(recordCount(), 0.0);
+    forEachPolygon(path_, crs_, [&](std::size_t record, OGRGeometryUniquePtr shape) {
+        const auto type = wkbFlatten(shape->getGeometryType());
+        areas.at(record) = type == wkbPolygon ? shape->toPolygon()->get_Area()
+                                              : shape->toMultiPolygon()->get_Area();
+    });
+    return areas;
 }
 
 bool OgrTable::holdsPolygons() const {

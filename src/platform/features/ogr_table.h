@@ -27,7 +27,9 @@ std::string existingFile(const std::string& path, const std::string& extension,
 // A layer of features or records, each column read when it is first asked for.
 class OgrTable : public IFeatureClass {
   public:
-    OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences);
+    // Transformed to `crs`, unless that is empty.
+    OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences,
+             const std::string& crs = {});
 
     std::string name() const override;
     std::string path() const override { return path_; }
@@ -40,10 +42,12 @@ class OgrTable : public IFeatureClass {
     std::string crs() const override { return crs_; }
     std::vector<Point> points(const std::string& crs) const override;
     bool holdsPolygons() const override;
+    std::vector<double> areas() const override;
 
   private:
     void readOnly(const std::vector<std::string>& wanted, bool geometry) const;
     const std::vector<FieldValue>& column(int field) const;
+    bool transformed() const;
 
     std::string path_;
     ISpatialReferenceFactory& spatialReferences_;
@@ -51,6 +55,7 @@ class OgrTable : public IFeatureClass {
     OGRLayer* layer_ = nullptr;
     std::vector<Field> fields_;
     std::vector<std::size_t> places_;  // of the records in the file
+    std::string ownCrs_;
     std::string crs_;
     mutable std::map<int, std::vector<FieldValue>> columns_;
 };

@@ -108,6 +108,17 @@ void FileSystem::createFolder(const std::string& path) {
     if (error) throw PlatformError("Cannot create the folder " + path + ": " + error.message());
 }
 
+void FileSystem::copyFile(const std::string& from, const std::string& to) {
+    const std::string unfinished = unfinishedPath(to);
+    std::error_code error;
+    fs::copy_file(from, unfinished, error);
+    if (!error) fs::rename(unfinished, to, error);
+    if (error) {
+        removeTree(unfinished);
+        throw PlatformError("Cannot copy " + from + " to " + to + ": " + error.message());
+    }
+}
+
 void FileSystem::replaceFile(const std::string& from, const std::string& to) {
     std::error_code error;
     fs::rename(from, to, error);

@@ -16,6 +16,7 @@ class FileSystem : public IFileSystem {
     std::string specialFolder(SpecialFolder folder) const override;
     void deleteFile(const std::string& path) override;
     void createFolder(const std::string& path) override;
+    void copyFile(const std::string& from, const std::string& to) override;
     void replaceFile(const std::string& from, const std::string& to) override;
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;

@@ -52,7 +52,7 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
         sameIgnoringCase(connectionPart(connectionString, "Data Source"), "dBASE Files")) {
         return std::make_unique<DbaseConnection>(tables_);
     }
-    return std::make_unique<SqliteConnection>(databasePath(connectionString));
+    return std::make_unique<SqliteConnection>(databasePath(connectionString), tables_);
 }
 
 }  // namespace velmora::platform

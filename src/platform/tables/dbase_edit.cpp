@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/dbase_edit.h"
 
+#include <cpl_conv.h>
+#include <cpl_error.h>
+#include <cpl_string.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,6 +15,7 @@
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "platform/features/ogr_table.h"
 #include "platform/files/posix_file.h"
 
 namespace velmora::platform {
@@ -108,16 +113,50 @@ void appendNumberField(DbaseFile& file, const std::string& name) {
     for (std::string& record : file.records) record.append(kNumberWidth, ' ');
 }
 
-std::string fieldText(const FieldValue& value, const DbaseField& field) {
-    if (field.type != 'N' && field.type != 'F') {
-        throw PlatformError("The field " + field.name +
-                            " is no field of numbers: rename or delete it");
+// The text in the table's own encoding, filled up with blanks.
+std::string encodedText(const std::string& text, const DbaseField& field,
+                        const std::string& encoding) {
+    std::string bytes = text;
+    if (!encoding.empty() && !sameIgnoringCase(encoding, "UTF-8")) {
+        CPLErrorReset();
+        char* recoded = CPLRecode(text.c_str(), "UTF-8", encoding.c_str());
+        bytes = recoded;
+        CPLFree(recoded);
+        if (CPLGetLastErrorType() != CE_None) {
+            throw PlatformError("\"" + text + "\" cannot be written in the table's encoding " +
+                                encoding);
+        }
+    }
+    if (bytes.size() > field.width) {
+        throw PlatformError("\"" + text + "\" is longer than the " + std::to_string(field.width) +
+                            " characters of the field");
+    }
+    return bytes + std::string(field.width - bytes.size(), ' ');
+}
+
+std::string fieldText(const FieldValue& value, const DbaseField& field,
+                      const std::string& encoding) {
+    const bool numeric = field.type == 'N' || field.type == 'F';
+    if (!numeric && field.type != 'C') {
+        throw PlatformError("the field holds neither numbers nor text");
     }
     if (isNull(value)) return std::string(field.width, ' ');
     if (const auto* number = std::get_if<double>(&value)) {
+        if (!numeric) throw PlatformError("the field is no field of numbers: rename or delete it");
         return dbaseNumber(*number, static_cast<int>(field.width));
     }
-    throw PlatformError("only numbers can be stored in the field " + field.name);
+    const std::string& text = std::get<std::string>(value);
+    if (numeric) throw PlatformError("\"" + text + "\" is no number");
+    return encodedText(text, field, encoding);
+}
+
+// The encoding in which the table's texts are read, "" when it is not known.
+std::string encodingOf(const std::string& path) {
+    const VectorDatasetPtr dataset(
+        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
+    OGRLayer* layer = dataset && dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
+    const char* encoding = layer ? layer->GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE") : nullptr;
+    return encoding ? encoding : "";
 }
 
 }  // namespace
@@ -156,6 +195,10 @@ void DbaseEdit::setValue(std::size_t record, const std::string& field, const Fie
     changes_[field][table_->placeInFile(record)] = value;
 }
 
+void DbaseEdit::appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) {
+    appended_.push_back(values);
+}
+
 void DbaseEdit::save() {
     // A shapefile's attributes lie in the dBASE file beside it.
     std::string target = table_->path();
@@ -167,22 +210,35 @@ void DbaseEdit::save() {
     for (const std::string& name : added_) {
         if (!file.find(name)) appendNumberField(file, name);
     }
-    for (const auto& [name, values] : changes_) {
+    const std::string encoding = encodingOf(target);
+    const auto put = [&](std::size_t record, const std::string& name, const FieldValue& value) {
         const DbaseField* field = file.find(name);
         if (!field) throw PlatformError("The table " + target + " has no field " + name);
-        for (const auto& [record, value] : values) {
-            if (record >= file.records.size()) {
-                throw PlatformError("The table " + target + " has no record " +
-                                    std::to_string(record + 1));
-            }
-            try {
-                file.records[record].replace(field->offset, field->width, fieldText(value, *field));
-            } catch (const PlatformError& e) {
-                throw PlatformError("In " + target + ", record " + std::to_string(record + 1) +
-                                    ", field " + name + ": " + e.what());
-            }
+        if (record >= file.records.size()) {
+            throw PlatformError("The table " + target + " has no record " +
+                                std::to_string(record + 1));
         }
+        try {
+            file.records[record].replace(field->offset, field->width,
+                                         fieldText(value, *field, encoding));
+        } catch (const PlatformError& e) {
+            throw PlatformError("In " + target + ", record " + std::to_string(record + 1) +
+                                ", field " + name + ": " + e.what());
+        }
+    };
+    for (const auto& [name, values] : changes_) {
+        for (const auto& [record, value] : values) put(record, name, value);
     }
+    if (!appended_.empty() && withoutExtension(target) != target &&
+        std::filesystem::exists(withoutExtension(target) + ".shp")) {
+        throw PlatformError("The table " + target +
+                            " belongs to a shapefile, so no record can be added");
+    }
+    for (const auto& values : appended_) {
+        file.records.emplace_back(file.recordLength(), ' ');
+        for (const auto& [name, value] : values) put(file.records.size() - 1, name, value);
+    }
+    file.setNumber(4, 4, file.records.size());
     std::string bytes = file.header + file.tail;
     for (const std::string& record : file.records) bytes += record;
     bytes += file.end;

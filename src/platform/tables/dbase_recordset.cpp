@@ -1,50 +1,146 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/dbase_recordset.h"
 
+#include <sqlite3.h>
+
+#include <regex>
+#include <utility>
+
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/tables/sqlite_connection.h"
+#include "platform/tables/sqlite_statement.h"
+#include "platform/tables/static_cursor.h"
 
 namespace velmora::platform {
 
 namespace {
 
-[[noreturn]] void refuse() { throw PlatformError("The dBASE data source is read only"); }
+[[noreturn]] void refuse() {
+    throw PlatformError("The dBASE data source answers queries; it runs no other statements");
+}
 
-class DbaseRecordset : public IRecordset {
+// "SELECT columns FROM table rest".
+struct Query {
+    std::string columns;
+    std::string table;
+    std::string rest;
+
+    explicit Query(const std::string& text) {
+        static const std::regex form(
+            R"(\s*select\s+([\s\S]*?)\s+from\s+(\[[^\]]+\]|[\s\S]+?)(\s+where\s[\s\S]*)?)",
+            std::regex::icase);
+        std::smatch match;
+        if (!std::regex_match(text, match, form)) {
+            throw PlatformError("The dBASE data source understands SELECT ... FROM table, not \"" +
+                                text + "\"");
+        }
+        columns = match[1];
+        table = match[2];
+        rest = match[3];
+        if (table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
+    }
+    bool wholeRows() const { return columns == "*"; }
+    bool uses(const std::string& field) const {
+        const auto within = [&](const std::string& text) {
+            for (std::size_t at = 0; at + field.size() <= text.size(); ++at) {
+                if (sameIgnoringCase(std::string_view(text).substr(at, field.size()), field)) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        return wholeRows() || within(columns) || within(rest);
+    }
+};
+
+// The fields of a table that a query uses, as a database in memory: table "records", whose row
+// numbers are the records counted from 1.
+SqliteConnection::Handle loaded(const ITable& table, const Query& query) {
+    sqlite3* database = nullptr;
+    sqlite3_open(":memory:", &database);
+    SqliteConnection::Handle handle(database, SqliteConnection::Closer{});
+    std::vector<std::string> names;
+    std::string columns;
+    std::string places;
+    for (const Field& field : table.fields()) {
+        if (!query.uses(field.name)) continue;
+        names.push_back(field.name);
+        columns += (columns.empty() ? "" : ",") + quotedName(field.name) +
+                   (field.type == FieldType::text ? " TEXT COLLATE NOCASE" : " REAL");
+        places += places.empty() ? "?" : ",?";
+    }
+    if (names.empty()) {
+        throw PlatformError("The table " + table.path() + " has no field of " + query.columns);
+    }
+    SqliteStatement(database, "CREATE TABLE records(" + columns + ")").step();
+    for (std::size_t r = 0; r < table.recordCount(); ++r) {
+        SqliteStatement insert(database, "INSERT INTO records VALUES(" + places + ")");
+        for (std::size_t c = 0; c < names.size(); ++c) {
+            insert.bind(static_cast<int>(c) + 1, table.value(r, names[c]));
+        }
+        insert.step();
+    }
+    return handle;
+}
+
+class DbaseRecordset : public StaticCursor {
   public:
-    explicit DbaseRecordset(std::shared_ptr<ITable> table) : table_(std::move(table)) {}
-    int fieldCount() const override { return static_cast<int>(table_->fields().size()); }
-    std::string fieldName(int position) const override {
-        return table_->fields().at(static_cast<std::size_t>(position)).name;
+    DbaseRecordset(IFeatureWorkspaceFactory& tables, const std::string& text)
+        : StaticCursor(text), tables_(tables) {
+        const Query query(text);
+        path_ = query.table;
+        wholeRows_ = query.wholeRows();
+        const auto table = tables_.openTable(path_);
+        const SqliteConnection::Handle database = loaded(*table, query);
+        SqliteStatement statement(
+            database.get(),
+            "SELECT " + (wholeRows_ ? "rowid, *" : query.columns) + " FROM records" + query.rest);
+        const int first = wholeRows_ ? 1 : 0;
+        for (int c = first; c < statement.columnCount(); ++c) addField(statement.columnName(c));
+        while (statement.step()) {
+            Row row;
+            if (wholeRows_) row.id = static_cast<long long>(std::get<double>(statement.value(0)));
+            for (int c = first; c < statement.columnCount(); ++c) {
+                row.values.push_back(statement.value(c));
+            }
+            addRow(std::move(row));
+        }
     }
-    bool eof() const override { return at_ >= table_->recordCount(); }
-    void moveFirst() override { at_ = 0; }
-    void moveNext() override {
-        if (!eof()) ++at_;
+
+  protected:
+    bool editable() const override { return wholeRows_; }
+
+    void insertRow(Row& row) override {
+        const auto table = tables_.openTable(path_);
+        const auto session = tables_.edit(table);
+        std::vector<std::pair<std::string, FieldValue>> values;
+        for (std::size_t i = 0; i < row.values.size(); ++i) {
+            values.emplace_back(fields()[i], row.values[i]);
+        }
+        session->appendRecord(values);
+        session->save();
+        row.id = static_cast<long long>(table->recordCount()) + 1;
     }
-    FieldValue value(const std::string& field) const override { return table_->value(at_, field); }
-    void setValue(const std::string&, const FieldValue&) override { refuse(); }
-    void addNew() override { refuse(); }
-    void update() override { refuse(); }
+
+    void updateRow(const Row& row, const Changes& changes) override {
+        const auto session = tables_.edit(tables_.openTable(path_));
+        for (const auto& [index, value] : changes) {
+            session->setValue(static_cast<std::size_t>(row.id) - 1, fields()[index], value);
+        }
+        session->save();
+    }
 
   private:
-    std::shared_ptr<ITable> table_;
-    std::size_t at_ = 0;
+    IFeatureWorkspaceFactory& tables_;
+    std::string path_;
+    bool wholeRows_ = false;
 };
 
 }  // namespace
 
 std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
-    constexpr std::string_view kForm = "SELECT * FROM ";
-    if (!sameIgnoringCase(std::string_view(query).substr(0, kForm.size()), kForm)) {
-        throw PlatformError("The dBASE data source understands SELECT * FROM table, not \"" +
-                            query + "\"");
-    }
-    std::string path = query.substr(kForm.size());
-    if (path.size() > 1 && path.front() == '[' && path.back() == ']') {
-        path = path.substr(1, path.size() - 2);
-    }
-    return std::make_unique<DbaseRecordset>(tables_.openTable(path));
+    return std::make_unique<DbaseRecordset>(tables_, query);
 }
 
 void DbaseConnection::execute(const std::string&) { refuse(); }

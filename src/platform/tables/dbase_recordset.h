@@ -9,7 +9,10 @@
 
 namespace velmora::platform {
 
-// The dBASE data source: "SELECT * FROM path-of-the-table-without-its-extension", read only.
+// The dBASE data source: queries over one table, named by its path without its extension (in
+// brackets, or as it stands when it is followed by nothing but WHERE). Texts compare without regard
+// to ASCII case. Rows of "SELECT * FROM ..." can be changed and added to, each update stored whole
+// or not at all.
 class DbaseConnection : public IConnection {
   public:
     explicit DbaseConnection(IFeatureWorkspaceFactory& tables) : tables_(tables) {}

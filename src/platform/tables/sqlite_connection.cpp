@@ -2,6 +2,7 @@
 #include "platform/tables/sqlite_connection.h"
 
 #include <filesystem>
+#include <regex>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -56,7 +57,8 @@ void SqliteConnection::create(const std::string& path) {
         "PRAGMA page_size=65536; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; VACUUM;");
 }
 
-SqliteConnection::SqliteConnection(const std::string& path) : path_(path) {
+SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFactory& tables)
+    : path_(path), tables_(tables) {
     if (!std::filesystem::is_regular_file(path)) {
         throw PlatformError("There is no database " + path);
     }
@@ -76,7 +78,42 @@ std::unique_ptr<IRecordset> SqliteConnection::open(const std::string& query) {
     return std::make_unique<SqliteRecordset>(database_, query);
 }
 
-void SqliteConnection::execute(const std::string& statement) { run(database_.get(), statement); }
+void SqliteConnection::execute(const std::string& statement) {
+    static const std::regex toDbase(
+        R"(\s*select\s+\*\s+into\s+\[dbase\s+[^;\]]*;database=([^\]]*)\]\.\[([^\]]*)\]\s+from\s+(\S+)\s*)",
+        std::regex::icase);
+    std::smatch match;
+    if (std::regex_match(statement, match, toDbase)) {
+        exportToDbase(match[3], joinedPath(match[1].str(), match[2].str()));
+    } else {
+        run(database_.get(), statement);
+    }
+}
+
+// A table of the database as a dBASE table: texts as wide as they are declared, numbers of 20
+// characters with 5 decimals.
+void SqliteConnection::exportToDbase(const std::string& table, const std::string& path) {
+    std::vector<Field> fields;
+    SqliteStatement columns(database_.get(), "PRAGMA table_info(" + quotedName(table) + ")");
+    while (columns.step()) {
+        const std::string type = std::get<std::string>(columns.value(2));
+        const std::string name = std::get<std::string>(columns.value(1));
+        if (type.starts_with("VARCHAR(")) {
+            fields.push_back({name, FieldType::text, std::stoi(type.substr(8)), 0});
+        } else {
+            fields.push_back({name, FieldType::number, 20, 5});
+        }
+    }
+    if (fields.empty()) throw PlatformError("The database " + path_ + " has no table " + table);
+    std::vector<std::vector<FieldValue>> records;
+    SqliteStatement rows(database_.get(), "SELECT * FROM " + quotedName(table));
+    while (rows.step()) {
+        std::vector<FieldValue> record;
+        for (int c = 0; c < rows.columnCount(); ++c) record.push_back(rows.value(c));
+        records.push_back(std::move(record));
+    }
+    tables_.createTable(path, fields, records);
+}
 
 void SqliteConnection::createTable(const std::string& name,
                                    const std::vector<ColumnDefinition>& columns) {
@@ -84,7 +121,8 @@ void SqliteConnection::createTable(const std::string& name,
     for (const ColumnDefinition& column : columns) {
         text += (text.empty() ? "" : ",") + quotedName(column.name) +
                 (column.type == FieldType::text
-                     ? " TEXT COLLATE NOCASE"  // such databases compare text without regard to case
+                     // Such databases compare text without regard to case.
+                     ? " VARCHAR(" + std::to_string(column.size) + ") COLLATE NOCASE"
                      : " REAL");
     }
     execute("CREATE TABLE " + quotedName(name) + "(" + text + ")");

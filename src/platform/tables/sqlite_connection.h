@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "gis/features.h"
 #include "gis/tables.h"
 
 namespace velmora::platform {
@@ -14,11 +15,14 @@ namespace velmora::platform {
 // is ours.
 class SqliteConnection : public IConnection {
   public:
-    // Throws PlatformError when the file is missing or no SQLite database.
-    explicit SqliteConnection(const std::string& path);
+    // `tables` makes the dBASE tables into which statements export. Throws PlatformError when the
+    // file is missing or no SQLite database.
+    SqliteConnection(const std::string& path, IFeatureWorkspaceFactory& tables);
     static void create(const std::string& path);
 
     std::unique_ptr<IRecordset> open(const std::string& query) override;
+    // Beside SQL, "SELECT * INTO [DBASE 5.0;DATABASE=folder].[name] FROM table" makes a dBASE
+    // table.
     void execute(const std::string& statement) override;
     void createTable(const std::string& name,
                      const std::vector<ColumnDefinition>& columns) override;
@@ -30,7 +34,10 @@ class SqliteConnection : public IConnection {
     using Handle = std::shared_ptr<sqlite3>;
 
   private:
+    void exportToDbase(const std::string& table, const std::string& path);
+
     std::string path_;
+    IFeatureWorkspaceFactory& tables_;
     Handle database_;
 };
 

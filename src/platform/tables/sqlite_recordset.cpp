@@ -3,8 +3,6 @@
 
 #include <regex>
 
-#include "gis/errors.h"
-#include "gis/text.h"
 #include "platform/tables/sqlite_statement.h"
 
 namespace velmora::platform {
@@ -26,96 +24,26 @@ bool isWholeRowQuery(const std::string& query, std::string& table, std::string& 
 }  // namespace
 
 SqliteRecordset::SqliteRecordset(SqliteConnection::Handle database, const std::string& query)
-    : database_(std::move(database)), query_(query) {
+    : StaticCursor(query), database_(std::move(database)) {
     std::string rest;
-    const bool editable = isWholeRowQuery(query, table_, rest);
+    const bool wholeRows = isWholeRowQuery(query, table_, rest);
     SqliteStatement statement(
-        database_.get(), editable ? "SELECT rowid, * FROM " + quotedName(table_) + rest : query);
-    const int first = editable ? 1 : 0;
-    for (int c = first; c < statement.columnCount(); ++c)
-        fields_.push_back(statement.columnName(c));
+        database_.get(), wholeRows ? "SELECT rowid, * FROM " + quotedName(table_) + rest : query);
+    const int first = wholeRows ? 1 : 0;
+    for (int c = first; c < statement.columnCount(); ++c) addField(statement.columnName(c));
     while (statement.step()) {
         Row row;
-        if (editable) row.id = static_cast<sqlite3_int64>(std::get<double>(statement.value(0)));
+        if (wholeRows) row.id = static_cast<long long>(std::get<double>(statement.value(0)));
         for (int c = first; c < statement.columnCount(); ++c)
             row.values.push_back(statement.value(c));
-        rows_.push_back(std::move(row));
-    }
-}
-
-std::string SqliteRecordset::fieldName(int position) const {
-    return fields_.at(static_cast<std::size_t>(position));
-}
-
-void SqliteRecordset::moveFirst() {
-    at_ = 0;
-    changes_.clear();
-    adding_ = false;
-}
-
-void SqliteRecordset::moveNext() {
-    if (!eof()) ++at_;
-    changes_.clear();
-}
-
-FieldValue SqliteRecordset::value(const std::string& field) const {
-    const std::size_t index = indexOf(field);
-    if (const auto changed = changes_.find(index); changed != changes_.end())
-        return changed->second;
-    if (adding_) return {};
-    if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
-    return rows_[at_].values[index];
-}
-
-void SqliteRecordset::setValue(const std::string& field, const FieldValue& value) {
-    const std::size_t index = indexOf(field);
-    if (!adding_ && eof())
-        throw PlatformError("Either BOF or EOF is true: there is no current record");
-    changes_[index] = value;
-}
-
-void SqliteRecordset::addNew() {
-    requireTable();
-    adding_ = true;
-    changes_.clear();
-}
-
-void SqliteRecordset::update() {
-    requireTable();
-    if (adding_) {
-        Row row;
-        row.values.resize(fields_.size());
-        for (const auto& [index, value] : changes_) row.values[index] = value;
-        insertRow(row);
-        rows_.push_back(std::move(row));
-        at_ = rows_.size() - 1;
-        adding_ = false;
-    } else if (!changes_.empty()) {
-        Row row = rows_.at(at_);
-        for (const auto& [index, value] : changes_) row.values[index] = value;
-        updateRow(row);
-        rows_[at_] = std::move(row);
-    }
-    changes_.clear();
-}
-
-std::size_t SqliteRecordset::indexOf(const std::string& field) const {
-    for (std::size_t i = 0; i < fields_.size(); ++i) {
-        if (sameIgnoringCase(fields_[i], field)) return i;
-    }
-    throw PlatformError("The query \"" + query_ + "\" gives no field " + field);
-}
-
-void SqliteRecordset::requireTable() const {
-    if (table_.empty()) {
-        throw PlatformError("The rows of \"" + query_ + "\" cannot be changed");
+        addRow(std::move(row));
     }
 }
 
 void SqliteRecordset::insertRow(Row& row) {
     std::string names;
     std::string places;
-    for (const std::string& field : fields_) {
+    for (const std::string& field : fields()) {
         names += (names.empty() ? "" : ",") + quotedName(field);
         places += places.empty() ? "?" : ",?";
     }
@@ -128,16 +56,16 @@ void SqliteRecordset::insertRow(Row& row) {
     row.id = sqlite3_last_insert_rowid(database_.get());
 }
 
-void SqliteRecordset::updateRow(const Row& row) {
+void SqliteRecordset::updateRow(const Row& row, const Changes& changes) {
     std::string assignments;
-    for (const auto& [index, value] : changes_) {
-        assignments += (assignments.empty() ? "" : ",") + quotedName(fields_[index]) + "=?";
+    for (const auto& [index, value] : changes) {
+        assignments += (assignments.empty() ? "" : ",") + quotedName(fields()[index]) + "=?";
     }
     SqliteStatement statement(database_.get(), "UPDATE " + quotedName(table_) + " SET " +
                                                    assignments +
                                                    " WHERE rowid=" + std::to_string(row.id));
     int parameter = 0;
-    for (const auto& [index, value] : changes_) statement.bind(++parameter, value);
+    for (const auto& [index, value] : changes) statement.bind(++parameter, value);
     statement.step();
 }
 

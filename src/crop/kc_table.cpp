@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "crop/kc_table.h"
+
+#include "gis/month_names.h"
+#include "gis/text.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr const char* kWorkTable = "NewKc";
+constexpr double kDefaultCoefficient = 0.75;
+
+}  // namespace
+
+std::string kcFieldName(int month) { return "Kc_" + GetMonthName(month); }
+
+void createKcTable(IPlatform& platform, const std::string& folder, const std::string& name) {
+    const std::string path = joinedPath(folder, "TEMP.MDB");
+    const std::string source = "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + path;
+    platform.files().deleteFile(path);
+    platform.connections().createDatabase(source);
+    try {
+        const auto connection = platform.connections().open(source);
+        std::vector<ColumnDefinition> columns = {{"CropType", FieldType::text, kCropTypeWidth}};
+        for (int month = 1; month <= 12; ++month) {
+            columns.push_back({kcFieldName(month), FieldType::number, 0});
+        }
+        connection->createTable(kWorkTable, columns);
+        connection->execute("SELECT * INTO [DBASE 5.0;DATABASE=" + folder + "].[" + name +
+                            "] FROM " + kWorkTable);
+    } catch (...) {
+        platform.files().deleteFile(path);
+        throw;
+    }
+    platform.files().deleteFile(path);
+}
+
+std::string withoutDbf(const std::string& path) {
+    return path.size() > 4 && sameIgnoringCase(path.substr(path.size() - 4), ".dbf")
+               ? path.substr(0, path.size() - 4)
+               : path;
+}
+
+std::string kcQuery(const std::string& path) { return "SELECT * FROM [" + withoutDbf(path) + "]"; }
+
+void addDefaultCrop(IRecordset& records, const std::string& cropType) {
+    const int fields = records.fieldCount();
+    records.addNew();
+    records.setValue(records.fieldName(0), cropType);
+    for (int position = 1; position < fields; ++position) {
+        const bool winter = position <= 2 || position >= fields - 2;
+        records.setValue(records.fieldName(position), winter ? 0.0 : kDefaultCoefficient);
+    }
+    records.update();
+}
+
+}  // namespace velmora

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "gis/zonal_tables.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include "gis/errors.h"
+#include "gis/gis_functions.h"
+#include "gis/numbers.h"
+#include "gis/polygon_analysis.h"
+#include "gis/text.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr int kKeyWidth = 25;
+
+// Acres as the tables keep them: three decimals at most.
+double roundedAcres(double squareMetres) {
+    return lenientNumber(formatPlaces(squareMetres / kSquareMetresPerAcre, 3));
+}
+
+// The beginning of a text in UTF-8, so many characters long at most.
+std::string firstCharacters(const std::string& text, int most) {
+    std::size_t end = 0;
+    for (int n = 0; end < text.size(); ++n) {
+        if (n == most) return text.substr(0, end);
+        ++end;
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) ++end;
+    }
+    return text;
+}
+
+double numberOf(const ITable& table, std::size_t record, const std::string& field) {
+    const FieldValue value = table.value(record, field);
+    const auto* number = std::get_if<double>(&value);
+    if (!number) throw PlatformError("the zonal result has no " + field);
+    return *number;
+}
+
+using Row = std::vector<std::pair<std::string, FieldValue>>;
+
+void append(IFeatureWorkspaceFactory& features, const std::shared_ptr<ITable>& table,
+            const std::vector<Row>& rows) {
+    const auto session = features.edit(table);
+    for (const Row& row : rows) session->appendRecord(row);
+    session->save();
+}
+
+// Appends all rows at once; when that fails, one after the other up to the one that fails.
+void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared_ptr<ITable>& table,
+                           const std::vector<Row>& rows) {
+    try {
+        append(features, table, rows);
+        return;
+    } catch (const PlatformError&) {
+        for (const Row& row : rows) {
+            try {
+                append(features, table, {row});
+            } catch (const PlatformError& e) {
+                throw PlatformError("zone \"" + keyText(row.front().second) + "\": " + e.what());
+            }
+        }
+    }
+}
+
+}  // namespace
+
+int zonalDaysOfMonth(int month, int year) {
+    static constexpr std::array<int, 12> lengths = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (month < 1 || month > 12) return 0;
+    if (month == 2 && year % 4 == 0) return 29;
+    return lengths[static_cast<std::size_t>(month - 1)];
+}
+
+void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& workspacePath,
+                     const std::string& name) {
+    try {
+        const std::string tag = name.substr(name.size() - std::min<std::size_t>(3, name.size()));
+        platform.features().createTable(joinedPath(workspacePath, name),
+                                        {{"ZoneUnit", FieldType::text, kKeyWidth, 0},
+                                         {"Area_T_ac", FieldType::number, 20, 15},
+                                         {"Area_C_ac", FieldType::number, 50, 15},
+                                         {"Month", FieldType::integer, 10, 0},
+                                         {tag + "_D_ft", FieldType::number, 20, 15},
+                                         {tag + "_V_acft", FieldType::number, 20, 15}},
+                                        {});
+    } catch (const std::exception& e) {
+        prompts.message(e.what());
+    }
+}
+
+void MakeZonalStat(IPlatform& platform, IPrompts& prompts, const ZonalTableSettings& settings,
+                   const RasterPtr& values, const std::string& tableName, int month) {
+    const auto table = OpenTable(platform, prompts, settings.outputWorkspace, tableName);
+    if (settings.zones.empty()) {
+        throw PlatformError("The zone shapefile is not set: choose it in the General Settings");
+    }
+    const auto zones = platform.features().openFeatureClass(settings.zones, values->geometry().crs);
+    const auto result = platform.analysis().zonal()->ZonalStatisticsAsTable(
+        zones, settings.zoneField, values, true);
+    const std::string depthField = tableName.substr(tableName.size() - 3) + "_D_Ft";
+    GotoStatTable(platform, prompts, month, settings.year, *result, table, settings.zoneField,
+                  depthField, *zones);
+}
+
+void GotoStatTable(IPlatform& platform, IPrompts& prompts, int month, int year,
+                   const ITable& zonalResult, const std::shared_ptr<ITable>& statTable,
+                   const std::string& zoneField, const std::string& depthField,
+                   const IFeatureClass& zoneClass) {
+    try {
+        if (!statTable) throw PlatformError("the table is not open");
+        const std::vector<double> polygonAreas = zoneClass.areas();
+        const int days = zonalDaysOfMonth(month, year);
+        const std::string volumeField = depthField.substr(0, 3) + "_V_acft";
+        std::vector<Row> rows;
+        for (std::size_t i = 0; i < zonalResult.recordCount(); ++i) {
+            const double countedArea = numberOf(zonalResult, i, "Area");
+            const double depth = days * numberOf(zonalResult, i, "Mean") / kMillimetresPerFoot;
+            rows.push_back(
+                {{"ZoneUnit", firstCharacters(keyText(zonalResult.value(i, zoneField)), kKeyWidth)},
+                 {"Area_T_ac", roundedAcres(polygonAreas.at(i))},
+                 {"Area_C_ac", roundedAcres(countedArea)},
+                 {"Month", static_cast<double>(month)},
+                 {depthField, depth},
+                 {volumeField, depth * (countedArea / kSquareMetresPerAcre)}});
+        }
+        appendAsFarAsPossible(platform.features(), statTable, rows);
+    } catch (const std::exception& e) {
+        prompts.message("Error in sub <GotoStatTable>: " + std::string(e.what()));
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "platform/tables/static_cursor.h"
+
+#include "gis/errors.h"
+#include "gis/text.h"
+
+namespace velmora::platform {
+
+std::string StaticCursor::fieldName(int position) const {
+    return fields_.at(static_cast<std::size_t>(position));
+}
+
+void StaticCursor::moveFirst() {
+    at_ = 0;
+    changes_.clear();
+    adding_ = false;
+}
+
+void StaticCursor::moveNext() {
+    if (!eof()) ++at_;
+    changes_.clear();
+}
+
+FieldValue StaticCursor::value(const std::string& field) const {
+    const std::size_t index = indexOf(field);
+    if (const auto changed = changes_.find(index); changed != changes_.end())
+        return changed->second;
+    if (adding_) return {};
+    if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
+    return rows_[at_].values[index];
+}
+
+void StaticCursor::setValue(const std::string& field, const FieldValue& value) {
+    const std::size_t index = indexOf(field);
+    if (!adding_ && eof())
+        throw PlatformError("Either BOF or EOF is true: there is no current record");
+    changes_[index] = value;
+}
+
+void StaticCursor::addNew() {
+    requireEditable();
+    adding_ = true;
+    changes_.clear();
+}
+
+void StaticCursor::update() {
+    requireEditable();
+    if (adding_) {
+        Row row;
+        row.values.resize(fields_.size());
+        for (const auto& [index, value] : changes_) row.values[index] = value;
+        insertRow(row);
+        rows_.push_back(std::move(row));
+        at_ = rows_.size() - 1;
+        adding_ = false;
+    } else if (!changes_.empty()) {
+        Row row = rows_.at(at_);
+        for (const auto& [index, value] : changes_) row.values[index] = value;
+        updateRow(row, changes_);
+        rows_[at_] = std::move(row);
+    }
+    changes_.clear();
+}
+
+std::size_t StaticCursor::indexOf(const std::string& field) const {
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (sameIgnoringCase(fields_[i], field)) return i;
+    }
+    throw PlatformError("The query \"" + query_ + "\" gives no field " + field);
+}
+
+void StaticCursor::requireEditable() const {
+    if (!editable()) throw PlatformError("The rows of \"" + query_ + "\" cannot be changed");
+}
+
+}  // namespace velmora::platform

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "gis/tables.h"
+
+namespace velmora::platform {
+
+// A static cursor: the rows as they were when the query ran. Engines say how a row is stored.
+class StaticCursor : public IRecordset {
+  public:
+    int fieldCount() const override { return static_cast<int>(fields_.size()); }
+    std::string fieldName(int position) const override;
+    bool eof() const override { return at_ >= rows_.size(); }
+    void moveFirst() override;
+    void moveNext() override;
+    FieldValue value(const std::string& field) const override;
+    void setValue(const std::string& field, const FieldValue& value) override;
+    void addNew() override;
+    void update() override;
+
+  protected:
+    struct Row {
+        long long id = 0;  // how the engine knows the row
+        std::vector<FieldValue> values;
+    };
+    using Changes = std::map<std::size_t, FieldValue>;  // by position of the field
+
+    explicit StaticCursor(std::string query) : query_(std::move(query)) {}
+    const std::vector<std::string>& fields() const { return fields_; }
+    void addField(const std::string& name) { fields_.push_back(name); }
+    void addRow(Row row) { rows_.push_back(std::move(row)); }
+    // Whether rows can be changed and added to.
+    virtual bool editable() const = 0;
+    virtual void insertRow(Row& row) = 0;
+    virtual void updateRow(const Row& row, const Changes& changes) = 0;
+
+  private:
+    std::size_t indexOf(const std::string& field) const;
+    void requireEditable() const;
+
+    std::string query_;
+    std::vector<std::string> fields_;
+    std::vector<Row> rows_;
+    std::size_t at_ = 0;
+    bool adding_ = false;
+    Changes changes_;
+};
+
+}  // namespace velmora::platform
