@@ -48,9 +48,10 @@ void addDefaultCrop(IRecordset& records, const std::string& cropType) {
     const int fields = records.fieldCount();
     records.addNew();
     records.setValue(records.fieldName(0), cropType);
-    for (int position = 1; position < fields; ++position) {
-        const bool winter = position <= 2 || position >= fields - 2;
-        records.setValue(records.fieldName(position), winter ? 0.0 : kDefaultCoefficient);
+    for (int month = 1; month <= 12; ++month) {
+        const bool winter = month <= 2 || month >= 11;
+        records.setValue(fields == 13 ? records.fieldName(month) : kcFieldName(month),
+                         winter ? 0.0 : kDefaultCoefficient);
     }
     records.update();
 }

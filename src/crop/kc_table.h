@@ -28,8 +28,9 @@ std::string kcQuery(const std::string& path);
 std::string withoutDbf(const std::string& path);
 
 // The record that a land use type gets when the table lacks it: coefficients of 0.75 from March to
-// October and 0 in the other months, placed by the position of the fields. `records` must show all
-// fields of the table; the record is stored.
+// October and 0 in the other months. In a table of exactly thirteen fields they are placed by
+// position, in any other by the fields' names. `records` must show all fields; the record is
+// stored.
 void addDefaultCrop(IRecordset& records, const std::string& cropType);
 
 }  // namespace velmora

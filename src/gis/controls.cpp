@@ -80,4 +80,38 @@ void OptionButton::group(const std::vector<OptionButton*>& members) {
     }
 }
 
+void DataGrid::show(std::vector<std::string> columns, std::vector<std::vector<std::string>> rows) {
+    columns_ = std::move(columns);
+    rows_ = std::move(rows);
+    current_ = 0;
+    refresh();
+}
+
+void DataGrid::setCell(std::size_t row, std::size_t column, const std::string& text) {
+    rows_.at(row).at(column) = text;
+    refresh();
+}
+
+void DataGrid::addRow(std::vector<std::string> cells) {
+    cells.resize(columns_.size());
+    rows_.push_back(std::move(cells));
+    refresh();
+}
+
+void DataGrid::select(std::size_t row) {
+    if (row >= rows_.size()) {
+        throw PlatformError(name() + " has no row " + std::to_string(row + 1));
+    }
+    current_ = row;
+    refresh();
+    if (onSelect) onSelect();
+}
+
+void Chart::show(const std::string& title, std::vector<std::string> labels,
+                 std::vector<double> values) {
+    labels_ = std::move(labels);
+    values_ = std::move(values);
+    setText(title);
+}
+
 }  // namespace velmora

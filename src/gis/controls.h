@@ -114,4 +114,50 @@ class CommandButton : public Control {
     }
 };
 
+// A table of texts whose cells the user may edit.
+class DataGrid : public Control {
+  public:
+    using Control::Control;
+    // The user has typed a text into a cell; the row one behind the last begins a new one. The
+    // form decides what becomes of it.
+    std::function<void(std::size_t row, std::size_t column, const std::string& text)> onEdit;
+    Handler onSelect;  // another row is the current one
+
+    const std::vector<std::string>& columns() const { return columns_; }
+    std::size_t rowCount() const { return rows_.size(); }
+    // Throws std::out_of_range for a cell that the grid does not have.
+    const std::string& cell(std::size_t row, std::size_t column) const {
+        return rows_.at(row).at(column);
+    }
+    std::size_t currentRow() const { return current_; }
+
+    void show(std::vector<std::string> columns, std::vector<std::vector<std::string>> rows);
+    void setCell(std::size_t row, std::size_t column, const std::string& text);
+    void addRow(std::vector<std::string> cells);
+    void select(std::size_t row);
+    void edit(std::size_t row, std::size_t column, const std::string& text) {
+        if (enabled() && onEdit) onEdit(row, column, text);
+    }
+
+  private:
+    std::vector<std::string> columns_;
+    std::vector<std::vector<std::string>> rows_;
+    std::size_t current_ = 0;
+};
+
+// A line through one value per label.
+class Chart : public Control {
+  public:
+    using Control::Control;
+    const std::vector<std::string>& labels() const { return labels_; }
+    const std::vector<double>& values() const { return values_; }
+    void show(const std::string& title, std::vector<std::string> labels,
+              std::vector<double> values);
+    void clear() { show({}, {}, {}); }
+
+  private:
+    std::vector<std::string> labels_;
+    std::vector<double> values_;
+};
+
 }  // namespace velmora

@@ -18,7 +18,14 @@ void Form::setFocus(Control& control) {
     control.focus();
 }
 
+void Form::setBusy(bool busy) {
+    busy_ = busy;
+    if (hostBusy) hostBusy();
+}
+
 void Form::close() {
+    if (!open_) return;
+    if (onClosing) onClosing();
     open_ = false;
     if (hostClose) hostClose();
 }

@@ -35,12 +35,17 @@ class Form {
     void setFocus(Control& control);
 
     bool isOpen() const { return open_; }
+    // While busy, the host shows the hourglass.
+    bool busy() const { return busy_; }
     virtual void load() { open_ = true; }  // the form is about to be shown
     void close();
+    Handler hostBusy;   // busy() has changed
+    Handler onClosing;  // the form is about to be closed
     Handler hostClose;  // the host takes its window away
 
   protected:
     void add(Control& control) { controls_.push_back(&control); }
+    void setBusy(bool busy);
 
   private:
     [[noreturn]] void throwMissing(const std::string& controlName) const;
@@ -51,6 +56,7 @@ class Form {
     const Control* focused_ = nullptr;
     int page_ = 0;
     bool open_ = false;
+    bool busy_ = false;
 };
 
 }  // namespace velmora

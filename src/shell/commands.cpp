@@ -3,6 +3,10 @@
 
 #include <memory>
 
+#include "crop/crop_et_run.h"
+#include "crop/frm_kc_editor.h"
+#include "crop/kc_maps.h"
+#include "gis/errors.h"
 #include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 #include "settings/frm_settings.h"
@@ -65,6 +69,32 @@ bool clsET_ReferenceET::runStep() {
     return done;
 }
 
+clsET_CropCoefficient::clsET_CropCoefficient()
+    : ModelCommand(
+          {"Velmora_KcMaker", "Make Kc Maps", "Edit Crop Coefficients Curve and Make Kc Map"}) {}
+
+bool clsET_CropCoefficient::runStep() {
+    frmKcEditor form(application(), processState().settings);
+    form.load();
+    application().dialogs().showModal(form);
+    if (!processState().mapsMade) {
+        application().prompts().message("Kc Maps will not be generated at this time");
+        return false;
+    }
+    if (!passRunGate(application())) return false;
+    try {
+        showKcMaps(application(), processState().settings);
+    } catch (const PlatformError& e) {
+        application().prompts().message(e.what());
+        return false;
+    }
+    return !form.failed();
+}
+
+clsET_CropET::clsET_CropET() : ModelCommand({"", "Estimate Crop ET", ""}) {}
+
+bool clsET_CropET::runStep() { return CropEtRun(application(), processState().settings).run(); }
+
 clsPPT::clsPPT()
     : ModelCommand({"PPTInter", "Precipitation Estimation",
                     "Estimate spatially distributed precipitation"}) {}
@@ -73,17 +103,11 @@ bool clsPPT::runStep() { return PrecipitationRun(application(), processState().s
 
 bool UnbuiltCommand::runStep() {
     application().prompts().message("\"" + Caption() +
-                                    "\" is not built yet: this version makes reference ET and "
-                                    "precipitation. "
+                                    "\" is not built yet: this version makes reference ET, crop "
+                                    "ET and precipitation. "
                                     "Nothing was changed.");
     return false;
 }
-
-clsET_CropCoefficient::clsET_CropCoefficient()
-    : UnbuiltCommand(
-          {"Velmora_KcMaker", "Make Kc Maps", "Edit Crop Coefficients Curve and Make Kc Map"}) {}
-
-clsET_CropET::clsET_CropET() : UnbuiltCommand({"", "Estimate Crop ET", ""}) {}
 
 clsIR_NIR::clsIR_NIR()
     : UnbuiltCommand(

@@ -65,6 +65,23 @@ class clsET_ReferenceET : public ModelCommand {
     bool runStep() override;
 };
 
+// Opens the Kc-Map Maker; when it is closed and maps have been made, they are shown in the map.
+class clsET_CropCoefficient : public ModelCommand {
+  public:
+    clsET_CropCoefficient();
+
+  protected:
+    bool runStep() override;
+};
+
+class clsET_CropET : public ModelCommand {
+  public:
+    clsET_CropET();
+
+  protected:
+    bool runStep() override;
+};
+
 class clsPPT : public ModelCommand {
   public:
     clsPPT();
@@ -82,14 +99,6 @@ class UnbuiltCommand : public ModelCommand {
     bool runStep() override;
 };
 
-class clsET_CropCoefficient : public UnbuiltCommand {
-  public:
-    clsET_CropCoefficient();
-};
-class clsET_CropET : public UnbuiltCommand {
-  public:
-    clsET_CropET();
-};
 class clsIR_NIR : public UnbuiltCommand {
   public:
     clsIR_NIR();

@@ -48,6 +48,7 @@ CommandLine::CommandLine()
         add(app_, "check", "List what is wrong or suspicious in the inputs that the settings name",
             "velmora check"),
         checkSettings);
+    addKc();
     addGrid();
     addDemo();
 }
@@ -89,14 +90,61 @@ void CommandLine::addRun() {
     CLI::App* run =
         add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
     run->add_option("step", first_,
-                    "refet (reference ET) or ppt (precipitation); kc, cropet, nir, eff and irr "
-                    "are not built yet")
+                    "refet (reference ET), kc (crop coefficient maps), cropet (crop ET) or ppt "
+                    "(precipitation); nir, eff and irr are not built yet")
         ->required()
         ->check(CLI::IsMember(stepNames()));
     run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
     whenChosen(run, [this](const Session& s) { return runStep(s, first_, diagnose_); });
+}
+
+void CommandLine::addKc() {
+    CLI::App* kc = add(app_, "kc", "Make, fill and show the crop coefficient table, and make maps",
+                       "velmora kc list");
+    kc->require_subcommand(1);
+    const auto withTable = [this](CLI::App* command) {
+        command->add_option("--table", kcOptions_.table,
+                            "Another crop coefficient table than the settings'");
+    };
+    const auto withField = [this](CLI::App* command) {
+        command->add_option(
+            "--field", kcOptions_.field,
+            "The land cover's field of crop types (default: the one that names most "
+            "of the table's crops)");
+    };
+    CLI::App* made =
+        add(*kc, "new", "Make an empty crop coefficient table", "velmora kc new kc.dbf");
+    made->add_option("file", first_, "The table to make (.dbf)")->required();
+    whenChosen(made, [this](const Session& s) { return kcNew(s, first_); });
+    CLI::App* list =
+        add(*kc, "list", "Show the coefficients, and the land use types with their areas",
+            "velmora kc list --json");
+    withTable(list);
+    withField(list);
+    whenChosen(list, [this](const Session& s) { return kcList(s, kcOptions_); });
+    CLI::App* match = add(*kc, "match", "Give every land use type a record in the table",
+                          "velmora kc match --field Descriptio");
+    withTable(match);
+    withField(match);
+    whenChosen(match, [this](const Session& s) { return kcMatch(s, kcOptions_); });
+    CLI::App* set = add(*kc, "set", "Set coefficients of a crop type",
+                        "velmora kc set \"Spring Grain\" May=0.6 Jun=1.1");
+    withTable(set);
+    set->add_flag("--new", newCrop_, "Add the crop type when the table lacks it");
+    set->add_option("crop", first_, "The crop type")->required();
+    set->add_option("coefficients", assignments_, "Month=Coefficient ...")->required();
+    whenChosen(set, [this](const Session& s) {
+        return kcSet(s, kcOptions_, first_, assignments_, newCrop_);
+    });
+    CLI::App* maps =
+        add(*kc, "maps", "Make the Kc maps, as run kc does", "velmora kc maps --cell-size 250");
+    withTable(maps);
+    withField(maps);
+    maps->add_option("--cell-size", kcOptions_.cellSize,
+                     "Metres, 100 to 500 (default: the run's cell size)");
+    whenChosen(maps, [this](const Session& s) { return kcMaps(s, kcOptions_); });
 }
 
 void CommandLine::addGrid() {

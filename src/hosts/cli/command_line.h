@@ -28,6 +28,7 @@ class CommandLine {
     void whenChosen(CLI::App* command, Action action);
     void addSettings();
     void addRun();
+    void addKc();
     void addGrid();
     void addDemo();
     int runChosen();
@@ -39,6 +40,8 @@ class CommandLine {
     bool no_ = false;
     bool manPage_ = false;
     bool diagnose_ = false;
+    bool newCrop_ = false;
+    KcOptions kcOptions_;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;

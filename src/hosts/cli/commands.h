@@ -8,6 +8,10 @@
 
 #include "hosts/cli/terminal.h"
 
+namespace velmora {
+class Form;
+}
+
 namespace velmora::cli {
 
 constexpr int kDone = 0;
@@ -31,6 +35,21 @@ int loadSettings(const Session& session, const std::string& file);
 // behind the step's surfaces and writes it into the output folder.
 int runStep(const Session& session, const std::string& step, bool diagnose = false);
 std::vector<std::string> stepNames();
+
+// `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
+struct KcOptions {
+    std::string table;     // another crop coefficient table
+    std::string field;     // another field of the land cover
+    std::string cellSize;  // another cell size of the maps
+};
+int kcNew(const Session& session, const std::string& file);
+int kcList(const Session& session, const KcOptions& options);
+int kcMatch(const Session& session, const KcOptions& options);
+int kcSet(const Session& session, const KcOptions& options, const std::string& crop,
+          const std::vector<std::string>& assignments, bool isNew);
+int kcMaps(const Session& session, const KcOptions& options);
+// Sets the form's controls as the options say, and presses "Make Kc Maps".
+void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& options);
 
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);

@@ -118,6 +118,9 @@ std::vector<std::string> stepNames() {
 int runStep(const Session& session, const std::string& step, bool diagnose) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (diagnose) application.askForDiagnostics();
+    application.dialogs().driver = [&](Form& form) {
+        if (form.name() == "frmKcEditor") pressMakeKcMaps(session, form, {});
+    };
     const LoadedExtension extension;
     for (const auto& [name, progId] : kSteps) {
         if (name != step) continue;

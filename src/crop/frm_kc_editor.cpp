@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: MIT
+#include "crop/frm_kc_editor.h"
+
+#include <algorithm>
+#include <exception>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "crop/kc_maps.h"
+#include "crop/kc_table.h"
+#include "gis/errors.h"
+#include "gis/gis_functions.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+#include "gis/zonal_tables.h"
+#include "settings/run_state.h"
+
+namespace velmora {
+
+namespace {
+
+// The records of the grid and of the curve; the types are compared through another string.
+constexpr const char* kRecordSource = "Provider = MSDASQL.1;Data Source=dBASE Files";
+constexpr const char* kMatchSource = "Provider=MSDASQL.1;Data Source=dBASE Files";
+constexpr const char* kTableFilter = "dBASE tables (*.dbf)|*.dbf";
+
+std::string cellText(const FieldValue& value) {
+    if (const auto* number = std::get_if<double>(&value)) return numberText(*number);
+    return isNull(value) ? std::string() : std::get<std::string>(value);
+}
+
+std::string quotedText(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) quoted += c == '\'' ? std::string("''") : std::string(1, c);
+    return quoted + "'";
+}
+
+}  // namespace
+
+frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
+    : Form("frmKcEditor", "Kc-Map Maker"),
+      application_(application),
+      platform_(application.platform()),
+      settings_(settings) {
+    for (Control* control : std::initializer_list<Control*>{
+             &txtKcDBName,  &cmdOpenDB,    &cmdCreateDB,   &grdKc,         &cmdSave,
+             &cmdSaveNew,   &picCurve,     &cmdBackward,   &cmdForward,    &txtLandCover,
+             &cmdLandCover, &cboFieldList, &cmdListLuType, &cboLuTypeList, &cmdMatch,
+             &cmdSummary,   &grdSummary,   &txtCellSize,   &cmdMakeMap,    &cmdClose}) {
+        add(*control);
+    }
+    IBrowsers& browsers = application_.browsers();
+    const auto onClick = [this](CommandButton& button, void (frmKcEditor::*action)()) {
+        button.onClick = [this, action] { trapped([this, action] { (this->*action)(); }); };
+    };
+    cmdOpenDB.onClick = [&] {
+        const std::string path = browsers.openFile(kTableFilter);
+        if (!path.empty()) trapped([&] { openTable(path); });
+    };
+    cmdLandCover.onClick = [&] {
+        const std::string path = BrowseFeatureDataset(browsers);
+        if (!path.empty()) trapped([&] { openLandCover(path); });
+    };
+    txtKcDBName.onLeave = [this] { trapped([this] { openTable(txtKcDBName.text()); }); };
+    txtLandCover.onLeave = [this] { trapped([this] { openLandCover(txtLandCover.text()); }); };
+    grdKc.onEdit = [this](std::size_t row, std::size_t column, const std::string& text) {
+        trapped([&] { edit(row, column, text); });
+    };
+    grdKc.onSelect = [this] { showCurve(grdKc.currentRow()); };
+    onClick(cmdCreateDB, &frmKcEditor::createTable);
+    onClick(cmdSave, &frmKcEditor::save);
+    onClick(cmdSaveNew, &frmKcEditor::saveNew);
+    onClick(cmdListLuType, &frmKcEditor::listLuTypes);
+    onClick(cmdMatch, &frmKcEditor::match);
+    onClick(cmdSummary, &frmKcEditor::summarize);
+    onClick(cmdMakeMap, &frmKcEditor::makeMaps);
+    cmdForward.onClick = [this] { stepCurve(+1); };
+    cmdBackward.onClick = [this] { stepCurve(-1); };
+    cmdClose.onClick = [this] { close(); };
+    onClosing = [this] { trapped([this] { offerToSave(); }); };
+}
+
+void frmKcEditor::trapped(const std::function<void()>& body) {
+    failed_ = false;
+    try {
+        body();
+    } catch (const std::exception& e) {
+        application_.prompts().message(e.what());
+        failed_ = true;
+    }
+}
+
+void frmKcEditor::load() {
+    Form::load();
+    txtCellSize.setText(settings_.CellSize > 0 ? numberText(settings_.CellSize) : std::string());
+    if (!settings_.KcTable.empty()) trapped([this] { openTable(settings_.KcTable); });
+    const bool tableFailed = failed_;
+    if (!settings_.LandCover.empty()) trapped([this] { openLandCover(settings_.LandCover); });
+    failed_ = failed_ || tableFailed;
+}
+
+void frmKcEditor::openTable(const std::string& path) {
+    offerToSave();
+    openedTable_ = path;
+    txtKcDBName.setText(path);
+    stored_.clear();
+    grdKc.show({}, {});
+    picCurve.clear();
+    cmdSave.setEnabled(false);
+    if (!path.empty()) showRecords();
+}
+
+void frmKcEditor::createTable() {
+    const std::string path = application_.browsers().saveFile(kTableFilter);
+    if (path.empty()) return;
+    offerToSave();
+    const std::string folder = parentFolderName(path);
+    const std::string name = fileName(withoutDbf(path));
+    for (const char* extension : {".DBF", ".dbf"}) {
+        platform_.files().deleteFile(joinedPath(folder, name + extension));
+    }
+    createKcTable(platform_, folder, name);
+    openTable(joinedPath(folder, name + ".dbf"));
+}
+
+void frmKcEditor::showRecords() {
+    const auto records =
+        platform_.connections().open(kRecordSource)->open(kcQuery(openedTable_));
+    std::vector<std::string> columns;
+    for (int i = 0; i < records->fieldCount(); ++i) columns.push_back(records->fieldName(i));
+    std::vector<std::vector<std::string>> rows;
+    for (; !records->eof(); records->moveNext()) {
+        rows.emplace_back();
+        for (const std::string& column : columns) {
+            rows.back().push_back(cellText(records->value(column)));
+        }
+    }
+    stored_ = rows;
+    grdKc.show(std::move(columns), std::move(rows));
+    cmdSave.setEnabled(false);
+    if (grdKc.rowCount() > 0) showCurve(0);
+}
+
+void frmKcEditor::edit(std::size_t row, std::size_t column, const std::string& text) {
+    if (grdKc.columns().empty()) throw PlatformError("Open or create a crop coefficient table");
+    const std::string& name = grdKc.columns().at(column);
+    const bool coefficient = name.starts_with("Kc_");
+    if (coefficient && !strictNumber(text)) {
+        throw PlatformError("\"" + text + "\" is no number: " + name +
+                            " holds crop coefficients, such as 0.75");
+    }
+    if (column == 0) {
+        if (trimmedRight(text).empty()) throw PlatformError("A crop type needs a name");
+        for (std::size_t r = 0; r < grdKc.rowCount(); ++r) {
+            if (r != row && grdKc.cell(r, 0) == text) {
+                throw PlatformError("The table has the crop type \"" + text + "\" already");
+            }
+        }
+    }
+    if (row == grdKc.rowCount()) {
+        if (column != 0) throw PlatformError("Begin a new crop with its name");
+        std::vector<std::string> cells(grdKc.columns().size());
+        for (std::size_t c = 1; c < cells.size(); ++c) {
+            if (grdKc.columns()[c].starts_with("Kc_")) cells[c] = "0";
+        }
+        grdKc.addRow(std::move(cells));
+    }
+    grdKc.setCell(row, column, coefficient ? numberText(*strictNumber(text)) : text);
+    cmdSave.setEnabled(true);
+    if (row == grdKc.currentRow()) showCurve(row);
+}
+
+// All changes of the grid at once. Nothing happens when there are none.
+void frmKcEditor::save() {
+    if (!cmdSave.enabled()) return;
+    const auto table = platform_.features().openTable(withoutDbf(openedTable_));
+    const auto session = platform_.features().edit(table);
+    const auto valueOf = [&](std::size_t row, std::size_t column) {
+        const std::string& text = grdKc.cell(row, column);
+        const bool number = table->fields()[column].type != FieldType::text;
+        if (text.empty()) return FieldValue();
+        return number ? FieldValue(lenientNumber(text)) : FieldValue(text);
+    };
+    for (std::size_t row = 0; row < grdKc.rowCount(); ++row) {
+        std::vector<std::pair<std::string, FieldValue>> fresh;
+        for (std::size_t column = 0; column < grdKc.columns().size(); ++column) {
+            const std::string& name = grdKc.columns()[column];
+            if (row >= stored_.size()) {
+                fresh.emplace_back(name, valueOf(row, column));
+            } else if (grdKc.cell(row, column) != stored_[row][column]) {
+                session->setValue(row, name, valueOf(row, column));
+            }
+        }
+        if (!fresh.empty()) session->appendRecord(fresh);
+    }
+    session->save();
+    const std::size_t current = grdKc.currentRow();
+    showRecords();
+    if (current < grdKc.rowCount()) grdKc.select(current);
+}
+
+// A copy of the table under a new name, with the changes of the grid; the old table stays as it is.
+void frmKcEditor::saveNew() {
+    if (grdKc.columns().empty()) throw PlatformError("There is no table to save: open one first");
+    std::string path = application_.browsers().saveFile(kTableFilter);
+    if (path.empty()) return;
+    if (path == withoutDbf(path)) path += ".dbf";
+    const std::string old = withoutDbf(openedTable_);
+    IFileSystem& files = platform_.files();
+    for (const char* extension : {".dbf", ".DBF"}) {
+        if (!files.fileExists(old + extension)) continue;
+        files.copyFile(old + extension, path);
+        for (const char* encoding : {".cpg", ".CPG"}) {
+            if (files.fileExists(old + encoding))
+                files.copyFile(old + encoding, withoutDbf(path) + ".cpg");
+        }
+        openedTable_ = path;
+        txtKcDBName.setText(path);
+        save();
+        cmdSave.setEnabled(false);
+        return;
+    }
+    throw PlatformError("The table " + old + " is gone");
+}
+
+void frmKcEditor::offerToSave() {
+    if (!cmdSave.enabled() || grdKc.columns().empty()) return;
+    if (application_.prompts().confirm("Save the changes of " + openedTable_ + "?",
+                                       title())) {
+        save();
+    } else {
+        cmdSave.setEnabled(false);
+    }
+}
+
+void frmKcEditor::showCurve(std::size_t row) {
+    std::vector<std::string> labels;
+    std::vector<double> values;
+    for (std::size_t column = 1; column < grdKc.columns().size(); ++column) {
+        const std::string& name = grdKc.columns()[column];
+        if (!name.starts_with("Kc_")) continue;
+        labels.push_back(name.substr(3));
+        values.push_back(lenientNumber(grdKc.cell(row, column)));
+    }
+    picCurve.show(grdKc.cell(row, 0), std::move(labels), std::move(values));
+}
+
+// The next or previous crop; at the end of the table the curve stays.
+void frmKcEditor::stepCurve(int step) {
+    const std::size_t row = grdKc.currentRow();
+    if (step > 0 && row + 1 < grdKc.rowCount()) grdKc.select(row + 1);
+    if (step < 0 && row > 0 && row < grdKc.rowCount()) grdKc.select(row - 1);
+}
+
+void frmKcEditor::openLandCover(const std::string& path) {
+    txtLandCover.setText(path);
+    cboFieldList.clear();
+    cboLuTypeList.clear();
+    grdSummary.show({}, {});
+    if (path.empty()) return;
+    const auto landCover = platform_.features().openFeatureClass(path);
+    for (const Field& field : landCover->fields()) cboFieldList.addItem(field.name);
+    const std::string field = fieldOfCrops(*landCover);
+    if (!field.empty()) cboFieldList.setText(field);
+}
+
+// The text field in which most polygons name a crop type of the table, else the first text field.
+std::string frmKcEditor::fieldOfCrops(const IFeatureClass& landCover) const {
+    std::set<std::string> crops;
+    for (std::size_t row = 0; row < grdKc.rowCount(); ++row) crops.insert(grdKc.cell(row, 0));
+    std::string best;
+    std::size_t most = 0;
+    for (const Field& field : landCover.fields()) {
+        if (field.type != FieldType::text) continue;
+        std::size_t found = 0;
+        for (std::size_t r = 0; r < landCover.recordCount(); ++r) {
+            found += crops.contains(keyText(landCover.value(r, field.name))) ? 1 : 0;
+        }
+        if (best.empty() || found > most) {
+            best = field.name;
+            most = found;
+        }
+    }
+    return best;
+}
+
+void frmKcEditor::listLuTypes() {
+    cboLuTypeList.clear();
+    if (txtLandCover.text().empty() || cboFieldList.text().empty()) {
+        throw PlatformError("Choose the land cover and its field of crop types first");
+    }
+    std::string table = txtLandCover.text();
+    if (sameIgnoringCase(table.substr(table.size() - std::min<std::size_t>(4, table.size())),
+                         ".shp")) {
+        table = table.substr(0, table.size() - 4);
+    }
+    const auto types =
+        platform_.connections()
+            .open(kRecordSource)
+            ->open("SELECT DISTINCT " + cboFieldList.text() + "  FROM [" + table + "]");
+    std::set<std::string> sorted;
+    for (; !types->eof(); types->moveNext()) {
+        const std::string type = keyText(types->value(types->fieldName(0)));
+        if (!type.empty()) sorted.insert(type);
+    }
+    for (const std::string& type : sorted) cboLuTypeList.addItem(type);
+}
+
+bool frmKcEditor::inputsAreThere() {
+    if (!txtLandCover.text().empty() && !txtKcDBName.text().empty()) return true;
+    application_.prompts().message(txtLandCover.text().empty()
+                                       ? "Land Use Info is not available, please input!"
+                                       : "Crop Coefficient Info is not available, please input!");
+    failed_ = true;
+    return false;
+}
+
+void frmKcEditor::match() {
+    if (!inputsAreThere()) return;
+    save();
+    application_.prompts().message("match-1");
+    const auto connection = platform_.connections().open(kMatchSource);
+    const std::string table = "[" + withoutDbf(txtKcDBName.text()) + "]";
+    const auto all = connection->open("Select *  from " + table);
+    application_.prompts().message("match-2");
+    const std::string key = all->fieldName(0);
+    for (const std::string& type : cboLuTypeList.items()) {
+        const auto found =
+            connection->open("SELECT *  FROM " + table + " WHERE " + key + "=" + quotedText(type));
+        if (found->eof()) addDefaultCrop(*all, type);
+    }
+    showRecords();
+}
+
+// Every land use type with its polygons and their area, and whether the maps find its crop.
+void frmKcEditor::summarize() {
+    if (!inputsAreThere()) return;
+    const auto landCover =
+        platform_.features().openFeatureClass(txtLandCover.text(), domainCrs(platform_, settings_));
+    const std::vector<double> areas = landCover->areas();
+    std::map<std::string, std::pair<std::size_t, double>> types;
+    for (std::size_t r = 0; r < landCover->recordCount(); ++r) {
+        auto& [polygons, area] = types[keyText(landCover->value(r, cboFieldList.text()))];
+        ++polygons;
+        area += areas[r];
+    }
+    std::set<std::string> crops;
+    for (std::size_t row = 0; row < grdKc.rowCount(); ++row) {
+        crops.insert(trimmedRight(grdKc.cell(row, 0)));
+    }
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& [type, sums] : types) {
+        rows.push_back({type, std::to_string(sums.first),
+                        formatPlaces(sums.second / kSquareMetresPerAcre, 1),
+                        crops.contains(type) ? "yes" : "no"});
+    }
+    grdSummary.show({"Land use type", "Polygons", "Acres", "In the table"}, std::move(rows));
+}
+
+void frmKcEditor::makeMaps() {
+    if (!inputsAreThere()) return;
+    if (txtCellSize.text().empty()) {
+        application_.prompts().message("Please input GRID cell size <10 - 500>");
+        failed_ = true;
+        return;
+    }
+    const double cellSize = boundedKcCellSize(lenientNumber(txtCellSize.text()));
+    save();
+    picCurve.clear();
+    setBusy(true);
+    try {
+        makeKcMaps(
+            application_, settings_,
+            {txtLandCover.text(), cboFieldList.text(), withoutDbf(txtKcDBName.text()), cellSize});
+    } catch (...) {
+        setBusy(false);
+        throw;
+    }
+    setBusy(false);
+    processState().mapsMade = true;
+}
+
+}  // namespace velmora

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "crop/kc_maps.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "crop/kc_table.h"
+#include "gis/errors.h"
+#include "gis/gis_functions.h"
+#include "gis/month_names.h"
+#include "gis/polygon_analysis.h"
+#include "gis/text.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr double kSmallestCell = 100;
+constexpr double kLargestCell = 500;
+
+// Calls for every month of the period.
+template <class Make>
+void forMonths(const RunSettings& settings, Make make) {
+    const int last = settings.endMonthNumber();
+    for (int month = std::max(1, settings.beginMonthNumber()); month <= last; ++month) make(month);
+}
+
+std::string kcGridName(const RunSettings& settings, int month) {
+    return kcFieldName(month) + settings.methodTag();
+}
+
+}  // namespace
+
+double boundedKcCellSize(double cellSize) {
+    if (cellSize > kLargestCell) return kLargestCell;
+    return cellSize < kSmallestCell ? kSmallestCell : cellSize;
+}
+
+std::string domainCrs(IPlatform& platform, const RunSettings& settings) {
+    if (settings.ExtentProvider.empty()) return {};
+    return platform.features().openFeatureClass(settings.ExtentProvider)->crs();
+}
+
+void makeKcMaps(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs) {
+    IPlatform& platform = application.platform();
+    IPrompts& prompts = application.prompts();
+    const auto landCover =
+        platform.features().openFeatureClass(inputs.landCover, domainCrs(platform, settings));
+    const auto table = platform.features().openTable(inputs.kcTable);
+    if (table->fields().empty()) {
+        throw PlatformError("The crop coefficient table " + inputs.kcTable + " has no fields");
+    }
+    if (platform.spatialReferences().isGeographic(landCover->crs())) {
+        throw PlatformError("The land cover " + inputs.landCover + " is in degrees (" +
+                            platform.spatialReferences().name(landCover->crs()) +
+                            "), but cell sizes are metres: project it, or set an extent provider "
+                            "in metres in the General Settings");
+    }
+    const auto joined =
+        platform.memoryRelationships().open({"JoinTable", table, table->fields().front().name,
+                                             landCover, inputs.cropField, "Forward", "Backward"});
+    prompts.message("Joined_kc");
+    const auto conversion = platform.analysis().conversion();
+    conversion->environment().SetCellSize(EnvironmentSetting::explicitValue, inputs.cellSize);
+    conversion->environment().SetExtent(EnvironmentSetting::explicitValue, landCover->extent(),
+                                        landCover->crs());
+    prompts.message("pre");
+    prompts.message(settings.OutputWorkspace);
+    const auto lock = platform.files().lockFolder(settings.OutputWorkspace);
+    const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
+    prompts.message("post");
+    prompts.message("Kc_loop");
+    forMonths(settings, [&](int month) {
+        const std::string column = table->name() + "." + kcFieldName(month);
+        conversion->ToRasterDataset({*joined, "[" + column + "] <> 0", column}, "Grid", *workspace,
+                                    kcGridName(settings, month));
+    });
+    prompts.message("Kc-Maps have been generated successfully");
+}
+
+void showKcMaps(IApplication& application, const RunSettings& settings) {
+    const auto workspace =
+        application.platform().rasters().openFromFolder(settings.OutputWorkspace);
+    forMonths(settings, [&](int month) {
+        const std::string name = kcGridName(settings, month);
+        auto layer =
+            application.document().createRasterLayer(workspace->openRasterDataset(name)->path());
+        ApplyColorRamp(application.prompts(), *layer, {0, 0, 255}, {0, 255, 0});
+        application.document().addLayer(std::move(layer));
+    });
+}
+
+}  // namespace velmora

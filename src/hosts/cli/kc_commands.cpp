@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+#include "crop/frm_kc_editor.h"
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "hosts/cli/commands.h"
+#include "hosts/cli/headless_application.h"
+#include "hosts/components/loaded_extension.h"
+#include "settings/run_state.h"
+#include "shell/interfaces.h"
+#include "shell/run_gate.h"
+
+namespace velmora::cli {
+
+namespace {
+
+std::string wholePath(const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal().string();
+}
+
+void useOptions(Form& form, const KcOptions& options) {
+    if (!options.table.empty()) {
+        form.control<TextBox>("txtKcDBName").enter(wholePath(options.table));
+    }
+    if (!options.field.empty()) {
+        auto& fields = form.control<ListBox>("cboFieldList");
+        const auto found = std::ranges::find_if(fields.items(), [&](const std::string& item) {
+            return sameIgnoringCase(item, options.field);
+        });
+        if (found == fields.items().end()) {
+            throw PlatformError("The land cover has no field " + options.field +
+                                ": choose one of " + joinedNames(fields.items()));
+        }
+        fields.select(static_cast<int>(found - fields.items().begin()));
+    }
+    if (!options.cellSize.empty()) {
+        form.control<TextBox>("txtCellSize").enter(options.cellSize);
+    }
+}
+
+// Opens the form behind the run gate and lets `use` work with it; 1 when it refused something.
+int withEditor(const Session& session, const KcOptions& options,
+               const std::function<void(frmKcEditor&, HeadlessApplication&)>& use) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    if (!passRunGate(application)) return kFailed;
+    frmKcEditor form(application, processState().settings);
+    form.load();
+    if (form.failed()) return kFailed;
+    useOptions(form, options);
+    if (form.failed()) return kFailed;
+    use(form, application);
+    const bool failed = form.failed();
+    form.close();
+    return failed ? kFailed : kDone;
+}
+
+nlohmann::ordered_json rowsOf(const DataGrid& grid) {
+    auto rows = nlohmann::ordered_json::array();
+    for (std::size_t r = 0; r < grid.rowCount(); ++r) {
+        nlohmann::ordered_json row;
+        for (std::size_t c = 0; c < grid.columns().size(); ++c) {
+            row[grid.columns()[c]] = grid.cell(r, c);
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+void printGrid(const DataGrid& grid, int firstWidth, int width) {
+    const auto line = [&](const std::function<std::string(std::size_t)>& text) {
+        for (std::size_t c = 0; c < grid.columns().size(); ++c) {
+            if (c == 0) {
+                fmt::print("{:<{}}", text(c), firstWidth);
+            } else {
+                fmt::print(" {:>{}}", text(c), width);
+            }
+        }
+        fmt::print("\n");
+    };
+    line([&](std::size_t c) {
+        const std::string& name = grid.columns()[c];
+        return name.starts_with("Kc_") ? name.substr(3) : name;
+    });
+    for (std::size_t r = 0; r < grid.rowCount(); ++r) {
+        line([&](std::size_t c) { return grid.cell(r, c); });
+    }
+}
+
+}  // namespace
+
+int kcNew(const Session& session, const std::string& file) {
+    return withEditor(session, {}, [&](frmKcEditor& form, HeadlessApplication& application) {
+        application.browsers().answer(wholePath(file));
+        form.cmdCreateDB.click();
+        if (!form.failed()) {
+            fmt::print("{} is made; velmora settings apply KcTable={} uses it\n",
+                       form.txtKcDBName.text(), form.txtKcDBName.text());
+        }
+    });
+}
+
+int kcList(const Session& session, const KcOptions& options) {
+    return withEditor(session, options, [&](frmKcEditor& form, HeadlessApplication&) {
+        const bool withLand = !form.txtLandCover.text().empty();
+        if (withLand) form.cmdSummary.click();
+        if (form.failed()) return;
+        if (session.json) {
+            nlohmann::ordered_json both;
+            both["table"] = rowsOf(form.grdKc);
+            both["landUse"] = rowsOf(form.grdSummary);
+            fmt::print("{}\n", both.dump(2));
+            return;
+        }
+        fmt::print("{}\n", form.txtKcDBName.text());
+        printGrid(form.grdKc, 28, 6);
+        if (withLand) {
+            fmt::print("\n{} (field {})\n", form.txtLandCover.text(), form.cboFieldList.text());
+            printGrid(form.grdSummary, 28, 12);
+        }
+    });
+}
+
+int kcMatch(const Session& session, const KcOptions& options) {
+    return withEditor(session, options, [&](frmKcEditor& form, HeadlessApplication&) {
+        const std::size_t before = form.grdKc.rowCount();
+        form.cmdListLuType.click();
+        if (form.failed()) return;
+        form.cmdMatch.click();
+        if (form.failed()) return;
+        fmt::print("{} land use types, {} new crop types in {}\n",
+                   form.cboLuTypeList.items().size(), form.grdKc.rowCount() - before,
+                   form.txtKcDBName.text());
+        for (std::size_t row = before; row < form.grdKc.rowCount(); ++row) {
+            fmt::print("  {}\n", form.grdKc.cell(row, 0));
+        }
+    });
+}
+
+int kcSet(const Session& session, const KcOptions& options, const std::string& crop,
+          const std::vector<std::string>& assignments, bool isNew) {
+    return withEditor(session, options, [&](frmKcEditor& form, HeadlessApplication&) {
+        const DataGrid& grid = form.grdKc;
+        std::size_t row = 0;
+        while (row < grid.rowCount() && grid.cell(row, 0) != crop) ++row;
+        if (row == grid.rowCount()) {
+            if (!isNew) {
+                throw PlatformError("The table has no crop type \"" + crop +
+                                    "\": see velmora kc list, or add it with --new");
+            }
+            form.grdKc.edit(row, 0, crop);
+            if (form.failed()) return;
+        }
+        for (const std::string& assignment : assignments) {
+            const auto equals = assignment.find('=');
+            const std::string month = assignment.substr(0, equals);
+            const auto column = std::ranges::find_if(grid.columns(), [&](const std::string& c) {
+                return sameIgnoringCase(c, "Kc_" + month);
+            });
+            if (equals == std::string::npos || column == grid.columns().end()) {
+                throw PlatformError(assignment + ": give Month=Coefficient, as in Jul=1.15");
+            }
+            form.grdKc.edit(row, static_cast<std::size_t>(column - grid.columns().begin()),
+                            assignment.substr(equals + 1));
+            if (form.failed()) {
+                form.cmdSave.setEnabled(false);  // all of it or nothing
+                return;
+            }
+        }
+        form.cmdSave.click();
+    });
+}
+
+void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& options) {
+    useOptions(form, options);
+    if (!session.terminal.quiet) {
+        fmt::print("Kc maps of field {} of {} with {}\n",
+                   form.control<ListBox>("cboFieldList").text(),
+                   form.control<TextBox>("txtLandCover").text(),
+                   form.control<TextBox>("txtKcDBName").text());
+    }
+    form.control<CommandButton>("cmdMakeMap").click();
+}
+
+int kcMaps(const Session& session, const KcOptions& options) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    application.dialogs().driver = [&](Form& form) { pressMakeKcMaps(session, form, options); };
+    const LoadedExtension extension;
+    const auto command = extension.create<ICommand>("Tarnwick.clsET_CropCoefficient");
+    command->OnCreate(&application);
+    command->OnClick();
+    return application.outcome() == StepOutcome::done ? kDone : kFailed;
+}
+
+}  // namespace velmora::cli
