@@ -126,8 +126,7 @@ void frmKcEditor::createTable() {
 }
 
 void frmKcEditor::showRecords() {
-    const auto records =
-        platform_.connections().open(kRecordSource)->open(kcQuery(openedTable_));
+    const auto records = platform_.connections().open(kRecordSource)->open(kcQuery(openedTable_));
     std::vector<std::string> columns;
     for (int i = 0; i < records->fieldCount(); ++i) columns.push_back(records->fieldName(i));
     std::vector<std::vector<std::string>> rows;
@@ -146,7 +145,7 @@ void frmKcEditor::showRecords() {
 void frmKcEditor::edit(std::size_t row, std::size_t column, const std::string& text) {
     if (grdKc.columns().empty()) throw PlatformError("Open or create a crop coefficient table");
     const std::string& name = grdKc.columns().at(column);
-    const bool coefficient = name.starts_with("Kc_");
+    const bool coefficient = isKcField(name);
     if (coefficient && !strictNumber(text)) {
         throw PlatformError("\"" + text + "\" is no number: " + name +
                             " holds crop coefficients, such as 0.75");
@@ -163,7 +162,7 @@ void frmKcEditor::edit(std::size_t row, std::size_t column, const std::string& t
         if (column != 0) throw PlatformError("Begin a new crop with its name");
         std::vector<std::string> cells(grdKc.columns().size());
         for (std::size_t c = 1; c < cells.size(); ++c) {
-            if (grdKc.columns()[c].starts_with("Kc_")) cells[c] = "0";
+            if (isKcField(grdKc.columns()[c])) cells[c] = "0";
         }
         grdKc.addRow(std::move(cells));
     }
@@ -227,8 +226,7 @@ void frmKcEditor::saveNew() {
 
 void frmKcEditor::offerToSave() {
     if (!cmdSave.enabled() || grdKc.columns().empty()) return;
-    if (application_.prompts().confirm("Save the changes of " + openedTable_ + "?",
-                                       title())) {
+    if (application_.prompts().confirm("Save the changes of " + openedTable_ + "?", title())) {
         save();
     } else {
         cmdSave.setEnabled(false);
@@ -240,7 +238,7 @@ void frmKcEditor::showCurve(std::size_t row) {
     std::vector<double> values;
     for (std::size_t column = 1; column < grdKc.columns().size(); ++column) {
         const std::string& name = grdKc.columns()[column];
-        if (!name.starts_with("Kc_")) continue;
+        if (!isKcField(name)) continue;
         labels.push_back(name.substr(3));
         values.push_back(lenientNumber(grdKc.cell(row, column)));
     }

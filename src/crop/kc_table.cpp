@@ -15,6 +15,8 @@ constexpr double kDefaultCoefficient = 0.75;
 
 std::string kcFieldName(int month) { return "Kc_" + GetMonthName(month); }
 
+bool isKcField(const std::string& field) { return sameIgnoringCase(field.substr(0, 3), "Kc_"); }
+
 void createKcTable(IPlatform& platform, const std::string& folder, const std::string& name) {
     const std::string path = joinedPath(folder, "TEMP.MDB");
     const std::string source = "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + path;

@@ -13,6 +13,7 @@
 #include "hosts/cli/grid_picture.h"
 #include "hosts/cli/man_page.h"
 #include "settings/settings_fields.h"
+#include "tests/support/crop_fixture.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -120,7 +121,68 @@ TEST_F(Command, DiagnosesTheSurfaces) {
     EXPECT_EQ(list.at(0).at("excluded_stations").at(0).at("station"), "S9");
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/RefET_diagnostics.csv"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/TM_Jun_semivariogram.png"));
-    EXPECT_THAT(run("run kc --diagnose").output, HasSubstr("There are no diagnostics"));
+    EXPECT_THAT(run("run nir --diagnose").output, HasSubstr("There are no diagnostics"));
+}
+
+// The command on a domain with fields, zones and coefficients.
+struct CropCommand : Command {
+    test::CropFixture crops;
+    CropCommand() {
+        folder = crops.folder.path();
+        EXPECT_EQ(apply("RefETMethod=4 LandCover=land.shp KcTable=crops.dbf Zones=zones.shp "
+                        "ZoneField=ZONE")
+                      .status,
+                  0);
+    }
+};
+
+TEST_F(CropCommand, TheChainToTheZoneTable) {
+    EXPECT_EQ(run("run refet").status, 0);
+    const Outcome maps = run("run kc");
+    EXPECT_EQ(maps.status, 0) << maps.output;
+    EXPECT_THAT(maps.output, HasSubstr("message: Joined_kc\nmessage: pre\nmessage: " + folder +
+                                       "/out\nmessage: post\nmessage: Kc_loop\n"
+                                       "message: Kc-Maps have been generated successfully\n"));
+    EXPECT_EQ(run("run cropet").status, 1);  // looks for Kc_Jun
+    for (const char* month : {"Jun", "Jul"}) {
+        EXPECT_EQ(run(std::string("grid copy Kc_") + month + "_4 Kc_" + month).status, 0);
+    }
+    const Outcome ran = run("run cropet");
+    EXPECT_EQ(ran.status, 0) << ran.output;
+    EXPECT_EQ(ran.output,
+              "message: Ready to create table\nmessage: RefET_Jun_4\nmessage: RefET_Jul_4\n"
+              "message: Potential crop ET calculation is completed ...\n");
+    EXPECT_EQ(crops.tableRows("StatCET").size(), 6U);
+    EXPECT_EQ(run("kc maps --cell-size 20 --field use").status, 0);
+    EXPECT_EQ(crops.output("Kc_Jun_4").geometry.cellSize, 100);
+    EXPECT_EQ(run("kc maps --field none").status, 1);
+}
+
+TEST_F(CropCommand, KcTablesAreMadeFilledAndShown) {
+    EXPECT_EQ(run("kc new made.dbf").status, 0);
+    const Outcome matched = run("kc match --table made.dbf");
+    EXPECT_EQ(matched.status, 0) << matched.output;
+    EXPECT_THAT(matched.output, HasSubstr("message: match-1\nmessage: match-2\n"
+                                          "4 land use types, 4 new crop types in "));
+    EXPECT_EQ(run("kc set --table made.dbf Barley May=0.6 jun=1.15").status, 0);
+    EXPECT_EQ(run("kc set --table made.dbf Rye Jul=0.5").status, 1);
+    EXPECT_EQ(run("kc set --table made.dbf --new Rye Jul=0.5").status, 0);
+    EXPECT_EQ(run("kc set --table made.dbf Barley May=0.7 Jun=much").status, 1);
+    EXPECT_EQ(run("kc set --table made.dbf Barley Foo=1").status, 1);
+    const auto shown = nlohmann::json::parse(run("--json kc list --table made.dbf").output);
+    EXPECT_EQ(shown.at("table").size(), 5U);
+    EXPECT_EQ(shown.at("table").at(1).at("CropType"), "Barley");
+    EXPECT_EQ(shown.at("table").at(1).at("Kc_May"), "0.6");
+    EXPECT_EQ(shown.at("table").at(1).at("Kc_Jun"), "1.15");
+    EXPECT_EQ(shown.at("table").at(1).at("Kc_Mar"), "0.75");
+    EXPECT_EQ(shown.at("table").at(4).at("Kc_Jul"), "0.5");
+    EXPECT_EQ(shown.at("landUse").at(1).at("Land use type"), "Alfalfa");
+    EXPECT_THAT(run("kc list").output, HasSubstr("O'Brien Corn"));
+    EXPECT_EQ(run("kc list --table none.dbf").status, 1);
+    EXPECT_EQ(run("--settings-folder none kc list").status, 1);
+    EXPECT_THAT(run("--settings-folder none kc list").output,
+                HasSubstr("Run Settings First,Please!"));
+    EXPECT_EQ(run("kc").status, 2);
 }
 
 TEST_F(Command, SettingsRoundTrip) {
@@ -188,7 +250,7 @@ TEST_F(Command, RefusedSettingsAreOne) {
 TEST_F(Command, StepsToComeAreOne) {
     apply();
     for (const std::string& step : cli::stepNames()) {
-        if (step == "refet" || step == "ppt") continue;
+        if (step != "nir" && step != "eff" && step != "irr") continue;
         const Outcome outcome = run("run " + step);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_THAT(outcome.output, HasSubstr("is not built yet"));
@@ -239,6 +301,10 @@ TEST_F(Command, TheDemoMakesAYearOfGridsByEitherMethod) {
         EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/PPT_" + month + "/hdr.adf"));
     }
     EXPECT_THAT(made.output, HasSubstr("Precipitation of the sample basin, inches"));
+    EXPECT_THAT(made.output, HasSubstr("message: Kc-Maps have been generated successfully"));
+    EXPECT_THAT(made.output, HasSubstr("O'Dell Creek"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/StatCET.dbf"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/ET_Jul_2/hdr.adf"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/basin/PPT_Jul.png"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/basin/RefET_Jul_2.png"));
     const auto july =

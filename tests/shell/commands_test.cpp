@@ -13,6 +13,7 @@
 #include "settings/settings_file.h"
 #include "shell/component_server.h"
 #include "shell/frm_monitor.h"
+#include "tests/support/crop_fixture.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -91,9 +92,10 @@ TEST_F(Commands, AShortSettingsFileIsTold) {
 
 TEST_F(Commands, StepsToComeSayThatTheyAreNotBuilt) {
     storeSettings();
-    click<clsET_CropET>();
-    EXPECT_NE(application.messages().back().find("\"Estimate Crop ET\" is not built yet"),
-              std::string::npos);
+    click<clsIR_NIR>();
+    EXPECT_NE(
+        application.messages().back().find("\"Estimate Crop Water Requirement\" is not built yet"),
+        std::string::npos);
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
     EXPECT_EQ(outputs(), 0U);
 }
@@ -105,6 +107,73 @@ TEST_F(Commands, PrecipitationRuns) {
     EXPECT_EQ(application.outcomes.back(), StepOutcome::done);
     EXPECT_TRUE(fixture.hasOutput("PPT_Jul"));
     EXPECT_EQ(application.dialogs().modeless, 0);
+}
+
+// The Kc-Map Maker on settings with everything that it needs.
+struct CropCommands : testing::Test {
+    test::CropFixture f;
+    CropCommands() {
+        processState().mapsMade = false;
+        std::filesystem::create_directories(f.application.folder);
+        platform::FileSystem files;
+        writeSettings(files, defaultSettingsPath(f.application.folder), f.settings);
+    }
+    template <class Class>
+    void click() {
+        auto* command = new Class;
+        command->OnCreate(&f.application);
+        command->OnClick();
+        command->Release();
+    }
+};
+
+TEST_F(CropCommands, ClosingTheKcMapMakerWithoutMapsIsTold) {
+    click<clsET_CropCoefficient>();
+    EXPECT_EQ(f.application.dialogs().modal, 1);
+    EXPECT_EQ(f.application.messages(),
+              std::vector<std::string>{"Kc Maps will not be generated at this time"});
+    EXPECT_TRUE(f.application.document().layers.empty());
+}
+
+TEST_F(CropCommands, MapsAreShownInTheMap) {
+    f.application.dialogs().driver = [](Form& form) {
+        EXPECT_EQ(form.name(), "frmKcEditor");
+        EXPECT_EQ(form.title(), "Kc-Map Maker");
+        form.control<CommandButton>("cmdMakeMap").click();
+    };
+    click<clsET_CropCoefficient>();
+    EXPECT_EQ(f.application.outcomes.back(), StepOutcome::done);
+    ASSERT_EQ(f.application.document().layers.size(), 2U);
+    const auto& layer = static_cast<const test::FakeLayer&>(*f.application.document().layers[1]);
+    EXPECT_EQ(layer.name(), "Kc_Jul_4");
+    EXPECT_EQ(layer.ramp.from, (Rgb{0, 0, 255}));
+    EXPECT_EQ(layer.ramp.to, (Rgb{0, 255, 0}));
+    // Once maps have been made, later clicks show them again, made or not.
+    f.application.dialogs().driver = nullptr;
+    click<clsET_CropCoefficient>();
+    EXPECT_EQ(f.application.document().layers.size(), 4U);
+}
+
+TEST_F(CropCommands, SettingsThatGoAwayWhileTheDialogIsOpenAreMissed) {
+    f.application.dialogs().driver = [this](Form& form) {
+        form.control<CommandButton>("cmdMakeMap").click();
+        std::filesystem::remove(defaultSettingsPath(f.application.folder));
+    };
+    click<clsET_CropCoefficient>();
+    EXPECT_EQ(f.application.messages().back(), "Run Settings First,Please!");
+    EXPECT_TRUE(f.application.document().layers.empty());
+}
+
+TEST_F(CropCommands, CropEtRuns) {
+    ASSERT_TRUE(f.run());
+    f.application.dialogs().driver = [](Form& form) {
+        form.control<CommandButton>("cmdMakeMap").click();
+    };
+    click<clsET_CropCoefficient>();
+    f.copyKcMaps({"Jun", "Jul"});
+    click<clsET_CropET>();
+    EXPECT_EQ(f.application.outcomes.back(), StepOutcome::done);
+    EXPECT_TRUE(f.hasOutput("ET_Jul_4"));
 }
 
 TEST_F(Commands, AnOutputFolderThatCannotBeMadeIsTheClicksFailure) {

@@ -26,6 +26,10 @@ void printMonthlyTable(platform::Platform& platform, const std::string& output,
         const std::string label = GetMonthName(month);
         const GridStatistics s = statisticsOf(
             *workspace->openRasterDataset(prefix + label + suffix)->createDefaultRaster());
+        if (s.cells == 0) {
+            fmt::print("{:<8}{:>10}{:>10}{:>10}\n", label, "-", "-", "-");
+            continue;
+        }
         fmt::print("{:<8}{:>10.2f}{:>10.2f}{:>10.2f}\n", label, s.mean, s.minimum, s.maximum);
         year += s.mean;
     }

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "crop/frm_kc_editor.h"
+#include "crop/kc_table.h"
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
@@ -85,7 +86,7 @@ void printGrid(const DataGrid& grid, int firstWidth, int width) {
     };
     line([&](std::size_t c) {
         const std::string& name = grid.columns()[c];
-        return name.starts_with("Kc_") ? name.substr(3) : name;
+        return isKcField(name) ? name.substr(3) : name;
     });
     for (std::size_t r = 0; r < grid.rowCount(); ++r) {
         line([&](std::size_t c) { return grid.cell(r, c); });

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "gis/errors.h"
@@ -46,6 +47,21 @@ int firstCentre(double distance, double cellSize) {
     return static_cast<int>(std::ceil(distance / cellSize - 0.5 - kRounding));
 }
 
+// The input of the smallest cells, the first of several. Cells in degrees give way to any others,
+// since areas are taken in square metres.
+GridGeometry finestOf(std::span<const AnalysisEnvironment::Input> inputs,
+                      ISpatialReferenceFactory& spatialReferences) {
+    const auto inDegrees = [&](const GridGeometry& g) {
+        return !g.crs.empty() && spatialReferences.isGeographic(g.crs);
+    };
+    return std::ranges::min_element(inputs, {},
+                                    [&](const AnalysisEnvironment::Input& input) {
+                                        return std::pair(inDegrees(input.geometry),
+                                                         input.geometry.cellSize);
+                                    })
+        ->geometry;
+}
+
 std::string extentText(const Envelope& e) {
     return numberText(e.xMin) + " to " + numberText(e.xMax) + ", " + numberText(e.yMin) + " to " +
            numberText(e.yMax);
@@ -79,10 +95,7 @@ GridGeometry AnalysisEnvironment::geometryOf(std::span<const Input> inputs,
     }
     if (cellSizeSetting_ == EnvironmentSetting::explicitValue) return geometry();
     if (inputs.empty()) throw PlatformError("The expression names no raster to take cells from");
-    GridGeometry finest = inputs[0].geometry;
-    for (const Input& input : inputs) {
-        if (input.geometry.cellSize < finest.cellSize) finest = input.geometry;
-    }
+    const GridGeometry finest = finestOf(inputs, spatialReferences);
     Envelope common = finest.extent();
     for (const Input& input : inputs) {
         common = intersection(common, transformed(input.geometry.extent(), input.geometry.crs,

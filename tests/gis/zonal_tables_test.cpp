@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "gis/zonal_tables.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "gis/memory_raster.h"
+#include "gis/memory_table.h"
+#include "tests/support/crop_fixture.h"
+
+namespace velmora {
+namespace {
+
+using test::Shape;
+using testing::HasSubstr;
+
+TEST(ZonalDays, EveryFourthYearIsALeapYear) {
+    EXPECT_EQ(zonalDaysOfMonth(1, 2003), 31);
+    EXPECT_EQ(zonalDaysOfMonth(4, 2003), 30);
+    EXPECT_EQ(zonalDaysOfMonth(2, 2003), 28);
+    EXPECT_EQ(zonalDaysOfMonth(2, 2000), 29);
+    EXPECT_EQ(zonalDaysOfMonth(2, 1900), 29);  // no rule of the centuries
+    EXPECT_EQ(zonalDaysOfMonth(2, 2100), 29);
+    EXPECT_EQ(zonalDaysOfMonth(2, 0), 29);
+    EXPECT_EQ(zonalDaysOfMonth(0, 2003), 0);
+    EXPECT_EQ(zonalDaysOfMonth(13, 2003), 0);
+}
+
+struct ZonalTables : testing::Test {
+    test::CropFixture f;
+    IPlatform& platform = f.application.platform();
+    GridGeometry cells{150, 90, 400000, 4500000, 100, f.geometry().crs};
+    ZonalTableSettings settings{f.folder.file("out"), f.settings.Zones, "ZONE", 2003};
+
+    void create(const std::string& name) {
+        CreateStatTable(platform, f.application.prompts(), settings.outputWorkspace, name);
+    }
+    void add(const Grid& grid, const std::string& name, int month) {
+        MakeZonalStat(platform, f.application.prompts(), settings,
+                      std::make_shared<MemoryRaster>(grid), name, month);
+    }
+    static double number(const FieldValue& value) { return std::get<double>(value); }
+    // A square of so many metres that begins at a corner of a cell.
+    static Shape square(const std::string& key, double x, double y, double side) {
+        return {key, {{x, y - side}, {x, y}, {x + side, y}, {x + side, y - side}}};
+    }
+};
+
+TEST_F(ZonalTables, FieldsInTheirOrderNamesAndWidths) {
+    create("StatNIR");
+    const auto table = platform.features().openTable(f.folder.file("out/StatNIR.dbf"));
+    const std::vector<std::pair<std::string, int>> expected = {
+        {"ZoneUnit", 25}, {"Area_T_ac", 20}, {"Area_C_ac", 50},
+        {"Month", 10},    {"NIR_D_ft", 20},  {"NIR_V_acft", 20}};
+    ASSERT_EQ(table->fields().size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(table->fields()[i].name, expected[i].first);
+        EXPECT_EQ(table->fields()[i].width, expected[i].second);
+    }
+    EXPECT_EQ(table->fields()[0].type, FieldType::text);
+    EXPECT_EQ(table->fields()[1].type, FieldType::number);
+    EXPECT_EQ(table->fields()[3].type, FieldType::integer);
+    EXPECT_EQ(table->recordCount(), 0U);
+}
+
+TEST_F(ZonalTables, DepthAndVolumeByHand) {
+    // 20 x 20 cells count; the polygon is a little larger.
+    f.makeZones({square("A", 400000, 4500000, 2004)});
+    create("StatCET");
+    add(Grid(cells, 5.2F), "StatCET", 7);
+    const auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(std::get<std::string>(rows[0][0]), "A");
+    EXPECT_NEAR(number(rows[0][1]), 992.344, 5e-4);  // 2004^2 / 4047
+    EXPECT_NEAR(number(rows[0][2]), 988.386, 5e-4);  // 4,000,000 / 4047
+    EXPECT_EQ(number(rows[0][3]), 7);
+    const double mean = static_cast<double>(5.2F);
+    EXPECT_NEAR(number(rows[0][4]), 31 * mean / 304.8, 1e-15);
+    EXPECT_NEAR(number(rows[0][5]), 31 * mean / 304.8 * (4000000.0 / 4047), 1e-9);
+    EXPECT_NEAR(number(rows[0][4]), 0.52887, 1e-5);  // the depth of 5.2 mm a day over 31 days
+}
+
+TEST_F(ZonalTables, FebruaryFollowsTheYear) {
+    f.makeZones({square("A", 400000, 4500000, 2000)});
+    for (const auto& [year, days] :
+         {std::pair{2000, 29}, std::pair{1900, 29}, std::pair{2003, 28}}) {
+        settings.year = year;
+        create("StatCET");
+        add(Grid(cells, 2), "StatCET", 2);
+        EXPECT_NEAR(number(f.tableRows("StatCET")[0][4]), days * 2 / 304.8, 1e-15);
+    }
+}
+
+TEST_F(ZonalTables, MonthsAreAppendedAndANewTableBeginsEmpty) {
+    create("StatCET");
+    for (const int month : {5, 3, 4}) add(Grid(cells, 1), "StatCET", month);
+    auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 9U);
+    EXPECT_EQ(number(rows[0][3]), 5);
+    EXPECT_EQ(number(rows[3][3]), 3);
+    EXPECT_EQ(std::get<std::string>(rows[3][0]), "West");
+    EXPECT_EQ(std::get<std::string>(rows[5][0]), "O'Dell's");
+    create("StatCET");
+    EXPECT_TRUE(f.tableRows("StatCET").empty());
+}
+
+TEST_F(ZonalTables, ZonesAfterAnEmptyOneTakeTheirNeighboursPolygonArea) {
+    f.makeZones({square("A", 400000, 4500000, 1000), square("B", 402000, 4500000, 2000),
+                 square("C", 405000, 4500000, 3000)});
+    Grid grid(cells, 1);
+    for (int r = 0; r < 10; ++r) {
+        for (int c = 0; c < 10; ++c) grid.at(c, r) = kNoData;  // all of A
+    }
+    create("StatCET");
+    add(grid, "StatCET", 6);
+    const auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(std::get<std::string>(rows[0][0]), "B");
+    EXPECT_NEAR(number(rows[0][1]), 1e6 / 4047, 1e-3);  // the area of A
+    EXPECT_NEAR(number(rows[0][2]), 4e6 / 4047, 1e-3);
+    EXPECT_EQ(std::get<std::string>(rows[1][0]), "C");
+    EXPECT_NEAR(number(rows[1][1]), 4e6 / 4047, 1e-3);  // the area of B
+}
+
+TEST_F(ZonalTables, AnAreaBelowOneAcreAndAWholeNumberOfAcres) {
+    f.makeZones(
+        {square("small", 400000, 4500000, 50),
+         {"whole",
+          {{401000, 4498381.2}, {401000, 4500000}, {402000, 4500000}, {402000, 4498381.2}}}});
+    GridGeometry fine{2000, 2000, 400000, 4500000, 1, cells.crs};
+    create("StatCET");
+    add(Grid(fine, 1), "StatCET", 6);
+    const auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(number(rows[0][1]), 0.618);  // 2500 / 4047
+    EXPECT_EQ(number(rows[0][2]), 0.618);
+    EXPECT_EQ(number(rows[1][1]), 400);
+}
+
+TEST_F(ZonalTables, KeysWithApostrophesNumbersAndMoreThanTwentyFiveCharacters) {
+    create("StatCET");
+    add(Grid(cells, 1), "StatCET", 6);
+    auto rows = f.tableRows("StatCET");
+    EXPECT_EQ(std::get<std::string>(rows[1][0]), "Middle Valley Irrigators'");
+    EXPECT_EQ(std::get<std::string>(rows[2][0]), "O'Dell's");
+    f.makeZones({square("Canal de la Doña Señora Ibáñez Núñez", 400000, 4500000, 1000)});
+    create("StatCET");
+    add(Grid(cells, 1), "StatCET", 6);
+    EXPECT_EQ(std::get<std::string>(f.tableRows("StatCET")[0][0]), "Canal de la Doña Señora I");
+    platform.features().createFeatureClass(settings.zones, true, cells.crs,
+                                           {{"ID", FieldType::integer, 8, 0}},
+                                           {rectangle({400000, 4499000, 401000, 4500000}, {17.0})});
+    settings.zoneField = "ID";
+    create("StatCET");
+    add(Grid(cells, 1), "StatCET", 6);
+    EXPECT_EQ(std::get<std::string>(f.tableRows("StatCET")[0][0]), "17");
+    EXPECT_TRUE(f.application.messages().empty()) << f.allMessages();
+}
+
+TEST_F(ZonalTables, NegativeMeansStayNegative) {
+    create("StatNIR");
+    add(Grid(cells, -2), "StatNIR", 6);
+    EXPECT_LT(number(f.tableRows("StatNIR")[0][4]), 0);
+    EXPECT_LT(number(f.tableRows("StatNIR")[0][5]), 0);
+}
+
+TEST_F(ZonalTables, FailuresOfTheTableAreShown) {
+    CreateStatTable(platform, f.application.prompts(), f.folder.file("none"), "StatCET");
+    ASSERT_EQ(f.application.messages().size(), 1U);
+    EXPECT_THAT(f.application.messages()[0], HasSubstr("Cannot write"));
+    add(Grid(cells, 1), "StatXYZ", 6);  // a table that was never made
+    EXPECT_EQ(f.application.messages()[1], "Error in opening table");
+    EXPECT_EQ(f.application.messages()[2], "Error in sub <GotoStatTable>: the table is not open");
+    EXPECT_THROW(
+        {
+            settings.zones = f.folder.file("gone.shp");
+            add(Grid(cells, 1), "StatXYZ", 6);
+        },
+        PlatformError);
+}
+
+TEST_F(ZonalTables, RowsBeforeTheOneThatFailsStay) {
+    create("StatCET");
+    MemoryTable result("zonal", {{"ZONE", FieldType::text, 9, 0},
+                                 {"Area", FieldType::number, 0, 0},
+                                 {"Mean", FieldType::number, 0, 0}});
+    result.append({std::string("one"), 4047.0, 1.0});
+    result.append({std::string("two"), 4047.0, 1e300});  // no depth of 20 characters
+    result.append({std::string("three"), 4047.0, 1.0});
+    const auto zones = platform.features().openFeatureClass(settings.zones);
+    GotoStatTable(platform, f.application.prompts(), 6, 2003, result,
+                  platform.features().openTable(f.folder.file("out/StatCET")), "ZONE", "CET_D_Ft",
+                  *zones);
+    ASSERT_EQ(f.tableRows("StatCET").size(), 1U);
+    EXPECT_EQ(std::get<std::string>(f.tableRows("StatCET")[0][0]), "one");
+    ASSERT_EQ(f.application.messages().size(), 1U);
+    EXPECT_THAT(f.application.messages()[0],
+                testing::AllOf(testing::StartsWith("Error in sub <GotoStatTable>: zone \"two\": "),
+                               HasSubstr("CET_D_Ft"), HasSubstr("does not fit")));
+}
+
+}  // namespace
+}  // namespace velmora
