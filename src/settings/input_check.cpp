@@ -172,9 +172,28 @@ class InputCheck {
                 add(Severity::warning, path,
                     "has no coordinate system: it is taken to be in the extent provider's");
             }
-            if (!keyField.empty()) requireField(*layer, keyField);
+            if (!keyField.empty()) {
+                requireField(*layer, keyField);
+                if (layer->fieldIndex(keyField) >= 0) checkKeys(*layer, keyField);
+            }
         } catch (const PlatformError& e) {
             add(Severity::error, path, e.what());
+        }
+    }
+
+    // The zone tables hold 25 characters of a key, and a polygon's area by position.
+    void checkKeys(const IFeatureClass& layer, const std::string& field) {
+        std::set<std::string> seen;
+        for (std::size_t r = 0; r < layer.recordCount(); ++r) {
+            const std::string key = keyText(layer.value(r, field));
+            std::string text;
+            if (key.size() > 25) text = "has more than 25 characters, of which tables keep 25";
+            if (!seen.insert(key).second) {
+                text = "stands more than once: tables then show polygon areas of other zones";
+            }
+            if (!text.empty()) {
+                findings_.push_back({Severity::warning, layer.path(), field, key, text});
+            }
         }
     }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "gis/numbers.h"
 #include "settings/run_state.h"
 #include "tests/support/crop_fixture.h"
 
@@ -295,7 +296,7 @@ TEST_F(KcEditor, SummarizesTheLandUseTypes) {
     for (const test::Shape& field : test::CropFixture::fields()) {
         if (field.key == "Alfalfa") square += test::areaOf(field);
     }
-    EXPECT_NEAR(std::stod(form.grdSummary.cell(1, 2)), square / 4047, 0.06);
+    EXPECT_NEAR(lenientNumber(form.grdSummary.cell(1, 2)), square / 4047, 0.06);
 }
 
 TEST_F(KcEditor, MakesMapsAndShowsTheWay) {

@@ -139,5 +139,19 @@ TEST_F(InputCheck, ReferenceGridsOfEveryMonth) {
     EXPECT_THAT(lines(), Contains(HasSubstr("reference precipitation grids are not named")));
 }
 
+TEST_F(InputCheck, ZoneKeys) {
+    const std::string longName = "North Middle Valley Irrigation Company";
+    f.application.platform().features().createFeatureClass(
+        f.folder.file("zones.shp"), true, f.geometry().crs, {{"ZONE", FieldType::text, 60, 0}},
+        {rectangle({0, 0, 1, 1}, {longName}), rectangle({0, 0, 1, 1}, {std::string("A")}),
+         rectangle({0, 0, 1, 1}, {std::string("A")})});
+    f.settings.Zones = f.folder.file("zones.shp");
+    f.settings.ZoneField = "ZONE";
+    EXPECT_THAT(lines(), Contains(HasSubstr(longName + ": has more than 25 characters")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("ZONE: A: stands more than once")));
+    f.settings.ZoneField = "NAME";
+    EXPECT_THAT(lines(), Contains(HasSubstr("NAME: the field is missing")));
+}
+
 }  // namespace
 }  // namespace velmora

@@ -135,7 +135,10 @@ std::vector<const NeighbourSets::Leaf*> NeighbourSets::leaves(const CellBlock& b
     const int lastColumn = (block.column + block.columns - 1) / kTileColumns;
     for (int r = block.row / kTileRows; r <= lastRow; ++r) {
         for (int c = block.column / kTileColumns; c <= lastColumn; ++c) {
-            for (const Leaf& leaf : leaves_[static_cast<std::size_t>(r * tiles_.across + c)]) {
+            const auto tile =
+                static_cast<std::size_t>(r) * static_cast<std::size_t>(tiles_.across) +
+                static_cast<std::size_t>(c);
+            for (const Leaf& leaf : leaves_[tile]) {
                 const CellBlock& cells = leaf.cells;
                 if (cells.row < block.row + block.rows && cells.row + cells.rows > block.row &&
                     cells.column < block.column + block.columns &&
