@@ -118,10 +118,8 @@ void frmKcEditor::createTable() {
     offerToSave();
     const std::string folder = parentFolderName(path);
     const std::string name = fileName(withoutDbf(path));
-    for (const char* extension : {".DBF", ".dbf"}) {
-        platform_.files().deleteFile(joinedPath(folder, name + extension));
-    }
     createKcTable(platform_, folder, name);
+    platform_.files().deleteFile(joinedPath(folder, name + ".DBF"));  // an older one of that name
     openTable(joinedPath(folder, name + ".dbf"));
 }
 
@@ -206,22 +204,11 @@ void frmKcEditor::saveNew() {
     std::string path = application_.browsers().saveFile(kTableFilter);
     if (path.empty()) return;
     if (path == withoutDbf(path)) path += ".dbf";
-    const std::string old = withoutDbf(openedTable_);
-    IFileSystem& files = platform_.files();
-    for (const char* extension : {".dbf", ".DBF"}) {
-        if (!files.fileExists(old + extension)) continue;
-        files.copyFile(old + extension, path);
-        for (const char* encoding : {".cpg", ".CPG"}) {
-            if (files.fileExists(old + encoding))
-                files.copyFile(old + encoding, withoutDbf(path) + ".cpg");
-        }
-        openedTable_ = path;
-        txtKcDBName.setText(path);
-        save();
-        cmdSave.setEnabled(false);
-        return;
-    }
-    throw PlatformError("The table " + old + " is gone");
+    copyKcTable(platform_.files(), openedTable_, path);
+    openedTable_ = path;
+    txtKcDBName.setText(path);
+    save();
+    cmdSave.setEnabled(false);
 }
 
 void frmKcEditor::offerToSave() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "crop/kc_table.h"
 
+#include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
 
@@ -36,6 +37,28 @@ void createKcTable(IPlatform& platform, const std::string& folder, const std::st
         throw;
     }
     platform.files().deleteFile(path);
+}
+
+void copyKcTable(IFileSystem& files, const std::string& from, const std::string& to) {
+    const std::string old = withoutDbf(from);
+    const std::string made = withoutDbf(to);
+    if (old == made) return;
+    if (files.fileExists(made + ".shp")) {
+        throw PlatformError("The table " + to + " belongs to a shapefile: choose another name");
+    }
+    const auto existing = [&](const char* lower, const char* upper) {
+        if (files.fileExists(old + lower)) return old + lower;
+        return files.fileExists(old + upper) ? old + upper : std::string();
+    };
+    const std::string table = existing(".dbf", ".DBF");
+    if (table.empty()) throw PlatformError("The table " + from + " is gone");
+    const std::string encoding = existing(".cpg", ".CPG");
+    files.copyFile(table, made + ".dbf");
+    if (encoding.empty()) {
+        files.deleteFile(made + ".cpg");
+    } else {
+        files.copyFile(encoding, made + ".cpg");
+    }
 }
 
 std::string withoutDbf(const std::string& path) {

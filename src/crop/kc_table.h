@@ -23,6 +23,10 @@ bool isKcField(const std::string& field);  // of any month, in capitals or not
 // "TEMP.MDB" in the folder, which is replaced and deleted. Throws PlatformError.
 void createKcTable(IPlatform& platform, const std::string& folder, const std::string& name);
 
+// Copies the table with what says its encoding. Throws PlatformError, also when the new name is
+// that of a shapefile's attributes.
+void copyKcTable(IFileSystem& files, const std::string& from, const std::string& to);
+
 // The query that shows all records of the table of that path, ".dbf" optional.
 std::string kcQuery(const std::string& path);
 

@@ -81,7 +81,7 @@ void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& 
                      const std::string& name) {
     try {
         const std::string tag = name.substr(name.size() - std::min<std::size_t>(3, name.size()));
-        platform.features().createTable(joinedPath(workspacePath, name),
+        platform.features().createTable(joinedPath(workspacePath, name + ".dbf"),
                                         {{"ZoneUnit", FieldType::text, kKeyWidth, 0},
                                          {"Area_T_ac", FieldType::number, 20, 15},
                                          {"Area_C_ac", FieldType::number, 50, 15},

@@ -174,6 +174,29 @@ TEST_F(KcEditor, SaveNewCopiesTheTableWithItsChanges) {
     EXPECT_EQ(std::get<double>(stored(f.folder.file("copy"), 0, "Kc_Mar")), 0.55);
     EXPECT_EQ(std::get<double>(stored(table, 0, "Kc_Mar")), 0.35);
     EXPECT_EQ(records(f.folder.file("copy")), 3U);
+    // What says the encoding goes along, and an old one of another table goes away.
+    test::write(f.folder.file("copy.cpg"), "UTF-8");
+    test::write(f.folder.file("third.cpg"), "CP1251");
+    f.application.browsers().answers = {f.folder.file("second.dbf")};
+    form.cmdSaveNew.click();
+    EXPECT_EQ(test::contentOf(f.folder.file("second.cpg")), "UTF-8");
+    form.txtKcDBName.enter(table);
+    f.application.browsers().answers = {f.folder.file("third.dbf")};
+    form.cmdSaveNew.click();
+    EXPECT_FALSE(std::filesystem::exists(f.folder.file("third.cpg")));
+}
+
+TEST_F(KcEditor, TheAttributesOfAShapefileAreNeverReplaced) {
+    form.load();
+    const std::string before = test::contentOf(f.folder.file("land.dbf"));
+    for (CommandButton* button : {&form.cmdCreateDB, &form.cmdSaveNew}) {
+        f.application.browsers().answers = {f.folder.file("land.dbf")};
+        button->click();
+        EXPECT_TRUE(form.failed());
+        EXPECT_THAT(messages().back(), HasSubstr("belongs to a shapefile"));
+    }
+    EXPECT_EQ(test::contentOf(f.folder.file("land.dbf")), before);
+    EXPECT_EQ(form.txtKcDBName.text(), table);
 }
 
 TEST_F(KcEditor, OtherTablesAreOpened) {

@@ -141,6 +141,11 @@ TEST_F(CropTable, QueriesSelectRecords) {
     }
     EXPECT_EQ(names, (std::vector<std::string>{"Alfalfa", "O'Brien"}));
     EXPECT_THROW(types->addNew(), PlatformError);
+    platform.features().createTable(folder.file("words.dbf"), {{"GROUP", FieldType::text, 9, 0}},
+                                    {{std::string("a")}, {std::string("b")}});
+    EXPECT_FALSE(connection->open("SELECT DISTINCT GROUP  FROM " + folder.file("words"))->eof());
+    EXPECT_TRUE(
+        connection->open("SELECT *  FROM " + folder.file("words") + " WHERE GROUP='c'")->eof());
     EXPECT_THROW(connection->open("SELECT DISTINCT Crop2  FROM " + path), PlatformError);
 }
 

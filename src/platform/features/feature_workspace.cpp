@@ -88,8 +88,8 @@ void create(const std::string& path, OGRwkbGeometryType type, const std::string&
             const fs::path to = withoutExtension(path) + "." + part;
             if (fs::exists(from)) {
                 fs::rename(from, to);
-            } else if (type != wkbNone) {
-                fs::remove(to);
+            } else if (type != wkbNone || part == "cpg") {
+                fs::remove(to);  // an old one's would say what is not so
             }
         }
         removeTree(unfinished);
@@ -142,6 +142,9 @@ void FeatureWorkspaceFactory::createFeatureClass(const std::string& path, bool p
 
 void FeatureWorkspaceFactory::createTable(const std::string& path, const std::vector<Field>& fields,
                                           const std::vector<std::vector<FieldValue>>& records) {
+    if (fs::exists(withoutExtension(path) + ".shp")) {
+        throw PlatformError("The table " + path + " belongs to a shapefile: choose another name");
+    }
     std::vector<NewFeature> rows;
     rows.reserve(records.size());
     for (const auto& record : records) rows.push_back({{}, record});

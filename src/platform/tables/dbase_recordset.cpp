@@ -41,6 +41,15 @@ struct Query {
         if (table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
     }
     bool wholeRows() const { return columns == "*"; }
+    // The query over the table "records". The field of "DISTINCT field" and of "WHERE field = ..."
+    // is quoted, since it may be called like a word of the language.
+    std::string overRecords() const {
+        static const std::regex distinct(R"((distinct\s+)(\w+))", std::regex::icase);
+        static const std::regex where(R"((\s+where\s+)(\w+)(\s*=[\s\S]*))", std::regex::icase);
+        const std::string what =
+            wholeRows() ? "rowid, *" : std::regex_replace(columns, distinct, "$1\"$2\"");
+        return "SELECT " + what + " FROM records" + std::regex_replace(rest, where, "$1\"$2\"$3");
+    }
     bool uses(const std::string& field) const {
         const auto within = [&](const std::string& text) {
             for (std::size_t at = 0; at + field.size() <= text.size(); ++at) {
@@ -93,9 +102,7 @@ class DbaseRecordset : public StaticCursor {
         wholeRows_ = query.wholeRows();
         const auto table = tables_.openTable(path_);
         const SqliteConnection::Handle database = loaded(*table, query);
-        SqliteStatement statement(
-            database.get(),
-            "SELECT " + (wholeRows_ ? "rowid, *" : query.columns) + " FROM records" + query.rest);
+        SqliteStatement statement(database.get(), query.overRecords());
         const int first = wholeRows_ ? 1 : 0;
         for (int c = first; c < statement.columnCount(); ++c) addField(statement.columnName(c));
         while (statement.step()) {

@@ -84,7 +84,7 @@ void SqliteConnection::execute(const std::string& statement) {
         std::regex::icase);
     std::smatch match;
     if (std::regex_match(statement, match, toDbase)) {
-        exportToDbase(match[3], joinedPath(match[1].str(), match[2].str()));
+        exportToDbase(match[3], joinedPath(match[1].str(), match[2].str() + ".dbf"));
     } else {
         run(database_.get(), statement);
     }
