@@ -26,8 +26,8 @@ void PrecipitationRun::PPT_PRISM() {
 void PrecipitationRun::prismMonth(int month) {
     const std::string field = stations_->weatherField("P_", month);
     stations_->requireWeatherField(field);
+    const RasterPtr prism = openReferenceGrid(platform_, settings_, month);
     const std::string path = prismGridPath(settings_.PrismGridFolder, month);
-    const RasterPtr prism = platform_.rasters().openRasterDataset(path)->createDefaultRaster();
     algebra_->BindRaster(prism, "SfcPPT");
     const std::vector<std::optional<double>> factors = ExtractPRISMValue(*prism);
     warnOfKeptValues(path, field, factors);

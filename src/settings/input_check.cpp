@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -183,16 +183,18 @@ class InputCheck {
 
     // The zone tables hold 25 characters of a key, and a polygon's area by position.
     void checkKeys(const IFeatureClass& layer, const std::string& field) {
-        std::set<std::string> seen;
+        std::map<std::string, int> counts;
         for (std::size_t r = 0; r < layer.recordCount(); ++r) {
-            const std::string key = keyText(layer.value(r, field));
-            std::string text;
-            if (key.size() > 25) text = "has more than 25 characters, of which tables keep 25";
-            if (!seen.insert(key).second) {
-                text = "stands more than once: tables then show polygon areas of other zones";
-            }
-            if (!text.empty()) {
-                findings_.push_back({Severity::warning, layer.path(), field, key, text});
+            ++counts[keyText(layer.value(r, field))];
+        }
+        const auto warn = [&](const std::string& key, const std::string& text) {
+            findings_.push_back({Severity::warning, layer.path(), field, key, text});
+        };
+        for (const auto& [key, count] : counts) {
+            if (key.size() > 25) warn(key, "has more than 25 characters, of which tables keep 25");
+            if (count > 1) {
+                warn(key, "is the key of " + std::to_string(count) +
+                              " polygons: tables then show polygon areas of other zones");
             }
         }
     }

@@ -47,7 +47,8 @@ class PrecipitationCheck {
         const int last = settings_.endMonthNumber();
         for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
             try {
-                checkReferenceGrid(prismGridPath(settings_.PrismGridFolder, month));
+                checkReferenceGrid(prismGridPath(settings_.PrismGridFolder, month),
+                                   *openReferenceGrid(platform_, settings_, month));
             } catch (const PlatformError& e) {
                 add(Severity::error, "PrismGridFolder", e.what());
                 if (settings_.PrismGridFolder.size() < 2) return;
@@ -55,16 +56,15 @@ class PrecipitationCheck {
         }
     }
 
-    void checkReferenceGrid(const std::string& path) {
-        const RasterPtr grid = platform_.rasters().openRasterDataset(path)->createDefaultRaster();
-        if (grid->geometry().crs.empty()) {
+    void checkReferenceGrid(const std::string& path, const IRaster& grid) {
+        if (grid.geometry().crs.empty()) {
             add(Severity::warning, path,
                 "has no coordinate system: it is taken to be in the extent provider's");
         }
         if (!geometry_ || settings_.WeatherStations.empty()) return;
         const auto stations = platform_.features().openFeatureClass(settings_.WeatherStations);
         if (stations->fieldIndex("staname") < 0) return;
-        const auto values = cellValuesAt(*grid, stations->points(geometry_->crs), geometry_->crs,
+        const auto values = cellValuesAt(grid, stations->points(geometry_->crs), geometry_->crs,
                                          platform_.spatialReferences());
         const bool worked = stations->fieldIndex("RefPPT") >= 0;
         for (std::size_t s = 0; s < values.size(); ++s) {

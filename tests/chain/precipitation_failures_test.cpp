@@ -124,7 +124,8 @@ TEST_F(PrecipitationFailures, AMissingReferenceGridKeepsTheEarlierGrids) {
     f.makeReferenceGrid(6, f.geometry(), [](int, int) { return 3000.0F; });
     EXPECT_THAT(failed(),
                 testing::AllOf(HasSubstr("PPT Calculation for Jun is Over!"),
-                               HasSubstr("There is no raster dataset"), HasSubstr("ref07")));
+                               HasSubstr("There is no raster dataset"), HasSubstr("ref07"),
+                               HasSubstr("ending in the month's two digits")));
     EXPECT_TRUE(f.hasOutput("PPT_Jun"));
     EXPECT_FALSE(f.hasOutput("PPT_Jul"));
 }

@@ -80,6 +80,20 @@ TEST_F(ZonalTables, DepthAndVolumeByHand) {
     EXPECT_NEAR(number(rows[0][4]), 0.52887, 1e-5);  // the depth of 5.2 mm a day over 31 days
 }
 
+TEST_F(ZonalTables, AreasOfZonesInDegreesAreSquareMetresToo) {
+    auto& systems = platform.spatialReferences();
+    const std::string geographic = systems.createGeographic(4269);
+    Shape zone = square("A", 400000, 4500000, 2004);
+    zone.ring.push_back(zone.ring.front());
+    platform.features().createFeatureClass(
+        settings.zones, true, geographic, {{"ZONE", FieldType::text, 60, 0}},
+        {{systems.project(zone.ring, cells.crs, geographic), {zone.key}}});
+    create("StatCET");
+    add(Grid(cells, 5.2F), "StatCET", 7);
+    ASSERT_EQ(f.tableRows("StatCET").size(), 1U);
+    EXPECT_NEAR(number(f.tableRows("StatCET")[0][1]), 992.344, 0.1);
+}
+
 TEST_F(ZonalTables, FebruaryFollowsTheYear) {
     f.makeZones({square("A", 400000, 4500000, 2000)});
     for (const auto& [year, days] :

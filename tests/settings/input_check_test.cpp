@@ -148,7 +148,7 @@ TEST_F(InputCheck, ZoneKeys) {
     f.settings.Zones = f.folder.file("zones.shp");
     f.settings.ZoneField = "ZONE";
     EXPECT_THAT(lines(), Contains(HasSubstr(longName + ": has more than 25 characters")));
-    EXPECT_THAT(lines(), Contains(HasSubstr("ZONE: A: stands more than once")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("ZONE: A: is the key of 2 polygons")));
     f.settings.ZoneField = "NAME";
     EXPECT_THAT(lines(), Contains(HasSubstr("NAME: the field is missing")));
 }

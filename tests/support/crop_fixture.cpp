@@ -64,8 +64,8 @@ std::vector<Shape> CropFixture::fields() {
     for (int i = 0; i < 30; ++i) {
         const double x = 400300 + 13900 * std::fmod(0.37 + 0.61803 * i, 1.0);
         const double y = 4499500 - 7600 * std::fmod(0.11 + 0.32471 * i, 1.0);
-        const double w = 700 + 37 * (i % 7);
-        const double h = 600 + 53 * (i % 5);
+        const double w = 1700 + 37 * (i % 7);
+        const double h = 1400 + 53 * (i % 5);
         shapes.push_back({uses[static_cast<std::size_t>(i % 5)],
                           {{x + 0.31, y + 0.17},
                            {x + w, y + 0.2 * h},

@@ -90,14 +90,14 @@ std::string unitOf(const SurfaceDiagnostics& s) {
 
 std::string DiagnosticsReport::table() const {
     std::string text = fmt::format(
-        "\n{:<9}{:<9}{:>6}{:>5}{:>11}{:>12}{:>8}{:>11}{:>11}{:>10}{:>11}{:>11}{:>10}  {}\n",
+        "\n{:<9}{:<9}{:>6}{:>5}{:>11}{:>12}{:>10}{:>11}{:>11}{:>10}{:>11}{:>11}{:>10}  {}\n",
         "surface", "method", "valid", "out", "a", "b", "r2", "nugget", "part.sill", "range km",
         "wtd.error", "bias", "RMSE", "worst station");
     for (const SurfaceDiagnostics& s : surfaces_) {
         const Json f = figures(s);
         const Json range = s.semivariogram ? Json(s.semivariogram->model.range / 1000) : Json();
         text += fmt::format(
-            "{:<9}{:<9}{:>6}{:>5}{:>11}{:>12}{:>8}{:>11}{:>11}{:>10}{:>11}{:>11}{:>10}  {}\n",
+            "{:<9}{:<9}{:>6}{:>5}{:>11}{:>12}{:>10}{:>11}{:>11}{:>10}{:>11}{:>11}{:>10}  {}\n",
             s.surface, methodOf(s), s.validStations, s.excluded.size(), tableCell(f["a"]),
             tableCell(f["b"]), tableCell(f["r_squared"]), tableCell(f["nugget"]),
             tableCell(f["partial_sill"]), tableCell(range), tableCell(f["weighted_error"]),
