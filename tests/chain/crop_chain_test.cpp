@@ -112,6 +112,25 @@ TEST_F(CropChain, GridsAndTableAgreeWithThePlainCalculation) {
     }
 }
 
+TEST_F(CropChain, ZeroCoefficientsAndUnknownCropsMakeNoCells) {
+    f.settings.BeginMonth = "Mar";
+    f.settings.EndMonth = "Apr";
+    makeMaps("250");
+    for (const int month : {3, 4}) {  // barley begins in April, corn in May
+        const Grid kc = f.output("Kc_" + GetMonthName(month) + "_4");
+        std::size_t filled = 0;
+        for (int r = 0; r < kc.geometry.rows; ++r) {
+            for (int c = 0; c < kc.geometry.columns; ++c) {
+                const double expected =
+                    kcAt({kc.geometry.columnCentre(c), kc.geometry.rowCentre(r)}, month, 250);
+                ASSERT_EQ(kc.at(c, r), expected == 0 ? kNoData : static_cast<float>(expected));
+                filled += expected == 0 ? 0 : 1;
+            }
+        }
+        EXPECT_GT(filled, 100U);
+    }
+}
+
 TEST_F(CropChain, MessagesLayersAndTable) {
     ASSERT_TRUE(f.run());
     makeMaps("250");
