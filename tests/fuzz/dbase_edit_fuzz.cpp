@@ -40,6 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     velmora::platform::DbaseEdit edit(std::make_shared<PathOnly>(path));
     edit.addNumericField("TempTTT");
     edit.setValue(0, "TempTTT", 1.5);
+    edit.appendRecord({{"TempTTT", 2.0}, {"NAME", std::string("\u00E9")}});
     try {
         edit.save();
     } catch (const velmora::PlatformError&) {
