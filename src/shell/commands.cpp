@@ -7,6 +7,7 @@
 #include "crop/frm_kc_editor.h"
 #include "crop/kc_maps.h"
 #include "gis/errors.h"
+#include "irrigation/net_irrigation_run.h"
 #include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 #include "settings/frm_settings.h"
@@ -101,17 +102,18 @@ clsPPT::clsPPT()
 
 bool clsPPT::runStep() { return PrecipitationRun(application(), processState().settings).run(); }
 
+clsIR_NIR::clsIR_NIR()
+    : ModelCommand(
+          {"", "Estimate Crop Water Requirement", "Estimate Irrigation Water Requirement"}) {}
+
+bool clsIR_NIR::runStep() { return NetIrrigationRun(application(), processState().settings).run(); }
+
 bool UnbuiltCommand::runStep() {
     application().prompts().message("\"" + Caption() +
-                                    "\" is not built yet: this version makes reference ET, crop "
-                                    "ET and precipitation. "
-                                    "Nothing was changed.");
+                                    "\" is not built yet: this version ends with the net "
+                                    "irrigation requirement. Nothing was changed.");
     return false;
 }
-
-clsIR_NIR::clsIR_NIR()
-    : UnbuiltCommand(
-          {"", "Estimate Crop Water Requirement", "Estimate Irrigation Water Requirement"}) {}
 
 clsIR_EFF::clsIR_EFF()
     : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}

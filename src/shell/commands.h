@@ -90,6 +90,14 @@ class clsPPT : public ModelCommand {
     bool runStep() override;
 };
 
+class clsIR_NIR : public ModelCommand {
+  public:
+    clsIR_NIR();
+
+  protected:
+    bool runStep() override;
+};
+
 // The commands whose steps this version does not have: they pass the gate and say so.
 class UnbuiltCommand : public ModelCommand {
   public:
@@ -99,10 +107,6 @@ class UnbuiltCommand : public ModelCommand {
     bool runStep() override;
 };
 
-class clsIR_NIR : public UnbuiltCommand {
-  public:
-    clsIR_NIR();
-};
 class clsIR_EFF : public UnbuiltCommand {
   public:
     clsIR_EFF();

@@ -121,7 +121,7 @@ TEST_F(Command, DiagnosesTheSurfaces) {
     EXPECT_EQ(list.at(0).at("excluded_stations").at(0).at("station"), "S9");
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/RefET_diagnostics.csv"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/TM_Jun_semivariogram.png"));
-    EXPECT_THAT(run("run nir --diagnose").output, HasSubstr("There are no diagnostics"));
+    EXPECT_THAT(run("run eff --diagnose").output, HasSubstr("There are no diagnostics"));
 }
 
 // The command on a domain with fields, zones and coefficients.
@@ -153,6 +153,11 @@ TEST_F(CropCommand, TheChainToTheZoneTable) {
               "message: Ready to create table\nmessage: RefET_Jun_4\nmessage: RefET_Jul_4\n"
               "message: Potential crop ET calculation is completed ...\n");
     EXPECT_EQ(crops.tableRows("StatCET").size(), 6U);
+    crops.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather, {"P_"});
+    EXPECT_EQ(run("run ppt").status, 0);
+    EXPECT_EQ(run("run nir").status, 0);
+    EXPECT_EQ(run("run nir").output, "");
+    EXPECT_EQ(crops.tableRows("StatNIR").size(), 6U);
     EXPECT_EQ(run("kc maps --cell-size 20 --field use").status, 0);
     EXPECT_EQ(crops.output("Kc_Jun_4").geometry.cellSize, 100);
     EXPECT_EQ(run("kc maps --field none").status, 1);
@@ -250,7 +255,7 @@ TEST_F(Command, RefusedSettingsAreOne) {
 TEST_F(Command, StepsToComeAreOne) {
     apply();
     for (const std::string& step : cli::stepNames()) {
-        if (step != "nir" && step != "eff" && step != "irr") continue;
+        if (step != "eff" && step != "irr") continue;
         const Outcome outcome = run("run " + step);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_THAT(outcome.output, HasSubstr("is not built yet"));

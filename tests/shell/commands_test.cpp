@@ -92,9 +92,9 @@ TEST_F(Commands, AShortSettingsFileIsTold) {
 
 TEST_F(Commands, StepsToComeSayThatTheyAreNotBuilt) {
     storeSettings();
-    click<clsIR_NIR>();
+    click<clsIR_EFF>();
     EXPECT_NE(
-        application.messages().back().find("\"Estimate Crop Water Requirement\" is not built yet"),
+        application.messages().back().find("\"Estimate Irrigation Efficiency\" is not built yet"),
         std::string::npos);
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
     EXPECT_EQ(outputs(), 0U);

@@ -90,8 +90,9 @@ void CommandLine::addRun() {
     CLI::App* run =
         add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
     run->add_option("step", first_,
-                    "refet (reference ET), kc (crop coefficient maps), cropet (crop ET) or ppt "
-                    "(precipitation); nir, eff and irr are not built yet")
+                    "refet (reference ET), kc (crop coefficient maps), cropet (crop ET), ppt "
+                    "(precipitation) or nir (net irrigation requirement); eff and irr are not "
+                    "built yet")
         ->required()
         ->check(CLI::IsMember(stepNames()));
     run->add_flag("--diagnose", diagnose_,

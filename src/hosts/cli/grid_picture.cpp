@@ -151,7 +151,7 @@ class Picture {
 
 AlgorithmicColorRamp rampOf(const std::string& name) {
     if (name.starts_with("PPT_")) return {{200, 50, 50}, {0, 255, 255}};
-    if (name.starts_with("ET_")) return {{100, 50, 50}, {0, 255, 0}};
+    if (name.starts_with("ET_") || name.starts_with("NIR_")) return {{100, 50, 50}, {0, 255, 0}};
     if (name.starts_with("Kc_")) return {{0, 0, 255}, {0, 255, 0}};
     return {{0, 255, 0}, {50, 50, 100}};
 }

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "irrigation/net_irrigation_run.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "gis/memory_raster.h"
+#include "gis/month_names.h"
+#include "tests/support/crop_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+RasterPtr raster(const GridGeometry& cells, std::vector<float> values) {
+    Grid grid(cells);
+    grid.values = std::move(values);
+    return std::make_shared<MemoryRaster>(grid);
+}
+
+struct NetIrrigation : testing::Test {
+    test::CropFixture f;
+    IPlatform& platform = f.application.platform();
+    GridGeometry cells{30, 18, 400000, 4500000, 500, f.geometry().crs};
+
+    void save(const std::string& name, const RasterPtr& grid) {
+        platform.rasters()
+            .openFromFolder(f.folder.file("out"))
+            ->save(std::array{RasterToSave{name, grid, "GRID"}});
+    }
+    RasterPtr filled(float value) { return std::make_shared<MemoryRaster>(Grid(cells, value)); }
+    void saveMonths(int first, int last) {
+        for (int month = first; month <= last; ++month) {
+            save("ET_" + GetMonthName(month) + "_4", filled(static_cast<float>(month)));
+            save("PPT_" + GetMonthName(month), filled(2));
+        }
+    }
+    bool run() { return NetIrrigationRun(f.application, f.settings).run(); }
+};
+
+TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {
+    const GridGeometry row{6, 1, 0, 1, 1, ""};
+    const auto algebra = platform.analysis().mapAlgebra();
+    useInputs(algebra->environment());
+    const RasterPtr result = netIrrigationRequirement(
+        *algebra, raster(row, {2, 5, 4, kNoData, 3, 0}), raster(row, {3, 2, 5, 1, kNoData, 0}));
+    // 2 - 2.4 is negative, 5 - 1.6, 4 - 4 exactly, and no data on either side.
+    const Grid grid = wholeGrid(*result);
+    EXPECT_THAT(grid.values, ElementsAre(0, 3.4F, 0, kNoData, kNoData, 0));
+}
+
+TEST_F(NetIrrigation, SevenMonthsMakeSevenGridsLayersAndRowsPerZone) {
+    f.settings.BeginMonth = "Apr";
+    f.settings.EndMonth = "Oct";
+    saveMonths(4, 10);
+    ASSERT_TRUE(run()) << f.allMessages();
+    EXPECT_TRUE(f.application.messages().empty());
+    ASSERT_EQ(f.application.document().layers.size(), 7U);
+    const auto& layer = static_cast<const test::FakeLayer&>(*f.application.document().layers[6]);
+    EXPECT_EQ(layer.name(), "NIR_Oct");
+    EXPECT_EQ(layer.ramp.from, (Rgb{100, 50, 50}));
+    EXPECT_EQ(layer.ramp.to, (Rgb{0, 255, 0}));
+    ASSERT_EQ(f.application.document().tables.size(), 1U);
+    EXPECT_EQ(f.application.document().tables[0]->name(), "StatNIR");
+    const auto rows = f.tableRows("StatNIR");
+    ASSERT_EQ(rows.size(), 21U);
+    const double mean = static_cast<double>(static_cast<float>(7 - 0.8 * 2));
+    EXPECT_NEAR(std::get<double>(rows[9][4]), 31 * mean / 304.8, 1e-12);
+    EXPECT_EQ(f.output("NIR_Jul").at(4, 4), static_cast<float>(7 - 0.8 * 2));
+}
+
+TEST_F(NetIrrigation, CellsWithoutPrecipitationDoNotCount) {
+    f.settings.BeginMonth = f.settings.EndMonth = "Jul";
+    saveMonths(7, 7);
+    ASSERT_TRUE(run());
+    const double all = std::get<double>(f.tableRows("StatNIR")[0][2]);
+    Grid ppt(cells, 2);
+    for (int c = 0; c < 4; ++c) ppt.at(c, 6) = kNoData;  // four cells of the western zone
+    save("PPT_Jul", std::make_shared<MemoryRaster>(ppt));
+    ASSERT_TRUE(run());
+    EXPECT_EQ(f.output("NIR_Jul").at(2, 6), kNoData);
+    EXPECT_NEAR(std::get<double>(f.tableRows("StatNIR")[0][2]), all - 4 * 250000.0 / 4047, 2e-3);
+}
+
+TEST_F(NetIrrigation, AMissingGridKeepsWhatWasMade) {
+    saveMonths(6, 6);
+    EXPECT_FALSE(run());
+    EXPECT_THAT(f.application.messages().back(), HasSubstr("out/PPT_Jul"));
+    EXPECT_TRUE(f.hasOutput("NIR_Jun"));
+    EXPECT_EQ(f.tableRows("StatNIR").size(), 3U);
+    EXPECT_TRUE(f.application.document().tables.empty());
+}
+
+TEST_F(NetIrrigation, NoMonthsMakeAnEmptyTable) {
+    f.settings.BeginMonth = "Oct";
+    f.settings.EndMonth = "Apr";
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(f.tableRows("StatNIR").empty());
+    EXPECT_EQ(f.application.document().tables.size(), 1U);
+}
+
+TEST_F(NetIrrigation, AWholeChainEndsInTheDifference) {
+    f.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                  {"TM_", "TN_", "P_"});
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    for (const char* month : {"Jun", "Jul"}) save(std::string("Kc_") + month, filled(0.9F));
+    ASSERT_TRUE(f.runCropEt()) << f.allMessages();
+    ASSERT_TRUE(run()) << f.allMessages();
+    const Grid et = f.output("ET_Jul_4");
+    const Grid ppt = f.output("PPT_Jul");
+    const Grid nir = f.output("NIR_Jul");
+    ASSERT_EQ(nir.geometry.cellSize, 400);
+    for (int r = 0; r < nir.geometry.rows; ++r) {
+        for (int c = 0; c < nir.geometry.columns; ++c) {
+            const double expected = std::max(
+                0.0, static_cast<double>(et.at(c, r)) - 0.8 * static_cast<double>(ppt.at(c, r)));
+            if (et.at(c, r) == kNoData || ppt.at(c, r) == kNoData) {
+                EXPECT_EQ(nir.at(c, r), kNoData);
+            } else {
+                ASSERT_NEAR(nir.at(c, r), expected, 1e-6 * (1 + expected));
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmora
