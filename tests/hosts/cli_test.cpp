@@ -164,7 +164,11 @@ TEST_F(CropCommand, TheChainToTheZoneTable) {
 }
 
 TEST_F(CropCommand, KcTablesAreMadeFilledAndShown) {
+    // Settings may name a table that is yet to be made.
+    EXPECT_EQ(apply("RefETMethod=4 KcTable=made.dbf").status, 0);
+    EXPECT_EQ(run("kc list").status, 1);
     EXPECT_EQ(run("kc new made.dbf").status, 0);
+    EXPECT_EQ(apply("RefETMethod=4 KcTable=crops.dbf").status, 0);
     const Outcome matched = run("kc match --table made.dbf");
     EXPECT_EQ(matched.status, 0) << matched.output;
     EXPECT_THAT(matched.output, HasSubstr("message: match-1\nmessage: match-2\n"

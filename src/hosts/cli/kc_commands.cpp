@@ -45,16 +45,20 @@ void useOptions(Form& form, const KcOptions& options) {
     }
 }
 
-// Opens the form behind the run gate and lets `use` work with it; 1 when it refused something.
+// Opens the form behind the run gate and lets `use` work with it; 1 when it refused something. A
+// table that is named, or that is to be made, stands in for the settings', which may not be there.
 int withEditor(const Session& session, const KcOptions& options,
-               const std::function<void(frmKcEditor&, HeadlessApplication&)>& use) {
+               const std::function<void(frmKcEditor&, HeadlessApplication&)>& use,
+               bool makesTable = false) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (!passRunGate(application)) return kFailed;
-    frmKcEditor form(application, processState().settings);
+    RunSettings settings = processState().settings;
+    if (makesTable) settings.KcTable.clear();
+    if (!options.table.empty()) settings.KcTable = wholePath(options.table);
+    frmKcEditor form(application, settings);
     form.load();
     if (form.failed()) return kFailed;
-    useOptions(form, options);
-    if (form.failed()) return kFailed;
+    useOptions(form, {{}, options.field, options.cellSize});
     use(form, application);
     const bool failed = form.failed();
     form.close();
@@ -96,14 +100,17 @@ void printGrid(const DataGrid& grid, int firstWidth, int width) {
 }  // namespace
 
 int kcNew(const Session& session, const std::string& file) {
-    return withEditor(session, {}, [&](frmKcEditor& form, HeadlessApplication& application) {
-        application.browsers().answer(wholePath(file));
-        form.cmdCreateDB.click();
-        if (!form.failed()) {
-            fmt::print("{} is made; velmora settings apply KcTable={} uses it\n",
-                       form.txtKcDBName.text(), form.txtKcDBName.text());
-        }
-    });
+    return withEditor(
+        session, {},
+        [&](frmKcEditor& form, HeadlessApplication& application) {
+            application.browsers().answer(wholePath(file));
+            form.cmdCreateDB.click();
+            if (!form.failed()) {
+                fmt::print("{} is made; velmora settings apply KcTable={} uses it\n",
+                           form.txtKcDBName.text(), form.txtKcDBName.text());
+            }
+        },
+        true);
 }
 
 int kcList(const Session& session, const KcOptions& options) {
