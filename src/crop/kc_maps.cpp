@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "crop/kc_maps.h"
 
-#include <algorithm>
 #include <memory>
 
 #include "crop/kc_table.h"
@@ -17,13 +16,6 @@ namespace {
 
 constexpr double kSmallestCell = 100;
 constexpr double kLargestCell = 500;
-
-// Calls for every month of the period.
-template <class Make>
-void forMonths(const RunSettings& settings, Make make) {
-    const int last = settings.endMonthNumber();
-    for (int month = std::max(1, settings.beginMonthNumber()); month <= last; ++month) make(month);
-}
 
 std::string kcGridName(const RunSettings& settings, int month) {
     return kcFieldName(month) + settings.methodTag();
@@ -70,24 +62,24 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
     prompts.message("post");
     prompts.message("Kc_loop");
-    forMonths(settings, [&](int month) {
+    for (const int month : settings.months()) {
         const std::string column = table->name() + "." + kcFieldName(month);
         conversion->ToRasterDataset({*joined, "[" + column + "] <> 0", column}, "Grid", *workspace,
                                     kcGridName(settings, month));
-    });
+    }
     prompts.message("Kc-Maps have been generated successfully");
 }
 
 void showKcMaps(IApplication& application, const RunSettings& settings) {
     const auto workspace =
         application.platform().rasters().openFromFolder(settings.OutputWorkspace);
-    forMonths(settings, [&](int month) {
+    for (const int month : settings.months()) {
         const std::string name = kcGridName(settings, month);
         auto layer =
             application.document().createRasterLayer(workspace->openRasterDataset(name)->path());
         ApplyColorRamp(application.prompts(), *layer, {0, 0, 255}, {0, 255, 0});
         application.document().addLayer(std::move(layer));
-    });
+    }
 }
 
 }  // namespace velmora

@@ -1,21 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/net_irrigation_run.h"
 
-#include <algorithm>
-#include <array>
 #include <exception>
 #include <string>
 
-#include "gis/gis_functions.h"
 #include "gis/month_names.h"
-#include "gis/text.h"
-#include "settings/zonal_settings.h"
+#include "settings/zonal_grid_series.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr const char* kTable = "StatNIR";
+void runMonths(IApplication& application, const RunSettings& settings) {
+    ZonalGridSeries series(application, settings, "StatNIR");
+    series.createTable();
+    for (const int month : settings.months()) {
+        const std::string label = GetMonthName(month);
+        const RasterPtr precipitation = series.open("PPT_" + label);
+        const RasterPtr cropEt = series.open("ET_" + label + settings.methodTag());
+        const auto algebra = application.platform().analysis().mapAlgebra();
+        useInputs(algebra->environment());
+        series.add(month, "NIR_" + label,
+                   netIrrigationRequirement(*algebra, cropEt, precipitation));
+    }
+    series.showTable();
+}
 
 }  // namespace
 
@@ -28,47 +37,14 @@ RasterPtr netIrrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& crop
     return algebra.Execute("[AllCell] * [PosiOne]");
 }
 
-bool NetIrrigationRun::run() {
+bool runNetIrrigation(IApplication& application, const RunSettings& settings) {
     try {
-        runMonths();
+        runMonths(application, settings);
         return true;
     } catch (const std::exception& e) {
-        application_.prompts().message(e.what());
+        application.prompts().message(e.what());
         return false;
     }
-}
-
-void NetIrrigationRun::runMonths() {
-    lock_ = platform_.files().lockFolder(settings_.OutputWorkspace);
-    workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
-    CreateStatTable(platform_, application_.prompts(), settings_.OutputWorkspace, kTable);
-    const int last = settings_.endMonthNumber();
-    for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
-        runMonth(month);
-    }
-    AddTable(application_.prompts(), application_.document(),
-             OpenTable(platform_, application_.prompts(), settings_.OutputWorkspace, kTable));
-}
-
-void NetIrrigationRun::runMonth(int month) {
-    const std::string label = GetMonthName(month);
-    const auto open = [&](const std::string& name) {
-        return workspace_->openRasterDataset(name)->createDefaultRaster();
-    };
-    const RasterPtr precipitation = open("PPT_" + label);
-    const RasterPtr cropEt = open("ET_" + label + settings_.methodTag());
-    const auto algebra = platform_.analysis().mapAlgebra();
-    useInputs(algebra->environment());
-    const std::string name = "NIR_" + label;
-    workspace_->save(std::array{
-        RasterToSave{name, netIrrigationRequirement(*algebra, cropEt, precipitation), "GRID"}});
-
-    auto layer =
-        application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
-    ApplyColorRamp(application_.prompts(), *layer, {100, 50, 50}, {0, 255, 0});
-    application_.document().addLayer(std::move(layer));
-    MakeZonalStat(platform_, application_.prompts(), zonalTableSettings(settings_), open(name),
-                  kTable, month);
 }
 
 }  // namespace velmora

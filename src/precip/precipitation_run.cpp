@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "precip/precipitation_run.h"
 
-#include <algorithm>
 #include <array>
 #include <exception>
 
@@ -79,10 +78,7 @@ void PrecipitationRun::prepare() {
 }
 
 void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
-    const int last = settings_.endMonthNumber();
-    for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
-        (this->*make)(month);
-    }
+    for (const int month : settings_.months()) (this->*make)(month);
     try {
         stations_->storeWorkingField();
     } catch (const PlatformError& e) {

@@ -78,8 +78,7 @@ void ReferenceEtRun::runSteps() {
     if (!runStatus_) return;
     show("All parameter layers are ready now...");
     show(kMethodLines[static_cast<std::size_t>(settings_.methodNumber() - 1)]);
-    const int last = settings_.endMonthNumber();
-    for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
+    for (const int month : settings_.months()) {
         if (!runMonth(month)) return;
     }
     const double minutes = (platform_.clock().seconds() - start) / 60;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/precipitation_check.h"
 
-#include <algorithm>
-
 #include "gis/cell_values.h"
 #include "gis/errors.h"
 #include "settings/reference_grids.h"
@@ -44,8 +42,7 @@ class PrecipitationCheck {
     }
 
     void checkReferenceGrids() {
-        const int last = settings_.endMonthNumber();
-        for (int month = std::max(1, settings_.beginMonthNumber()); month <= last; ++month) {
+        for (const int month : settings_.months()) {
             try {
                 checkReferenceGrid(prismGridPath(settings_.PrismGridFolder, month),
                                    *openReferenceGrid(platform_, settings_, month));

@@ -23,6 +23,15 @@ int RunSettings::beginMonthNumber() const { return GetMonthNumber(BeginMonth); }
 
 int RunSettings::endMonthNumber() const { return GetMonthNumber(EndMonth); }
 
+std::vector<int> RunSettings::months() const {
+    std::vector<int> months;
+    const int last = endMonthNumber();
+    for (int month = std::max(1, beginMonthNumber()); month <= last; ++month) {
+        months.push_back(month);
+    }
+    return months;
+}
+
 bool RunSettings::needsFullWeather() const {
     const double number = lenientNumber(RefETMethod);
     return number < 4 || number == 6;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace velmora {
 
@@ -51,6 +52,9 @@ struct RunSettings {
     int yearNumber() const;         // the number at the beginning of Year, 0 for none
     int beginMonthNumber() const;
     int endMonthNumber() const;
+    // The month numbers of the period in order; an unknown begin month counts as before January, an
+    // unknown end month leaves none.
+    std::vector<int> months() const;
     // Methods 4 and 5 need temperatures alone; the others humidity, radiation and wind as well.
     bool needsFullWeather() const;
 };

@@ -169,8 +169,7 @@ class StationCheck {
         const double below = fahrenheit ? 150 : 80;
         const double high = fahrenheit ? 125 : 52;
         const char* degrees = fahrenheit ? "deg F" : "deg C";
-        const int last = settings_.endMonthNumber();
-        for (int m = std::max(1, settings_.beginMonthNumber()); m <= last; ++m) {
+        for (const int m : settings_.months()) {
             const char* estimated = ": the month is estimated";
             checkQuantity({"TM_", above, below, high, degrees, 2, Severity::error, ""}, m);
             checkQuantity({"TN_", above, below, high, degrees, 2, Severity::error, ""}, m);

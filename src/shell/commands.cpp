@@ -94,7 +94,7 @@ bool clsET_CropCoefficient::runStep() {
 
 clsET_CropET::clsET_CropET() : ModelCommand({"", "Estimate Crop ET", ""}) {}
 
-bool clsET_CropET::runStep() { return CropEtRun(application(), processState().settings).run(); }
+bool clsET_CropET::runStep() { return runCropEt(application(), processState().settings); }
 
 clsPPT::clsPPT()
     : ModelCommand({"PPTInter", "Precipitation Estimation",
@@ -106,7 +106,7 @@ clsIR_NIR::clsIR_NIR()
     : ModelCommand(
           {"", "Estimate Crop Water Requirement", "Estimate Irrigation Water Requirement"}) {}
 
-bool clsIR_NIR::runStep() { return NetIrrigationRun(application(), processState().settings).run(); }
+bool clsIR_NIR::runStep() { return runNetIrrigation(application(), processState().settings); }
 
 bool UnbuiltCommand::runStep() {
     application().prompts().message("\"" + Caption() +

@@ -39,7 +39,7 @@ struct NetIrrigation : testing::Test {
             save("PPT_" + GetMonthName(month), filled(2));
         }
     }
-    bool run() { return NetIrrigationRun(f.application, f.settings).run(); }
+    bool run() { return runNetIrrigation(f.application, f.settings); }
 };
 
 TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {

@@ -89,7 +89,7 @@ std::vector<Crop> CropFixture::crops() {
             {"O'Brien Corn", {0, 0, 0, 0, 0.3, 0.6, 1.2, 1.15, 0.6, 0, 0, 0}}};
 }
 
-bool CropFixture::runCropEt() { return CropEtRun(application, settings).run(); }
+bool CropFixture::runCropEt() { return velmora::runCropEt(application, settings); }
 
 void CropFixture::copyKcMaps(const std::vector<std::string>& months) {
     const auto workspace = application.platform().rasters().openFromFolder(folder.file("out"));
