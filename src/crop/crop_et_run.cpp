@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "crop/crop_et_run.h"
 
-#include <exception>
 #include <string>
 
+#include "gis/error_trap.h"
 #include "gis/month_names.h"
 #include "settings/zonal_grid_series.h"
 
@@ -35,13 +35,7 @@ void runMonths(IApplication& application, const RunSettings& settings) {
 }  // namespace
 
 bool runCropEt(IApplication& application, const RunSettings& settings) {
-    try {
-        runMonths(application, settings);
-        return true;
-    } catch (const std::exception& e) {
-        application.prompts().message(e.what());
-        return false;
-    }
+    return trapped(application.prompts(), [&] { runMonths(application, settings); });
 }
 
 }  // namespace velmora

@@ -2,19 +2,20 @@
 #include "crop/frm_kc_editor.h"
 
 #include <algorithm>
-#include <exception>
 #include <map>
 #include <set>
 #include <utility>
 
 #include "crop/kc_maps.h"
 #include "crop/kc_table.h"
+#include "gis/error_trap.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
+#include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 
 namespace velmora {
@@ -53,20 +54,20 @@ frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
     }
     IBrowsers& browsers = application_.browsers();
     const auto onClick = [this](CommandButton& button, void (frmKcEditor::*action)()) {
-        button.onClick = [this, action] { trapped([this, action] { (this->*action)(); }); };
+        button.onClick = [this, action] { attempt([this, action] { (this->*action)(); }); };
     };
     cmdOpenDB.onClick = [&] {
         const std::string path = browsers.openFile(kTableFilter);
-        if (!path.empty()) trapped([&] { openTable(path); });
+        if (!path.empty()) attempt([&] { openTable(path); });
     };
     cmdLandCover.onClick = [&] {
         const std::string path = BrowseFeatureDataset(browsers);
-        if (!path.empty()) trapped([&] { openLandCover(path); });
+        if (!path.empty()) attempt([&] { openLandCover(path); });
     };
-    txtKcDBName.onLeave = [this] { trapped([this] { openTable(txtKcDBName.text()); }); };
-    txtLandCover.onLeave = [this] { trapped([this] { openLandCover(txtLandCover.text()); }); };
+    txtKcDBName.onLeave = [this] { attempt([this] { openTable(txtKcDBName.text()); }); };
+    txtLandCover.onLeave = [this] { attempt([this] { openLandCover(txtLandCover.text()); }); };
     grdKc.onEdit = [this](std::size_t row, std::size_t column, const std::string& text) {
-        trapped([&] { edit(row, column, text); });
+        attempt([&] { edit(row, column, text); });
     };
     grdKc.onSelect = [this] { showCurve(grdKc.currentRow()); };
     onClick(cmdCreateDB, &frmKcEditor::createTable);
@@ -79,25 +80,20 @@ frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
     cmdForward.onClick = [this] { stepCurve(+1); };
     cmdBackward.onClick = [this] { stepCurve(-1); };
     cmdClose.onClick = [this] { close(); };
-    onClosing = [this] { trapped([this] { offerToSave(); }); };
+    onClosing = [this] { attempt([this] { offerToSave(); }); };
 }
 
-void frmKcEditor::trapped(const std::function<void()>& body) {
+void frmKcEditor::attempt(const std::function<void()>& body) {
     failed_ = false;
-    try {
-        body();
-    } catch (const std::exception& e) {
-        application_.prompts().message(e.what());
-        failed_ = true;
-    }
+    if (!trapped(application_.prompts(), body)) failed_ = true;
 }
 
 void frmKcEditor::load() {
     Form::load();
     txtCellSize.setText(settings_.CellSize > 0 ? numberText(settings_.CellSize) : std::string());
-    if (!settings_.KcTable.empty()) trapped([this] { openTable(settings_.KcTable); });
+    if (!settings_.KcTable.empty()) attempt([this] { openTable(settings_.KcTable); });
     const bool tableFailed = failed_;
-    if (!settings_.LandCover.empty()) trapped([this] { openLandCover(settings_.LandCover); });
+    if (!settings_.LandCover.empty()) attempt([this] { openLandCover(settings_.LandCover); });
     failed_ = failed_ || tableFailed;
 }
 
@@ -276,11 +272,7 @@ void frmKcEditor::listLuTypes() {
     if (txtLandCover.text().empty() || cboFieldList.text().empty()) {
         throw PlatformError("Choose the land cover and its field of crop types first");
     }
-    std::string table = txtLandCover.text();
-    if (sameIgnoringCase(table.substr(table.size() - std::min<std::size_t>(4, table.size())),
-                         ".shp")) {
-        table = table.substr(0, table.size() - 4);
-    }
+    const std::string table = withoutEnding(txtLandCover.text(), ".shp");
     const auto types =
         platform_.connections()
             .open(kRecordSource)

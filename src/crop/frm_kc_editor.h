@@ -53,7 +53,7 @@ class frmKcEditor : public Form {
 
   private:
     // Runs the body; shows its failure.
-    void trapped(const std::function<void()>& body);
+    void attempt(const std::function<void()>& body);
 
     void openTable(const std::string& path);
     void createTable();

@@ -9,6 +9,7 @@
 #include "gis/month_names.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "settings/modelling_extent.h"
 
 namespace velmora {
 
@@ -26,11 +27,6 @@ std::string kcGridName(const RunSettings& settings, int month) {
 double boundedKcCellSize(double cellSize) {
     if (cellSize > kLargestCell) return kLargestCell;
     return cellSize < kSmallestCell ? kSmallestCell : cellSize;
-}
-
-std::string domainCrs(IPlatform& platform, const RunSettings& settings) {
-    if (settings.ExtentProvider.empty()) return {};
-    return platform.features().openFeatureClass(settings.ExtentProvider)->crs();
 }
 
 void makeKcMaps(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs) {

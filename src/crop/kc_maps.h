@@ -28,7 +28,4 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
 // Adds the period's maps to the map document. Throws PlatformError.
 void showKcMaps(IApplication& application, const RunSettings& settings);
 
-// The coordinate system of the run's domain, "" when no extent provider is set.
-std::string domainCrs(IPlatform& platform, const RunSettings& settings);
-
 }  // namespace velmora

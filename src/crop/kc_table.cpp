@@ -61,11 +61,7 @@ void copyKcTable(IFileSystem& files, const std::string& from, const std::string&
     }
 }
 
-std::string withoutDbf(const std::string& path) {
-    return path.size() > 4 && sameIgnoringCase(path.substr(path.size() - 4), ".dbf")
-               ? path.substr(0, path.size() - 4)
-               : path;
-}
+std::string withoutDbf(const std::string& path) { return withoutEnding(path, ".dbf"); }
 
 std::string kcQuery(const std::string& path) { return "SELECT * FROM [" + withoutDbf(path) + "]"; }
 

@@ -43,6 +43,12 @@ std::string withoutExtension(std::string_view path) {
     return std::string(path.substr(0, dot));
 }
 
+std::string withoutEnding(std::string_view path, std::string_view ending) {
+    const bool has = path.size() > ending.size() &&
+                     sameIgnoringCase(path.substr(path.size() - ending.size()), ending);
+    return std::string(has ? path.substr(0, path.size() - ending.size()) : path);
+}
+
 std::string joinedPath(std::string_view folder, std::string_view name) {
     std::string path(folder);
     if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';

@@ -26,6 +26,8 @@ std::string parentFolderName(std::string_view path);  // "" when there is none
 std::string fileName(std::string_view path);
 std::string baseName(std::string_view path);  // the file name without its extension
 std::string withoutExtension(std::string_view path);
+// Without an ending such as ".dbf", in capitals or not, when the path has it.
+std::string withoutEnding(std::string_view path, std::string_view ending);
 std::string joinedPath(std::string_view folder, std::string_view name);
 
 }  // namespace velmora

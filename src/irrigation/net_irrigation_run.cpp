@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/net_irrigation_run.h"
 
-#include <exception>
 #include <string>
 
+#include "gis/error_trap.h"
 #include "gis/month_names.h"
 #include "settings/zonal_grid_series.h"
 
@@ -38,13 +38,7 @@ RasterPtr netIrrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& crop
 }
 
 bool runNetIrrigation(IApplication& application, const RunSettings& settings) {
-    try {
-        runMonths(application, settings);
-        return true;
-    } catch (const std::exception& e) {
-        application.prompts().message(e.what());
-        return false;
-    }
+    return trapped(application.prompts(), [&] { runMonths(application, settings); });
 }
 
 }  // namespace velmora

@@ -2,8 +2,8 @@
 #include "precip/precipitation_run.h"
 
 #include <array>
-#include <exception>
 
+#include "gis/error_trap.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
@@ -22,12 +22,12 @@ bool PrecipitationRun::run() {
     openOutputWorkspace();
     if (settings_.PrecipitationMethod == "EDK") {
         application_.prompts().message("Using EDK to interpolate precipitation...");
-        return trapped(&PrecipitationRun::PPT_EDK);
+        return runMethod(&PrecipitationRun::PPT_EDK);
     }
     if (settings_.PrecipitationMethod == "PRISM_REF") {
         application_.prompts().message(
             "Using PRISM GRID as reference to interpolate precipitation...");
-        return trapped(&PrecipitationRun::PPT_PRISM);
+        return runMethod(&PrecipitationRun::PPT_PRISM);
     }
     return true;
 }
@@ -47,16 +47,9 @@ void PrecipitationRun::openOutputWorkspace() {
     workspace_ = platform_.rasters().openFromFolder(folder);
 }
 
-// The error trap of both methods: shows the failure's description; the grids made before it stay.
-bool PrecipitationRun::trapped(void (PrecipitationRun::*method)()) {
-    if (!pathsAreSet()) return false;
-    try {
-        (this->*method)();
-        return true;
-    } catch (const std::exception& e) {
-        application_.prompts().message(e.what());
-        return false;
-    }
+// Both methods show a failure by its description; the grids made before it stay.
+bool PrecipitationRun::runMethod(void (PrecipitationRun::*method)()) {
+    return pathsAreSet() && trapped(application_.prompts(), [&] { (this->*method)(); });
 }
 
 bool PrecipitationRun::pathsAreSet() {

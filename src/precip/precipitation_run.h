@@ -43,7 +43,7 @@ class PrecipitationRun {
 
     void openOutputWorkspace();
     bool pathsAreSet();
-    bool trapped(void (PrecipitationRun::*method)());
+    bool runMethod(void (PrecipitationRun::*method)());
     void prepare();
     // Every month of the period; then the working field goes into the stations' table.
     void makeMonths(void (PrecipitationRun::*make)(int month));

@@ -41,6 +41,11 @@ std::optional<CellCounts> roundedCounts(const Envelope& extent, double cellSize)
     return CellCounts{static_cast<int>(width), static_cast<int>(height)};
 }
 
+std::string domainCrs(IPlatform& platform, const RunSettings& settings) {
+    if (settings.ExtentProvider.empty()) return {};
+    return platform.features().openFeatureClass(settings.ExtentProvider)->crs();
+}
+
 GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings) {
     const auto provider = platform.features().openFeatureClass(settings.ExtentProvider);
     const std::string crs = provider->crs();

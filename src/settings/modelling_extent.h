@@ -27,6 +27,9 @@ CellCounts truncatedCounts(const Envelope& extent, double cellSize);
 // even neighbour. Nothing when a count is no such integer.
 std::optional<CellCounts> roundedCounts(const Envelope& extent, double cellSize);
 
+// The coordinate system of the domain (WKT), "" when no extent provider is set.
+std::string domainCrs(IPlatform& platform, const RunSettings& settings);
+
 // The grid that every step of a run shares. Throws PlatformError when the extent provider has no
 // coordinate system, or one in degrees, or when the cell size makes no grid.
 GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings);

@@ -25,6 +25,9 @@ struct Session {
     bool json = false;
 };
 
+// A path as the user types it, made whole; "" stays "".
+std::string wholePath(const std::string& path);
+
 // `velmora settings`: the buttons of the General Settings form.
 int applySettings(const Session& session, const std::vector<std::string>& assignments);
 int showSettings(const Session& session);

@@ -3,14 +3,15 @@
 
 #include <fmt/format.h>
 
+#include <exception>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "hosts/cli/semivariogram_picture.h"
+#include "platform/files/posix_file.h"
 
 namespace velmora::cli {
 
@@ -68,15 +69,13 @@ std::string tableCell(const Json& value) {
 }
 
 void writeWhole(const std::string& file, const std::string& content) {
-    const std::string beside = file + ".unfinished";
-    std::ofstream stream(beside, std::ios::binary);
-    stream << content;
-    stream.close();
-    std::error_code error;
-    if (stream) std::filesystem::rename(beside, file, error);
-    if (!stream || error) {
-        std::filesystem::remove(beside, error);
-        throw PlatformError("Cannot write " + file);
+    const std::string unfinished = platform::unfinishedPath(file);
+    try {
+        platform::writeWholeFile(unfinished, content);
+        std::filesystem::rename(unfinished, file);
+    } catch (const std::exception& e) {
+        platform::removeTree(unfinished);
+        throw PlatformError("Cannot write " + file + ": " + e.what());
     }
 }
 

@@ -2,7 +2,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
 
@@ -20,10 +19,6 @@
 namespace velmora::cli {
 
 namespace {
-
-std::string wholePath(const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal().string();
-}
 
 void useOptions(Form& form, const KcOptions& options) {
     if (!options.table.empty()) {

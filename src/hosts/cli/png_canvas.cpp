@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "platform/files/posix_file.h"
 
 namespace velmora::cli {
 
@@ -32,7 +33,7 @@ void PngCanvas::text(const std::string& words, double x, double y, double size, 
 }
 
 void PngCanvas::write(const std::string& file) {
-    const std::string beside = file + ".unfinished";
+    const std::string beside = platform::unfinishedPath(file);
     const cairo_status_t status = cairo_surface_write_to_png(surface_.get(), beside.c_str());
     std::error_code error;
     if (status == CAIRO_STATUS_SUCCESS) std::filesystem::rename(beside, file, error);

@@ -20,6 +20,10 @@
 
 namespace velmora::cli {
 
+std::string wholePath(const std::string& path) {
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
+
 namespace {
 
 // Opens the General Settings form and lets `driver` use it.
@@ -88,10 +92,6 @@ bool isPath(std::string_view name) {
         "DEM",   "WeatherStations", "WeatherData",     "KcTable",       "LandCover",
         "Zones", "PrismGridFolder", "OutputWorkspace", "ExtentProvider"};
     return std::find(paths.begin(), paths.end(), name) != paths.end();
-}
-
-std::string wholePath(const std::string& path) {
-    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
 }
 
 // A provider chosen while there is no cell size goes through the form's chooser, which proposes
