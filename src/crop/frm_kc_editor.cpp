@@ -13,6 +13,7 @@
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
+#include "gis/record_rows.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "settings/modelling_extent.h"
@@ -26,17 +27,6 @@ namespace {
 constexpr const char* kRecordSource = "Provider = MSDASQL.1;Data Source=dBASE Files";
 constexpr const char* kMatchSource = "Provider=MSDASQL.1;Data Source=dBASE Files";
 constexpr const char* kTableFilter = "dBASE tables (*.dbf)|*.dbf";
-
-std::string cellText(const FieldValue& value) {
-    if (const auto* number = std::get_if<double>(&value)) return numberText(*number);
-    return isNull(value) ? std::string() : std::get<std::string>(value);
-}
-
-std::string quotedText(const std::string& text) {
-    std::string quoted = "'";
-    for (const char c : text) quoted += c == '\'' ? std::string("''") : std::string(1, c);
-    return quoted + "'";
-}
 
 }  // namespace
 
@@ -121,17 +111,7 @@ void frmKcEditor::createTable() {
 
 void frmKcEditor::showRecords() {
     const auto records = platform_.connections().open(kRecordSource)->open(kcQuery(openedTable_));
-    std::vector<std::string> columns;
-    for (int i = 0; i < records->fieldCount(); ++i) columns.push_back(records->fieldName(i));
-    std::vector<std::vector<std::string>> rows;
-    for (; !records->eof(); records->moveNext()) {
-        rows.emplace_back();
-        for (const std::string& column : columns) {
-            rows.back().push_back(cellText(records->value(column)));
-        }
-    }
-    stored_ = rows;
-    grdKc.show(std::move(columns), std::move(rows));
+    stored_ = showRows(grdKc, *records);
     cmdSave.setEnabled(false);
     if (grdKc.rowCount() > 0) showCurve(0);
 }

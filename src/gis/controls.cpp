@@ -58,6 +58,45 @@ void ListBox::setText(const std::string& text) {
     Control::setText(text);
 }
 
+void MultiSelectList::clear() {
+    items_.clear();
+    chosen_.clear();
+    refresh();
+}
+
+void MultiSelectList::addItem(const std::string& item) {
+    items_.push_back(item);
+    chosen_.push_back(false);
+    refresh();
+}
+
+void MultiSelectList::choose(std::size_t position, bool chosen) {
+    chosen_.at(position) = chosen;
+    refresh();
+    if (onClick) onClick();
+}
+
+std::vector<std::string> MultiSelectList::chosenItems() const {
+    std::vector<std::string> chosen;
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        if (chosen_[i]) chosen.push_back(items_[i]);
+    }
+    return chosen;
+}
+
+void ProgressBar::begin(std::size_t maximum) {
+    value_ = 0;
+    maximum_ = maximum;
+    refresh();
+}
+
+// The host hears of every hundredth, so that long work is not slowed down by its bar.
+void ProgressBar::advance() {
+    const std::size_t hundredth = maximum_ / 100 + 1;
+    ++value_;
+    if (value_ % hundredth == 0 || value_ == maximum_) refresh();
+}
+
 void CheckBox::setValue(bool value) {
     value_ = value;
     refresh();

@@ -79,6 +79,25 @@ class ListBox : public Control {
     int index_ = -1;
 };
 
+// A list of which any number of entries may be chosen.
+class MultiSelectList : public Control {
+  public:
+    using Control::Control;
+    Handler onClick;  // an entry is chosen, or no longer
+
+    const std::vector<std::string>& items() const { return items_; }
+    void clear();
+    void addItem(const std::string& item);
+    // Throws std::out_of_range for a position that the list does not have.
+    void choose(std::size_t position, bool chosen = true);
+    bool isChosen(std::size_t position) const { return chosen_.at(position); }
+    std::vector<std::string> chosenItems() const;  // in the order of the list
+
+  private:
+    std::vector<std::string> items_;
+    std::vector<bool> chosen_;
+};
+
 class CheckBox : public Control {
   public:
     using Control::Control;
@@ -87,6 +106,26 @@ class CheckBox : public Control {
 
   private:
     bool value_ = false;
+};
+
+// How far a piece of work has come.
+class ProgressBar : public Control {
+  public:
+    using Control::Control;
+    std::size_t value() const { return value_; }
+    std::size_t maximum() const { return maximum_; }
+    void begin(std::size_t maximum);
+    void advance();
+
+  private:
+    std::size_t value_ = 0;
+    std::size_t maximum_ = 0;
+};
+
+// A group of controls with a caption.
+class Frame : public Control {
+  public:
+    using Control::Control;
 };
 
 // One of a group of options, of which one at most is on.

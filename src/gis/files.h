@@ -27,6 +27,8 @@ class IFileSystem {
     virtual bool fileExists(const std::string& path) const = 0;
     virtual bool folderExists(const std::string& path) const = 0;
     virtual std::string specialFolder(SpecialFolder folder) const = 0;
+    // When the file was last written, local time: "2026-04-30 17:05:00".
+    virtual std::string lastModified(const std::string& path) const = 0;
     virtual void deleteFile(const std::string& path) = 0;  // no error when there is none
     virtual void createFolder(const std::string& path) = 0;
     // Copies a file whole; an older one of that name is replaced.

@@ -22,6 +22,12 @@ bool sameIgnoringCase(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, [](char x, char y) { return lower(x) == lower(y); });
 }
 
+std::string quotedText(std::string_view text) {
+    std::string quoted = "'";
+    for (const char c : text) quoted += c == '\'' ? std::string("''") : std::string(1, c);
+    return quoted + "'";
+}
+
 std::string parentFolderName(std::string_view path) {
     const auto at = lastSeparator(path);
     if (at == std::string_view::npos) return {};

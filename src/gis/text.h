@@ -21,6 +21,9 @@ std::string joinedNames(const Range& names) {
     return text;
 }
 
+// A text as a literal of a statement: in single quotes, those inside it doubled.
+std::string quotedText(std::string_view text);
+
 // Paths. Both separators of the desktop's systems are understood when a path is taken apart.
 std::string parentFolderName(std::string_view path);  // "" when there is none
 std::string fileName(std::string_view path);

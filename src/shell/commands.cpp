@@ -7,13 +7,14 @@
 #include "crop/frm_kc_editor.h"
 #include "crop/kc_maps.h"
 #include "gis/errors.h"
+#include "irrigation/irrigation_requirement_run.h"
 #include "irrigation/net_irrigation_run.h"
 #include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 #include "settings/frm_settings.h"
+#include "settings/run_gate.h"
 #include "settings/run_state.h"
 #include "shell/frm_monitor.h"
-#include "shell/run_gate.h"
 
 namespace velmora {
 
@@ -119,7 +120,11 @@ clsIR_EFF::clsIR_EFF()
     : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}
 
 clsIR_IRR::clsIR_IRR()
-    : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",
-                      "Estimate Irrigation Water Requirement"}) {}
+    : ModelCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",
+                    "Estimate Irrigation Water Requirement"}) {}
+
+bool clsIR_IRR::runStep() {
+    return runIrrigationRequirement(application(), processState().settings);
+}
 
 }  // namespace velmora

@@ -111,9 +111,13 @@ class clsIR_EFF : public UnbuiltCommand {
   public:
     clsIR_EFF();
 };
-class clsIR_IRR : public UnbuiltCommand {
+
+class clsIR_IRR : public ModelCommand {
   public:
     clsIR_IRR();
+
+  protected:
+    bool runStep() override;
 };
 
 }  // namespace velmora

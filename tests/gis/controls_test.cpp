@@ -86,5 +86,33 @@ TEST(Form, FindsItsControls) {
     EXPECT_EQ(closed, 1);
 }
 
+TEST(MultiSelectListTest, AnyNumberOfEntries) {
+    MultiSelectList list("lst");
+    int clicks = 0;
+    list.onClick = [&] { ++clicks; };
+    for (const char* item : {"a", "b", "c"}) list.addItem(item);
+    EXPECT_TRUE(list.chosenItems().empty());
+    list.choose(2);
+    list.choose(0);
+    EXPECT_EQ(list.chosenItems(), (std::vector<std::string>{"a", "c"}));
+    list.choose(2, false);
+    EXPECT_FALSE(list.isChosen(2));
+    EXPECT_EQ(clicks, 3);
+    EXPECT_THROW(list.choose(3), std::out_of_range);
+    list.clear();
+    EXPECT_TRUE(list.items().empty());
+}
+
+TEST(ProgressBarTest, TellsTheHostNowAndThen) {
+    ProgressBar bar("PBar1");
+    int told = 0;
+    bar.hostRefresh = [&] { ++told; };
+    bar.begin(1000);
+    for (int i = 0; i < 1000; ++i) bar.advance();
+    EXPECT_EQ(bar.value(), bar.maximum());
+    EXPECT_GT(told, 50);
+    EXPECT_LT(told, 110);
+}
+
 }  // namespace
 }  // namespace velmora

@@ -4,11 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
-#include "tests/support/crop_fixture.h"
+#include "tests/support/irrigation_fixture.h"
 
 namespace velmora {
 namespace {
@@ -16,38 +14,18 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-RasterPtr raster(const GridGeometry& cells, std::vector<float> values) {
-    Grid grid(cells);
-    grid.values = std::move(values);
-    return std::make_shared<MemoryRaster>(grid);
-}
-
 struct NetIrrigation : testing::Test {
-    test::CropFixture f;
+    test::IrrigationFixture f;
     IPlatform& platform = f.application.platform();
-    GridGeometry cells{30, 18, 400000, 4500000, 500, f.geometry().crs};
 
-    void save(const std::string& name, const RasterPtr& grid) {
-        platform.rasters()
-            .openFromFolder(f.folder.file("out"))
-            ->save(std::array{RasterToSave{name, grid, "GRID"}});
-    }
-    RasterPtr filled(float value) { return std::make_shared<MemoryRaster>(Grid(cells, value)); }
-    void saveMonths(int first, int last) {
-        for (int month = first; month <= last; ++month) {
-            save("ET_" + GetMonthName(month) + "_4", filled(static_cast<float>(month)));
-            save("PPT_" + GetMonthName(month), filled(2));
-        }
-    }
     bool run() { return runNetIrrigation(f.application, f.settings); }
 };
 
 TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {
-    const GridGeometry row{6, 1, 0, 1, 1, ""};
     const auto algebra = platform.analysis().mapAlgebra();
     useInputs(algebra->environment());
     const RasterPtr result = netIrrigationRequirement(
-        *algebra, raster(row, {2, 5, 4, kNoData, 3, 0}), raster(row, {3, 2, 5, 1, kNoData, 0}));
+        *algebra, test::rowOf({2, 5, 4, kNoData, 3, 0}), test::rowOf({3, 2, 5, 1, kNoData, 0}));
     // 2 - 2.4 is negative, 5 - 1.6, 4 - 4 exactly, and no data on either side.
     const Grid grid = wholeGrid(*result);
     EXPECT_THAT(grid.values, ElementsAre(0, 3.4F, 0, kNoData, kNoData, 0));
@@ -56,7 +34,7 @@ TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {
 TEST_F(NetIrrigation, SevenMonthsMakeSevenGridsLayersAndRowsPerZone) {
     f.settings.BeginMonth = "Apr";
     f.settings.EndMonth = "Oct";
-    saveMonths(4, 10);
+    f.saveMonths(4, 10);
     ASSERT_TRUE(run()) << f.allMessages();
     EXPECT_TRUE(f.application.messages().empty());
     ASSERT_EQ(f.application.document().layers.size(), 7U);
@@ -75,19 +53,19 @@ TEST_F(NetIrrigation, SevenMonthsMakeSevenGridsLayersAndRowsPerZone) {
 
 TEST_F(NetIrrigation, CellsWithoutPrecipitationDoNotCount) {
     f.settings.BeginMonth = f.settings.EndMonth = "Jul";
-    saveMonths(7, 7);
+    f.saveMonths(7, 7);
     ASSERT_TRUE(run());
     const double all = std::get<double>(f.tableRows("StatNIR")[0][2]);
-    Grid ppt(cells, 2);
+    Grid ppt(f.cells, 2);
     for (int c = 0; c < 4; ++c) ppt.at(c, 6) = kNoData;  // four cells of the western zone
-    save("PPT_Jul", std::make_shared<MemoryRaster>(ppt));
+    f.save("PPT_Jul", std::make_shared<MemoryRaster>(ppt));
     ASSERT_TRUE(run());
     EXPECT_EQ(f.output("NIR_Jul").at(2, 6), kNoData);
     EXPECT_NEAR(std::get<double>(f.tableRows("StatNIR")[0][2]), all - 4 * 250000.0 / 4047, 2e-3);
 }
 
 TEST_F(NetIrrigation, AMissingGridKeepsWhatWasMade) {
-    saveMonths(6, 6);
+    f.saveMonths(6, 6);
     EXPECT_FALSE(run());
     EXPECT_THAT(f.application.messages().back(), HasSubstr("out/PPT_Jul"));
     EXPECT_TRUE(f.hasOutput("NIR_Jun"));
@@ -108,7 +86,7 @@ TEST_F(NetIrrigation, AWholeChainEndsInTheDifference) {
                   {"TM_", "TN_", "P_"});
     ASSERT_TRUE(f.run()) << f.allMessages();
     ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
-    for (const char* month : {"Jun", "Jul"}) save(std::string("Kc_") + month, filled(0.9F));
+    for (const char* month : {"Jun", "Jul"}) f.save(std::string("Kc_") + month, f.filled(0.9F));
     ASSERT_TRUE(f.runCropEt()) << f.allMessages();
     ASSERT_TRUE(run()) << f.allMessages();
     const Grid et = f.output("ET_Jul_4");

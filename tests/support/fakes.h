@@ -149,6 +149,7 @@ class MemoryFiles : public IFileSystem {
     bool fileExists(const std::string& path) const override { return files.contains(path); }
     bool folderExists(const std::string& path) const override { return folders.contains(path); }
     std::string specialFolder(SpecialFolder) const override { return "/temporary"; }
+    std::string lastModified(const std::string&) const override { return "2031-01-02 03:04:05"; }
     void deleteFile(const std::string& path) override { files.erase(path); }
     void createFolder(const std::string& path) override { folders[path] = true; }
     void copyFile(const std::string& from, const std::string& to) override {

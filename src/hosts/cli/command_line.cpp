@@ -49,6 +49,7 @@ CommandLine::CommandLine()
             "velmora check"),
         checkSettings);
     addKc();
+    addTable();
     addGrid();
     addDemo();
 }
@@ -91,8 +92,8 @@ void CommandLine::addRun() {
         add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
     run->add_option("step", first_,
                     "refet (reference ET), kc (crop coefficient maps), cropet (crop ET), ppt "
-                    "(precipitation) or nir (net irrigation requirement); eff and irr are not "
-                    "built yet")
+                    "(precipitation), nir (net irrigation requirement), eff (irrigation "
+                    "efficiency) or irr (irrigation water requirement)")
         ->required()
         ->check(CLI::IsMember(stepNames()));
     run->add_flag("--diagnose", diagnose_,
@@ -146,6 +147,19 @@ void CommandLine::addKc() {
     maps->add_option("--cell-size", kcOptions_.cellSize,
                      "Metres, 100 to 500 (default: the run's cell size)");
     whenChosen(maps, [this](const Session& s) { return kcMaps(s, kcOptions_); });
+}
+
+void CommandLine::addTable() {
+    CLI::App* table = add(app_, "table", "Show a table of the output folder",
+                          "velmora table StatIRR --columns ZoneUnit,Month,IRR_V_acft --csv");
+    table->add_option("name", first_, "StatIRR, StatNIR, StatCET or another dBASE table")
+        ->required();
+    table->add_option("--columns", names_, "Some of its columns, in the table's order")
+        ->delimiter(',');
+    table->add_flag("--csv", csv_, "Print comma-separated values");
+    whenChosen(table, [this](const Session& s) {
+        return showTable(s, first_, names_, csv_ ? TableForm::csv : TableForm::aligned);
+    });
 }
 
 void CommandLine::addGrid() {

@@ -29,6 +29,7 @@ class CommandLine {
     void addSettings();
     void addRun();
     void addKc();
+    void addTable();
     void addGrid();
     void addDemo();
     int runChosen();
@@ -41,6 +42,7 @@ class CommandLine {
     bool manPage_ = false;
     bool diagnose_ = false;
     bool newCrop_ = false;
+    bool csv_ = false;
     KcOptions kcOptions_;
     Action action_;
     std::vector<std::string> assignments_;

@@ -54,6 +54,11 @@ int kcMaps(const Session& session, const KcOptions& options);
 // Sets the form's controls as the options say, and presses "Make Kc Maps".
 void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& options);
 
+// `velmora table NAME`: a table of the output folder, or some of its columns.
+enum class TableForm { aligned, csv };
+int showTable(const Session& session, const std::string& name,
+              const std::vector<std::string>& columns, TableForm form);
+
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);
 

@@ -10,11 +10,12 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
+#include "hosts/cli/grid_text.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/components/loaded_extension.h"
+#include "settings/run_gate.h"
 #include "settings/run_state.h"
 #include "shell/interfaces.h"
-#include "shell/run_gate.h"
 
 namespace velmora::cli {
 
@@ -60,37 +61,8 @@ int withEditor(const Session& session, const KcOptions& options,
     return failed ? kFailed : kDone;
 }
 
-nlohmann::ordered_json rowsOf(const DataGrid& grid) {
-    auto rows = nlohmann::ordered_json::array();
-    for (std::size_t r = 0; r < grid.rowCount(); ++r) {
-        nlohmann::ordered_json row;
-        for (std::size_t c = 0; c < grid.columns().size(); ++c) {
-            row[grid.columns()[c]] = grid.cell(r, c);
-        }
-        rows.push_back(row);
-    }
-    return rows;
-}
-
-void printGrid(const DataGrid& grid, int firstWidth, int width) {
-    const auto line = [&](const std::function<std::string(std::size_t)>& text) {
-        for (std::size_t c = 0; c < grid.columns().size(); ++c) {
-            if (c == 0) {
-                fmt::print("{:<{}}", text(c), firstWidth);
-            } else {
-                fmt::print(" {:>{}}", text(c), width);
-            }
-        }
-        fmt::print("\n");
-    };
-    line([&](std::size_t c) {
-        const std::string& name = grid.columns()[c];
-        return isKcField(name) ? name.substr(3) : name;
-    });
-    for (std::size_t r = 0; r < grid.rowCount(); ++r) {
-        line([&](std::size_t c) { return grid.cell(r, c); });
-    }
-}
+// "Kc_Jan" as "Jan".
+std::string kcHeading(const std::string& name) { return isKcField(name) ? name.substr(3) : name; }
 
 }  // namespace
 
@@ -121,10 +93,10 @@ int kcList(const Session& session, const KcOptions& options) {
             return;
         }
         fmt::print("{}\n", form.txtKcDBName.text());
-        printGrid(form.grdKc, 28, 6);
+        fmt::print("{}", alignedText(form.grdKc, kcHeading));
         if (withLand) {
             fmt::print("\n{} (field {})\n", form.txtLandCover.text(), form.cboFieldList.text());
-            printGrid(form.grdSummary, 28, 12);
+            fmt::print("{}", alignedText(form.grdSummary));
         }
     });
 }

@@ -120,6 +120,10 @@ int runStep(const Session& session, const std::string& step, bool diagnose) {
     if (diagnose) application.askForDiagnostics();
     application.dialogs().driver = [&](Form& form) {
         if (form.name() == "frmKcEditor") pressMakeKcMaps(session, form, {});
+        if (form.name() == "frmStatistics" && !session.terminal.quiet) {
+            fmt::print("{}; velmora table StatIRR shows them\n",
+                       form.control<Label>("lblNote").text());
+        }
     };
     const LoadedExtension extension;
     for (const auto& [name, progId] : kSteps) {

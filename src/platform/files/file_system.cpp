@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -94,6 +96,16 @@ std::string FileSystem::specialFolder(SpecialFolder) const {
     std::error_code error;
     const fs::path folder = fs::temp_directory_path(error);
     return error ? std::string("/tmp") : folder.string();
+}
+
+std::string FileSystem::lastModified(const std::string& path) const {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) throwFileError("Cannot find", path);
+    std::tm local{};
+    ::localtime_r(&status.st_mtime, &local);
+    std::array<char, 32> text{};
+    std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local);
+    return text.data();
 }
 
 void FileSystem::deleteFile(const std::string& path) {

@@ -14,6 +14,7 @@ class FileSystem : public IFileSystem {
     bool fileExists(const std::string& path) const override;
     bool folderExists(const std::string& path) const override;
     std::string specialFolder(SpecialFolder folder) const override;
+    std::string lastModified(const std::string& path) const override;
     void deleteFile(const std::string& path) override;
     void createFolder(const std::string& path) override;
     void copyFile(const std::string& from, const std::string& to) override;

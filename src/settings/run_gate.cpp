@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/run_gate.h"
+#include "settings/run_gate.h"
 
 #include "gis/errors.h"
 #include "settings/run_state.h"

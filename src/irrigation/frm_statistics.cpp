@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "irrigation/frm_statistics.h"
+
+#include <utility>
+
+#include "gis/error_trap.h"
+#include "gis/record_rows.h"
+#include "gis/text.h"
+#include "settings/run_gate.h"
+#include "settings/run_state.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr const char* kResultSource =
+    "Provider=MSDASQL.1;Persist Security Info=False;Data Source=dBASE Files";
+
+}  // namespace
+
+frmStatistics::frmStatistics(IApplication& application, std::string table)
+    : Form("frmStatistics", "Zonal Results"), application_(application), name_(std::move(table)) {
+    for (Control* control : std::initializer_list<Control*>{&cboRst, &lstContent, &cmdRefresh,
+                                                            &lblNote, &dgdResult, &cmdClose}) {
+        add(*control);
+    }
+    cmdRefresh.setEnabled(false);
+    lstContent.onClick = [this] { cmdRefresh.setEnabled(true); };
+    cmdRefresh.onClick = [this] {
+        attempt([this] {
+            std::string columns;
+            for (const std::string& column : lstContent.chosenItems()) {
+                columns += (columns.empty() ? "" : ",") + column;
+            }
+            query(columns);
+        });
+    };
+    cmdClose.onClick = [this] { close(); };
+}
+
+void frmStatistics::attempt(const std::function<void()>& body) {
+    failed_ = false;
+    if (!trapped(application_.prompts(), body)) failed_ = true;
+}
+
+void frmStatistics::load() {
+    if (!passRunGate(application_)) {
+        failed_ = true;
+        return;
+    }
+    Form::load();
+    for (const char* entry :
+         {"StatIRR: Irrigation water requirement", "StatNIR: Net Irrigation water requirement",
+          "StatCET: Crop Evapotranspitation"}) {
+        cboRst.addItem(entry);
+    }
+    table_ = joinedPath(processState().settings.OutputWorkspace, name_ + ".dbf");
+    attempt([this] { showTable(); });
+}
+
+void frmStatistics::showTable() {
+    const IFileSystem& files = application_.platform().files();
+    if (!files.fileExists(table_)) {
+        application_.prompts().message("Source table does not exist.");
+        failed_ = true;
+        return;
+    }
+    lblNote.setText("Note: The shown results was obtained on " + files.lastModified(table_));
+    query("*");
+    for (const std::string& field : dgdResult.columns()) lstContent.addItem(field);
+    cmdRefresh.setEnabled(true);
+}
+
+void frmStatistics::query(const std::string& columns) {
+    const auto adoResult = application_.platform()
+                               .connections()
+                               .open(kResultSource)
+                               ->open("SELECT " + columns + " FROM " + table_);
+    showRows(dgdResult, *adoResult);
+}
+
+}  // namespace velmora

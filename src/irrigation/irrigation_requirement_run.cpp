@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "irrigation/irrigation_requirement_run.h"
+
+#include <string>
+
+#include "gis/error_trap.h"
+#include "gis/month_names.h"
+#include "irrigation/frm_statistics.h"
+#include "settings/zonal_grid_series.h"
+
+namespace velmora {
+
+namespace {
+
+void runMonths(IApplication& application, const RunSettings& settings) {
+    ZonalGridSeries series(application, settings, "StatIRR");
+    const RasterPtr efficiency = series.open(kEfficiencyGrid);
+    series.createTable();
+    for (const int month : settings.months()) {
+        const std::string label = GetMonthName(month);
+        const RasterPtr precipitation = series.open("PPT_" + label);
+        const RasterPtr cropEt = series.open("ET_" + label + settings.methodTag());
+        const auto algebra = application.platform().analysis().mapAlgebra();
+        useInputs(algebra->environment());
+        series.add(month, "IRR_" + label,
+                   irrigationRequirement(*algebra, cropEt, precipitation, efficiency));
+    }
+    series.showTable();
+}
+
+}  // namespace
+
+RasterPtr irrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                                const RasterPtr& precipitation, const RasterPtr& efficiency) {
+    algebra.BindRaster(cropEt, "ET");
+    algebra.BindRaster(precipitation, "PPT");
+    algebra.BindRaster(efficiency, "EF");
+    algebra.BindRaster(algebra.Execute("[ET] - 0.8 * [PPT]"), "AllCell");
+    algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "PosiOne");
+    return algebra.Execute("[AllCell] * [PosiOne] / [EF]");
+}
+
+bool runIrrigationRequirement(IApplication& application, const RunSettings& settings) {
+    return trapped(application.prompts(), [&] {
+        runMonths(application, settings);  // lets go of the folder before anybody reads the results
+        frmStatistics results(application);
+        results.load();
+        if (results.isOpen()) application.dialogs().showModal(results);
+    });
+}
+
+}  // namespace velmora

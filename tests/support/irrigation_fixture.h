@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// A crop run with grids of one value that stand for crop ET, precipitation and efficiency.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/crop_fixture.h"
+
+namespace velmora::test {
+
+class IrrigationFixture : public CropFixture {
+  public:
+    // Cells of 500 m over the domain's upper left part.
+    const GridGeometry cells{30, 18, 400000, 4500000, 500, geometry().crs};
+
+    void save(const std::string& name, const RasterPtr& grid);
+    RasterPtr filled(float value) const;
+    // Crop ET as many units as the month's number, precipitation 2.
+    void saveMonths(int first, int last);
+    // Lets commands and forms find the settings.
+    void storeSettings();
+};
+
+// A row of cells of one metre.
+RasterPtr rowOf(const std::vector<float>& values);
+
+}  // namespace velmora::test
