@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Tables and databases behind connections and recordsets. The provider that a connection string
 // names picks the engine: "MSDASQL.1" with "Data Source=dBASE Files" reads dBASE tables,
-// "Microsoft.Jet.OLEDB.4.0" with "Data Source=FILE" opens a database file.
+// "Microsoft.Jet.OLEDB.4.0" with "Data Source=FILE" opens a database file,
+// "ESRI.GeoDB.Oledb.1" with "Data Source=FOLDER" the attributes of the folder's shapefiles.
 #pragma once
 
 #include <cstddef>
@@ -46,6 +47,13 @@ struct ColumnDefinition {
     int size = 0;
 };
 
+// Changes that are stored together. Undone when it is let go before commit().
+class ITransaction {
+  public:
+    virtual ~ITransaction() = default;
+    virtual void commit() = 0;  // throws PlatformError
+};
+
 class IConnection {
   public:
     virtual ~IConnection() = default;
@@ -54,6 +62,10 @@ class IConnection {
     virtual void execute(const std::string& statement) = 0;
     virtual void createTable(const std::string& name,
                              const std::vector<ColumnDefinition>& columns) = 0;
+    virtual std::vector<std::string> tableNames() = 0;  // in the order in which they were made
+    // Holds back what recordsets and statements of this connection change from now on, until the
+    // transaction is committed.
+    virtual std::unique_ptr<ITransaction> beginTransaction() = 0;
     // Appends all rows of `source` to a table whose columns stand in the same order, in one
     // transaction.
     virtual void append(const std::string& table, const IColumnSource& source) = 0;

@@ -212,7 +212,7 @@ struct TableCommand : Command {
 TEST_F(TableCommand, TablesAreShown) {
     const Outcome whole = run("table StatNIR");
     EXPECT_EQ(whole.status, 0) << whole.output;
-    EXPECT_THAT(whole.output, HasSubstr("ZoneUnit   Area_T_ac  Area_C_ac  Month"));
+    EXPECT_THAT(whole.output, HasSubstr("ZoneUnit  Area_T_ac  Area_C_ac  Month"));
     EXPECT_THAT(whole.output, HasSubstr("Note: The shown results was obtained on 20"));
     EXPECT_EQ(run("table StatNIR.dbf --columns month,ZoneUnit --csv").output,
               "ZoneUnit,Month\n\"A \"\"b\"\", c\",7\n");

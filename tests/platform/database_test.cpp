@@ -83,7 +83,7 @@ TEST_F(Database, ProvidersAndFilesAreChecked) {
     test::write(folder.file("a.mdb"),
                 std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(100, 'x'));
     EXPECT_THAT([&] { platform.connections().open(text); },
-                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("genuine Access file")));
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("cannot be imported: it is damaged")));
 }
 
 TEST_F(Database, StatementsThatFailSayWhy) {
@@ -196,6 +196,84 @@ TEST_F(Database, ATableIsExportedToDbase) {
     EXPECT_THROW(connection->execute("SELECT * INTO [DBASE 5.0;DATABASE=" + folder.path() +
                                      "].[x] FROM none"),
                  PlatformError);
+}
+
+TEST_F(Database, StatementsMakeTablesThatCompareTextWithoutCase) {
+    const auto connection = made();
+    connection->execute("CREATE TABLE IREF(ZoneUnit Char(50),[Char (5)] Double,FAEF Double)");
+    EXPECT_EQ(connection->tableNames(), (std::vector<std::string>{"T", "IREF"}));
+    connection->execute("INSERT INTO IREF VALUES('Daggett', 1.0, 2.0)");
+    const auto row = connection->open("Select * from IREF WHERE [ZONEUNIT] = 'DAGGETT'");
+    ASSERT_FALSE(row->eof());
+    EXPECT_EQ(row->fieldName(1), "Char (5)");
+    EXPECT_EQ(std::get<double>(row->value("FAEF")), 2);
+    connection->execute("DROP TABLE IREF");
+    EXPECT_EQ(connection->tableNames(), (std::vector<std::string>{"T"}));
+}
+
+TEST_F(Database, ATransactionIsStoredWholeOrNotAtAll) {
+    const auto connection = made();
+    const auto rowsSeen = [&] {
+        const auto count = platform.connections().open(text)->open("SELECT count(*) AS n FROM T");
+        return std::get<double>(count->value("n"));
+    };
+    const auto add = [&] {
+        const auto records = connection->open("SELECT * FROM T");
+        records->addNew();
+        records->setValue("Share", 1.0);
+        records->update();
+    };
+    {
+        const auto transaction = connection->beginTransaction();
+        add();
+        EXPECT_EQ(rowsSeen(), 0);
+    }
+    EXPECT_EQ(rowsSeen(), 0);
+    const auto transaction = connection->beginTransaction();
+    add();
+    transaction->commit();
+    EXPECT_EQ(rowsSeen(), 1);
+}
+
+TEST_F(Database, AShapefileFolderStoresATransactionAtItsEnd) {
+    IFeatureWorkspaceFactory& features = platform.features();
+    const Field zone{"ZONE", FieldType::text, 20, 0};
+    features.createFeatureClass(folder.file("parts.shp"), true, "",
+                                {zone, {"IREF", FieldType::number, 20, 5}},
+                                {rectangle({0, 0, 1, 1}, {std::string("a"), 0.0}),
+                                 rectangle({1, 0, 2, 1}, {std::string("b"), 0.0})});
+    const auto connection = platform.connections().open(
+        "Provider=ESRI.GeoDB.Oledb.1;Data Source=" + folder.path() +
+        ";Extended Properties=workspacetype=esriCore.ShapefileWorkspaceFactory.1;Geometry=OBJECT");
+    const auto change = [&](double value) {
+        const auto records = connection->open("Select * from parts");
+        for (; !records->eof(); records->moveNext()) {
+            records->setValue("IREF", value);
+            records->update();
+        }
+    };
+    const auto stored = [&] {
+        return std::get<double>(features.openFeatureClass(folder.file("parts"))->value(1, "IREF"));
+    };
+    {
+        const auto transaction = connection->beginTransaction();
+        EXPECT_THROW(connection->beginTransaction(), PlatformError);
+        change(0.5);
+        EXPECT_EQ(stored(), 0);
+    }
+    EXPECT_EQ(stored(), 0);
+    {
+        const auto transaction = connection->beginTransaction();
+        change(0.25);
+        const auto records = connection->open("Select * from parts");
+        records->addNew();
+        EXPECT_THROW(records->update(), PlatformError);
+        transaction->commit();
+    }
+    EXPECT_EQ(stored(), 0.25);
+    change(0.75);
+    EXPECT_EQ(stored(), 0.75);
+    EXPECT_THROW(connection->tableNames(), PlatformError);
 }
 
 }  // namespace

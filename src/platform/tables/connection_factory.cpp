@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* kDatabaseFiles = "Microsoft.Jet.OLEDB.4.0";
 constexpr const char* kDataSources = "MSDASQL.1";
+constexpr const char* kShapefileFolders = "ESRI.GeoDB.Oledb.1";
 
 std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
@@ -51,6 +52,10 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
     if (sameIgnoringCase(connectionPart(connectionString, "Provider"), kDataSources) &&
         sameIgnoringCase(connectionPart(connectionString, "Data Source"), "dBASE Files")) {
         return std::make_unique<DbaseConnection>(tables_);
+    }
+    if (sameIgnoringCase(connectionPart(connectionString, "Provider"), kShapefileFolders)) {
+        return std::make_unique<DbaseConnection>(tables_,
+                                                 connectionPart(connectionString, "Data Source"));
     }
     return std::make_unique<SqliteConnection>(databasePath(connectionString), tables_);
 }

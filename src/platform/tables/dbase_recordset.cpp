@@ -95,12 +95,14 @@ SqliteConnection::Handle loaded(const ITable& table, const Query& query) {
 
 class DbaseRecordset : public StaticCursor {
   public:
-    DbaseRecordset(IFeatureWorkspaceFactory& tables, const std::string& text)
-        : StaticCursor(text), tables_(tables) {
+    DbaseRecordset(std::shared_ptr<DbaseConnection::Edits> edits, const std::string& folder,
+                   const std::string& text)
+        : StaticCursor(text), edits_(std::move(edits)) {
         const Query query(text);
-        path_ = query.table;
+        const bool named = !folder.empty() && parentFolderName(query.table).empty();
+        path_ = named ? joinedPath(folder, query.table) : query.table;
         wholeRows_ = query.wholeRows();
-        const auto table = tables_.openTable(path_);
+        const auto table = edits_->tables.openTable(path_);
         const SqliteConnection::Handle database = loaded(*table, query);
         SqliteStatement statement(database.get(), query.overRecords());
         const int first = wholeRows_ ? 1 : 0;
@@ -119,8 +121,11 @@ class DbaseRecordset : public StaticCursor {
     bool editable() const override { return wholeRows_; }
 
     void insertRow(Row& row) override {
-        const auto table = tables_.openTable(path_);
-        const auto session = tables_.edit(table);
+        if (edits_->held) {
+            throw PlatformError("No row can be added to " + path_ + " inside a transaction");
+        }
+        const auto table = edits_->tables.openTable(path_);
+        const auto session = edits_->tables.edit(table);
         std::vector<std::pair<std::string, FieldValue>> values;
         for (std::size_t i = 0; i < row.values.size(); ++i) {
             values.emplace_back(fields()[i], row.values[i]);
@@ -131,24 +136,61 @@ class DbaseRecordset : public StaticCursor {
     }
 
     void updateRow(const Row& row, const Changes& changes) override {
-        const auto session = tables_.edit(tables_.openTable(path_));
+        auto& session = edits_->sessions[path_];
+        if (!session) session = edits_->tables.edit(edits_->tables.openTable(path_));
         for (const auto& [index, value] : changes) {
             session->setValue(static_cast<std::size_t>(row.id) - 1, fields()[index], value);
         }
-        session->save();
+        if (edits_->held) return;
+        const auto finished = std::move(session);
+        edits_->sessions.erase(path_);
+        finished->save();
     }
 
   private:
-    IFeatureWorkspaceFactory& tables_;
+    std::shared_ptr<DbaseConnection::Edits> edits_;
     std::string path_;
     bool wholeRows_ = false;
 };
 
+class DbaseTransaction : public ITransaction {
+  public:
+    explicit DbaseTransaction(std::shared_ptr<DbaseConnection::Edits> edits)
+        : edits_(std::move(edits)) {
+        if (edits_->held) throw PlatformError("A transaction is open already");
+        edits_->held = true;
+    }
+    ~DbaseTransaction() override { end(); }
+    DbaseTransaction(const DbaseTransaction&) = delete;
+    DbaseTransaction& operator=(const DbaseTransaction&) = delete;
+    void commit() override {
+        const auto sessions = std::move(edits_->sessions);
+        end();
+        for (const auto& [path, session] : sessions) session->save();
+    }
+
+  private:
+    void end() {
+        edits_->sessions.clear();
+        edits_->held = false;
+    }
+    std::shared_ptr<DbaseConnection::Edits> edits_;
+};
+
 }  // namespace
 
+DbaseConnection::DbaseConnection(IFeatureWorkspaceFactory& tables, std::string folder)
+    : folder_(std::move(folder)), edits_(std::make_shared<Edits>(Edits{tables, false, {}})) {}
+
 std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
-    return std::make_unique<DbaseRecordset>(tables_, query);
+    return std::make_unique<DbaseRecordset>(edits_, folder_, query);
 }
+
+std::unique_ptr<ITransaction> DbaseConnection::beginTransaction() {
+    return std::make_unique<DbaseTransaction>(edits_);
+}
+
+std::vector<std::string> DbaseConnection::tableNames() { refuse(); }
 
 void DbaseConnection::execute(const std::string&) { refuse(); }
 void DbaseConnection::createTable(const std::string&, const std::vector<ColumnDefinition>&) {

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "gis/features.h"
 #include "gis/tables.h"
@@ -12,18 +14,29 @@ namespace velmora::platform {
 // The dBASE data source: queries over one table, named by its path without its extension (in
 // brackets, or as it stands when it is followed by nothing but WHERE). Texts compare without regard
 // to ASCII case. Rows of "SELECT * FROM ..." can be changed and added to, each update stored whole
-// or not at all.
+// or not at all; in a transaction all changes are stored at its end, and no row can be added.
 class DbaseConnection : public IConnection {
   public:
-    explicit DbaseConnection(IFeatureWorkspaceFactory& tables) : tables_(tables) {}
+    // Tables that are named without a folder lie in `folder`.
+    explicit DbaseConnection(IFeatureWorkspaceFactory& tables, std::string folder = {});
     std::unique_ptr<IRecordset> open(const std::string& query) override;
     void execute(const std::string& statement) override;
     void createTable(const std::string& name,
                      const std::vector<ColumnDefinition>& columns) override;
+    std::vector<std::string> tableNames() override;
+    std::unique_ptr<ITransaction> beginTransaction() override;
     void append(const std::string& table, const IColumnSource& source) override;
 
+    // The changes of tables by path, held back in a transaction.
+    struct Edits {
+        IFeatureWorkspaceFactory& tables;
+        bool held = false;
+        std::map<std::string, std::unique_ptr<IEditSession>> sessions;
+    };
+
   private:
-    IFeatureWorkspaceFactory& tables_;
+    std::string folder_;
+    std::shared_ptr<Edits> edits_;
 };
 
 }  // namespace velmora::platform

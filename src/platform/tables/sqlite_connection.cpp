@@ -6,7 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/files/posix_file.h"
+#include "platform/tables/access_import.h"
 #include "platform/tables/column_table.h"
 #include "platform/tables/sqlite_recordset.h"
 #include "platform/tables/sqlite_statement.h"
@@ -34,11 +34,43 @@ void run(sqlite3* database, const std::string& statement) {
     }
 }
 
-// Genuine Access files begin like this.
-bool isAccessFile(const std::string& beginning) {
-    return beginning.size() > 19 && (beginning.compare(4, 15, "Standard Jet DB") == 0 ||
-                                     beginning.compare(4, 15, "Standard ACE DB") == 0);
+// Such databases compare text without regard to case, so text columns of a new table do. Names in
+// brackets are not looked into.
+std::string withTextComparison(const std::string& statement) {
+    static const std::regex createTable(R"(\s*create\s+table\b[\s\S]*)", std::regex::icase);
+    static const std::regex textColumn(R"((\[[^\]]*\])|(\b(?:var)?char\s*\(\s*\d+\s*\)))",
+                                       std::regex::icase);
+    if (!std::regex_match(statement, createTable)) return statement;
+    std::string text;
+    auto from = statement.cbegin();
+    for (std::sregex_iterator match(from, statement.cend(), textColumn), end; match != end;
+         ++match) {
+        text.append(from, (*match)[0].second);
+        from = (*match)[0].second;
+        if ((*match)[2].matched) text += " COLLATE NOCASE";
+    }
+    return text.append(from, statement.cend());
 }
+
+class SqliteTransaction : public ITransaction {
+  public:
+    explicit SqliteTransaction(SqliteConnection::Handle database) : database_(std::move(database)) {
+        run(database_.get(), "BEGIN IMMEDIATE");
+    }
+    ~SqliteTransaction() override {
+        if (open_) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+    void commit() override {
+        run(database_.get(), "COMMIT");
+        open_ = false;
+    }
+
+  private:
+    SqliteConnection::Handle database_;
+    bool open_ = true;
+};
 
 }  // namespace
 
@@ -62,15 +94,15 @@ SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFac
     if (!std::filesystem::is_regular_file(path)) {
         throw PlatformError("There is no database " + path);
     }
-    if (isAccessFile(readWholeFile(path, 32))) {
-        throw PlatformError("The database " + path +
-                            " is a genuine Access file, which this version cannot read");
+    if (std::filesystem::file_size(path) == 0) {
+        throw PlatformError("The database " + path + " is an empty file");
     }
-    database_ = openDatabase(path, SQLITE_OPEN_READWRITE);
+    if (isAccessFile(path)) path_ = importedDatabase(path);
+    database_ = openDatabase(path_, SQLITE_OPEN_READWRITE);
     try {
         run(database_.get(), "SELECT count(*) FROM sqlite_master;");
     } catch (const PlatformError& e) {
-        throw PlatformError("Cannot open the database " + path + ": " + e.what());
+        throw PlatformError("Cannot open the database " + path_ + ": " + e.what());
     }
 }
 
@@ -86,8 +118,20 @@ void SqliteConnection::execute(const std::string& statement) {
     if (std::regex_match(statement, match, toDbase)) {
         exportToDbase(match[3], joinedPath(match[1].str(), match[2].str() + ".dbf"));
     } else {
-        run(database_.get(), statement);
+        run(database_.get(), withTextComparison(statement));
     }
+}
+
+std::vector<std::string> SqliteConnection::tableNames() {
+    std::vector<std::string> names;
+    SqliteStatement statement(database_.get(),
+                              "SELECT name FROM sqlite_master WHERE type='table' ORDER BY rowid");
+    while (statement.step()) names.push_back(std::get<std::string>(statement.value(0)));
+    return names;
+}
+
+std::unique_ptr<ITransaction> SqliteConnection::beginTransaction() {
+    return std::make_unique<SqliteTransaction>(database_);
 }
 
 // A table of the database as a dBASE table: texts as wide as they are declared, numbers of 20
@@ -120,10 +164,8 @@ void SqliteConnection::createTable(const std::string& name,
     std::string text;
     for (const ColumnDefinition& column : columns) {
         text += (text.empty() ? "" : ",") + quotedName(column.name) +
-                (column.type == FieldType::text
-                     // Such databases compare text without regard to case.
-                     ? " VARCHAR(" + std::to_string(column.size) + ") COLLATE NOCASE"
-                     : " REAL");
+                (column.type == FieldType::text ? " VARCHAR(" + std::to_string(column.size) + ")"
+                                                : " REAL");
     }
     execute("CREATE TABLE " + quotedName(name) + "(" + text + ")");
 }
