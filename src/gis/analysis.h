@@ -91,6 +91,7 @@ class IInterpolationOp {
 
 class IConversionOp;
 class IZonalOp;
+class IOverlayOp;
 
 // Makes the operations; each has an environment of its own.
 class IAnalysisFactory {
@@ -100,6 +101,7 @@ class IAnalysisFactory {
     virtual std::unique_ptr<IInterpolationOp> interpolation() = 0;
     virtual std::unique_ptr<IConversionOp> conversion() = 0;
     virtual std::unique_ptr<IZonalOp> zonal() = 0;
+    virtual std::unique_ptr<IOverlayOp> overlay() = 0;
     // A raster of one value over the given cells.
     virtual RasterPtr constant(const GridGeometry& geometry, float value) = 0;
 };

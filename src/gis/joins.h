@@ -42,6 +42,8 @@ class IMemoryRelationshipClassFactory {
     virtual ~IMemoryRelationshipClassFactory() = default;
     // Throws PlatformError when a key field is missing.
     virtual std::unique_ptr<IJoinedLayer> open(const MemoryRelationship& relationship) = 0;
+    // A layer to which nothing is joined; its fields go by their own names.
+    virtual std::unique_ptr<IJoinedLayer> openUnjoined(std::shared_ptr<IFeatureClass> layer) = 0;
 };
 
 // Field calculation over a joined layer.

@@ -2,8 +2,10 @@
 // Raster analysis over polygons: from polygons to grids, and grids summarised by polygons.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "gis/analysis.h"
 #include "gis/joins.h"
@@ -45,6 +47,34 @@ class IZonalOp {
     virtual std::shared_ptr<ITable> ZonalStatisticsAsTable(
         const std::shared_ptr<IFeatureClass>& zones, const std::string& zoneField,
         const RasterPtr& values, bool ignoreNoData) = 0;
+};
+
+// A polygon layer of an overlay, opened in the coordinate system of the result.
+struct OverlayLayer {
+    std::shared_ptr<IFeatureClass> features;
+    // The field that keeps its name where both layers have one of that name; the other layer's gets
+    // a number behind it.
+    std::string keptField;
+};
+
+struct OverlayResult {
+    std::size_t pieces = 0;
+    // A line for each polygon that was invalid and has been repaired: which one, and why.
+    std::vector<std::string> repairs;
+};
+
+// Polygons cut by polygons.
+class IOverlayOp {
+  public:
+    virtual ~IOverlayOp() = default;
+
+    // Saves what the polygons of both layers have in common as a shapefile, replacing an older one:
+    // a piece for every pair of polygons that share an area, with the fields of the first layer and
+    // then those of the second, in the order of the first layer's records and then the second's.
+    // Invalid polygons are repaired so that they cover what lies inside an odd number of their
+    // rings. Throws PlatformError and leaves nothing under the path.
+    virtual OverlayResult Intersect(const OverlayLayer& first, const OverlayLayer& second,
+                                    const std::string& path) = 0;
 };
 
 }  // namespace velmora

@@ -83,7 +83,8 @@ TEST_F(Database, ProvidersAndFilesAreChecked) {
     test::write(folder.file("a.mdb"),
                 std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(100, 'x'));
     EXPECT_THAT([&] { platform.connections().open(text); },
-                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("cannot be imported: it is damaged")));
+                testing::ThrowsMessage<PlatformError>(
+                    testing::HasSubstr("cannot be imported: it is damaged")));
 }
 
 TEST_F(Database, StatementsThatFailSayWhy) {

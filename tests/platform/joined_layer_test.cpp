@@ -81,5 +81,16 @@ TEST_F(Join, UnknownNamesAndTextsAreTold) {
     EXPECT_FALSE(joined->hasField("TM_Jan"));
 }
 
+TEST_F(Join, ALayerWithoutAJoinGoesByItsOwnNames) {
+    const auto layer = platform.memoryRelationships().openUnjoined(
+        platform.features().openFeatureClass(folder.file("stations.shp")));
+    EXPECT_THAT(layer->select("ELEVATION <> 1000"), ElementsAre(1, 3));
+    EXPECT_TRUE(layer->hasField("staname"));
+    EXPECT_FALSE(layer->hasField("stations.staname"));
+    EXPECT_EQ(std::get<double>(layer->value(3, "elevation")), 5);
+    EXPECT_EQ(layer->matchedRecords(), 0U);
+    EXPECT_THROW(layer->select("NONE <> 0"), PlatformError);
+}
+
 }  // namespace
 }  // namespace velmora::platform

@@ -7,6 +7,7 @@
 #include "platform/analysis/conversion.h"
 #include "platform/analysis/interpolation.h"
 #include "platform/analysis/map_algebra.h"
+#include "platform/analysis/overlay.h"
 #include "platform/analysis/zonal.h"
 
 namespace velmora::platform {
@@ -42,6 +43,8 @@ std::unique_ptr<IConversionOp> AnalysisFactory::conversion() {
 }
 
 std::unique_ptr<IZonalOp> AnalysisFactory::zonal() { return std::make_unique<ZonalOp>(); }
+
+std::unique_ptr<IOverlayOp> AnalysisFactory::overlay() { return std::make_unique<OverlayOp>(); }
 
 RasterPtr AnalysisFactory::constant(const GridGeometry& geometry, float value) {
     return std::make_shared<ConstantRaster>(geometry, value);

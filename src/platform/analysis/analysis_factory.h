@@ -17,6 +17,7 @@ class AnalysisFactory : public IAnalysisFactory {
     std::unique_ptr<IInterpolationOp> interpolation() override;
     std::unique_ptr<IConversionOp> conversion() override;
     std::unique_ptr<IZonalOp> zonal() override;
+    std::unique_ptr<IOverlayOp> overlay() override;
     RasterPtr constant(const GridGeometry& geometry, float value) override;
 
   private:

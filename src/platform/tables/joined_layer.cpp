@@ -53,7 +53,35 @@ std::vector<double> evaluated(const IJoinedLayer& layer, const std::vector<std::
     return results;
 }
 
-class JoinedLayer : public IJoinedLayer {
+// Selects by evaluating the clause for every record.
+class SelectableLayer : public IJoinedLayer {
+  public:
+    std::vector<std::size_t> select(const std::string& whereClause) const override {
+        std::vector<std::size_t> all(layer()->recordCount());
+        std::iota(all.begin(), all.end(), 0);
+        const std::vector<double> holds = evaluated(*this, all, whereClause);
+        std::erase_if(all, [&](std::size_t r) { return !(holds[r] != 0) || holds[r] != holds[r]; });
+        return all;
+    }
+};
+
+class UnjoinedLayer : public SelectableLayer {
+  public:
+    explicit UnjoinedLayer(std::shared_ptr<IFeatureClass> layer) : layer_(std::move(layer)) {}
+    std::shared_ptr<IFeatureClass> layer() const override { return layer_; }
+    std::size_t matchedRecords() const override { return 0; }
+    bool hasField(const std::string& field) const override {
+        return layer_->fieldIndex(field) >= 0;
+    }
+    FieldValue value(std::size_t record, const std::string& field) const override {
+        return layer_->value(record, field);
+    }
+
+  private:
+    std::shared_ptr<IFeatureClass> layer_;
+};
+
+class JoinedLayer : public SelectableLayer {
   public:
     explicit JoinedLayer(const MemoryRelationship& relationship)
         : layer_(relationship.destination), table_(relationship.origin) {
@@ -95,14 +123,6 @@ class JoinedLayer : public IJoinedLayer {
         return match ? table_->value(*match, field) : FieldValue{};
     }
 
-    std::vector<std::size_t> select(const std::string& whereClause) const override {
-        std::vector<std::size_t> all(layer_->recordCount());
-        std::iota(all.begin(), all.end(), 0);
-        const std::vector<double> holds = evaluated(*this, all, whereClause);
-        std::erase_if(all, [&](std::size_t r) { return !(holds[r] != 0) || holds[r] != holds[r]; });
-        return all;
-    }
-
   private:
     // "table.FIELD" as the table and the field; no table when the name is neither's. Where layer
     // and table share a name, the layer's fields come first.
@@ -133,6 +153,11 @@ class JoinedLayer : public IJoinedLayer {
 std::unique_ptr<IJoinedLayer> MemoryRelationshipClassFactory::open(
     const MemoryRelationship& relationship) {
     return std::make_unique<JoinedLayer>(relationship);
+}
+
+std::unique_ptr<IJoinedLayer> MemoryRelationshipClassFactory::openUnjoined(
+    std::shared_ptr<IFeatureClass> layer) {
+    return std::make_unique<UnjoinedLayer>(std::move(layer));
 }
 
 std::vector<std::optional<double>> Calculator::calculate(const IJoinedLayer& layer,

@@ -13,6 +13,7 @@ namespace velmora::platform {
 class MemoryRelationshipClassFactory : public IMemoryRelationshipClassFactory {
   public:
     std::unique_ptr<IJoinedLayer> open(const MemoryRelationship& relationship) override;
+    std::unique_ptr<IJoinedLayer> openUnjoined(std::shared_ptr<IFeatureClass> layer) override;
 };
 
 class Calculator : public ICalculator {

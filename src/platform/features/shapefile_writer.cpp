@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "platform/features/shapefile_writer.h"
+
+#include <cpl_error.h>
+
+#include <filesystem>
+#include <utility>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "platform/features/ogr_table.h"
+#include "platform/features/spatial_reference.h"
+#include "platform/files/posix_file.h"
+#include "platform/grid/gdal_raster.h"
+
+namespace velmora::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kDigitsOfInteger = 9;  // that any integer of 32 bits can have
+
+OGRFieldType typeOf(const Field& field) {
+    if (field.type == FieldType::text) return OFTString;
+    if (field.type != FieldType::integer) return OFTReal;
+    return field.width > kDigitsOfInteger + 1 ? OFTInteger64 : OFTInteger;
+}
+
+void createField(OGRLayer& layer, const Field& field) {
+    OGRFieldDefn definition(field.name.c_str(), typeOf(field));
+    definition.SetWidth(field.width);
+    definition.SetPrecision(field.decimals);
+    if (layer.CreateField(&definition) != OGRERR_NONE) {
+        throw PlatformError("field " + field.name + ": " + gdalMessage("it cannot be made"));
+    }
+}
+
+void setFields(OGRFeature& feature, const std::vector<FieldValue>& values) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const int index = static_cast<int>(i);
+        if (const auto* number = std::get_if<double>(&values[i])) {
+            feature.SetField(index, *number);
+        } else if (const auto* text = std::get_if<std::string>(&values[i])) {
+            feature.SetField(index, text->c_str());
+        } else {
+            feature.SetFieldNull(index);
+        }
+    }
+}
+
+void moveInPlace(const fs::path& folder, const std::string& stem, const std::string& target,
+                 bool shapes) {
+    if (shapes) fs::remove(target + ".shp");
+    for (auto part = kShapefileParts.rbegin(); part != kShapefileParts.rend(); ++part) {
+        const fs::path from = folder / (stem + "." + *part);
+        const fs::path to = target + "." + *part;
+        if (fs::exists(from)) {
+            fs::rename(from, to);
+        } else if (shapes || std::string(*part) == "cpg") {
+            fs::remove(to);  // an old one's would say what is not so
+        }
+    }
+}
+
+}  // namespace
+
+void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::string& crs,
+                const std::vector<Field>& fields,
+                const std::function<void(const LayerWriter& add)>& fill) {
+    const std::string stem = baseName(path);
+    const std::string unfinished = unfinishedPath(withoutExtension(path));
+    CPLErrorReset();
+    try {
+        auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+        VectorDatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        OGRSpatialReference system;
+        if (!crs.empty()) system = spatialReference(crs);
+        OGRLayer* layer =
+            dataset
+                ? dataset->CreateLayer(stem.c_str(), crs.empty() ? nullptr : &system, type, nullptr)
+                : nullptr;
+        if (!layer) throw PlatformError(gdalMessage("the folder may not be writable"));
+        for (const Field& field : fields) createField(*layer, field);
+        fill([&](const std::vector<FieldValue>& values, OGRGeometryUniquePtr shape) {
+            OGRFeature record(layer->GetLayerDefn());
+            setFields(record, values);
+            if (shape) record.SetGeometryDirectly(shape.release());
+            if (layer->CreateFeature(&record) != OGRERR_NONE)
+                throw PlatformError(gdalMessage("disk full"));
+        });
+        dataset.reset();
+        moveInPlace(unfinished, stem, withoutExtension(path), type != wkbNone);
+        removeTree(unfinished);
+    } catch (const std::exception& e) {
+        removeTree(unfinished);
+        throw PlatformError("Cannot write " + path + ": " + e.what());
+    }
+}
+
+}  // namespace velmora::platform
