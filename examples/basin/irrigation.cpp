@@ -2,33 +2,28 @@
 #include "examples/basin/irrigation.h"
 
 #include <array>
-#include <memory>
 #include <vector>
 
 #include "examples/basin/crops.h"
 #include "examples/basin/land.h"
+#include "irrigation/default_names.h"
+#include "irrigation/starter_database.h"
 
 namespace velmora::examples {
 
 namespace {
 
-struct Method {
-    const char* code;
-    double efficiency;
-    const char* description;
-};
-
 // T. A. Howell (2003), Irrigation efficiency, Encyclopedia of Water Science: average field
 // efficiencies.
-const std::array<Method, 5> kMethods = {{
+const std::vector<IrrigationMethod> kMethods = {
     {"Border", 0.65, "Graded border, average field efficiency 65 % (Howell 2003)"},
     {"Furrow", 0.65, "Graded furrow, average field efficiency 65 % (Howell 2003)"},
     {"SideRoll", 0.75, "Side roll sprinkler, average field efficiency 75 % (Howell 2003)"},
     {"Pivot", 0.80, "Centre pivot, impact heads, average field efficiency 80 % (Howell 2003)"},
     {"Drip", 0.85, "Surface drip, average field efficiency 85 % (Howell 2003)"},
-}};
+};
 
-using Shares = std::array<double, kMethods.size()>;
+using Shares = std::vector<double>;
 
 // Assumed: more pivots down the valley, more border irrigation in the upper zones.
 const std::array<Shares, 6> kZoneShares = {{{0.30, 0.10, 0.30, 0.30, 0.00},
@@ -48,60 +43,27 @@ Shares cropShares(const std::string& crop, const Shares& zone) {
     return zone;
 }
 
-std::vector<ColumnDefinition> shareColumns(std::vector<ColumnDefinition> keys) {
-    for (const Method& method : kMethods) keys.push_back({method.code, FieldType::number, 0});
-    return keys;
-}
-
-void setShares(IRecordset& record, const Shares& shares) {
-    for (std::size_t i = 0; i < kMethods.size(); ++i) record.setValue(kMethods[i].code, shares[i]);
-    record.update();
-}
-
-void fillDefaults(IConnection& database) {
-    const auto zones = basinZoneNames();
-    const auto perZone = database.open("SELECT * FROM IR_Dis_1");
-    const auto perCrop = database.open("SELECT * FROM IR_Dis_2");
-    for (std::size_t z = 0; z < zones.size(); ++z) {
-        perZone->addNew();
-        perZone->setValue("ZONEUNIT", zones[z]);
-        setShares(*perZone, kZoneShares[z]);
-        for (const CropCurve& crop : cropCurves()) {
-            perCrop->addNew();
-            perCrop->setValue("ZONEUNIT", zones[z]);
-            perCrop->setValue("CropType", crop.name);
-            setShares(*perCrop, cropShares(crop.name, kZoneShares[z]));
-        }
-    }
-}
-
 }  // namespace
 
 void makeIrrigationDatabase(IPlatform& platform, const std::string& path) {
-    const std::string connection = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path;
-    platform.files().deleteFile(path);
-    platform.connections().createDatabase(connection);
-    const auto database = platform.connections().open(connection);
-    const ColumnDefinition zone{"ZONEUNIT", FieldType::text, 50};
-    const ColumnDefinition crop{"CropType", FieldType::text, 50};
-    const ColumnDefinition code{"IRMD", FieldType::text, 20};
-    const ColumnDefinition efficiency{"IRMDEF", FieldType::number, 0};
-    const ColumnDefinition description{"IRMDDES", FieldType::text, 100};
-    database->createTable("IRMDDef", {code, efficiency, description});
-    database->createTable("IRMD", {zone, code, efficiency, description});
-    database->createTable("IR_Dis_1", shareColumns({zone}));
-    database->createTable("IR_Dis_2", shareColumns({zone, crop}));
-    database->execute("BEGIN");
-    const auto methods = database->open("SELECT * FROM IRMDDef");
-    for (const Method& method : kMethods) {
-        methods->addNew();
-        methods->setValue("IRMD", std::string(method.code));
-        methods->setValue("IRMDEF", method.efficiency);
-        methods->setValue("IRMDDES", std::string(method.description));
-        methods->update();
+    IrrigationDefaults defaults;
+    defaults.methods = kMethods;
+    const auto zones = basinZoneNames();
+    for (std::size_t z = 0; z < zones.size(); ++z) {
+        defaults.perZone.push_back({zones[z], "", kZoneShares[z]});
+        for (const CropCurve& crop : cropCurves()) {
+            // The tables know pasture under another name.
+            defaults.perZoneAndCrop.push_back(
+                {zones[z], MatchCrop(crop.name), cropShares(crop.name, kZoneShares[z])});
+        }
     }
-    fillDefaults(*database);
-    database->execute("COMMIT");
+    defaults.sources = {
+        {"Method efficiencies (IRMDDef)",
+         "T. A. Howell (2003), Irrigation efficiency, Encyclopedia of Water Science: average "
+         "field efficiencies"},
+        {"Shares (IR_Dis_1, IR_Dis_2)",
+         "Assumed for a made-up valley: more pivots downstream, more border irrigation upstream"}};
+    createIrrigationDatabase(platform, path, defaults);
 }
 
 }  // namespace velmora::examples

@@ -8,7 +8,6 @@
 
 #include "crop/kc_maps.h"
 #include "crop/kc_table.h"
-#include "gis/error_trap.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
@@ -31,10 +30,7 @@ constexpr const char* kTableFilter = "dBASE tables (*.dbf)|*.dbf";
 }  // namespace
 
 frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
-    : Form("frmKcEditor", "Kc-Map Maker"),
-      application_(application),
-      platform_(application.platform()),
-      settings_(settings) {
+    : TrappedForm(application, "frmKcEditor", "Kc-Map Maker"), settings_(settings) {
     for (Control* control : std::initializer_list<Control*>{
              &txtKcDBName,  &cmdOpenDB,    &cmdCreateDB,   &grdKc,         &cmdSave,
              &cmdSaveNew,   &picCurve,     &cmdBackward,   &cmdForward,    &txtLandCover,
@@ -42,7 +38,7 @@ frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
              &cmdSummary,   &grdSummary,   &txtCellSize,   &cmdMakeMap,    &cmdClose}) {
         add(*control);
     }
-    IBrowsers& browsers = application_.browsers();
+    IBrowsers& browsers = application.browsers();
     const auto onClick = [this](CommandButton& button, void (frmKcEditor::*action)()) {
         button.onClick = [this, action] { attempt([this, action] { (this->*action)(); }); };
     };
@@ -73,18 +69,13 @@ frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
     onClosing = [this] { attempt([this] { offerToSave(); }); };
 }
 
-void frmKcEditor::attempt(const std::function<void()>& body) {
-    failed_ = false;
-    if (!trapped(application_.prompts(), body)) failed_ = true;
-}
-
 void frmKcEditor::load() {
     Form::load();
     txtCellSize.setText(settings_.CellSize > 0 ? numberText(settings_.CellSize) : std::string());
     if (!settings_.KcTable.empty()) attempt([this] { openTable(settings_.KcTable); });
-    const bool tableFailed = failed_;
+    const bool tableFailed = failed();
     if (!settings_.LandCover.empty()) attempt([this] { openLandCover(settings_.LandCover); });
-    failed_ = failed_ || tableFailed;
+    if (tableFailed) fail();
 }
 
 void frmKcEditor::openTable(const std::string& path) {
@@ -99,18 +90,18 @@ void frmKcEditor::openTable(const std::string& path) {
 }
 
 void frmKcEditor::createTable() {
-    const std::string path = application_.browsers().saveFile(kTableFilter);
+    const std::string path = application().browsers().saveFile(kTableFilter);
     if (path.empty()) return;
     offerToSave();
     const std::string folder = parentFolderName(path);
     const std::string name = fileName(withoutDbf(path));
-    createKcTable(platform_, folder, name);
-    platform_.files().deleteFile(joinedPath(folder, name + ".DBF"));  // an older one of that name
+    createKcTable(platform(), folder, name);
+    platform().files().deleteFile(joinedPath(folder, name + ".DBF"));  // an older one of that name
     openTable(joinedPath(folder, name + ".dbf"));
 }
 
 void frmKcEditor::showRecords() {
-    const auto records = platform_.connections().open(kRecordSource)->open(kcQuery(openedTable_));
+    const auto records = platform().connections().open(kRecordSource)->open(kcQuery(openedTable_));
     stored_ = showRows(grdKc, *records);
     cmdSave.setEnabled(false);
     if (grdKc.rowCount() > 0) showCurve(0);
@@ -148,8 +139,8 @@ void frmKcEditor::edit(std::size_t row, std::size_t column, const std::string& t
 // All changes of the grid at once. Nothing happens when there are none.
 void frmKcEditor::save() {
     if (!cmdSave.enabled()) return;
-    const auto table = platform_.features().openTable(withoutDbf(openedTable_));
-    const auto session = platform_.features().edit(table);
+    const auto table = platform().features().openTable(withoutDbf(openedTable_));
+    const auto session = platform().features().edit(table);
     const auto valueOf = [&](std::size_t row, std::size_t column) {
         const std::string& text = grdKc.cell(row, column);
         const bool number = table->fields()[column].type != FieldType::text;
@@ -177,10 +168,10 @@ void frmKcEditor::save() {
 // A copy of the table under a new name, with the changes of the grid; the old table stays as it is.
 void frmKcEditor::saveNew() {
     if (grdKc.columns().empty()) throw PlatformError("There is no table to save: open one first");
-    std::string path = application_.browsers().saveFile(kTableFilter);
+    std::string path = application().browsers().saveFile(kTableFilter);
     if (path.empty()) return;
     if (path == withoutDbf(path)) path += ".dbf";
-    copyKcTable(platform_.files(), openedTable_, path);
+    copyKcTable(platform().files(), openedTable_, path);
     openedTable_ = path;
     txtKcDBName.setText(path);
     save();
@@ -189,7 +180,7 @@ void frmKcEditor::saveNew() {
 
 void frmKcEditor::offerToSave() {
     if (!cmdSave.enabled() || grdKc.columns().empty()) return;
-    if (application_.prompts().confirm("Save the changes of " + openedTable_ + "?", title())) {
+    if (prompts().confirm("Save the changes of " + openedTable_ + "?", title())) {
         save();
     } else {
         cmdSave.setEnabled(false);
@@ -221,7 +212,7 @@ void frmKcEditor::openLandCover(const std::string& path) {
     cboLuTypeList.clear();
     grdSummary.show({}, {});
     if (path.empty()) return;
-    const auto landCover = platform_.features().openFeatureClass(path);
+    const auto landCover = platform().features().openFeatureClass(path);
     for (const Field& field : landCover->fields()) cboFieldList.addItem(field.name);
     const std::string field = fieldOfCrops(*landCover);
     if (!field.empty()) cboFieldList.setText(field);
@@ -254,7 +245,8 @@ void frmKcEditor::listLuTypes() {
     }
     const std::string table = withoutEnding(txtLandCover.text(), ".shp");
     const auto types =
-        platform_.connections()
+        platform()
+            .connections()
             .open(kRecordSource)
             ->open("SELECT DISTINCT " + cboFieldList.text() + "  FROM [" + table + "]");
     std::set<std::string> sorted;
@@ -267,21 +259,19 @@ void frmKcEditor::listLuTypes() {
 
 bool frmKcEditor::inputsAreThere() {
     if (!txtLandCover.text().empty() && !txtKcDBName.text().empty()) return true;
-    application_.prompts().message(txtLandCover.text().empty()
-                                       ? "Land Use Info is not available, please input!"
-                                       : "Crop Coefficient Info is not available, please input!");
-    failed_ = true;
+    fail(txtLandCover.text().empty() ? "Land Use Info is not available, please input!"
+                                     : "Crop Coefficient Info is not available, please input!");
     return false;
 }
 
 void frmKcEditor::match() {
     if (!inputsAreThere()) return;
     save();
-    application_.prompts().message("match-1");
-    const auto connection = platform_.connections().open(kMatchSource);
+    prompts().message("match-1");
+    const auto connection = platform().connections().open(kMatchSource);
     const std::string table = "[" + withoutDbf(txtKcDBName.text()) + "]";
     const auto all = connection->open("Select *  from " + table);
-    application_.prompts().message("match-2");
+    prompts().message("match-2");
     const std::string key = all->fieldName(0);
     for (const std::string& type : cboLuTypeList.items()) {
         const auto found =
@@ -294,8 +284,8 @@ void frmKcEditor::match() {
 // Every land use type with its polygons and their area, and whether the maps find its crop.
 void frmKcEditor::summarize() {
     if (!inputsAreThere()) return;
-    const auto landCover =
-        platform_.features().openFeatureClass(txtLandCover.text(), domainCrs(platform_, settings_));
+    const auto landCover = platform().features().openFeatureClass(txtLandCover.text(),
+                                                                  domainCrs(platform(), settings_));
     const std::vector<double> areas = landCover->areas();
     std::map<std::string, std::pair<std::size_t, double>> types;
     for (std::size_t r = 0; r < landCover->recordCount(); ++r) {
@@ -319,8 +309,7 @@ void frmKcEditor::summarize() {
 void frmKcEditor::makeMaps() {
     if (!inputsAreThere()) return;
     if (txtCellSize.text().empty()) {
-        application_.prompts().message("Please input GRID cell size <10 - 500>");
-        failed_ = true;
+        fail("Please input GRID cell size <10 - 500>");
         return;
     }
     const double cellSize = boundedKcCellSize(lenientNumber(txtCellSize.text()));
@@ -329,7 +318,7 @@ void frmKcEditor::makeMaps() {
     setBusy(true);
     try {
         makeKcMaps(
-            application_, settings_,
+            application(), settings_,
             {txtLandCover.text(), cboFieldList.text(), withoutDbf(txtKcDBName.text()), cellSize});
     } catch (...) {
         setBusy(false);

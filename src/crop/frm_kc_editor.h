@@ -3,18 +3,15 @@
 // cover, shows the monthly curve of each crop, and makes the Kc maps.
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "gis/application.h"
-#include "gis/form.h"
+#include "gis/trapped_form.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
 
-class frmKcEditor : public Form {
+class frmKcEditor : public TrappedForm {
   public:
     // Both must outlive the form.
     frmKcEditor(IApplication& application, const RunSettings& settings);
@@ -22,9 +19,6 @@ class frmKcEditor : public Form {
     // Shows the table and land cover of the settings and proposes the run's cell size and the field
     // of the land cover that holds the table's crop types.
     void load() override;
-
-    // Whether the last thing that the user asked for has been refused or has failed.
-    bool failed() const { return failed_; }
 
     // The crop coefficient table
     TextBox txtKcDBName{"txtKcDBName"};
@@ -52,9 +46,6 @@ class frmKcEditor : public Form {
     CommandButton cmdClose{"cmdClose", "Close"};
 
   private:
-    // Runs the body; shows its failure.
-    void attempt(const std::function<void()>& body);
-
     void openTable(const std::string& path);
     void createTable();
     void showRecords();
@@ -73,12 +64,9 @@ class frmKcEditor : public Form {
     void summarize();
     void makeMaps();
 
-    IApplication& application_;
-    IPlatform& platform_;
     const RunSettings& settings_;
     std::string openedTable_;                       // path of the table that the grid shows
     std::vector<std::vector<std::string>> stored_;  // the records as the table holds them
-    bool failed_ = false;
 };
 
 }  // namespace velmora

@@ -54,6 +54,7 @@ class TextBox : public Control {
     using Control::Control;
     Handler onChange;  // every change of the text, by the user or by the form
     Handler onLeave;   // the user leaves the box after changing it
+    Handler onDoubleClick;
 
     void setText(const std::string& text) override;
     // The user types a text and leaves the box.

@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "gis/error_trap.h"
 #include "gis/record_rows.h"
 #include "gis/text.h"
 #include "settings/run_gate.h"
@@ -19,7 +18,7 @@ constexpr const char* kResultSource =
 }  // namespace
 
 frmStatistics::frmStatistics(IApplication& application, std::string table)
-    : Form("frmStatistics", "Zonal Results"), application_(application), name_(std::move(table)) {
+    : TrappedForm(application, "frmStatistics", "Zonal Results"), name_(std::move(table)) {
     for (Control* control : std::initializer_list<Control*>{&cboRst, &lstContent, &cmdRefresh,
                                                             &lblNote, &dgdResult, &cmdClose}) {
         add(*control);
@@ -38,14 +37,9 @@ frmStatistics::frmStatistics(IApplication& application, std::string table)
     cmdClose.onClick = [this] { close(); };
 }
 
-void frmStatistics::attempt(const std::function<void()>& body) {
-    failed_ = false;
-    if (!trapped(application_.prompts(), body)) failed_ = true;
-}
-
 void frmStatistics::load() {
-    if (!passRunGate(application_)) {
-        failed_ = true;
+    if (!passRunGate(application())) {
+        fail();
         return;
     }
     Form::load();
@@ -59,10 +53,9 @@ void frmStatistics::load() {
 }
 
 void frmStatistics::showTable() {
-    const IFileSystem& files = application_.platform().files();
+    const IFileSystem& files = platform().files();
     if (!files.fileExists(table_)) {
-        application_.prompts().message("Source table does not exist.");
-        failed_ = true;
+        fail("Source table does not exist.");
         return;
     }
     lblNote.setText("Note: The shown results was obtained on " + files.lastModified(table_));
@@ -72,10 +65,8 @@ void frmStatistics::showTable() {
 }
 
 void frmStatistics::query(const std::string& columns) {
-    const auto adoResult = application_.platform()
-                               .connections()
-                               .open(kResultSource)
-                               ->open("SELECT " + columns + " FROM " + table_);
+    const auto adoResult =
+        platform().connections().open(kResultSource)->open("SELECT " + columns + " FROM " + table_);
     showRows(dgdResult, *adoResult);
 }
 

@@ -7,6 +7,7 @@
 #include "crop/frm_kc_editor.h"
 #include "crop/kc_maps.h"
 #include "gis/errors.h"
+#include "irrigation/frm_efficiency.h"
 #include "irrigation/irrigation_requirement_run.h"
 #include "irrigation/net_irrigation_run.h"
 #include "precip/precipitation_run.h"
@@ -109,15 +110,15 @@ clsIR_NIR::clsIR_NIR()
 
 bool clsIR_NIR::runStep() { return runNetIrrigation(application(), processState().settings); }
 
-bool UnbuiltCommand::runStep() {
-    application().prompts().message("\"" + Caption() +
-                                    "\" is not built yet: this version ends with the net "
-                                    "irrigation requirement. Nothing was changed.");
-    return false;
-}
-
 clsIR_EFF::clsIR_EFF()
-    : UnbuiltCommand({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}
+    : Command({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}
+
+void clsIR_EFF::OnClick() {
+    frmEfficiency form(application());
+    form.load();
+    if (form.isOpen()) application().dialogs().showModal(form);
+    application().noteOutcome(form.failed() ? StepOutcome::failed : StepOutcome::done);
+}
 
 clsIR_IRR::clsIR_IRR()
     : ModelCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",

@@ -98,18 +98,11 @@ class clsIR_NIR : public ModelCommand {
     bool runStep() override;
 };
 
-// The commands whose steps this version does not have: they pass the gate and say so.
-class UnbuiltCommand : public ModelCommand {
-  public:
-    using ModelCommand::ModelCommand;
-
-  protected:
-    bool runStep() override;
-};
-
-class clsIR_EFF : public UnbuiltCommand {
+// Opens the irrigation efficiency dialog, whose opening passes the run gate.
+class clsIR_EFF : public Command {
   public:
     clsIR_EFF();
+    void OnClick() override;
 };
 
 class clsIR_IRR : public ModelCommand {

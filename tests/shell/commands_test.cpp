@@ -90,14 +90,26 @@ TEST_F(Commands, AShortSettingsFileIsTold) {
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
 }
 
-TEST_F(Commands, StepsToComeSayThatTheyAreNotBuilt) {
+TEST_F(Commands, TheEfficiencyDialogOpens) {
     storeSettings();
+    std::string title;
+    application.dialogs().driver = [&](Form& form) { title = form.title(); };
     click<clsIR_EFF>();
-    EXPECT_NE(
-        application.messages().back().find("\"Estimate Irrigation Efficiency\" is not built yet"),
-        std::string::npos);
+    EXPECT_EQ(title, "Interactive Mapping of Feild Application Efficiency of Irrigation");
+    EXPECT_EQ(application.outcomes.back(), StepOutcome::done);
+    application.dialogs().driver = [&](Form& form) {
+        form.control<CommandButton>("cmdApplyIRDB").click();  // there is no database
+    };
+    click<clsIR_EFF>();
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
     EXPECT_EQ(outputs(), 0U);
+}
+
+TEST_F(Commands, TheRequirementNeedsAnEfficiencyGrid) {
+    storeSettings();
+    click<clsIR_IRR>();
+    EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
+    EXPECT_NE(application.messages().back().find("faef_500"), std::string::npos);
 }
 
 TEST_F(Commands, PrecipitationRuns) {

@@ -24,10 +24,17 @@ class FakePrompts : public IPrompts {
         messages.push_back(text);
         titles.push_back(title);
     }
-    bool confirm(const std::string&, const std::string&) override { return answer; }
+    bool confirm(const std::string& question, const std::string& title) override {
+        questions.push_back(question);
+        questionTitles.push_back(title);
+        return answers ? answers(question) : answer;
+    }
     std::vector<std::string> messages;
     std::vector<std::string> titles;
-    bool answer = false;
+    std::vector<std::string> questions;
+    std::vector<std::string> questionTitles;
+    bool answer = false;  // unless `answers` is set
+    std::function<bool(const std::string&)> answers;
 };
 
 class FakeBrowsers : public IBrowsers {
@@ -106,8 +113,12 @@ class TestPlatform : public platform::Platform {
   public:
     IClock& clock() override { return clock_; }
     IFileSystem& files() override { return otherFiles ? *otherFiles : Platform::files(); }
+    IConnectionFactory& connections() override {
+        return otherConnections ? *otherConnections : Platform::connections();
+    }
     FixedClock clock_;
     IFileSystem* otherFiles = nullptr;
+    IConnectionFactory* otherConnections = nullptr;
 };
 
 class FakeDiagnostics : public IDiagnostics {
@@ -141,6 +152,21 @@ class TestApplication : public IApplication {
     FakeDialogs dialogs_;
     FakeDocument document_;
     FakeDiagnostics diagnostics_;
+};
+
+// The real connections, noting what is opened and run through them.
+class RecordingConnections : public IConnectionFactory {
+  public:
+    explicit RecordingConnections(IConnectionFactory& real) : real_(real) {}
+    void createDatabase(const std::string& connectionString) override {
+        real_.createDatabase(connectionString);
+    }
+    std::unique_ptr<IConnection> open(const std::string& connectionString) override;
+    std::vector<std::string> opened;      // connection strings
+    std::vector<std::string> statements;  // and queries
+
+  private:
+    IConnectionFactory& real_;
 };
 
 // A file system without a disk.

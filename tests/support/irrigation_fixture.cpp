@@ -27,6 +27,18 @@ void IrrigationFixture::saveMonths(int first, int last) {
     }
 }
 
+void IrrigationFixture::makeCropLand(const std::vector<Shape>& shapes) {
+    std::vector<NewFeature> features;
+    for (const Shape& shape : shapes) {
+        std::vector<Point> ring = shape.ring;
+        ring.push_back(ring.front());
+        features.push_back({ring, {shape.key, areaOf(shape)}});
+    }
+    application.platform().features().createFeatureClass(
+        settings.LandCover, true, geometry().crs,
+        {{"Descriptio", FieldType::text, 30, 0}, {"AREA", FieldType::number, 19, 3}}, features);
+}
+
 void IrrigationFixture::storeSettings() {
     IFileSystem& files = application.platform().files();
     files.createFolder(application.folder);

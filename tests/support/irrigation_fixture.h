@@ -18,6 +18,8 @@ class IrrigationFixture : public CropFixture {
     RasterPtr filled(float value) const;
     // Crop ET as many units as the month's number, precipitation 2.
     void saveMonths(int first, int last);
+    // Polygons with a crop type ("Descriptio") and an area, in place of the fixture's own.
+    void makeCropLand(const std::vector<Shape>& shapes);
     // Lets commands and forms find the settings.
     void storeSettings();
 };

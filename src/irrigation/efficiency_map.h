@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The efficiency map: the land cover cut by the zones, each piece with the overall irrigation
+// efficiency of its zone and crop, as the grid "IREF".
+#pragma once
+
+#include <string>
+
+#include "gis/application.h"
+#include "gis/controls.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+// Makes the shapefile "Lu_Intersected" of the output folder: the land cover cut by the zones, with
+// the fields of both. Repaired polygons are told. False after "Table QI failed", when a layer has
+// no attributes. Throws PlatformError.
+bool GetLuIntersected(IApplication& application, const RunSettings& settings);
+
+// Gives every piece the IREF of its zone and crop from the irrigation database, 0 when it has none,
+// all pieces in one transaction; `progress` advances with each. Throws PlatformError.
+void GetIREF(IApplication& application, const RunSettings& settings,
+             const std::string& databasePath, ProgressBar& progress);
+
+// Makes the grid "IREF" of the pieces whose efficiency is not 0, on cells of the settings' size
+// over the extent of the pieces. Throws PlatformError.
+void makeEfficiencyGrid(IApplication& application, const RunSettings& settings);
+
+}  // namespace velmora

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The irrigation efficiency dialog: which share of each crop's land in a zone is irrigated by which
+// method, the field application efficiencies that follow, and the efficiency map.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/trapped_form.h"
+#include "irrigation/irrigation_database.h"
+
+namespace velmora {
+
+class frmEfficiency : public TrappedForm {
+  public:
+    // The application must outlive the form.
+    explicit frmEfficiency(IApplication& application);
+
+    // Passes the run gate, without which the form does not open, and proposes the database beside
+    // the zone shapefile.
+    void load() override;
+
+    // Why the last failure that has a fixed text happened, "" when it says so itself.
+    const std::string& reason() const { return reason_; }
+
+    // The database. Until it is applied the rest of the form is disabled.
+    TextBox txtIRDB{"txtIRDB"};
+    CommandButton cmdOpenIRDB{"cmdOpenIRDB", "..."};  // as a double click into the box
+    CommandButton cmdApplyIRDB{"cmdApplyIRDB", "Apply"};
+    // The methods: the default list, or that of the chosen zone
+    Frame fraMethods{"fraMethods", "Irrigation methods"};
+    Label lblZone{"lblZone", "Zone"};
+    ListBox cmbZone{"cmbZone"};
+    Label lblMethods{"lblMethods", "Methods of the zone and their efficiencies"};
+    DataGrid dgdMethods{"dgdMethods"};
+    // The shares and efficiencies of the zone's crops
+    Frame fraShares{"fraShares", "Shares of the methods"};
+    Label lblCvef{"lblCvef", "Conveyance efficiency"};
+    TextBox txtCvef{"txtCvef", "1.0"};
+    DataGrid dgdShares{"dgdShares"};
+    CommandButton cmdCalFieldEf{"cmdCalFieldEf", "Estimate EF"};
+    // The map
+    Frame fraMap{"fraMap", "Efficiency map"};
+    CommandButton cmdEFMap{"cmdEFMap", "Make Map"};
+    ProgressBar PBar1{"PBar1"};
+    CommandButton cmdClose{"cmdClose", "Close"};
+
+  private:
+    void enableRest(bool enabled);
+    void browse();
+    void apply();
+    void InitializeEnv();
+    void CreateEFTable();
+    void CreateSummaryTable(const std::string& name);
+    void ListZones();
+    void chooseZone();
+    void ShowEFTable(const std::string& zone);
+    void calculate();
+    void makeMap();
+    void editCell(DataGrid& grid, const std::string& query, std::size_t row, std::size_t column,
+                  const std::string& text);
+    void showMethods();
+    void showShares();
+    std::string methodQuery() const;
+    std::string zone() const;  // "" for none
+    std::string summaryPath() const;
+    IrrigationDatabase& database() const;
+
+    std::string databasePath_;
+    std::unique_ptr<IrrigationDatabase> database_;
+    std::string reason_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// The irrigation database: which share of each crop's land in each zone is irrigated by which
+// method, and how efficient the methods are.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+// "IrDB.mdb" in the folder of the zone shapefile.
+std::string irrigationDatabasePath(const RunSettings& settings);
+std::string irrigationConnection(const std::string& databasePath);
+
+// Which default shares a zone's crops take: those of the zone for all crops alike (IR_Dis_1), or
+// those of zone and crop (IR_Dis_2).
+enum class DefaultShares { ofZone, ofZoneAndCrop };
+
+class IrrigationDatabase {
+  public:
+    // Opens the database. Throws PlatformError.
+    IrrigationDatabase(IPlatform& platform, const std::string& path);
+
+    // The rows of a query, which may be changed. Throws PlatformError.
+    std::unique_ptr<IRecordset> query(const std::string& text) const;
+
+    std::unique_ptr<ITransaction> beginTransaction() { return connection_->beginTransaction(); }
+
+    bool hasEfficiencyTable() const;
+    void dropEfficiencyTable();
+    // Makes table IREF: zone, crop, a share per method in the order of the default method list,
+    // then FAEF, CVEF and IREF (fractions). Throws PlatformError.
+    void createEfficiencyTable();
+
+    // The queries of a zone's method list and of its shares and efficiencies.
+    static std::string methodsOf(const std::string& zone);
+    static std::string efficienciesOf(const std::string& zone);
+
+    // Gives a zone without methods the default method list.
+    void ensureMethods(const std::string& zone);
+    // Gives a zone without rows in IREF one per crop, and all its rows the conveyance efficiency.
+    void ensureCrops(const std::string& zone, const std::vector<std::string>& crops, double cvef);
+    // Copies default shares into the zone's rows; rows without defaults get shares of 0.
+    void addDefaultShares(const std::string& zone, DefaultShares source);
+
+    // For every row of the zone whose shares are not all 0: FAEF = 1 / sum(share / efficiency of
+    // the method), methods of efficiency 0 left out, and IREF = FAEF x CVEF. Shares are taken as
+    // they are. Throws PlatformError at a row none of whose methods has an efficiency; the rows
+    // before it are stored. `onBadEfficiency` hears of a method whose efficiency is no number,
+    // which counts as 0.
+    void estimateEfficiencies(const std::string& zone,
+                              const std::function<void()>& onBadEfficiency);
+
+  private:
+    void AddDefaultPM1(IRecordset& row, const std::vector<std::string>& methods,
+                       const std::string& zone) const;
+    void AddDefaultPM2(IRecordset& row, const std::vector<std::string>& methods,
+                       const std::string& zone) const;
+
+    std::unique_ptr<IConnection> connection_;
+};
+
+// The method columns of table IREF, which stand between CropType and FAEF.
+std::vector<std::string> methodColumns(const IRecordset& efficiencies);
+
+// The efficiency of the first of the zone's methods with that code, 0 when none has it. Throws
+// PlatformError when it is no number.
+double GetMethodEfficiency(IRecordset& methods, const std::string& code);
+
+}  // namespace velmora

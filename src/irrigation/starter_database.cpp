@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "irrigation/starter_database.h"
+
+#include <algorithm>
+#include <set>
+
+#include "gis/files.h"
+#include "gis/text.h"
+#include "irrigation/default_names.h"
+#include "irrigation/irrigation_database.h"
+
+namespace velmora {
+
+namespace {
+
+// C. Brouwer, K. Prins and M. Heibloem (1989), Irrigation Water Management Training Manual No. 4,
+// FAO, annex I, table 8: indicative field application efficiencies.
+const std::vector<IrrigationMethod> kMethods = {
+    {"Surface", 0.60, "Border, furrow, basin: 60 % (FAO Training Manual 4, table 8)"},
+    {"Sprinkler", 0.75, "Sprinkler: 75 % (FAO Training Manual 4, table 8)"},
+    {"Drip", 0.90, "Drip: 90 % (FAO Training Manual 4, table 8)"}};
+
+// C. A. Dieter and others (2018), Estimated use of water in the United States in 2015, USGS
+// Circular 1441, table 7: irrigated land of the United States, millions of acres.
+constexpr double kSurface = 23.3;
+constexpr double kSprinkler = 34.7;
+constexpr double kDrip = 5.49;
+
+// Close-growing crops, for which drip irrigation is not suitable (FAO Training Manual 5, chapter
+// 7), and land that is not irrigated, by words of their names.
+const std::vector<std::string> kCloseGrowing = {
+    "alfalfa", "barley", "clover", "flax", "grain", "grass", "hay",       "hayland",  "oats",
+    "pasture", "rice",   "rye",    "sod",  "turf",  "wheat", "turfgrass", "triticale"};
+const std::vector<std::string> kNotIrrigated = {"barren", "developed", "dryland",      "fallow",
+                                                "forest", "idle",      "nonirrigated", "rangeland",
+                                                "road",   "roads",     "residential",  "riparian",
+                                                "urban",  "water",     "wetland",      "wetlands"};
+
+// The words of a name in small letters; hyphens inside words are dropped.
+std::vector<std::string> wordsOf(const std::string& name) {
+    std::vector<std::string> words(1);
+    for (const char c : name) {
+        if (c >= 'A' && c <= 'Z') {
+            words.back() += static_cast<char>(c - 'A' + 'a');
+        } else if (c >= 'a' && c <= 'z') {
+            words.back() += c;
+        } else if (c != '-') {
+            words.emplace_back();
+        }
+    }
+    return words;
+}
+
+bool hasWordOf(const std::string& name, const std::vector<std::string>& list) {
+    return std::ranges::any_of(wordsOf(name), [&](const std::string& word) {
+        return std::ranges::find(list, word) != list.end();
+    });
+}
+
+double rounded(double share) {
+    return static_cast<double>(static_cast<int>(share * 1000 + 0.5)) / 1000;
+}
+
+// In the order of the methods; they add up to 1, or are all 0.
+std::vector<double> sharesOf(const std::string& crop) {
+    if (hasWordOf(crop, kNotIrrigated)) return {0, 0, 0};
+    const double drip = hasWordOf(crop, kCloseGrowing) ? 0 : kDrip;
+    const double all = kSurface + kSprinkler + drip;
+    const double surface = rounded(kSurface / all);
+    const double sprinkler = rounded(kSprinkler / all);
+    return {surface, sprinkler, drip == 0 ? 0 : rounded(1 - surface - sprinkler)};
+}
+
+void fillShares(IrrigationDatabase& database, const std::string& table,
+                const IrrigationDefaults& defaults, const std::vector<MethodShares>& rows) {
+    const auto records = database.query("SELECT * FROM " + table);
+    for (const MethodShares& row : rows) {
+        records->addNew();
+        records->setValue("ZONEUNIT", row.zone);
+        if (!row.crop.empty()) records->setValue("CropType", row.crop);
+        for (std::size_t i = 0; i < defaults.methods.size(); ++i) {
+            records->setValue(defaults.methods[i].code, row.shares.at(i));
+        }
+        records->update();
+    }
+}
+
+void makeTables(IConnection& connection, const IrrigationDefaults& defaults) {
+    const ColumnDefinition zone{"ZONEUNIT", FieldType::text, 50};
+    const ColumnDefinition crop{"CropType", FieldType::text, 50};
+    const std::vector<ColumnDefinition> method = {{"IRMD", FieldType::text, 20},
+                                                  {"IRMDEF", FieldType::number, 0},
+                                                  {"IRMDDES", FieldType::text, 100}};
+    const auto with = [](std::vector<ColumnDefinition> first,
+                         const std::vector<ColumnDefinition>& rest) {
+        first.insert(first.end(), rest.begin(), rest.end());
+        return first;
+    };
+    std::vector<ColumnDefinition> shares;
+    for (const IrrigationMethod& m : defaults.methods) {
+        shares.push_back({m.code, FieldType::number, 0});
+    }
+    connection.createTable("IRMDDef", method);
+    connection.createTable("IRMD", with({zone}, method));
+    connection.createTable("IR_Dis_1", with({zone}, shares));
+    connection.createTable("IR_Dis_2", with({zone, crop}, shares));
+    connection.createTable("IR_Sources",
+                           {{"Item", FieldType::text, 100}, {"Source", FieldType::text, 250}});
+}
+
+}  // namespace
+
+IrrigationDefaults starterDefaults(const std::vector<std::string>& zones,
+                                   const std::vector<std::string>& landCoverCrops) {
+    std::set<std::string> crops = {"Other"};
+    for (const std::string& crop : landCoverCrops) crops.insert(MatchCrop(crop));
+    IrrigationDefaults defaults;
+    defaults.methods = kMethods;
+    for (const std::string& zone : std::set<std::string>(zones.begin(), zones.end())) {
+        defaults.perZone.push_back({MatchCounty(zone), "", sharesOf("Other")});
+        for (const std::string& crop : crops) {
+            defaults.perZoneAndCrop.push_back({MatchCounty(zone), crop, sharesOf(crop)});
+        }
+    }
+    defaults.sources = {
+        {"Method efficiencies (IRMDDef)",
+         "Brouwer, Prins and Heibloem (1989), Irrigation Water Management Training Manual No. 4, "
+         "FAO, annex I, table 8: indicative field application efficiencies"},
+        {"Shares per zone (IR_Dis_1)",
+         "Dieter and others (2018), USGS Circular 1441, table 7, irrigated land of the United "
+         "States in 2015: surface 23.3, sprinkler 34.7, microirrigation 5.49 million acres; "
+         "replace "
+         "them by shares of your own zones"},
+        {"Shares per zone and crop (IR_Dis_2)",
+         "The same; no drip irrigation of close-growing crops, for which it is not suitable "
+         "(Brouwer and others 1988, Training Manual No. 5, FAO, chapter 7)"},
+        {"Shares of 0",
+         "Land that is not irrigated, by its name: water, urban, forest, fallow ..."}};
+    return defaults;
+}
+
+void createIrrigationDatabase(IPlatform& platform, const std::string& path,
+                              const IrrigationDefaults& defaults) {
+    IFileSystem& files = platform.files();
+    const std::string unfinished =
+        joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
+    files.deleteFile(unfinished);
+    try {
+        const std::string connection = irrigationConnection(unfinished);
+        platform.connections().createDatabase(connection);
+        makeTables(*platform.connections().open(connection), defaults);
+        IrrigationDatabase database(platform, unfinished);
+        const auto transaction = database.beginTransaction();
+        const auto methods = database.query("SELECT * FROM IRMDDef");
+        for (const IrrigationMethod& method : defaults.methods) {
+            methods->addNew();
+            methods->setValue("IRMD", method.code);
+            methods->setValue("IRMDEF", method.efficiency);
+            methods->setValue("IRMDDES", method.description);
+            methods->update();
+        }
+        fillShares(database, "IR_Dis_1", defaults, defaults.perZone);
+        fillShares(database, "IR_Dis_2", defaults, defaults.perZoneAndCrop);
+        const auto sources = database.query("SELECT * FROM IR_Sources");
+        for (const auto& [item, source] : defaults.sources) {
+            sources->addNew();
+            sources->setValue("Item", item);
+            sources->setValue("Source", source);
+            sources->update();
+        }
+        transaction->commit();
+    } catch (...) {
+        files.deleteFile(unfinished);
+        throw;
+    }
+    files.replaceFile(unfinished, path);
+}
+
+}  // namespace velmora
