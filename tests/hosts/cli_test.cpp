@@ -15,6 +15,7 @@
 #include "hosts/cli/man_page.h"
 #include "settings/settings_fields.h"
 #include "tests/support/crop_fixture.h"
+#include "tests/support/irrigation_fixture.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -122,7 +123,7 @@ TEST_F(Command, DiagnosesTheSurfaces) {
     EXPECT_EQ(list.at(0).at("excluded_stations").at(0).at("station"), "S9");
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/RefET_diagnostics.csv"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/TM_Jun_semivariogram.png"));
-    EXPECT_THAT(run("run eff --diagnose").output, HasSubstr("There are no diagnostics"));
+    EXPECT_THAT(run("run nir --diagnose").output, HasSubstr("There are no diagnostics"));
 }
 
 // The command on a domain with fields, zones and coefficients.
@@ -289,14 +290,92 @@ TEST_F(Command, RefusedSettingsAreOne) {
     EXPECT_EQ(apply("BeginMonth=June").status, 1);
 }
 
-TEST_F(Command, StepsToComeAreOne) {
-    apply();
-    for (const std::string& step : cli::stepNames()) {
-        if (step != "eff") continue;
-        const Outcome outcome = run("run " + step);
-        EXPECT_EQ(outcome.status, 1);
-        EXPECT_THAT(outcome.output, HasSubstr("is not built yet"));
+struct ChainCommand : Command {
+    test::IrrigationFixture crops;
+    ChainCommand() {
+        folder = crops.folder.path();
+        crops.makeCropLand(crops.fields());
+        crops.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                          {"TM_", "TN_", "P_"});
+        EXPECT_EQ(apply("RefETMethod=4 KcTable=crops.dbf LandCover=land.shp Zones=zones.shp "
+                        "ZoneField=ZONE PrecipitationMethod=EDK")
+                      .status,
+                  0);
     }
+};
+
+TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
+    const Outcome ran = run("run all --cvef 0.9 --default-shares crop");
+    ASSERT_EQ(ran.status, 0) << ran.output;
+    EXPECT_THAT(ran.output, HasSubstr("out/Kc_Jul_4 is copied to "));
+    EXPECT_THAT(ran.output, HasSubstr("so a starter database is made"));
+    EXPECT_THAT(ran.output, HasSubstr("out/IREF is copied to "));
+    EXPECT_THAT(ran.output, HasSubstr("IRR_<month>, StatIRR"));
+    EXPECT_THAT(ran.output, HasSubstr("\nall zones "));
+    for (const char* name : {"RefET_Jul_4", "Kc_Jul", "ET_Jul_4", "PPT_Jul", "NIR_Jul", "IREF",
+                             "faef_500", "IRR_Jul"}) {
+        EXPECT_TRUE(crops.hasOutput(name)) << name;
+    }
+    // Drip irrigation has no share of barley, a close-growing crop.
+    const auto rows = nlohmann::json::parse(run("--json eff show West").output);
+    EXPECT_EQ(rows.at(1).at("CropType"), "Barley");
+    EXPECT_EQ(rows.at(1).at("Drip"), 0);
+    EXPECT_NEAR(rows.at(1).at("IREF").get<double>(), 0.9 / (0.402 / 0.6 + 0.598 / 0.75), 1e-12);
+    EXPECT_TRUE(rows.at(3).at("IREF").is_null());  // water
+}
+
+TEST_F(ChainCommand, StopsAtTheStepThatFailsAndGoesOnFromThere) {
+    const Outcome stopped = run("run all");
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_THAT(stopped.output, HasSubstr("No zone has shares of irrigation methods yet"));
+    EXPECT_THAT(stopped.output, HasSubstr("velmora run all --from eff\n"));
+    EXPECT_TRUE(crops.hasOutput("NIR_Jul"));
+    EXPECT_FALSE(crops.hasOutput("IREF"));
+    const Outcome rest = run("--quiet run all --from eff --default-shares zone --cvef 1");
+    EXPECT_EQ(rest.status, 0) << rest.output;
+    EXPECT_THAT(rest.output, testing::Not(HasSubstr("refet")));
+    EXPECT_TRUE(crops.hasOutput("IRR_Jul"));
+    // A copy that stands is the user's when this chain has not made its source.
+    const Outcome only = run("--quiet run all --only cropet");
+    EXPECT_EQ(only.status, 0);
+    EXPECT_THAT(only.output, HasSubstr("Kc_Jun is used as it stands"));
+    EXPECT_EQ(run("run all --only irr --from ppt").status, 2);
+    EXPECT_EQ(run("run all --from nowhere").status, 2);
+    EXPECT_EQ(run("--settings-folder none run all").status, 1);
+}
+
+TEST_F(ChainCommand, EfficienciesAreFilledSetAndMapped) {
+    EXPECT_EQ(run("eff apply").status, 1);  // no database
+    EXPECT_THAT(run("eff apply").output,
+                HasSubstr("message: Incorrect IRDB information!\nreason: "));
+    EXPECT_EQ(run("irdb create").status, 0);
+    EXPECT_EQ(run("--no irdb create").status, 1);
+    EXPECT_EQ(run("--yes irdb create").status, 0);
+    EXPECT_THAT(run("irdb info").output, HasSubstr("3 rows  IRMDDef"));
+    EXPECT_EQ(run("eff show").status, 1);
+    const Outcome applied = run("eff apply");
+    EXPECT_EQ(applied.status, 0);
+    EXPECT_THAT(applied.output, HasSubstr("message: New <IREF> table is created!"));
+    EXPECT_THAT(applied.output, HasSubstr("zones: West, Middle Valley Irrigators' District"));
+    EXPECT_EQ(run("eff map").status, 1);
+    EXPECT_EQ(run("eff zone \"O'Dell's\" --cvef 0.9 --default-shares zone").status, 0);
+    EXPECT_EQ(run("eff zone Nowhere").status, 1);
+    EXPECT_EQ(run("eff zone West --cvef 1.2").status, 1);
+    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Sprinkler=1 surface=0 Drip=0").status, 0);
+    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Rain=1").status, 1);
+    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Drip=-1").status, 1);
+    EXPECT_EQ(run("eff set \"O'Dell's\" Rye Drip=1").status, 1);
+    const auto rows = nlohmann::json::parse(run("--json eff show \"O'Dell's\"").output);
+    EXPECT_EQ(rows.at(1).at("FAEF"), 0.75);
+    EXPECT_EQ(rows.at(1).at("IREF"), 0.675);
+    EXPECT_THAT(run("eff show --csv").output,
+                testing::StartsWith("ZoneUnit,CropType,Surface,Sprinkler,Drip,FAEF,CVEF,IREF\n"));
+    EXPECT_THAT(run("eff map").output, HasSubstr("cells with efficiencies of 0.6"));
+    EXPECT_EQ(run("--quiet eff all-zones --default-shares crop").output, "");
+    EXPECT_THAT(run("--quiet eff all-zones").output,
+                HasSubstr("question: Add default IR percentage? no"));
+    EXPECT_EQ(run("run eff").status, 0);
+    EXPECT_EQ(run("eff").status, 2);
 }
 
 TEST_F(Command, CommandsShowTheTree) {

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 
+#include "gis/numbers.h"
 #include "irrigation/starter_database.h"
 #include "platform/files/posix_file.h"
 #include "settings/settings_file.h"
@@ -21,6 +22,8 @@ using testing::HasSubstr;
 constexpr const char* kEfExists = "Table<IREF> Exists, Create new one?";
 constexpr const char* kSumExists = "Table<SumCrop> Exists, Replace it?";
 constexpr const char* kDefaults = "Add default IR percentage?";
+
+double numberIn(const std::string& text) { return strictNumber(text).value(); }
 
 struct EfficiencyForm : testing::Test {
     EfficiencyForm() {
@@ -168,7 +171,7 @@ TEST_F(EfficiencyForm, AZoneChosenForTheFirstTimeIsFilled) {
     EXPECT_EQ(share(0, "CropType"), "Barley");
     EXPECT_EQ(share(1, "SPR"), "0.6");
     EXPECT_EQ(share(1, "CVEF"), "0.9");
-    EXPECT_NEAR(std::stod(share(1, "IREF")), 0.5806, 5e-5);
+    EXPECT_NEAR(numberIn(share(1, "IREF")), 0.5806, 5e-5);
     form.cmbZone.select(2);  // None
     EXPECT_EQ(form.dgdShares.rowCount(), 0U);
     EXPECT_EQ(form.dgdMethods.rowCount(), 0U);
@@ -193,7 +196,7 @@ TEST_F(EfficiencyForm, EditsGoStraightToTheDatabase) {
     form.dgdMethods.edit(1, 2, "0.4");
     EXPECT_FALSE(form.failed());
     form.cmdCalFieldEf.click();
-    EXPECT_DOUBLE_EQ(std::stod(share(0, "FAEF")), 1 / (0.5 / 0.8 + 0.5 / 0.4));
+    EXPECT_DOUBLE_EQ(numberIn(share(0, "FAEF")), 1 / (0.5 / 0.8 + 0.5 / 0.4));
     form.dgdShares.edit(0, 2, "half");
     EXPECT_TRUE(form.failed());
     EXPECT_THAT(prompts.messages.back(), HasSubstr("\"half\" is no number: SPR"));
@@ -282,7 +285,7 @@ TEST_F(EfficiencyForm, WorksOnAnAccessFile) {
     answers[kDefaults] = true;
     form.cmbZone.select(0);
     ASSERT_FALSE(form.failed());
-    EXPECT_NEAR(std::stod(share(0, "IREF")), 0.5806, 5e-5);
+    EXPECT_NEAR(numberIn(share(0, "IREF")), 0.5806, 5e-5);
     answers[kDefaults] = false;
     form.cmbZone.select(0);
     EXPECT_EQ(share(1, "SPR"), "1");

@@ -49,6 +49,7 @@ CommandLine::CommandLine()
             "velmora check"),
         checkSettings);
     addKc();
+    addEfficiency();
     addTable();
     addGrid();
     addDemo();
@@ -88,18 +89,101 @@ void CommandLine::addSettings() {
 }
 
 void CommandLine::addRun() {
-    CLI::App* run =
-        add(app_, "run", "Run a model step on the applied settings", "velmora run refet");
+    CLI::App* run = add(app_, "run", "Run a model step, or all of them, on the applied settings",
+                        "velmora run all --default-shares crop --cvef 0.9");
+    std::vector<std::string> steps = stepNames();
+    steps.emplace_back("all");
     run->add_option("step", first_,
                     "refet (reference ET), kc (crop coefficient maps), cropet (crop ET), ppt "
                     "(precipitation), nir (net irrigation requirement), eff (irrigation "
-                    "efficiency) or irr (irrigation water requirement)")
+                    "efficiency), irr (irrigation water requirement) or all (the steps in their "
+                    "order, with the copies of grids that one step writes and another reads under "
+                    "another name)")
         ->required()
-        ->check(CLI::IsMember(stepNames()));
+        ->check(CLI::IsMember(steps));
     run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
-    whenChosen(run, [this](const Session& s) { return runStep(s, first_, diagnose_); });
+    withShares(run);
+    withDatabase(run);
+    auto* from = run->add_option("--from", chain_.from, "Begin run all with this step")
+                     ->check(CLI::IsMember(stepNames()));
+    run->add_option("--only", chain_.only, "Run this step of run all, with its copies, alone")
+        ->check(CLI::IsMember(stepNames()))
+        ->excludes(from);
+    whenChosen(run, [this](const Session& s) {
+        chain_.efficiency = efficiency_;
+        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, diagnose_, efficiency_);
+    });
+}
+
+void CommandLine::withDatabase(CLI::App* command) {
+    command->add_option("--database", efficiency_.database,
+                        "Another irrigation database than IrDB.mdb beside the zones");
+}
+
+void CommandLine::withShares(CLI::App* command) {
+    command->add_option("--cvef", efficiency_.cvef,
+                        "The conveyance efficiency of the zones, a fraction (default: 1.0)");
+    command
+        ->add_option("--default-shares", efficiency_.defaultShares,
+                     "Take the default shares of each zone (zone) or of zone and crop (crop)")
+        ->check(CLI::IsMember({"zone", "crop"}));
+}
+
+void CommandLine::addEfficiency() {
+    CLI::App* irdb =
+        add(app_, "irdb", "Make and look at the irrigation database", "velmora irdb create");
+    irdb->require_subcommand(1);
+    CLI::App* create = add(*irdb, "create",
+                           "Make a starter database beside the zones: published method "
+                           "efficiencies and default shares, with their sources",
+                           "velmora irdb create");
+    create->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
+    whenChosen(create, [this](const Session& s) { return irdbCreate(s, first_); });
+    CLI::App* info = add(*irdb, "info", "Show a database's tables; an Access file is imported",
+                         "velmora irdb info IrDB.mdb");
+    info->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
+    whenChosen(info, [this](const Session& s) { return irdbInfo(s, first_); });
+
+    CLI::App* eff = add(app_, "eff", "Fill in irrigation methods and make the efficiency map",
+                        "velmora eff all-zones --cvef 0.9 --default-shares crop");
+    eff->require_subcommand(1);
+    CLI::App* apply = add(*eff, "apply", "Open the database, make its tables and list the zones",
+                          "velmora eff apply --no");
+    withDatabase(apply);
+    whenChosen(apply, [this](const Session& s) { return effApply(s, efficiency_); });
+    CLI::App* zone = add(*eff, "zone", "Choose a zone: default shares, then its efficiencies",
+                         "velmora eff zone \"O'Dell Creek\" --cvef 0.9 --default-shares zone");
+    zone->add_option("name", first_, "The zone's key")->required();
+    withShares(zone);
+    withDatabase(zone);
+    whenChosen(zone, [this](const Session& s) { return effZones(s, efficiency_, {first_}); });
+    CLI::App* all = add(*eff, "all-zones", "Choose one zone after the other",
+                        "velmora eff all-zones --cvef 0.9 --default-shares crop");
+    withShares(all);
+    withDatabase(all);
+    whenChosen(all, [this](const Session& s) { return effZones(s, efficiency_, {}); });
+    CLI::App* map = add(*eff, "map", "Make the efficiency map, the grid IREF", "velmora eff map");
+    withDatabase(map);
+    whenChosen(map, [this](const Session& s) { return effMap(s, efficiency_); });
+    CLI::App* show =
+        add(*eff, "show", "Show the shares and efficiencies", "velmora eff show --csv");
+    show->add_option("zone", first_, "One zone alone");
+    show->add_flag("--csv", csv_, "Print comma-separated values");
+    withDatabase(show);
+    whenChosen(show, [this](const Session& s) {
+        return effShow(s, efficiency_, first_, csv_ ? TableForm::csv : TableForm::aligned);
+    });
+    CLI::App* set = add(*eff, "set", "Set shares of a zone's crop, and estimate the zone anew",
+                        "velmora eff set \"O'Dell Creek\" Corn Furrow=0.4 Pivot=0.6");
+    set->add_option("zone", first_, "The zone's key")->required();
+    set->add_option("crop", second_, "The crop type")->required();
+    set->add_option("shares", assignments_, "METHOD=SHARE ...")->required();
+    withDatabase(set);
+    whenChosen(set, [this](const Session& s) {
+        return effSet(s, efficiency_, first_, second_, assignments_);
+    });
 }
 
 void CommandLine::addKc() {

@@ -29,6 +29,9 @@ class CommandLine {
     void addSettings();
     void addRun();
     void addKc();
+    void addEfficiency();
+    void withDatabase(CLI::App* command);
+    void withShares(CLI::App* command);
     void addTable();
     void addGrid();
     void addDemo();
@@ -44,6 +47,8 @@ class CommandLine {
     bool newCrop_ = false;
     bool csv_ = false;
     KcOptions kcOptions_;
+    EfficiencyOptions efficiency_;
+    ChainOptions chain_;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;

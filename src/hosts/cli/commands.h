@@ -3,6 +3,7 @@
 // failure that has been reported, 2 bad usage.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,15 +29,58 @@ struct Session {
 // A path as the user types it, made whole; "" stays "".
 std::string wholePath(const std::string& path);
 
+enum class TableForm { aligned, csv };
+
 // `velmora settings`: the buttons of the General Settings form.
 int applySettings(const Session& session, const std::vector<std::string>& assignments);
 int showSettings(const Session& session);
 int saveSettingsAs(const Session& session, const std::string& file);
 int loadSettings(const Session& session, const std::string& file);
 
+// How the efficiency dialog is answered.
+struct EfficiencyOptions {
+    std::string database;       // another irrigation database than the one beside the zones
+    std::string cvef;           // the conveyance efficiency of the zones
+    std::string defaultShares;  // "zone" or "crop": which default shares zones take
+    // Whether IREF and the crop summary are made anew; unset: as the terminal's option says, else
+    // no.
+    std::optional<bool> replaceTables;
+};
+
+// `velmora irdb`: the irrigation database.
+int irdbCreate(const Session& session, const std::string& file);
+int irdbInfo(const Session& session, const std::string& file);
+
+// `velmora eff`: the irrigation efficiency dialog.
+int effApply(const Session& session, const EfficiencyOptions& options);
+int effZones(const Session& session, const EfficiencyOptions& options,
+             const std::vector<std::string>& zones);  // none for all
+int effMap(const Session& session, const EfficiencyOptions& options);
+int effShow(const Session& session, const EfficiencyOptions& options, const std::string& zone,
+            TableForm form);
+int effSet(const Session& session, const EfficiencyOptions& options, const std::string& zone,
+           const std::string& crop, const std::vector<std::string>& assignments);
+// Does with the open dialog what `velmora run eff` asks for: applies the database, fills all zones
+// when default shares are asked for, and makes the map.
+void useEfficiencyDialog(TerminalPrompts& prompts, Form& form, const EfficiencyOptions& options);
+// Throws PlatformError when there are settings, but neither shares in the database nor an option
+// that makes some.
+void requireShares(const Session& session, const EfficiencyOptions& options);
+// Makes a starter database, and says so, when there is none.
+void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options);
+
+// `velmora run all`: the steps in their order.
+struct ChainOptions {
+    EfficiencyOptions efficiency;
+    std::string from;  // the first step, "" for the first of all
+    std::string only;  // the only step, "" for all
+};
+int runAll(const Session& session, const ChainOptions& options);
+
 // `velmora run STEP [--diagnose]`: clicks the step's command; with diagnostics, shows what stands
 // behind the step's surfaces and writes it into the output folder.
-int runStep(const Session& session, const std::string& step, bool diagnose = false);
+int runStep(const Session& session, const std::string& step, bool diagnose = false,
+            const EfficiencyOptions& efficiency = {});
 std::vector<std::string> stepNames();
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
@@ -55,7 +99,6 @@ int kcMaps(const Session& session, const KcOptions& options);
 void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& options);
 
 // `velmora table NAME`: a table of the output folder, or some of its columns.
-enum class TableForm { aligned, csv };
 int showTable(const Session& session, const std::string& name,
               const std::vector<std::string>& columns, TableForm form);
 

@@ -3,15 +3,13 @@
 
 #include <fmt/format.h>
 
-#include <exception>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "hosts/cli/output_file.h"
 #include "hosts/cli/semivariogram_picture.h"
-#include "platform/files/posix_file.h"
 
 namespace velmora::cli {
 
@@ -66,17 +64,6 @@ std::string csvCell(const Json& value) {
 
 std::string tableCell(const Json& value) {
     return value.is_null() ? "-" : fmt::format("{:.4g}", value.get<double>());
-}
-
-void writeWhole(const std::string& file, const std::string& content) {
-    const std::string unfinished = platform::unfinishedPath(file);
-    try {
-        platform::writeWholeFile(unfinished, content);
-        std::filesystem::rename(unfinished, file);
-    } catch (const std::exception& e) {
-        platform::removeTree(unfinished);
-        throw PlatformError("Cannot write " + file + ": " + e.what());
-    }
 }
 
 // Temperatures are in the unit of the weather table, precipitation is in inches.
@@ -167,7 +154,7 @@ std::string DiagnosticsReport::csv() const {
 std::vector<std::string> DiagnosticsReport::write(const std::string& folder,
                                                   const std::string& name) const {
     std::vector<std::string> files = {joinedPath(folder, name + ".csv")};
-    writeWhole(files.front(), csv());
+    writeOutput(files.front(), csv());
     for (const SurfaceDiagnostics& s : surfaces_) {
         if (!s.semivariogram) continue;
         files.push_back(joinedPath(folder, s.surface + "_semivariogram.png"));

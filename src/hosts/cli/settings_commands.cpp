@@ -207,10 +207,10 @@ int saveSettingsAs(const Session& session, const std::string& file) {
     bool saved = false;
     withSettingsForm(application, [&](Form& form) {
         if (!pressApply(form)) return;  // "Save As" writes what Apply made
-        const int before = application.prompts().shown();
+        const std::size_t before = application.prompts().messages().size();
         application.browsers().answer(path);
         form.control<CommandButton>("cmdSaveAs").click();
-        saved = application.prompts().shown() == before;
+        saved = application.prompts().messages().size() == before;
     });
     if (!saved) return kFailed;
     fmt::print("Settings are saved: {}\n", path);
@@ -227,11 +227,12 @@ int loadSettings(const Session& session, const std::string& file) {
     bool applied = false;
     withSettingsForm(application, [&](Form& form) {
         const TerminalPrompts& prompts = application.prompts();
-        const int before = prompts.shown();
+        const std::size_t before = prompts.messages().size();
         application.browsers().answer(path);
         form.control<CommandButton>("cmdLoad").click();
         // A file that could not be restored must not put a mixture of old and new into force.
-        if (prompts.shown() > before && prompts.last() == "Error with 'Info' file") return;
+        const auto& shown = prompts.messages();
+        if (shown.size() > before && shown.back() == "Error with 'Info' file") return;
         applied = pressApply(form);
     });
     if (!applied) return kFailed;

@@ -7,6 +7,7 @@
 #include "gis/errors.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/run_log.h"
 #include "hosts/components/loaded_extension.h"
 #include "settings/input_check.h"
 #include "settings/settings_file.h"
@@ -115,16 +116,23 @@ std::vector<std::string> stepNames() {
     return names;
 }
 
-int runStep(const Session& session, const std::string& step, bool diagnose) {
+int runStep(const Session& session, const std::string& step, bool diagnose,
+            const EfficiencyOptions& efficiency) {
+    if (step == "eff") requireShares(session, efficiency);
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (diagnose) application.askForDiagnostics();
     application.dialogs().driver = [&](Form& form) {
         if (form.name() == "frmKcEditor") pressMakeKcMaps(session, form, {});
+        if (form.name() == "frmEfficiency") {
+            useEfficiencyDialog(application.prompts(), form, efficiency);
+        }
         if (form.name() == "frmStatistics" && !session.terminal.quiet) {
             fmt::print("{}; velmora table StatIRR shows them\n",
                        form.control<Label>("lblNote").text());
         }
     };
+    const IClock& clock = application.platform().clock();
+    const double began = clock.seconds();
     const LoadedExtension extension;
     for (const auto& [name, progId] : kSteps) {
         if (name != step) continue;
@@ -132,8 +140,11 @@ int runStep(const Session& session, const std::string& step, bool diagnose) {
         command->OnCreate(&application);
         command->OnClick();
     }
+    const bool done = application.outcome() == StepOutcome::done;
+    noteRun(application.platform().files(), session.settingsFolder,
+            {step, done, clock.seconds() - began, application.prompts().messages(), {}});
     if (diagnose) showDiagnostics(session, application, step);
-    return application.outcome() == StepOutcome::done ? kDone : kFailed;
+    return done ? kDone : kFailed;
 }
 
 int listCommands(const Session& session) {

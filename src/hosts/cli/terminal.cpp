@@ -17,21 +17,23 @@ std::string oneLine(std::string text) {
 }
 
 void TerminalPrompts::message(const std::string& text, const std::string&) {
-    ++shown_;
-    last_ = text;
+    messages_.push_back(text);
     fmt::print("message: {}\n", oneLine(text));
     std::fflush(stdout);
 }
 
 bool TerminalPrompts::confirm(const std::string& question, const std::string&) {
-    bool yes = options_.answer.value_or(false);
-    if (!options_.answer && isatty(STDIN_FILENO) != 0) {
+    const auto scripted = script ? script(question) : std::nullopt;
+    const auto answer = scripted ? scripted : options_.answer;
+    bool yes = answer.value_or(false);
+    if (!answer && isatty(STDIN_FILENO) != 0) {
         fmt::print("question: {} [y/N] ", oneLine(question));
         std::fflush(stdout);
         std::string line;
         std::getline(std::cin, line);
         yes = line.starts_with('y') || line.starts_with('Y');
     } else {
+        if (scripted && options_.quiet) return yes;
         fmt::print("question: {} {}\n", oneLine(question), yes ? "yes" : "no");
     }
     return yes;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "gis/prompts.h"
 
@@ -21,13 +23,13 @@ class TerminalPrompts : public IPrompts {
     explicit TerminalPrompts(const TerminalOptions& options) : options_(options) {}
     void message(const std::string& text, const std::string& title) override;
     bool confirm(const std::string& question, const std::string& title) override;
-    int shown() const { return shown_; }  // messages so far
-    const std::string& last() const { return last_; }
+    // Answers questions by their texts before the options do.
+    std::function<std::optional<bool>(const std::string& question)> script;
+    const std::vector<std::string>& messages() const { return messages_; }  // shown so far
 
   private:
     const TerminalOptions& options_;
-    int shown_ = 0;
-    std::string last_;
+    std::vector<std::string> messages_;
 };
 
 // One line of text: line ends inside become blanks.

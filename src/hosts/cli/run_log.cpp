@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/run_log.h"
+
+#include <fmt/chrono.h>
+
+#include <ctime>
+#include <exception>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "gis/text.h"
+#include "hosts/cli/output_file.h"
+#include "settings/settings_file.h"
+
+namespace velmora::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string pathIn(const std::string& outputFolder) {
+    return joinedPath(outputFolder, "velmora_runs.json");
+}
+
+Json read(const std::string& outputFolder) {
+    std::ifstream file(pathIn(outputFolder));
+    const Json json = Json::parse(file, nullptr, false);
+    return json.is_array() ? json : Json::array();
+}
+
+}  // namespace
+
+void noteRun(const IFileSystem& files, const std::string& settingsFolder, const StepRun& run) {
+    try {
+        const std::string settings = defaultSettingsPath(settingsFolder);
+        if (!files.fileExists(settings)) return;
+        const std::string folder = readSettings(files, settings).OutputWorkspace;
+        if (!files.folderExists(folder)) return;
+        Json runs = Json::array();
+        for (const Json& old : read(folder)) {
+            if (old.value("step", std::string()) != run.step) runs.push_back(old);
+        }
+        const std::string now =
+            fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::time(nullptr)));
+        runs.push_back({{"step", run.step},
+                        {"done", run.done},
+                        {"seconds", run.seconds},
+                        {"ended", now},
+                        {"messages", run.messages}});
+        writeOutput(pathIn(folder), runs.dump(2, ' ', false, Json::error_handler_t::replace));
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
+std::vector<StepRun> notedRuns(const std::string& outputFolder) {
+    std::vector<StepRun> runs;
+    for (const Json& entry : read(outputFolder)) {
+        try {
+            runs.push_back({entry.at("step"), entry.at("done"), entry.at("seconds"),
+                            entry.at("messages"), entry.at("ended")});
+        } catch (const Json::exception&) {
+            continue;  // somebody else's entry
+        }
+    }
+    return runs;
+}
+
+}  // namespace velmora::cli
