@@ -241,6 +241,13 @@ void CommandLine::addTable() {
     table->add_option("--columns", names_, "Some of its columns, in the table's order")
         ->delimiter(',');
     table->add_flag("--csv", csv_, "Print comma-separated values");
+    CLI::App* page = add(app_, "report",
+                         "Write a report of the run: one HTML page with maps, charts, zone tables, "
+                         "inputs and warnings",
+                         "velmora report summer.html");
+    page->add_option("file", first_,
+                     "The file to write (default: report.html in the output folder)");
+    whenChosen(page, [this](const Session& s) { return report(s, first_); });
     whenChosen(table, [this](const Session& s) {
         return showTable(s, first_, names_, csv_ ? TableForm::csv : TableForm::aligned);
     });

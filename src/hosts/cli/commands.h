@@ -102,6 +102,9 @@ void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& option
 int showTable(const Session& session, const std::string& name,
               const std::vector<std::string>& columns, TableForm form);
 
+// `velmora report [FILE]`: the run in the output folder as one HTML page.
+int report(const Session& session, const std::string& file);
+
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);
 

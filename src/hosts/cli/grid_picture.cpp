@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "gis/errors.h"
+#include "hosts/cli/cell_image.h"
 #include "hosts/cli/grid_statistics.h"
 #include "hosts/cli/png_canvas.h"
 
@@ -50,40 +51,12 @@ class Picture {
         canvas_->text(words, x, y, size, bold);
     }
 
-    std::uint32_t colorOf(float value) const {
-        const double spread = statistics_.maximum - statistics_.minimum;
-        const double share = spread > 0 ? (value - statistics_.minimum) / spread : 0.5;
-        const auto index = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * 255);
-        const Rgb& color = colors_[index];
-        return static_cast<std::uint32_t>(color.red) << 16U |
-               static_cast<std::uint32_t>(color.green) << 8U |
-               static_cast<std::uint32_t>(color.blue);
-    }
-
-    // Each pixel shows the cell that holds it; cells without data stay light grey.
     void drawCells() {
         const auto& g = raster_.geometry();
         const int width = static_cast<int>(std::lround(g.columns * scale_));
         const int height = static_cast<int>(std::lround(g.rows * scale_));
-        std::vector<float> row(static_cast<std::size_t>(g.columns));
-        const ImageSurface map(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
-        cairo_surface_flush(map.get());
-        unsigned char* data = cairo_image_surface_get_data(map.get());
-        const int stride = cairo_image_surface_get_stride(map.get());
-        int readRow = -1;
-        for (int y = 0; y < height; ++y) {
-            const int gridRow = std::min(g.rows - 1, static_cast<int>((y + 0.5) / scale_));
-            if (gridRow != readRow) raster_.read({0, gridRow, g.columns, 1}, row);
-            readRow = gridRow;
-            auto* pixels = reinterpret_cast<std::uint32_t*>(
-                data + static_cast<std::ptrdiff_t>(y) * static_cast<std::ptrdiff_t>(stride));
-            for (int x = 0; x < width; ++x) {
-                const int column = std::min(g.columns - 1, static_cast<int>((x + 0.5) / scale_));
-                const float value = row[static_cast<std::size_t>(column)];
-                pixels[x] = value == kNoData ? 0xE6E6E6U : colorOf(value);
-            }
-        }
-        cairo_surface_mark_dirty(map.get());
+        const ImageSurface map =
+            cellImage(raster_, {colors_, statistics_.minimum, statistics_.maximum}, width, height);
         cairo_t* c = canvas_->context();
         cairo_set_source_surface(c, map.get(), kMargin, kTitleHeight);
         cairo_paint(c);
@@ -151,7 +124,9 @@ class Picture {
 
 AlgorithmicColorRamp rampOf(const std::string& name) {
     if (name.starts_with("PPT_")) return {{200, 50, 50}, {0, 255, 255}};
-    if (name.starts_with("ET_") || name.starts_with("NIR_")) return {{100, 50, 50}, {0, 255, 0}};
+    for (const char* brownToGreen : {"ET_", "NIR_", "IRR_"}) {
+        if (name.starts_with(brownToGreen)) return {{100, 50, 50}, {0, 255, 0}};
+    }
     if (name.starts_with("Kc_")) return {{0, 0, 255}, {0, 255, 0}};
     return {{0, 255, 0}, {50, 50, 100}};
 }
