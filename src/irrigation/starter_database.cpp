@@ -144,6 +144,8 @@ void createIrrigationDatabase(IPlatform& platform, const std::string& path,
     IFileSystem& files = platform.files();
     const std::string unfinished =
         joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
+    // What a killed run left, also of its transaction, which would be undone in the new file.
+    for (const std::string& database : {unfinished, path}) files.deleteFile(database + "-journal");
     files.deleteFile(unfinished);
     try {
         const std::string connection = irrigationConnection(unfinished);

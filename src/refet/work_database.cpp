@@ -24,24 +24,31 @@ std::unique_ptr<IConnection> createWithTable(IPlatform& platform, const std::str
     return connection;
 }
 
-}  // namespace
-
-void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension) {
-    createWithTable(platform, pathWithoutExtension + ".mdb");
-}
-
-void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
-                       const CellTable& table) {
+// Makes the database under another name, lets `fill` fill it and puts it in its place.
+template <class Fill>
+void make(IPlatform& platform, const std::string& pathWithoutExtension, Fill fill) {
     const std::string path = pathWithoutExtension + ".mdb";
     const std::string unfinished =
         joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
     try {
-        createWithTable(platform, unfinished)->append("GGG", table);
+        fill(*createWithTable(platform, unfinished));
         platform.files().replaceFile(unfinished, path);
     } catch (const PlatformError&) {
         platform.files().deleteFile(unfinished);
         throw;
     }
+}
+
+}  // namespace
+
+void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension) {
+    make(platform, pathWithoutExtension, [](IConnection&) {});
+}
+
+void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
+                       const CellTable& table) {
+    make(platform, pathWithoutExtension,
+         [&](IConnection& database) { database.append("GGG", table); });
 }
 
 }  // namespace velmora

@@ -316,6 +316,10 @@ TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
                              "faef_500", "IRR_Jul"}) {
         EXPECT_TRUE(crops.hasOutput(name)) << name;
     }
+    EXPECT_THAT(run("report").output, HasSubstr("/out/report.html: open it in a browser"));
+    EXPECT_THAT(test::contentOf(crops.folder.file("out/report.html")), HasSubstr("<td>irr</td>"));
+    EXPECT_EQ(run("report none/x.html").status, 1);
+    EXPECT_EQ(run("--settings-folder none report").status, 1);
     // Drip irrigation has no share of barley, a close-growing crop.
     const auto rows = nlohmann::json::parse(run("--json eff show West").output);
     EXPECT_EQ(rows.at(1).at("CropType"), "Barley");
