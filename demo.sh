@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs what is missing, builds, makes the sample basin in demo/ and runs reference ET,
-# crop ET and precipitation on it.
+# Installs what is missing, builds, makes the sample basin in demo/, runs the whole chain on it
+# and writes a report of it.
 set -euo pipefail
 cd "$(dirname "$0")"
 

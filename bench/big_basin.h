@@ -42,11 +42,14 @@ inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, 
     std::normal_distribution<double> noise(0, 0.35);
     std::vector<Field> fields = {{"STN", FieldType::text, 10, 0}};
     const std::array<const char*, 5> prefixes = {"TM_", "TN_", "TD_", "SR_", "WS_"};
-    for (const char* prefix : prefixes) {
+    const auto addFields = [&](const std::string& prefix) {
         for (int m = 1; m <= 12; ++m) {
             fields.push_back({prefix + GetMonthName(m), FieldType::number, 12, 5});
         }
-    }
+    };
+    for (const char* prefix : prefixes) addFields(prefix);
+    addFields("P_");
+    std::mt19937 weatherOfRain(11);
     std::vector<NewFeature> stations;
     std::vector<std::vector<FieldValue>> records;
     for (int s = 0; s < kStations; ++s) {
@@ -67,6 +70,10 @@ inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, 
                     std::find(prefixes.begin(), prefixes.end(), prefix) - prefixes.begin());
                 record.emplace_back(bases[which] + noise(random));
             }
+        }
+        for (int m = 0; m < 12; ++m) {
+            const double inches = 0.5 + 1.1 * (z - 1500) / 1000 + 0.4 * std::cos(0.52 * m);
+            record.emplace_back(std::max(0.05, inches + noise(weatherOfRain) / 2));
         }
         records.push_back(record);
     }

@@ -2,6 +2,7 @@
 #include "irrigation/starter_database.h"
 
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 #include "gis/files.h"
@@ -57,9 +58,7 @@ bool hasWordOf(const std::string& name, const std::vector<std::string>& list) {
     });
 }
 
-double rounded(double share) {
-    return static_cast<double>(static_cast<int>(share * 1000 + 0.5)) / 1000;
-}
+double rounded(double share) { return std::round(share * 1000) / 1000; }
 
 // In the order of the methods; they add up to 1, or are all 0.
 std::vector<double> sharesOf(const std::string& crop) {

@@ -119,7 +119,7 @@ int gridExport(const Session& session, const std::string& dataset, const std::st
 int gridPicture(const Session& session, const std::string& dataset, const std::string& file,
                 const std::string& title);
 
-// `velmora demo DIR`: the sample basin from nothing to reference ET and precipitation.
+// `velmora demo DIR`: the sample basin from nothing to the report of the whole chain.
 int demo(const Session& session, const std::string& folder);
 
 }  // namespace velmora::cli

@@ -36,46 +36,6 @@ void printMonthlyTable(platform::Platform& platform, const std::string& output,
     fmt::print("{:<8}{:>10.2f}\n\n", "year", year);
 }
 
-void printZoneTable(platform::Platform& platform, const std::string& output) {
-    const auto table = platform.features().openTable(joinedPath(output, "StatCET"));
-    fmt::print("Crop ET by zone (StatCET; depth and volume take a grid's mean as mm per day)\n");
-    for (const Field& field : table->fields()) {
-        fmt::print("{:<{}}", field.name, field.type == FieldType::text ? 22 : 14);
-    }
-    fmt::print("\n");
-    for (std::size_t r = 0; r < table->recordCount(); ++r) {
-        for (const Field& field : table->fields()) {
-            const FieldValue value = table->value(r, field.name);
-            if (const auto* number = std::get_if<double>(&value)) {
-                fmt::print("{:<14}", fmt::format("{:.7g}", *number));
-            } else {
-                fmt::print("{:<22}", keyText(value));
-            }
-        }
-        fmt::print("\n");
-    }
-    fmt::print("\n");
-}
-
-// The steps in their order. Kc maps carry the method in their names, crop ET looks for them without
-// it: the copies are made in the open.
-int runSteps(const Session& own) {
-    for (const char* step : {"refet", "kc"}) {
-        const int ran = runStep(own, step);
-        if (ran != kDone) return ran;
-    }
-    for (int month = 1; month <= 12; ++month) {
-        const std::string name = "Kc_" + GetMonthName(month);
-        const int copied = gridCopy(own, name + "_2", name);
-        if (copied != kDone) return copied;
-    }
-    for (const char* step : {"cropet", "ppt"}) {
-        const int ran = runStep(own, step);
-        if (ran != kDone) return ran;
-    }
-    return kDone;
-}
-
 }  // namespace
 
 int demo(const Session& session, const std::string& folder) {
@@ -90,7 +50,7 @@ int demo(const Session& session, const std::string& folder) {
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
     if (applied != kDone) return applied;
-    const int ran = runSteps(own);
+    const int ran = runAll(own, {{{}, "0.9", "crop", true}, {}, {}});
     if (ran != kDone) return ran;
     printMonthlyTable(platform, output,
                       "Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",
@@ -100,17 +60,25 @@ int demo(const Session& session, const std::string& folder) {
                       "PPT_", "");
     printMonthlyTable(platform, output, "Crop ET of the sample basin's fields, inches", "ET_",
                       "_2");
-    printZoneTable(platform, output);
-    for (const auto& [name, title] : {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
-                                      std::pair{"ET_Jul_2", "Crop ET in July, inches"},
-                                      std::pair{"PPT_Jul", "Precipitation in July, inches"}}) {
+    printMonthlyTable(platform, output,
+                      "Irrigation water requirement of the sample basin's fields, inches", "IRR_",
+                      "");
+    for (const auto& [name, title] :
+         {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
+          std::pair{"ET_Jul_2", "Crop ET in July, inches"},
+          std::pair{"PPT_Jul", "Precipitation in July, inches"},
+          std::pair{"IRR_Jul", "Irrigation water requirement in July, inches"}}) {
         const int drawn =
             gridPicture(own, name, joinedPath(path, std::string(name) + ".png"), title);
         if (drawn != kDone) return drawn;
     }
+    const int reported = report(own, joinedPath(path, "report.html"));
+    if (reported != kDone) return reported;
     fmt::print(
-        "\nGo on with:\n  velmora --settings-folder {0} check\n  velmora --settings-folder {0} "
-        "run ppt --diagnose\n  velmora --settings-folder {0} grid stats RefET_Jul_2 PPT_Jul\n",
+        "\nGo on with:\n  velmora --settings-folder {0} eff show\n  velmora --settings-folder {0} "
+        "table StatIRR --columns ZoneUnit,Month,IRR_V_acft\n  velmora --settings-folder {0} run "
+        "ppt "
+        "--diagnose\n",
         own.settingsFolder);
     return kDone;
 }

@@ -126,7 +126,7 @@ std::vector<std::vector<Piece>> cutAll(const GeosLayer& first, const GeosLayer& 
 std::string freeName(const std::string& name, const std::vector<Field>& taken) {
     for (int n = 1;; ++n) {
         const std::string tail = "_" + std::to_string(n);
-        const std::string candidate = name.substr(0, kNameLength - tail.size()) + tail;
+        std::string candidate = name.substr(0, kNameLength - tail.size()) + tail;
         if (std::ranges::none_of(
                 taken, [&](const Field& f) { return sameIgnoringCase(f.name, candidate); })) {
             return candidate;

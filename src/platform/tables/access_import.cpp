@@ -84,7 +84,7 @@ bool isAccessFile(const std::string& path) {
 }
 
 std::string importedDatabase(const std::string& path) {
-    const std::string sidecar = path + ".sqlite";
+    std::string sidecar = path + ".sqlite";
     if (std::filesystem::exists(sidecar)) return sidecar;
     const std::string unfinished = unfinishedPath(sidecar);
     removeTree(unfinished);
