@@ -305,9 +305,11 @@ struct ChainCommand : Command {
 };
 
 TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
-    const Outcome ran = run("run all --cvef 0.9 --default-shares crop");
+    const Outcome ran = run("run all --cvef 0.9 --default-shares crop --diagnose");
     ASSERT_EQ(ran.status, 0) << ran.output;
     EXPECT_THAT(ran.output, HasSubstr("out/Kc_Jul_4 is copied to "));
+    EXPECT_THAT(ran.output, HasSubstr("out/PPT_diagnostics.csv is written"));
+    EXPECT_THAT(ran.output, testing::Not(HasSubstr("There are no diagnostics")));
     EXPECT_THAT(ran.output, HasSubstr("so a starter database is made"));
     EXPECT_THAT(ran.output, HasSubstr("out/IREF is copied to "));
     EXPECT_THAT(ran.output, HasSubstr("IRR_<month>, StatIRR"));
@@ -364,7 +366,9 @@ TEST_F(ChainCommand, EfficienciesAreFilledSetAndMapped) {
     EXPECT_EQ(run("eff map").status, 1);
     EXPECT_EQ(run("eff zone \"O'Dell's\" --cvef 0.9 --default-shares zone").status, 0);
     EXPECT_EQ(run("eff zone Nowhere").status, 1);
-    EXPECT_EQ(run("eff zone West --cvef 1.2").status, 1);
+    EXPECT_EQ(run("eff zone West --cvef 1.2").status, 2);
+    EXPECT_EQ(run("run all --cvef 0,9 --default-shares zone").status, 2);
+    EXPECT_EQ(run("run all --cvef 0.9").status, 2);
     EXPECT_EQ(run("eff set \"O'Dell's\" Barley Sprinkler=1 surface=0 Drip=0").status, 0);
     EXPECT_EQ(run("eff set \"O'Dell's\" Barley Rain=1").status, 1);
     EXPECT_EQ(run("eff set \"O'Dell's\" Barley Drip=-1").status, 1);

@@ -69,12 +69,18 @@ class Chain {
         bool done = false;
         try {
             if (step == "eff") ensureIrrigationDatabase(session_, options_.efficiency);
-            done = copyFor(step) && runStep(session_, step, false, options_.efficiency) == kDone;
+            done = copyFor(step) &&
+                   runStep(session_, step, diagnoses(step), options_.efficiency) == kDone;
         } catch (const PlatformError& e) {
             fmt::print("message: {}\n", oneLine(e.what()));
         }
         seconds_.emplace_back(step, clock().seconds() - began);
         return done;
+    }
+
+    // Only these make surfaces over stations.
+    bool diagnoses(const std::string& step) const {
+        return options_.diagnose && (step == "refet" || step == "ppt");
     }
 
     IClock& clock() { return platform_.clock(); }

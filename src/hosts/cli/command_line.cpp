@@ -5,6 +5,7 @@
 
 #include <exception>
 
+#include "gis/numbers.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
 #include "platform/analysis/parallel_loop.h"
@@ -21,6 +22,13 @@ std::string settingsHelp() {
         help += fmt::format("  {:<20} {}\n", field.name, field.help);
     }
     return help;
+}
+
+// What is wrong with the text of a share of 1, "" for nothing.
+std::string isFraction(const std::string& text) {
+    const auto number = strictNumber(text);
+    return number && *number > 0 && *number <= 1 ? std::string()
+                                                 : text + " is no fraction such as 0.9";
 }
 
 }  // namespace
@@ -104,7 +112,8 @@ void CommandLine::addRun() {
     run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
-    withShares(run);
+    const auto [cvef, shares] = withShares(run);
+    cvef->needs(shares);  // a run fills in zones with both or leaves them as they are
     withDatabase(run);
     auto* from = run->add_option("--from", chain_.from, "Begin run all with this step")
                      ->check(CLI::IsMember(stepNames()));
@@ -113,6 +122,7 @@ void CommandLine::addRun() {
         ->excludes(from);
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
+        chain_.diagnose = diagnose_;
         return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, diagnose_, efficiency_);
     });
 }
@@ -122,13 +132,18 @@ void CommandLine::withDatabase(CLI::App* command) {
                         "Another irrigation database than IrDB.mdb beside the zones");
 }
 
-void CommandLine::withShares(CLI::App* command) {
-    command->add_option("--cvef", efficiency_.cvef,
-                        "The conveyance efficiency of the zones, a fraction (default: 1.0)");
-    command
-        ->add_option("--default-shares", efficiency_.defaultShares,
-                     "Take the default shares of each zone (zone) or of zone and crop (crop)")
-        ->check(CLI::IsMember({"zone", "crop"}));
+std::pair<CLI::Option*, CLI::Option*> CommandLine::withShares(CLI::App* command) {
+    CLI::Option* cvef =
+        command
+            ->add_option("--cvef", efficiency_.cvef,
+                         "The conveyance efficiency of the zones, a fraction (default: 1.0)")
+            ->check(isFraction, "FRACTION");
+    CLI::Option* shares = command
+                              ->add_option("--default-shares", efficiency_.defaultShares,
+                                           "Take the default shares of each zone (zone) or of "
+                                           "zone and crop (crop)")
+                              ->check(CLI::IsMember({"zone", "crop"}));
+    return {cvef, shares};
 }
 
 void CommandLine::addEfficiency() {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hosts/cli/commands.h"
@@ -31,7 +32,8 @@ class CommandLine {
     void addKc();
     void addEfficiency();
     void withDatabase(CLI::App* command);
-    void withShares(CLI::App* command);
+    // The options --cvef and --default-shares.
+    std::pair<CLI::Option*, CLI::Option*> withShares(CLI::App* command);
     void addTable();
     void addGrid();
     void addDemo();

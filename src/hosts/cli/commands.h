@@ -74,6 +74,7 @@ struct ChainOptions {
     EfficiencyOptions efficiency;
     std::string from;  // the first step, "" for the first of all
     std::string only;  // the only step, "" for all
+    bool diagnose = false;
 };
 int runAll(const Session& session, const ChainOptions& options);
 

@@ -50,7 +50,7 @@ int demo(const Session& session, const std::string& folder) {
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
     if (applied != kDone) return applied;
-    const int ran = runAll(own, {{{}, "0.9", "crop", true}, {}, {}});
+    const int ran = runAll(own, {{{}, "0.9", "crop", true}, {}, {}, false});
     if (ran != kDone) return ran;
     printMonthlyTable(platform, output,
                       "Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",

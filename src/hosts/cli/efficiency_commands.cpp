@@ -62,22 +62,10 @@ std::vector<std::string> zonesOf(const ListBox& list) {
     return zones;
 }
 
-void checkConveyance(const std::string& cvef) {
-    const auto number = strictNumber(cvef);
-    if (!number || !(*number > 0) || *number > 1) {
-        throw PlatformError("\"" + cvef +
-                            "\" is no conveyance efficiency: give a fraction such as "
-                            "0.9");
-    }
-}
-
 // Chooses one zone after the other. False at the first that fails.
 bool fillZones(Form& form, const EfficiencyOptions& options,
                const std::vector<std::string>& zones) {
-    if (!options.cvef.empty()) {
-        checkConveyance(options.cvef);
-        form.control<TextBox>("txtCvef").enter(options.cvef);
-    }
+    if (!options.cvef.empty()) form.control<TextBox>("txtCvef").enter(options.cvef);
     auto& list = form.control<ListBox>("cmbZone");
     for (const std::string& zone : zones) {
         if (std::ranges::find(list.items(), zone) == list.items().end()) {

@@ -229,7 +229,7 @@ std::string basinChart(const RunResults& results) {
         }
     }
     return "<h3>The whole basin</h3>\n<p class=\"note\">Means of the cells that have data: crop ET "
-           "and the requirements over irrigated land, reference ET and precipitation over the "
+           "and the requirements over crop land, reference ET and precipitation over the "
            "whole grid.</p>\n" +
            chartLegend(lines) + "<div class=\"charts\">" +
            monthlyChart("Basin", "inches per month", lines) + "</div>\n";
