@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/irrigation_requirement_run.h"
 
-#include <string>
-
 #include "gis/error_trap.h"
-#include "gis/month_names.h"
 #include "irrigation/frm_statistics.h"
-#include "settings/zonal_grid_series.h"
+#include "irrigation/requirement_series.h"
 
 namespace velmora {
 
@@ -16,15 +13,11 @@ void runMonths(IApplication& application, const RunSettings& settings) {
     ZonalGridSeries series(application, settings, "StatIRR");
     const RasterPtr efficiency = series.open(kEfficiencyGrid);
     series.createTable();
-    for (const int month : settings.months()) {
-        const std::string label = GetMonthName(month);
-        const RasterPtr precipitation = series.open("PPT_" + label);
-        const RasterPtr cropEt = series.open("ET_" + label + settings.methodTag());
-        const auto algebra = application.platform().analysis().mapAlgebra();
-        useInputs(algebra->environment());
-        series.add(month, "IRR_" + label,
-                   irrigationRequirement(*algebra, cropEt, precipitation, efficiency));
-    }
+    addRequirements(
+        application, settings, series, "IRR_",
+        [&](IMapAlgebraOp& algebra, const RasterPtr& cropEt, const RasterPtr& precipitation) {
+            return irrigationRequirement(algebra, cropEt, precipitation, efficiency);
+        });
     series.showTable();
 }
 

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/net_irrigation_run.h"
 
-#include <string>
-
 #include "gis/error_trap.h"
-#include "gis/month_names.h"
-#include "settings/zonal_grid_series.h"
+#include "irrigation/requirement_series.h"
 
 namespace velmora {
 
@@ -14,15 +11,7 @@ namespace {
 void runMonths(IApplication& application, const RunSettings& settings) {
     ZonalGridSeries series(application, settings, "StatNIR");
     series.createTable();
-    for (const int month : settings.months()) {
-        const std::string label = GetMonthName(month);
-        const RasterPtr precipitation = series.open("PPT_" + label);
-        const RasterPtr cropEt = series.open("ET_" + label + settings.methodTag());
-        const auto algebra = application.platform().analysis().mapAlgebra();
-        useInputs(algebra->environment());
-        series.add(month, "NIR_" + label,
-                   netIrrigationRequirement(*algebra, cropEt, precipitation));
-    }
+    addRequirements(application, settings, series, "NIR_", netIrrigationRequirement);
     series.showTable();
 }
 

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "gis/application.h"
+#include "settings/run_settings.h"
+#include "settings/zonal_grid_series.h"
+
+namespace velmora {
+
+// Makes a month's requirement out of its crop ET and precipitation.
+using Requirement = std::function<RasterPtr(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                                            const RasterPtr& precipitation)>;
+
+// For each month of the settings' period opens precipitation and crop ET of the output folder,
+// makes the requirement on the cells that its inputs share, and adds it to the series as prefix +
+// month. Throws PlatformError; the months before stay.
+void addRequirements(IApplication& application, const RunSettings& settings,
+                     ZonalGridSeries& series, const std::string& prefix,
+                     const Requirement& requirement);
+
+}  // namespace velmora
