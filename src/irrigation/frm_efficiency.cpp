@@ -123,13 +123,11 @@ std::string frmEfficiency::summaryPath() const {
 
 void frmEfficiency::CreateSummaryTable(const std::string& name) {
     try {
-        IFileSystem& files = platform().files();
-        if (files.fileExists(summaryPath())) {
-            if (!prompts().confirm("Table<" + name + "> Exists, Replace it?",
-                                   "Confirmation to Crop Type Summary")) {
-                return;
-            }
-            files.deleteFile(summaryPath());
+        // An old table gives way when the new one is whole.
+        if (platform().files().fileExists(summaryPath()) &&
+            !prompts().confirm("Table<" + name + "> Exists, Replace it?",
+                               "Confirmation to Crop Type Summary")) {
+            return;
         }
         const auto landCover = platform().features().openFeatureClass(settings().LandCover);
         if (landCover->fieldIndex(kCropField) < 0) {

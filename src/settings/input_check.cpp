@@ -146,6 +146,7 @@ class InputCheck {
     void checkLaterInputs() {
         checkPolygons(settings_.Zones, "Zones", settings_.ZoneField);
         checkPolygons(settings_.LandCover, "LandCover", "");
+        checkIrrigationInputs();
         if (!settings_.KcTable.empty()) {
             try {
                 const auto table = platform_.features().openTable(settings_.KcTable);
@@ -155,6 +156,29 @@ class InputCheck {
             } catch (const PlatformError& e) {
                 add(Severity::error, settings_.KcTable, e.what());
             }
+        }
+    }
+
+    // What the irrigation efficiency needs beside the settings.
+    void checkIrrigationInputs() {
+        try {
+            if (!settings_.LandCover.empty() && platform_.features()
+                                                        .openFeatureClass(settings_.LandCover)
+                                                        ->fieldIndex("Descriptio") < 0) {
+                findings_.push_back({Severity::warning,
+                                     settings_.LandCover,
+                                     "Descriptio",
+                                     {},
+                                     "the field is missing, in which the irrigation efficiency "
+                                     "looks for crop types"});
+            }
+        } catch (const PlatformError&) {
+            return;  // which checkPolygons tells
+        }
+        const std::string database = joinedPath(parentFolderName(settings_.Zones), "IrDB.mdb");
+        if (!settings_.Zones.empty() && !platform_.files().fileExists(database)) {
+            add(Severity::note, database,
+                "there is no irrigation database yet: velmora irdb create makes one");
         }
     }
 

@@ -138,9 +138,12 @@ TEST_F(EfficiencyForm, WrongDatabasesAreRefused) {
 }
 
 TEST_F(EfficiencyForm, LandCoverAndZonesAreChecked) {
-    f.makeLandCover(test::CropFixture::fields());  // its field is called otherwise
     form.load();
     form.cmdApplyIRDB.click();
+    f.makeLandCover(test::CropFixture::fields());  // its field is called otherwise
+    answers[kSumExists] = true;
+    form.cmdApplyIRDB.click();
+    EXPECT_TRUE(std::filesystem::exists(f.folder.file("SumCrop.dbf")));  // the old one
     EXPECT_EQ(prompts.messages.back(), "There must be a field named Descriptio");
     EXPECT_TRUE(form.failed());
     f.settings.LandCover = f.folder.file("none.shp");

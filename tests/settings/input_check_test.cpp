@@ -153,5 +153,16 @@ TEST_F(InputCheck, ZoneKeys) {
     EXPECT_THAT(lines(), Contains(HasSubstr("NAME: the field is missing")));
 }
 
+TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
+    f.settings.Zones = f.folder.file("domain.shp");
+    f.settings.LandCover = f.folder.file("domain.shp");
+    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.settings.LandCover +
+                                            ": Descriptio: the field is missing")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("note: " + f.folder.file("IrDB.mdb") +
+                                            ": there is no irrigation database yet")));
+    test::write(f.folder.file("IrDB.mdb"), "x");
+    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("irrigation database"))));
+}
+
 }  // namespace
 }  // namespace velmora

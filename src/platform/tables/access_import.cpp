@@ -90,6 +90,7 @@ std::string importedDatabase(const std::string& path) {
     removeTree(unfinished);
     const std::string failure = readApart(path, unfinished);
     if (failure.empty()) {
+        removeTree(sidecar + "-journal");  // of an older copy, which would be undone in this one
         std::filesystem::rename(unfinished, sidecar);
         return sidecar;
     }

@@ -15,10 +15,13 @@ namespace velmora::platform {
 
 namespace {
 
+constexpr int kPatience = 5000;  // milliseconds to wait for another program's change to end
+
 SqliteConnection::Handle openDatabase(const std::string& path, int flags) {
     sqlite3* database = nullptr;
     const int status = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
     SqliteConnection::Handle handle(database, SqliteConnection::Closer{});
+    sqlite3_busy_timeout(database, kPatience);
     if (status != SQLITE_OK) {
         throw PlatformError("Cannot open the database " + path + ": " + sqlite3_errstr(status));
     }
