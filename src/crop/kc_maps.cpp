@@ -38,12 +38,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
     if (table->fields().empty()) {
         throw PlatformError("The crop coefficient table " + inputs.kcTable + " has no fields");
     }
-    if (platform.spatialReferences().isGeographic(landCover->crs())) {
-        throw PlatformError("The land cover " + inputs.landCover + " is in degrees (" +
-                            platform.spatialReferences().name(landCover->crs()) +
-                            "), but cell sizes are metres: project it, or set an extent provider "
-                            "in metres in the General Settings");
-    }
+    requireMetres(platform, *landCover, "land cover");
     const auto joined =
         platform.memoryRelationships().open({"JoinTable", table, table->fields().front().name,
                                              landCover, inputs.cropField, "Forward", "Backward"});

@@ -100,6 +100,7 @@ bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
                                 "\"");
         }
     }
+    requireMetres(platform, *landCover, "land cover");
     const OverlayResult result = platform.analysis().overlay()->Intersect(
         {landCover, kCropField}, {zones, settings.ZoneField}, piecesPath(settings) + ".shp");
     tellRepairs(application.prompts(), result.repairs);

@@ -6,6 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "gis/text.h"
 
 namespace velmora {
 
@@ -44,6 +45,15 @@ std::optional<CellCounts> roundedCounts(const Envelope& extent, double cellSize)
 std::string domainCrs(IPlatform& platform, const RunSettings& settings) {
     if (settings.ExtentProvider.empty()) return {};
     return platform.features().openFeatureClass(settings.ExtentProvider)->crs();
+}
+
+void requireMetres(IPlatform& platform, const IFeatureClass& layer, const std::string& what) {
+    ISpatialReferenceFactory& systems = platform.spatialReferences();
+    if (!systems.isGeographic(layer.crs())) return;
+    throw PlatformError("The " + what + " " + withoutEnding(layer.path(), ".shp") +
+                        " is in degrees (" + systems.name(layer.crs()) +
+                        "), but cell sizes are metres: project it, or set an extent provider in "
+                        "metres in the General Settings");
 }
 
 GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings) {

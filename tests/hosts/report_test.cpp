@@ -82,6 +82,16 @@ TEST_F(Report, BothReadingsOfTheTables) {
     EXPECT_THAT(page, HasSubstr("<td class=\"n\">1.2205</td>"));
 }
 
+TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
+    makeTable("StatCET", 0.5, 50);
+    f.save("PPT_Jul", f.filled(1.5F));
+    f.settings.Zones = f.folder.file("gone.shp");
+    const RunResults results = readResults(platform, f.settings);
+    ASSERT_EQ(results.zoneMeans.size(), 1U);
+    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains("PPT"));
+    EXPECT_THAT(reportPage(platform, results), HasSubstr("gone.shp"));
+}
+
 TEST_F(Report, MapsOfAProductShareOneScale) {
     f.save("PPT_Jun", f.filled(1));
     f.save("PPT_Jul", f.filled(3));

@@ -139,6 +139,14 @@ TEST_F(EfficiencyMap, FailuresAreToldAndLeaveNoMap) {
     EXPECT_THAT(messageOf(), HasSubstr("have no land in common"));
     f.settings.LandCover.clear();
     EXPECT_THAT(messageOf(), HasSubstr("land cover shapefile is not set"));
+    f.settings.LandCover = f.folder.file("degrees.shp");
+    f.settings.ExtentProvider.clear();
+    f.application.platform().features().createFeatureClass(
+        f.settings.LandCover, true,
+        f.application.platform().spatialReferences().createGeographic(4269),
+        {{"Descriptio", FieldType::text, 30, 0}},
+        {rectangle({-112, 40, -111, 41}, {std::string("Alfalfa")})});
+    EXPECT_THAT(messageOf(), HasSubstr("degrees is in degrees"));
 }
 
 TEST_F(EfficiencyMap, InvalidPolygonsAreTold) {

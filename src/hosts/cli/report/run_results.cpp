@@ -92,6 +92,20 @@ ZoneMeans& meansOf(std::vector<ZoneMeans>& all, const std::string& zone) {
     return found != all.end() ? *found : all.emplace_back(ZoneMeans{zone, {}});
 }
 
+void addPrecipitation(IPlatform& platform, IRasterWorkspace& workspace, const RunSettings& settings,
+                      std::vector<ZoneMeans>& all) {
+    for (const int month : settings.months()) {
+        const std::string name = "PPT_" + GetMonthName(month);
+        if (!workspace.exists(name)) continue;
+        const auto means = zoneMeansOf(platform, settings,
+                                       workspace.openRasterDataset(name)->createDefaultRaster());
+        for (ZoneMeans& zone : all) {
+            const auto found = means.find(zone.zone);
+            if (found != means.end()) zone.byProduct["PPT"][place(month)] = found->second;
+        }
+    }
+}
+
 std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspace,
                                  const RunResults& results) {
     std::vector<ZoneMeans> all;
@@ -105,16 +119,10 @@ std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspac
                 row.depthFeet / ratio * kInchesPerFoot;
         }
     }
-    if (all.empty()) return all;
-    for (const int month : results.settings.months()) {
-        const std::string name = "PPT_" + GetMonthName(month);
-        if (!workspace.exists(name)) continue;
-        const auto means = zoneMeansOf(platform, results.settings,
-                                       workspace.openRasterDataset(name)->createDefaultRaster());
-        for (ZoneMeans& zone : all) {
-            const auto found = means.find(zone.zone);
-            if (found != means.end()) zone.byProduct["PPT"][place(month)] = found->second;
-        }
+    try {
+        if (!all.empty()) addPrecipitation(platform, workspace, results.settings, all);
+    } catch (const PlatformError&) {
+        return all;  // zones that cannot be read are among the findings
     }
     return all;
 }
