@@ -48,7 +48,9 @@ MdbColumn& columnOf(const MdbTableDef& table, unsigned position) {
     return *static_cast<MdbColumn*>(g_ptr_array_index(table.columns, position));
 }
 
-std::string declaredType(const MdbColumn& column) {
+// Texts are as wide as their characters: one byte each in Jet 3, two in all later versions.
+std::string declaredType(const MdbHandle& handle, const MdbColumn& column) {
+    const int bytesPerCharacter = handle.f->jet_version == MDB_VER_JET3 ? 1 : 2;
     switch (column.col_type) {
         case MDB_BOOL:
         case MDB_BYTE:
@@ -62,7 +64,8 @@ std::string declaredType(const MdbColumn& column) {
         case MDB_NUMERIC:
             return "NUMERIC";
         case MDB_TEXT:
-            return "VARCHAR(" + std::to_string(column.col_size / 2) + ") COLLATE NOCASE";
+            return "VARCHAR(" + std::to_string(column.col_size / bytesPerCharacter) +
+                   ") COLLATE NOCASE";
         case MDB_BINARY:
         case MDB_OLE:
             return "BLOB";
@@ -207,7 +210,7 @@ void copyTable(MdbHandle& handle, MdbTableDef& table, const std::string& name, s
     std::string columns;
     for (unsigned c = 0; c < table.num_cols; ++c) {
         const MdbColumn& column = columnOf(table, c);
-        columns += (c ? "," : "") + quotedName(column.name) + " " + declaredType(column);
+        columns += (c ? "," : "") + quotedName(column.name) + " " + declaredType(handle, column);
     }
     SqliteStatement(database, "CREATE TABLE " + quotedName(name) + "(" + columns + ")").step();
     copyRows(handle, table, name, database);
