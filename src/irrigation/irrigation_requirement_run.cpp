@@ -25,11 +25,8 @@ void runMonths(IApplication& application, const RunSettings& settings) {
 
 RasterPtr irrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                                 const RasterPtr& precipitation, const RasterPtr& efficiency) {
-    algebra.BindRaster(cropEt, "ET");
-    algebra.BindRaster(precipitation, "PPT");
+    bindWaterShortage(algebra, cropEt, precipitation);
     algebra.BindRaster(efficiency, "EF");
-    algebra.BindRaster(algebra.Execute("[ET] - 0.8 * [PPT]"), "AllCell");
-    algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "PosiOne");
     return algebra.Execute("[AllCell] * [PosiOne] / [EF]");
 }
 

@@ -19,10 +19,7 @@ void runMonths(IApplication& application, const RunSettings& settings) {
 
 RasterPtr netIrrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                                    const RasterPtr& precipitation) {
-    algebra.BindRaster(cropEt, "ET");
-    algebra.BindRaster(precipitation, "PPT");
-    algebra.BindRaster(algebra.Execute("[ET] - 0.8 * [PPT]"), "AllCell");
-    algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "PosiOne");
+    bindWaterShortage(algebra, cropEt, precipitation);
     return algebra.Execute("[AllCell] * [PosiOne]");
 }
 

@@ -5,6 +5,14 @@
 
 namespace velmora {
 
+void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                       const RasterPtr& precipitation) {
+    algebra.BindRaster(cropEt, "ET");
+    algebra.BindRaster(precipitation, "PPT");
+    algebra.BindRaster(algebra.Execute("[ET] - 0.8 * [PPT]"), "AllCell");
+    algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "PosiOne");
+}
+
 void addRequirements(IApplication& application, const RunSettings& settings,
                      ZonalGridSeries& series, const std::string& prefix,
                      const Requirement& requirement) {

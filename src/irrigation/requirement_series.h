@@ -14,6 +14,11 @@ namespace velmora {
 using Requirement = std::function<RasterPtr(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                                             const RasterPtr& precipitation)>;
 
+// Binds crop ET less effective precipitation under "AllCell" and where that is 0 or more (1 there,
+// else 0) under "PosiOne"; 0.8 is the share of precipitation that crops can use.
+void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                       const RasterPtr& precipitation);
+
 // For each month of the settings' period opens precipitation and crop ET of the output folder,
 // makes the requirement on the cells that its inputs share, and adds it to the series as prefix +
 // month. Throws PlatformError; the months before stay.
