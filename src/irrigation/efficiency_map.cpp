@@ -72,13 +72,12 @@ class EfficiencyLookup {
     std::map<std::pair<std::string, std::string>, FieldValue> known_;
 };
 
-// Pieces have a field of efficiencies, which begin with 0.
+// Adds the field of efficiencies, unless the pieces have it.
 void ensureEfficiencyField(IFeatureWorkspaceFactory& features, const std::string& path) {
     const std::shared_ptr<ITable> pieces = features.openFeatureClass(path);
     if (pieces->fieldIndex(kEfficiency) >= 0) return;
     const auto session = features.edit(pieces);
     session->addNumericField(kEfficiency);
-    for (std::size_t r = 0; r < pieces->recordCount(); ++r) session->setValue(r, kEfficiency, 0.0);
     session->save();
 }
 

@@ -117,6 +117,8 @@ TEST_F(Database, AZoneGetsTheMethodListOnce) {
     database->ensureMethods("O'Dell's");
     const auto methods = database->query(IrrigationDatabase::methodsOf("z"));
     EXPECT_EQ(std::get<double>(methods->value("IRMDEF")), 0.9);
+    const auto count = database->query("SELECT count(*) AS n FROM IRMD WHERE [ZONEUNIT] = 'z'");
+    EXPECT_EQ(std::get<double>(count->value("n")), 3);
     EXPECT_EQ(std::get<std::string>(methods->value("IRMDDES")), "Sprinkler");
     EXPECT_EQ(GetMethodEfficiency(*methods, "Big Gun"), 0.7);
     EXPECT_EQ(GetMethodEfficiency(*methods, "spr"), 0);  // codes compare with case
