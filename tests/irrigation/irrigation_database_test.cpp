@@ -219,7 +219,9 @@ TEST(StarterDatabase, IsMadeInOneStep) {
     const std::string path = f.folder.file("new.mdb");
     IrrigationDefaults defaults = starterDefaults({"z"}, {});
     createIrrigationDatabase(f.application.platform(), path, defaults);
+    test::write(path + "-journal", "of a killed run");
     createIrrigationDatabase(f.application.platform(), path, defaults);  // replaces it
+    EXPECT_FALSE(std::filesystem::exists(path + "-journal"));
     const auto tables =
         f.application.platform().connections().open(irrigationConnection(path))->tableNames();
     EXPECT_THAT(tables, ElementsAre("IRMDDef", "IRMD", "IR_Dis_1", "IR_Dis_2", "IR_Sources"));
