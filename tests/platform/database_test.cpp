@@ -263,6 +263,10 @@ TEST_F(Database, AShapefileFolderStoresATransactionAtItsEnd) {
         EXPECT_EQ(stored(), 0);
     }
     EXPECT_EQ(stored(), 0);
+    const auto first = connection->open("Select * from parts");
+    first->setValue("IREF", 0.125);
+    first->update();
+    EXPECT_EQ(stored(), 0);  // what was undone does not come with a later change
     {
         const auto transaction = connection->beginTransaction();
         change(0.25);

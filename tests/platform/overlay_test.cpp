@@ -136,6 +136,21 @@ TEST_F(Overlay, InvalidPolygonsAreRepairedAndTold) {
     EXPECT_NEAR(pieces()->areas().at(1), 10000, 1e-6);
 }
 
+TEST_F(Overlay, PiecesFollowTheOrderOfTheSecondLayer) {
+    makeRings("land", "Use", {square(401000, 4494000, 2000)});
+    std::vector<std::vector<Point>> many;
+    for (int i = 0; i < 60; ++i) {  // scattered, so that no index has them in this order
+        many.push_back(square(401000 + 37 * (i * 29 % 53), 4494000 + 31 * (i * 17 % 59), 20));
+    }
+    makeRings("zones", "ZONE", many);
+    intersect();
+    const auto made = pieces();
+    ASSERT_EQ(made->recordCount(), many.size());
+    for (std::size_t i = 0; i < many.size(); ++i) {
+        EXPECT_EQ(keyText(made->value(i, "ZONE")), "ring " + std::to_string(i));
+    }
+}
+
 TEST_F(Overlay, TouchingIsNotSharing) {
     makeRings("land", "Use", {square(400000, 4495000, 100), square(400200, 4495000, 100)});
     makeRings("zones", "ZONE", {square(400100, 4495000, 50), square(400250, 4495050, 10)});
@@ -190,6 +205,12 @@ TEST_F(Overlay, AFailureLeavesNothing) {
     intersect();  // replaces the older one
     EXPECT_THROW(intersect("points"), PlatformError);
     EXPECT_GT(pieces()->recordCount(), 20U);
+}
+
+TEST_F(Overlay, WithoutItsTableThereIsNoShapefile) {
+    std::filesystem::create_directories(f.folder.file("out/pieces.dbf/in the way"));
+    EXPECT_THROW(intersect(), PlatformError);
+    EXPECT_FALSE(std::filesystem::exists(path));
 }
 
 TEST_F(Overlay, NothingSharedMakesAnEmptyShapefile) {
