@@ -5,11 +5,9 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "settings/irrigation_inputs.h"
 
 namespace velmora {
-
-// The field of the land cover that names a polygon's crop type.
-constexpr const char* kCropField = "Descriptio";
 
 // Writes the crop types of the land cover, each once and sorted, into a dBASE table: DESCRIPTIO,
 // the number of polygons COUNT, and SUM_AREA, the sum of their field AREA, or of their areas in

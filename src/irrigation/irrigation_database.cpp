@@ -39,10 +39,6 @@ void copyShares(IRecordset& row, const std::vector<std::string>& methods,
 
 }  // namespace
 
-std::string irrigationDatabasePath(const RunSettings& settings) {
-    return joinedPath(parentFolderName(settings.Zones), "IrDB.mdb");
-}
-
 std::string irrigationConnection(const std::string& databasePath) {
     return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + databasePath;
 }

@@ -9,12 +9,10 @@
 #include <vector>
 
 #include "gis/application.h"
-#include "settings/run_settings.h"
+#include "settings/irrigation_inputs.h"
 
 namespace velmora {
 
-// "IrDB.mdb" in the folder of the zone shapefile.
-std::string irrigationDatabasePath(const RunSettings& settings);
 std::string irrigationConnection(const std::string& databasePath);
 
 // Which default shares a zone's crops take: those of the zone for all crops alike (IR_Dis_1), or

@@ -12,6 +12,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "settings/irrigation_inputs.h"
 #include "settings/modelling_extent.h"
 #include "settings/precipitation_check.h"
 #include "settings/station_check.h"
@@ -162,12 +163,12 @@ class InputCheck {
     // What the irrigation efficiency needs beside the settings.
     void checkIrrigationInputs() {
         try {
-            if (!settings_.LandCover.empty() && platform_.features()
-                                                        .openFeatureClass(settings_.LandCover)
-                                                        ->fieldIndex("Descriptio") < 0) {
+            if (!settings_.LandCover.empty() &&
+                platform_.features().openFeatureClass(settings_.LandCover)->fieldIndex(kCropField) <
+                    0) {
                 findings_.push_back({Severity::warning,
                                      settings_.LandCover,
-                                     "Descriptio",
+                                     kCropField,
                                      {},
                                      "the field is missing, in which the irrigation efficiency "
                                      "looks for crop types"});
@@ -175,7 +176,7 @@ class InputCheck {
         } catch (const PlatformError&) {
             return;  // which checkPolygons tells
         }
-        const std::string database = joinedPath(parentFolderName(settings_.Zones), "IrDB.mdb");
+        const std::string database = irrigationDatabasePath(settings_);
         if (!settings_.Zones.empty() && !platform_.files().fileExists(database)) {
             add(Severity::note, database,
                 "there is no irrigation database yet: velmora irdb create makes one");
