@@ -104,7 +104,7 @@ void frmKcEditor::showRecords() {
     const auto records = platform().connections().open(kRecordSource)->open(kcQuery(openedTable_));
     stored_ = showRows(grdKc, *records);
     cmdSave.setEnabled(false);
-    if (grdKc.rowCount() > 0) showCurve(0);
+    if (grdKc.rowCount() > 0) showCurve(grdKc.currentRow());
 }
 
 void frmKcEditor::edit(std::size_t row, std::size_t column, const std::string& text) {
@@ -160,9 +160,7 @@ void frmKcEditor::save() {
         if (!fresh.empty()) session->appendRecord(fresh);
     }
     session->save();
-    const std::size_t current = grdKc.currentRow();
     showRecords();
-    if (current < grdKc.rowCount()) grdKc.select(current);
 }
 
 // A copy of the table under a new name, with the changes of the grid; the old table stays as it is.

@@ -120,9 +120,9 @@ void OptionButton::group(const std::vector<OptionButton*>& members) {
 }
 
 void DataGrid::show(std::vector<std::string> columns, std::vector<std::vector<std::string>> rows) {
+    if (columns != columns_ || current_ >= rows.size()) current_ = 0;
     columns_ = std::move(columns);
     rows_ = std::move(rows);
-    current_ = 0;
     refresh();
 }
 

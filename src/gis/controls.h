@@ -171,6 +171,7 @@ class DataGrid : public Control {
     }
     std::size_t currentRow() const { return current_; }
 
+    // The current row stays where the new rows have the same columns and reach it.
     void show(std::vector<std::string> columns, std::vector<std::vector<std::string>> rows);
     void setCell(std::size_t row, std::size_t column, const std::string& text);
     void addRow(std::vector<std::string> cells);

@@ -16,6 +16,12 @@ Control* Form::find(const std::string& controlName) const {
 void Form::setFocus(Control& control) {
     focused_ = &control;
     control.focus();
+    if (hostFocus) hostFocus();
+}
+
+void Form::showPage(int page) {
+    page_ = page;
+    if (hostPage) hostPage();
 }
 
 void Form::setBusy(bool busy) {

@@ -30,7 +30,7 @@ class Form {
     }
 
     int page() const { return page_; }  // the tab page shown, counted from 0
-    void showPage(int page) { page_ = page; }
+    void showPage(int page);
     const Control* focused() const { return focused_; }
     void setFocus(Control& control);
 
@@ -40,6 +40,8 @@ class Form {
     virtual void load() { open_ = true; }  // the form is about to be shown
     void close();
     Handler hostBusy;   // busy() has changed
+    Handler hostFocus;  // focused() has changed
+    Handler hostPage;   // page() has changed
     Handler onClosing;  // the form is about to be closed
     Handler hostClose;  // the host takes its window away
 

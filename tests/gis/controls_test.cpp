@@ -114,5 +114,34 @@ TEST(ProgressBarTest, TellsTheHostNowAndThen) {
     EXPECT_LT(told, 110);
 }
 
+TEST(DataGrid, KeepsItsCurrentRowForTheSameColumns) {
+    DataGrid grid{"grd"};
+    grid.show({"a"}, {{"1"}, {"2"}, {"3"}});
+    grid.select(2);
+    grid.show({"a"}, {{"1"}, {"2"}, {"4"}});
+    EXPECT_EQ(grid.currentRow(), 2U);
+    grid.show({"a"}, {{"1"}});
+    EXPECT_EQ(grid.currentRow(), 0U);
+    grid.show({"a"}, {{"1"}, {"2"}});
+    grid.select(1);
+    grid.show({"b"}, {{"1"}, {"2"}});
+    EXPECT_EQ(grid.currentRow(), 0U);
+}
+
+TEST(Form, TellsItsHostAboutFocusAndPage) {
+    struct OneBox : Form {
+        OneBox() : Form("frm", "Title") { add(box); }
+        TextBox box{"txt"};
+    } form;
+    const Control* focused = nullptr;
+    int page = -1;
+    form.hostFocus = [&] { focused = form.focused(); };
+    form.hostPage = [&] { page = form.page(); };
+    form.setFocus(form.box);
+    form.showPage(2);
+    EXPECT_EQ(focused, &form.box);
+    EXPECT_EQ(page, 2);
+}
+
 }  // namespace
 }  // namespace velmora
