@@ -21,21 +21,18 @@ namespace velmora {
 
 namespace {
 
-frmSettings& settingsForm(IApplication& application) {
-    static std::unique_ptr<frmSettings> form;
-    static IApplication* owner = nullptr;
+// All commands of one application share one form. It goes with the last of them, so that nothing
+// outlives the host that shows it.
+std::shared_ptr<frmSettings> settingsForm(IApplication& application) {
+    static std::weak_ptr<frmSettings> shared;
+    static const IApplication* owner = nullptr;
+    auto form = shared.lock();
     if (!form || owner != &application) {
-        form = std::make_unique<frmSettings>(application);
+        form = std::make_shared<frmSettings>(application);
+        shared = form;
         owner = &application;
     }
-    return *form;
-}
-
-// The monitor of the step that runs; it stays open after the step until the user closes it.
-frmMonitor& newMonitor() {
-    static std::unique_ptr<frmMonitor> monitor;
-    monitor = std::make_unique<frmMonitor>();
-    return *monitor;
+    return form;
 }
 
 }  // namespace
@@ -43,9 +40,9 @@ frmMonitor& newMonitor() {
 clsSettings::clsSettings() : Command({"", "General Settings", "Make settings for model running"}) {}
 
 void clsSettings::OnClick() {
-    frmSettings& form = settingsForm(application());
-    form.load();
-    application().dialogs().showModal(form);
+    form_ = settingsForm(application());
+    form_->load();
+    application().dialogs().showModal(*form_);
 }
 
 void ModelCommand::OnClick() {
@@ -62,14 +59,24 @@ void ModelCommand::OnClick() {
 clsET_ReferenceET::clsET_ReferenceET()
     : ModelCommand({"Velmora_RefET", "Calculate Reference ET", "Estimate Regional RefET"}) {}
 
+clsET_ReferenceET::~clsET_ReferenceET() { closeMonitor(); }
+
+void clsET_ReferenceET::closeMonitor() {
+    if (monitor_) monitor_->close();
+    monitor_.reset();
+}
+
 bool clsET_ReferenceET::runStep() {
     const RunSettings& settings = processState().settings;
-    frmMonitor& monitor = newMonitor();
-    monitor.load();
-    if (settings.ShowMonitor) application().dialogs().show(monitor);
-    const bool done = ReferenceEtRun(application(), settings, monitor).run();
-    monitor.stepEnded();
-    return done;
+    closeMonitor();
+    monitor_ = std::make_unique<frmMonitor>();
+    monitor_->load();
+    if (settings.ShowMonitor) application().dialogs().show(*monitor_);
+    struct Ending {
+        frmMonitor& monitor;
+        ~Ending() { monitor.stepEnded(); }
+    } const ending{*monitor_};
+    return ReferenceEtRun(application(), settings, *monitor_).run();
 }
 
 clsET_CropCoefficient::clsET_CropCoefficient()

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The eight commands. Their properties are constants; each keeps the hook it was created with and
-// nothing about a run.
+// nothing about a run, but for the windows that stay when a click has ended.
 #pragma once
+
+#include <memory>
 
 #include "shell/com_object.h"
 #include "shell/interfaces.h"
 
 namespace velmora {
+
+class frmMonitor;
+class frmSettings;
 
 // The properties in which the commands differ.
 struct CommandTexts {
@@ -43,6 +48,9 @@ class clsSettings : public Command {
   public:
     clsSettings();
     void OnClick() override;
+
+  private:
+    std::shared_ptr<frmSettings> form_;
 };
 
 // A command that passes the run gate and then runs its step.
@@ -57,12 +65,18 @@ class ModelCommand : public Command {
     virtual bool runStep() = 0;
 };
 
+// The progress monitor of a run stays open until the user closes it, or the next run begins.
 class clsET_ReferenceET : public ModelCommand {
   public:
     clsET_ReferenceET();
+    ~clsET_ReferenceET() override;
 
   protected:
     bool runStep() override;
+
+  private:
+    void closeMonitor();
+    std::unique_ptr<frmMonitor> monitor_;
 };
 
 // Opens the Kc-Map Maker; when it is closed and maps have been made, they are shown in the map.

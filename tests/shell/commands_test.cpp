@@ -24,12 +24,15 @@ struct Commands : testing::Test {
     test::TestApplication& application = fixture.application;
 
     template <class Class>
-    void click() {
-        auto* command = new Class;
+    std::unique_ptr<ICommand, void (*)(ICommand*)> made() {
+        std::unique_ptr<ICommand, void (*)(ICommand*)> command(new Class,
+                                                               [](ICommand* c) { c->Release(); });
         command->OnCreate(&application);
-        const std::unique_ptr<ICommand, void (*)(ICommand*)> release(
-            command, [](ICommand* c) { c->Release(); });
-        command->OnClick();
+        return command;
+    }
+    template <class Class>
+    void click() {
+        made<Class>()->OnClick();
     }
     template <class... Classes>
     void clickAll() {
@@ -63,8 +66,10 @@ TEST_F(Commands, SettingsAlwaysOpenAndOnce) {
         EXPECT_EQ(form.title(), "General Settings");
         EXPECT_TRUE(form.isOpen());
     };
-    click<clsSettings>();
-    click<clsSettings>();
+    const auto first = made<clsSettings>();
+    const auto second = made<clsSettings>();
+    first->OnClick();
+    second->OnClick();
     EXPECT_EQ(application.dialogs().modal, 2);
     EXPECT_EQ(forms.at(0), forms.at(1));
 }
@@ -207,7 +212,8 @@ TEST_F(Commands, ReferenceEtRunsAndShowsItsMonitor) {
         auto& label = form.control<Label>("lblMessage");
         label.hostRefresh = [&lines, &label] { lines.push_back(label.text()); };
     };
-    click<clsET_ReferenceET>();
+    const auto command = made<clsET_ReferenceET>();
+    command->OnClick();
     EXPECT_EQ(application.outcomes.back(), StepOutcome::done);
     ASSERT_NE(monitor, nullptr);
     EXPECT_EQ(application.dialogs().modeless, 1);
@@ -215,6 +221,22 @@ TEST_F(Commands, ReferenceEtRunsAndShowsItsMonitor) {
     EXPECT_TRUE(monitor->control<CommandButton>("cmdClose").enabled());
     monitor->control<CommandButton>("cmdClose").click();
     EXPECT_FALSE(monitor->isOpen());
+}
+
+TEST_F(Commands, AMonitorGoesWithTheNextRunAndWithItsCommand) {
+    fixture.settings.ShowMonitor = true;
+    fixture.settings.DEM = fixture.folder.file("none");  // the run fails soon
+    storeSettings();
+    int taken = 0;
+    application.dialogs().driver = [&](Form& form) { form.hostClose = [&] { ++taken; }; };
+    {
+        const auto command = made<clsET_ReferenceET>();
+        command->OnClick();
+        EXPECT_EQ(taken, 0);
+        command->OnClick();
+        EXPECT_EQ(taken, 1);
+    }
+    EXPECT_EQ(taken, 2);
 }
 
 TEST_F(Commands, WithoutTheFlagThereIsNoMonitor) {
