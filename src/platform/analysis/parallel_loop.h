@@ -11,6 +11,10 @@ namespace velmora::platform {
 // The threads that parallel loops of this process may use; 0 for all that the machine has.
 void useThreads(int threads);
 
+// Something to do now and then on this thread while its loops run; {} for nothing. A host with
+// windows keeps them painted so.
+void setHeartbeat(std::function<void()> heartbeat);
+
 // Runs the body over disjoint ranges that cover 0..count, each of about `grain` or more.
 void parallelFor(std::size_t count, std::size_t grain,
                  const std::function<void(std::size_t begin, std::size_t end)>& body);
