@@ -8,10 +8,10 @@
 #include <optional>
 
 #include "gis/errors.h"
-#include "gis/month_names.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/zone_results.h"
+#include "hosts/components/step_names.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 
@@ -101,20 +101,17 @@ class Chain {
         return readSettings(platform_.files(), path);
     }
 
-    // Kc maps carry the method in their names, crop ET looks for them without it; the efficiency
-    // map is made as IREF and read as faef_500.
     bool copyFor(const std::string& step) {
         const auto now = settings();
         if (!now) return true;
-        bool done = true;
-        if (step == "cropet") {
-            for (const int month : now->months()) {
-                const std::string name = "Kc_" + GetMonthName(month);
-                done = done && copyMadeGrid(*now, "kc", name + now->methodTag(), name);
-            }
-        }
-        if (step == "irr") done = copyMadeGrid(*now, "eff", "IREF", "faef_500");
-        return done;
+        const auto copyAll = [&](const std::string& maker, const std::vector<StepName>& names) {
+            return std::ranges::all_of(names, [&](const StepName& name) {
+                return copyMadeGrid(*now, maker, name.made, name.read);
+            });
+        };
+        if (step == "cropet") return copyAll("kc", namesForCropEt(*now));
+        if (step == "irr") return copyAll("eff", namesForIrrigationRequirement());
+        return true;
     }
 
     // Copies a grid that this chain has made, or that stands for one that is missing.

@@ -43,6 +43,18 @@ std::optional<Guid> classIdOf(const std::string& progId, const std::string& libr
     return std::nullopt;
 }
 
+// The file that holds this code: a program, or the plugin of one.
+fs::path ownModule() {
+    Dl_info info{};
+    static const char here = 0;
+    std::error_code error;
+    if (dladdr(&here, &info) != 0 && info.dli_fname) {
+        const fs::path file = fs::canonical(info.dli_fname, error);
+        if (!error && file.extension() == ".so") return file;
+    }
+    return fs::canonical("/proc/self/exe", error);
+}
+
 }  // namespace
 
 ComponentLoader::ComponentLoader(const std::string& library)
@@ -67,20 +79,19 @@ void ComponentLoader::createObject(const std::string& progId, const Guid& interf
 
 std::string extensionLibrary() {
     if (const char* named = std::getenv("VELMORA_LIBRARY"); named && *named) return named;
-    std::error_code error;
-    const fs::path program = fs::canonical("/proc/self/exe", error);
-    const fs::path folder = program.parent_path().parent_path();
+    const fs::path module = ownModule();
     std::string triplet = "x86_64-linux-gnu";
 #if defined(__aarch64__)
     triplet = "aarch64-linux-gnu";
 #endif
-    for (const fs::path& candidate :
-         {folder / "lib" / "libVelmora.so", folder / "lib" / "velmora" / "libVelmora.so",
-          folder / "lib" / triplet / "velmora" / "libVelmora.so"}) {
-        if (fs::exists(candidate)) return candidate.string();
+    const fs::path near = module.parent_path().parent_path();
+    for (const fs::path& folder :
+         {near, near / "lib", near / "lib" / "velmora", near / "lib" / triplet / "velmora",
+          near.parent_path() / "velmora", near.parent_path() / triplet / "velmora"}) {
+        if (fs::exists(folder / "libVelmora.so")) return (folder / "libVelmora.so").string();
     }
-    throw PlatformError("libVelmora.so is not beside " + program.string() +
-                        " (in ../lib or ../lib/velmora): install it there");
+    throw PlatformError("libVelmora.so is not where " + module.string() +
+                        " looks for it: install it in ../lib/velmora");
 }
 
 }  // namespace velmora

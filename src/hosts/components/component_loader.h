@@ -31,8 +31,8 @@ class ComponentLoader {
     std::string library_;
 };
 
-// The library beside this program: ../lib/libVelmora.so or ../lib/velmora/libVelmora.so and the
-// like, or the file that the environment variable VELMORA_LIBRARY names.
+// The library that belongs to this host, a program or a plugin: beside it in the build or in the
+// installation, or the file that the environment variable VELMORA_LIBRARY names.
 std::string extensionLibrary();
 
 }  // namespace velmora
