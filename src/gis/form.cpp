@@ -33,7 +33,8 @@ void Form::close() {
     if (!open_) return;
     if (onClosing) onClosing();
     open_ = false;
-    if (hostClose) hostClose();
+    const Handler takeAway = hostClose;  // the host may let go of the form in it
+    if (takeAway) takeAway();
 }
 
 void Form::throwMissing(const std::string& controlName) const {

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/qgis/plugin/plugin_menu.h"
+
+#include <qgisinterface.h>
+#include <qgsmessagebar.h>
+#include <qgsmessagebaritem.h>
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <exception>
+
+#include "examples/basin/sample_basin.h"
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "hosts/qgis/widgets/help_window.h"
+#include "hosts/qgis/widgets/keep_painted.h"
+#include "hosts/qgis/widgets/texts.h"
+#include "plugin_version.h"
+#include "settings/fill_form.h"
+#include "settings/frm_settings.h"
+#include "settings/settings_file.h"
+
+namespace velmora::qgis {
+
+using qt::toQt;
+
+namespace {
+
+constexpr const char* kMenu = "Velmora";
+constexpr const char* kKcCommand = "Tarnwick.clsET_CropCoefficient";
+constexpr const char* kEfficiencyCommand = "Tarnwick.clsIR_EFF";
+
+// The settings as they stand. Throws PlatformError when there are none.
+RunSettings currentSettings(IApplication& application) {
+    IFileSystem& files = application.platform().files();
+    const std::string path = defaultSettingsPath(application.extensionFolder());
+    if (!files.fileExists(path)) throw PlatformError("Run Settings First,Please!");
+    return readSettings(files, path);
+}
+
+}  // namespace
+
+PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& application,
+                       QgisDocument& document, std::function<void()> openSettings)
+    : desktop_(desktop),
+      application_(application),
+      document_(document),
+      openSettings_(std::move(openSettings)) {
+    add("openSample", "Open Sample Basin...", "Make the sample basin and its settings, and show it",
+        [this] { openSample(); });
+    add("copyKcMaps", "Copy Kc Maps for Crop ET",
+        "Copy Kc_<month>_<method> to Kc_<month>, the names that the crop ET step reads",
+        [this] { copyKcMaps(); });
+    add("copyEfficiency", "Copy Efficiency Map for Irrigation Requirement",
+        "Copy IREF to faef_500, the name that the irrigation water requirement step reads",
+        [this] { copyEfficiency(); });
+    add("help", "Help", "Open the user guide", [this] { help(); });
+    add("about", "About Velmora", "Version and licence", [this] { about(); });
+}
+
+PluginMenu::~PluginMenu() {
+    for (QAction* action : actions_) {
+        desktop_.removePluginMenu(kMenu, action);
+        delete action;
+    }
+    if (said_) desktop_.messageBar()->popWidget(said_);
+    delete helpWindow_;
+}
+
+void PluginMenu::add(const QString& name, const QString& text, const QString& statusTip,
+                     const std::function<void()>& action) {
+    auto* entry = new QAction(text, desktop_.mainWindow());
+    entry->setObjectName("velmora." + name);
+    entry->setStatusTip(statusTip);
+    connect(entry, &QAction::triggered, this, [this, action] { attempt(action); });
+    desktop_.addPluginToMenu(kMenu, entry);
+    actions_.push_back(entry);
+}
+
+void PluginMenu::attempt(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& e) {
+        application_.prompts().message(e.what());
+    }
+}
+
+void PluginMenu::say(const QString& text, const std::vector<Answer>& answers) {
+    if (said_) desktop_.messageBar()->popWidget(said_);
+    QgsMessageBarItem* item = QgsMessageBar::createMessage("Velmora", text);
+    for (const Answer& answer : answers) {
+        auto* button = new QPushButton(answer.text, item);
+        connect(button, &QPushButton::clicked, this, [this, action = answer.action] {
+            if (said_) desktop_.messageBar()->popWidget(said_);
+            attempt(action);
+        });
+        item->layout()->addWidget(button);
+    }
+    said_ = item;
+    desktop_.messageBar()->pushItem(item);
+}
+
+void PluginMenu::guide() {
+    const std::string path = defaultSettingsPath(application_.extensionFolder());
+    if (application_.platform().files().fileExists(path)) return;
+    say("Begin with General Settings, or try the sample basin.",
+        {{"General Settings", openSettings_}, {"Open Sample Basin", [this] { openSample(); }}});
+}
+
+void PluginMenu::offerCopies(const std::string& progId) {
+    if (progId != kKcCommand && progId != kEfficiencyCommand) return;
+    const std::string path = defaultSettingsPath(application_.extensionFolder());
+    if (!application_.platform().files().fileExists(path)) return;
+    const RunSettings settings = currentSettings(application_);
+    const auto names =
+        progId == kKcCommand ? namesForCropEt(settings) : namesForIrrigationRequirement();
+    if (names.empty() || !application_.platform().files().folderExists(settings.OutputWorkspace)) {
+        return;
+    }
+    const auto workspace =
+        application_.platform().rasters().openFromFolder(settings.OutputWorkspace);
+    if (!workspace->exists(names.front().made)) return;
+    const QString step =
+        progId == kKcCommand ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
+    say(step + " reads " + toQt(names.front().made) + " under the name " +
+            toQt(names.front().read) + ".",
+        {{"Copy", [this, names] { copy(names); }}});
+}
+
+void PluginMenu::openSample() {
+    const std::string parent =
+        application_.browsers().browseFolder("Select a folder for the sample basin");
+    if (parent.empty()) return;
+    const std::string folder = joinedPath(parent, "velmora-basin");
+    const std::string settings = defaultSettingsPath(application_.extensionFolder());
+    IFileSystem& files = application_.platform().files();
+    if (files.fileExists(settings)) {
+        const std::string kept =
+            joinedPath(application_.extensionFolder(), "before-sample-basin.inf");
+        if (!application_.prompts().confirm("The settings of the sample basin take the place of "
+                                            "yours, which are kept in\n" +
+                                                kept + "\nOpen the sample basin?",
+                                            "Open Sample Basin")) {
+            return;
+        }
+        files.copyFile(settings, kept);
+    }
+    examples::makeSampleBasin(application_.platform(), folder);
+    applySample(folder);
+    showSample(folder);
+    say("The sample basin is in " + toQt(folder) +
+            ". Its settings are applied: run the steps of the toolbar's menu from top to bottom.",
+        {{"General Settings", openSettings_}});
+}
+
+// As a user would fill the form in.
+void PluginMenu::applySample(const std::string& folder) {
+    frmSettings form(application_);
+    form.load();
+    for (const std::string& assignment : examples::sampleSettings(folder)) {
+        const auto equals = assignment.find('=');
+        fillIn(form, *findSettingsField(assignment.substr(0, equals)),
+               assignment.substr(equals + 1));
+    }
+    form.cmdApply.click();
+    form.close();
+}
+
+void PluginMenu::showSample(const std::string& folder) {
+    auto terrain = document_.createRasterLayer(joinedPath(folder, "dem"));
+    terrain->setStretchedRenderer({{60, 100, 60}, {245, 240, 225}, 1, 256});
+    document_.addLayer(std::move(terrain));
+    document_.addShapefile(joinedPath(folder, "landcover.shp"), "90,120,50,160", "150,190,90,110");
+    document_.addShapefile(joinedPath(folder, "zones.shp"), "40,40,40,255", "0,0,0,0");
+    document_.addShapefile(joinedPath(folder, "stations.shp"), "255,255,255,255", "190,40,40,255");
+    document_.refreshContents();
+}
+
+void PluginMenu::copyKcMaps() { copy(namesForCropEt(currentSettings(application_))); }
+
+void PluginMenu::copyEfficiency() { copy(namesForIrrigationRequirement()); }
+
+void PluginMenu::copy(const std::vector<StepName>& names) {
+    const std::string folder = currentSettings(application_).OutputWorkspace;
+    if (names.empty()) throw PlatformError("The settings name no months to copy for");
+    for (const StepName& name : names) copyToName(application_.platform(), folder, name);
+    const QString more = names.size() > 1 ? " ... " + toQt(names.back().made) : QString();
+    const QString to = names.size() > 1 ? " ... " + toQt(names.back().read) : QString();
+    say(toQt(names.front().made) + more + " copied to " + toQt(names.front().read) + to + ".", {});
+}
+
+void PluginMenu::help() {
+    if (!helpWindow_) helpWindow_ = new qt::HelpWindow(desktop_.mainWindow());
+    helpWindow_->show();
+    helpWindow_->raise();
+}
+
+void PluginMenu::about() {
+    QMessageBox box(
+        QMessageBox::NoIcon, "About Velmora",
+        "Velmora " VELMORA_PLUGIN_VERSION
+        "\n\nRegional evapotranspiration and irrigation water use as monthly grids: six "
+        "reference ET equations, crop coefficients, precipitation, irrigation "
+        "efficiency and zone tables in acre-feet.\n\nMIT licence.",
+        QMessageBox::Ok, desktop_.mainWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+}  // namespace velmora::qgis

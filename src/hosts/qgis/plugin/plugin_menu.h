@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "hosts/components/step_names.h"
+#include "hosts/qgis/plugin/qgis_document.h"
+#include "hosts/qgis/widgets/desktop_application.h"
+
+class QAction;
+class QgisInterface;
+class QgsMessageBarItem;
+
+namespace velmora::qgis {
+
+// The entry "Velmora" of the Plugins menu, and what the message bar says: the sample basin, the
+// copies between names, help and about. The extension's own menu stays as the extension declares
+// it.
+class PluginMenu : public QObject {
+  public:
+    // All must outlive the menu. `openSettings` opens General Settings.
+    PluginMenu(QgisInterface& desktop, qt::DesktopApplication& application, QgisDocument& document,
+               std::function<void()> openSettings);
+    // Takes the entry and what it says away.
+    ~PluginMenu() override;
+    PluginMenu(const PluginMenu&) = delete;
+    PluginMenu& operator=(const PluginMenu&) = delete;
+
+    // Points a user without settings to where to begin.
+    void guide();
+    // Offers the copies that the next step waits for, when a command has ended.
+    void offerCopies(const std::string& progId);
+
+  private:
+    void add(const QString& name, const QString& text, const QString& statusTip,
+             const std::function<void()>& action);
+    void attempt(const std::function<void()>& action);
+    void openSample();
+    void applySample(const std::string& folder);
+    void showSample(const std::string& folder);
+    void copyKcMaps();
+    void copyEfficiency();
+    void copy(const std::vector<StepName>& names);
+    void help();
+    void about();
+
+    struct Answer {
+        QString text;
+        std::function<void()> action;
+    };
+    void say(const QString& text, const std::vector<Answer>& answers);
+
+    QgisInterface& desktop_;
+    qt::DesktopApplication& application_;
+    QgisDocument& document_;
+    std::function<void()> openSettings_;
+    std::vector<QAction*> actions_;
+    QPointer<QgsMessageBarItem> said_;
+    QPointer<QWidget> helpWindow_;
+};
+
+}  // namespace velmora::qgis

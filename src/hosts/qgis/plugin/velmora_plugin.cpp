@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/qgis/plugin/velmora_plugin.h"
+
+#include <qgisinterface.h>
+#include <qgsmessagebar.h>
+
+#include <QMainWindow>
+#include <exception>
+
+#include "gis/text.h"
+#include "hosts/components/loaded_extension.h"
+#include "hosts/qgis/plugin/plugin_menu.h"
+#include "hosts/qgis/plugin/qgis_document.h"
+#include "hosts/qgis/widgets/command_bar.h"
+#include "hosts/qgis/widgets/desktop_application.h"
+#include "plugin_version.h"
+#include "shell/class_registry.h"
+
+namespace velmora::qgis {
+
+namespace {
+
+constexpr const char* kToolBar = "Tarnwick.clsToolBar_Zav";
+constexpr const char* kSettings = "Tarnwick.clsSettings";
+
+}  // namespace
+
+// In the order in which they come to be; they go in the reverse.
+struct VelmoraPlugin::Parts {
+    explicit Parts(QgisInterface& desktop)
+        : document(desktop),
+          application(desktop.mainWindow(), document, parentFolderName(classRegistryPath())),
+          menu(desktop, application, document, [this] { bar.action(kSettings)->trigger(); }),
+          bar(extension, kToolBar, application, desktop.mainWindow(),
+              [this](const std::string& progId) { menu.offerCopies(progId); }) {
+        desktop.addToolBar(&bar.toolBar());
+        menu.guide();
+    }
+
+    LoadedExtension extension;
+    QgisDocument document;
+    qt::DesktopApplication application;
+    PluginMenu menu;
+    qt::CommandBar bar;
+};
+
+VelmoraPlugin::VelmoraPlugin(QgisInterface& desktop)
+    : QgisPlugin("Velmora", "Regional evapotranspiration and irrigation water use", "Analysis",
+                 VELMORA_PLUGIN_VERSION, QgisPlugin::UI),
+      desktop_(desktop) {}
+
+VelmoraPlugin::~VelmoraPlugin() = default;
+
+void VelmoraPlugin::initGui() {
+    try {
+        parts_ = std::make_unique<Parts>(desktop_);
+    } catch (const std::exception& e) {
+        desktop_.messageBar()->pushCritical("Velmora", QString::fromStdString(e.what()));
+    }
+}
+
+void VelmoraPlugin::unload() { parts_.reset(); }
+
+}  // namespace velmora::qgis

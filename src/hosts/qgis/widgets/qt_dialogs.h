@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <vector>
+
+#include "gis/application.h"
+#include "hosts/qgis/widgets/form_window.h"
+
+namespace velmora::qt {
+
+// Shows forms as windows over the main window.
+class QtDialogs : public IDialogs {
+  public:
+    QtDialogs(QWidget* mainWindow, IPrompts& prompts)
+        : mainWindow_(mainWindow), prompts_(prompts) {}
+    ~QtDialogs() override;
+    QtDialogs(const QtDialogs&) = delete;
+    QtDialogs& operator=(const QtDialogs&) = delete;
+
+    void showModal(Form& form) override;
+    // The window stays until the form is closed.
+    void show(Form& form) override;
+
+  private:
+    QWidget* mainWindow_;
+    IPrompts& prompts_;
+    std::vector<QPointer<FormWindow>> modeless_;
+};
+
+}  // namespace velmora::qt
