@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// Windows of forms without a screen.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+#include "gis/errors.h"
+#include "hosts/qgis/widgets/form_window.h"
+#include "tests/support/fakes.h"
+
+namespace velmora::test {
+
+// The one application of the test program, on a platform without a screen.
+inline QApplication& qtApplication() {
+    static int argc = 1;
+    static char name[] = "test";
+    static char* argv[] = {name, nullptr};
+    static QApplication* application = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        QStandardPaths::setTestModeEnabled(true);
+        // The platform without a screen says at every window what it cannot do.
+        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext&, const QString& text) {
+            if (kind == QtCriticalMsg || kind == QtFatalMsg)
+                fprintf(stderr, "%s\n", qPrintable(text));
+        });
+        QCoreApplication::setOrganizationName("velmora-tests");
+        return new QApplication(argc, argv);
+    }();
+    return *application;
+}
+
+struct QtTest : testing::Test {
+    QtTest() {
+        qtApplication();
+        QSettings().clear();
+    }
+    ~QtTest() override { QSettings().clear(); }
+
+    // Does something to the modal window that the call in `body` opens, once it is there.
+    template <class Body>
+    void withModal(const std::function<void(QWidget&)>& answer, Body body) {
+        QTimer::singleShot(20, &qtApplication(), [answer] {
+            QWidget* modal = QApplication::activeModalWidget();
+            ASSERT_NE(modal, nullptr);
+            answer(*modal);
+        });
+        body();
+    }
+
+    FakePrompts prompts;
+};
+
+template <class Widget>
+Widget& widget(const QWidget& window, const char* name) {
+    auto* found = window.findChild<Widget*>(name);
+    if (!found) throw PlatformError(std::string("No widget ") + name);
+    return *found;
+}
+
+inline void click(const QWidget& window, const char* name) {
+    QTest::mouseClick(&widget<QWidget>(window, name), Qt::LeftButton);
+}
+
+// Types a text into a box from its beginning and leaves it.
+void type(const QWidget& window, const char* name, const QString& text);
+
+}  // namespace velmora::test
