@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/grid/raster_workspace.h"
 
+#include <gdal_priv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
 #include "platform/grid/gdal_raster.h"
+#include "platform/grid/statistics_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace velmora::platform {
@@ -49,6 +51,33 @@ struct RasterWorkspace : testing::Test {
             std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()));
     }
 };
+
+TEST_F(RasterWorkspace, WhatDescribedTheOldValuesGoesWithThem) {
+    save("TM_Jan", flat(1));
+    test::write(folder.file("TM_Jan.aux.xml"), "<PAMDataset/>");
+    save("TM_Jan", flat(2));
+    EXPECT_FALSE(fs::exists(folder.file("TM_Jan.aux.xml")));
+}
+
+TEST_F(RasterWorkspace, StatisticsAreKeptBesideAGridUnlessForbidden) {
+    save("TM_Jan", flat(1));
+    save("TM_Feb", flat(1));
+    const auto computeStatistics = [&](const char* name) {
+        GDALDataset* grid = GDALDataset::Open(folder.file(name).c_str());
+        ASSERT_NE(grid, nullptr);
+        double unused = 0;
+        grid->GetRasterBand(1)->ComputeStatistics(FALSE, &unused, &unused, &unused, &unused,
+                                                  nullptr, nullptr);
+        GDALClose(grid);
+    };
+    computeStatistics("TM_Jan");
+    EXPECT_TRUE(fs::exists(folder.file("TM_Jan.aux.xml")));
+    {
+        const WithoutStatisticsFiles none;
+        computeStatistics("TM_Feb");
+    }
+    EXPECT_FALSE(fs::exists(folder.file("TM_Feb.aux.xml")));
+}
 
 TEST_F(RasterWorkspace, SavesAndReplaces) {
     save("TM_Jan", flat(1));

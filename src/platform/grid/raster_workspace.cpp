@@ -50,6 +50,11 @@ fs::path resolved(const std::string& path) {
     return *std::min_element(found.begin(), found.end());
 }
 
+// What other programs put beside a dataset to describe its values; it goes with them.
+void removeDescriptions(const std::string& dataset) {
+    for (const char* extension : {".aux.xml", ".ovr"}) removeTree(dataset + extension);
+}
+
 class Dataset : public IRasterDataset {
   public:
     explicit Dataset(fs::path path) : path_(std::move(path)) { raster_ = open(path_.string()); }
@@ -60,8 +65,7 @@ class Dataset : public IRasterDataset {
     void remove() override {
         raster_.reset();
         removeTree(path_.string());
-        // What describes the file goes with it.
-        for (const char* extension : {".aux.xml", ".ovr"}) removeTree(path_.string() + extension);
+        removeDescriptions(path_.string());
     }
 
   private:
@@ -180,6 +184,7 @@ class Workspace : public IRasterWorkspace {
             Dataset(old).remove();
         }
         if (!error) fs::rename(from, to, error);
+        if (!error) removeDescriptions(to);
         removeTree(aside);
         if (error) throw PlatformError("Cannot replace " + to + ": " + error.message());
     }
