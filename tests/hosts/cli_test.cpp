@@ -419,6 +419,14 @@ TEST_F(Command, GridsAreCopiedExportedAndDrawn) {
     EXPECT_EQ(run("grid info none").status, 1);
 }
 
+TEST_F(Command, TheDemoMakesInputsAlone) {
+    const Outcome made = run("demo basin --inputs-only");
+    ASSERT_EQ(made.status, 0) << made.output;
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/stations.shp"));
+    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/settings/Zav.inf"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder + "/basin/output"));
+}
+
 TEST_F(Command, TheDemoMakesAYearOfGridsByEitherMethod) {
     const Outcome made = run("--quiet demo basin");
     ASSERT_EQ(made.status, 0) << made.output;

@@ -48,6 +48,7 @@ class CommandLine {
     bool diagnose_ = false;
     bool newCrop_ = false;
     bool csv_ = false;
+    bool inputsOnly_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;
     ChainOptions chain_;

@@ -38,7 +38,7 @@ void printMonthlyTable(platform::Platform& platform, const std::string& output,
 
 }  // namespace
 
-int demo(const Session& session, const std::string& folder) {
+int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     const std::string path = std::filesystem::absolute(folder).lexically_normal().string();
     const std::string output = joinedPath(path, "output");
     platform::Platform platform;
@@ -49,7 +49,7 @@ int demo(const Session& session, const std::string& folder) {
     Session own = session;
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
-    if (applied != kDone) return applied;
+    if (applied != kDone || inputsOnly) return applied;
     const int ran = runAll(own, {{{}, "0.9", "crop", true}, {}, {}, false});
     if (ran != kDone) return ran;
     printMonthlyTable(platform, output,

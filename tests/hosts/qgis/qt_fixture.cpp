@@ -2,8 +2,43 @@
 #include "tests/hosts/qgis/qt_fixture.h"
 
 #include <QLineEdit>
+#include <QStandardPaths>
+#include <cstdio>
 
 namespace velmora::test {
+
+namespace {
+
+std::unique_ptr<QApplication>& held() {
+    static std::unique_ptr<QApplication> application;
+    return application;
+}
+
+// The application ends before the program does, so that nothing of it looks like a leak.
+struct EndOfQt : testing::Environment {
+    void TearDown() override { held().reset(); }
+};
+const testing::Environment* const kEnd = testing::AddGlobalTestEnvironment(new EndOfQt);
+
+}  // namespace
+
+QApplication& qtApplication() {
+    static int argc = 1;
+    static char name[] = "test";
+    static char* argv[] = {name, nullptr};
+    if (!held()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        QStandardPaths::setTestModeEnabled(true);
+        QCoreApplication::setOrganizationName("velmora-tests");
+        // The platform without a screen says at every window what it cannot do.
+        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext&, const QString& text) {
+            if (kind == QtCriticalMsg || kind == QtFatalMsg)
+                fprintf(stderr, "%s\n", qPrintable(text));
+        });
+        held() = std::make_unique<QApplication>(argc, argv);
+    }
+    return *held();
+}
 
 void type(const QWidget& window, const char* name, const QString& text) {
     auto& box = widget<QLineEdit>(window, name);

@@ -6,10 +6,8 @@
 
 #include <QApplication>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
-#include <cstdio>
 #include <functional>
 #include <memory>
 
@@ -20,23 +18,7 @@
 namespace velmora::test {
 
 // The one application of the test program, on a platform without a screen.
-inline QApplication& qtApplication() {
-    static int argc = 1;
-    static char name[] = "test";
-    static char* argv[] = {name, nullptr};
-    static QApplication* application = [] {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        QStandardPaths::setTestModeEnabled(true);
-        // The platform without a screen says at every window what it cannot do.
-        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext&, const QString& text) {
-            if (kind == QtCriticalMsg || kind == QtFatalMsg)
-                fprintf(stderr, "%s\n", qPrintable(text));
-        });
-        QCoreApplication::setOrganizationName("velmora-tests");
-        return new QApplication(argc, argv);
-    }();
-    return *application;
-}
+QApplication& qtApplication();
 
 struct QtTest : testing::Test {
     QtTest() {

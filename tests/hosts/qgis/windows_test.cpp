@@ -105,6 +105,10 @@ TEST_F(Desktop, TheZoneFieldsAreListedWhenTheListIsReached) {
         QTest::qWait(20);
         fields.setFocus(Qt::TabFocusReason);
         EXPECT_GT(fields.count(), 0);
+        EXPECT_EQ(fields.currentIndex(), -1);  // nothing is chosen yet
+        QTest::keyClick(&fields, Qt::Key_Down);
+        EXPECT_EQ(form.cboZoneField.text(), fields.itemText(0).toStdString());
+        EXPECT_EQ(fields.currentIndex(), 0);
         click(window, "cmdCancel");
     });
 }

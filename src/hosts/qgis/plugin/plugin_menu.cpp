@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <exception>
@@ -28,7 +29,6 @@ using qt::toQt;
 
 namespace {
 
-constexpr const char* kMenu = "Velmora";
 constexpr const char* kKcCommand = "Tarnwick.clsET_CropCoefficient";
 constexpr const char* kEfficiencyCommand = "Tarnwick.clsIR_EFF";
 
@@ -47,7 +47,8 @@ PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& applicati
     : desktop_(desktop),
       application_(application),
       document_(document),
-      openSettings_(std::move(openSettings)) {
+      openSettings_(std::move(openSettings)),
+      menu_(std::make_unique<QMenu>("Velmora")) {
     add("openSample", "Open Sample Basin...", "Make the sample basin and its settings, and show it",
         [this] { openSample(); });
     add("copyKcMaps", "Copy Kc Maps for Crop ET",
@@ -58,25 +59,21 @@ PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& applicati
         [this] { copyEfficiency(); });
     add("help", "Help", "Open the user guide", [this] { help(); });
     add("about", "About Velmora", "Version and licence", [this] { about(); });
+    // A menu that QGIS makes for a plugin would stay in its window when the plugin is gone.
+    desktop.pluginMenu()->addMenu(menu_.get());
 }
 
 PluginMenu::~PluginMenu() {
-    for (QAction* action : actions_) {
-        desktop_.removePluginMenu(kMenu, action);
-        delete action;
-    }
     if (said_) desktop_.messageBar()->popWidget(said_);
     delete helpWindow_;
 }
 
 void PluginMenu::add(const QString& name, const QString& text, const QString& statusTip,
                      const std::function<void()>& action) {
-    auto* entry = new QAction(text, desktop_.mainWindow());
+    QAction* entry = menu_->addAction(text);
     entry->setObjectName("velmora." + name);
     entry->setStatusTip(statusTip);
     connect(entry, &QAction::triggered, this, [this, action] { attempt(action); });
-    desktop_.addPluginToMenu(kMenu, entry);
-    actions_.push_back(entry);
 }
 
 void PluginMenu::attempt(const std::function<void()>& action) {

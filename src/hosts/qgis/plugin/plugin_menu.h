@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@
 #include "hosts/qgis/plugin/qgis_document.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 
-class QAction;
+class QMenu;
 class QgisInterface;
 class QgsMessageBarItem;
 
@@ -58,7 +59,7 @@ class PluginMenu : public QObject {
     qt::DesktopApplication& application_;
     QgisDocument& document_;
     std::function<void()> openSettings_;
-    std::vector<QAction*> actions_;
+    std::unique_ptr<QMenu> menu_;
     QPointer<QgsMessageBarItem> said_;
     QPointer<QWidget> helpWindow_;
 };

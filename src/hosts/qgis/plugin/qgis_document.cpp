@@ -24,6 +24,7 @@
 #include "gis/errors.h"
 #include "hosts/qgis/widgets/keep_painted.h"
 #include "hosts/qgis/widgets/texts.h"
+#include "platform/grid/statistics_files.h"
 
 namespace velmora::qgis {
 
@@ -31,8 +32,7 @@ using qt::toQt;
 
 namespace {
 
-// The smallest and largest value of band 0. Read cell by cell and not asked of GDAL, which would
-// leave a file with statistics beside the grid that outlives the next run's results.
+// The smallest and largest value of band 0, of all its cells.
 std::pair<double, double> rangeOf(const QgsRasterLayer& layer) {
     auto* provider = const_cast<QgsRasterLayer&>(layer).dataProvider();
     const QgsRasterBandStats all = provider->QgsRasterInterface::bandStatistics(1);
@@ -43,6 +43,7 @@ std::pair<double, double> rangeOf(const QgsRasterLayer& layer) {
 class QgisRasterLayer : public IRasterLayer {
   public:
     explicit QgisRasterLayer(const QString& path) {
+        const platform::WithoutStatisticsFiles none;
         QgsRasterLayer::LayerOptions options;
         options.loadDefaultStyle = false;
         layer_ =
@@ -102,21 +103,27 @@ int rasterPlace(const QgsLayerTreeGroup& root) {
 
 }  // namespace
 
+QgisDocument::QgisDocument(QgisInterface& desktop) : desktop_(desktop) {
+    QObject::connect(QgsProject::instance(), &QgsProject::cleared, &project_,
+                     [this] { zoomed_ = false; });
+}
+
+// Layers of the dataset go first: they still show what it held before.
 std::unique_ptr<IRasterLayer> QgisDocument::createRasterLayer(const std::string& path) {
+    removeLayersOf(toQt(path));
     return std::make_unique<QgisRasterLayer>(toQt(path));
 }
 
 void QgisDocument::addLayer(std::unique_ptr<IRasterLayer> layer) {
     QgsRasterLayer* made = dynamic_cast<QgisRasterLayer&>(*layer).release();
-    removeLayersOf(made->source());
-    const bool first = !latest_;
     switchOffCovered(*made);
     latest_ = made;
     QgsProject* project = QgsProject::instance();
     QgsLayerTree* root = project->layerTreeRoot();
     project->addMapLayer(made, false);
     root->insertLayer(rasterPlace(*root), made)->setExpanded(false);
-    if (first) zoomTo(*made);
+    if (!zoomed_) zoomTo(*made);
+    zoomed_ = true;
     qt::paintNow();
 }
 

@@ -16,7 +16,7 @@ namespace velmora::qgis {
 // the result that it covers is switched off. The first one is zoomed to.
 class QgisDocument : public IMxDocument {
   public:
-    explicit QgisDocument(QgisInterface& desktop) : desktop_(desktop) {}
+    explicit QgisDocument(QgisInterface& desktop);
 
     std::unique_ptr<IRasterLayer> createRasterLayer(const std::string& path) override;
     void addLayer(std::unique_ptr<IRasterLayer> layer) override;
@@ -33,6 +33,8 @@ class QgisDocument : public IMxDocument {
     void zoomTo(QgsMapLayer& layer);
 
     QgisInterface& desktop_;
+    QObject project_;               // hears when the project is cleared
+    bool zoomed_ = false;           // to a result of this project
     QPointer<QgsMapLayer> latest_;  // the result added last
 };
 

@@ -35,6 +35,7 @@ bool DatasetBrowser::isDataset(DatasetKind kind, const QString& path) {
 DatasetBrowser::DatasetBrowser(DatasetKind kind, const QString& title, const QString& startFolder,
                                const QString& buttonCaption, QWidget* parent)
     : QDialog(parent), kind_(kind) {
+    setObjectName("DatasetBrowser");
     setWindowTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     resize(620, 420);
