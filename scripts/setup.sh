@@ -8,6 +8,8 @@ packages=(
     libgdal-dev libsqlite3-dev libgeos-dev mdbtools-dev libeigen3-dev libtbb-dev libcli11-dev libfmt-dev nlohmann-json3-dev libcairo2-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     gdal-bin fonts-dejavu-core locales clang-format clang-tidy
+    qtbase5-dev libqgis-dev qgis xvfb openbox
+    dpkg-dev file
 )
 
 missing=()

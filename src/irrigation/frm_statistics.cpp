@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/frm_statistics.h"
 
+#include <string_view>
 #include <utility>
 
 #include "gis/record_rows.h"
@@ -47,6 +48,7 @@ void frmStatistics::load() {
          {"StatIRR: Irrigation water requirement", "StatNIR: Net Irrigation water requirement",
           "StatCET: Crop Evapotranspitation"}) {
         cboRst.addItem(entry);
+        if (std::string_view(entry).starts_with(name_ + ":")) cboRst.setText(entry);
     }
     table_ = joinedPath(processState().settings.OutputWorkspace, name_ + ".dbf");
     attempt([this] { showTable(); });

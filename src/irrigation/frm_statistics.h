@@ -16,7 +16,8 @@ class frmStatistics : public TrappedForm {
     // Passes the run gate, without which the form does not open, and shows the whole table.
     void load() override;
 
-    ListBox cboRst{"cboRst"};  // the kinds of results; choosing one changes nothing
+    // The kinds of results, that of the shown table first; choosing another one changes nothing.
+    ListBox cboRst{"cboRst"};
     MultiSelectList lstContent{"lstContent"};
     CommandButton cmdRefresh{"cmdRefresh", "Refresh"};
     Label lblNote{"lblNote"};

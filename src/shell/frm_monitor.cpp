@@ -11,6 +11,11 @@ frmMonitor::frmMonitor() : Form("frmMonitor", "Progress  Monitor") {
     cmdClose.onClick = [this] { close(); };
 }
 
+void frmMonitor::stepEnded() {
+    lblStatus.setText("The step has ended.");
+    cmdClose.setEnabled(true);
+}
+
 void frmMonitor::load() {
     Form::load();
     cmdClose.setEnabled(false);

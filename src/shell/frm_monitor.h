@@ -17,7 +17,7 @@ class frmMonitor : public Form, public IProgressMonitor {
     void load() override;  // disables "Close"
     void setMessage(const std::string& text) override { lblMessage.setText(text); }
     void setStatus(const std::string& text) override { lblStatus.setText(text); }
-    void stepEnded() { cmdClose.setEnabled(true); }
+    void stepEnded();  // the window tells so and may be closed
 
     Label lblProgress{"lblProgress", "Progress:"};
     Label lblMessage{"lblMessage"};

@@ -221,6 +221,14 @@ TEST_F(Windows, GridsShowAndTakeCells) {
         EXPECT_EQ(model.rowCount(), 4);
         EXPECT_EQ(grid.currentRow(), 2U);
         EXPECT_EQ(edits, (std::vector<std::string>{"1,1=2.5", "2,0=c"}));
+        grid.setCell(0, 1, "1086.4334387838");
+        EXPECT_EQ(model.index(0, 1).data().toString(), "1086.4334");
+        EXPECT_EQ(model.index(0, 1).data(Qt::EditRole).toString(), "1086.4334387838");
+        grid.setCell(0, 1, "0.00012345678");
+        EXPECT_EQ(model.index(0, 1).data().toString(), "0.0001235");
+        grid.setCell(0, 1, "1001002003");
+        EXPECT_EQ(model.index(0, 1).data().toString(), "1001002003");
+        EXPECT_GE(shown.columnWidth(1), shown.fontMetrics().horizontalAdvance("1001002003"));
         grid.select(0);
         EXPECT_EQ(shown.currentIndex().row(), 0);
         QTest::keyClick(&shown, Qt::Key_Down);

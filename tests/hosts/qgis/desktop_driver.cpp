@@ -8,6 +8,7 @@
 #include <qgisplugin.h>
 #include <qgscolorrampshader.h>
 #include <qgslayertree.h>
+#include <qgslayertreeview.h>
 #include <qgsmapcanvas.h>
 #include <qgsmessagebar.h>
 #include <qgsproject.h>
@@ -21,6 +22,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QDockWidget>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
@@ -502,6 +504,7 @@ class Driver : public QObject {
 
     void pictureJuly() {
         QgsLayerTree* tree = QgsProject::instance()->layerTreeRoot();
+        if (auto* browser = window_.findChild<QDockWidget*>("Browser")) browser->hide();
         for (const auto& [name, shown] : std::map<QString, QString>{
                  {"RefET_Jul_2", "map-refet-july"}, {"IRR_Jul", "map-irr-july"}}) {
             for (QgsLayerTreeLayer* node : tree->findLayers()) {
@@ -510,6 +513,8 @@ class Driver : public QObject {
             }
             desktop_.messageBar()->clearWidgets();
             desktop_.setActiveLayer(layer(name));
+            auto* view = desktop_.layerTreeView();
+            view->scrollTo(view->currentIndex(), QAbstractItemView::PositionAtTop);
             desktop_.mapCanvas()->refresh();
             QTest::qWait(1500);
             picture(window_, shown);
@@ -544,6 +549,11 @@ class Driver : public QObject {
         }
         QTest::qWait(1500);
         picture(window_, "sample-basin");
+        boxes_.clear();
+        QFile::remove(file_ + "/velmora-basin/kc.dbf");
+        action("velmora.openSample").trigger();
+        check(boxes_.isEmpty() && !QFile::exists(file_ + "/velmora-basin/kc.dbf"),
+              "opened again it is as its user left it");
         boxes_.clear();
         run(kSteps[0]);
         check(boxes_.size() == 1 && layer("RefET_Jul_2"), "and its reference ET runs");

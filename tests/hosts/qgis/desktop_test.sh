@@ -19,8 +19,9 @@ rm -rf "$out"
 mkdir -p "$out/pictures" "$out/run" "$out/home"
 out=$(cd "$out" && pwd)
 chmod 700 "$out/run"
-# A neutral name, for it stands in the pictures.
-work=$(mktemp -d /tmp/basin-XXXXXX)
+# Its name stands in the pictures; DESKTOP_BASIN gives another one.
+work=${DESKTOP_BASIN:-$(mktemp -d /tmp/basin-XXXXXX)}
+mkdir -p "$work"
 stop() {
     kill "${pids[@]}" 2>/dev/null || true
     rm -rf "$work"

@@ -127,33 +127,42 @@ void PluginMenu::offerCopies(const std::string& progId) {
 }
 
 void PluginMenu::openSample() {
+    const std::string given =
+        menu_->findChild<QAction*>("velmora.openSample")->data().toString().toStdString();
+    if (!given.empty()) return openSampleIn(given);
     const std::string parent =
         application_.browsers().browseFolder("Select a folder for the sample basin");
-    if (parent.empty()) return;
-    const std::string folder = joinedPath(parent, "velmora-basin");
-    const std::string settings = defaultSettingsPath(application_.extensionFolder());
-    IFileSystem& files = application_.platform().files();
-    if (files.fileExists(settings)) {
-        const std::string kept =
-            joinedPath(application_.extensionFolder(), "before-sample-basin.inf");
-        if (!application_.prompts().confirm("The settings of the sample basin take the place of "
-                                            "yours, which are kept in\n" +
-                                                kept + "\nOpen the sample basin?",
-                                            "Open Sample Basin")) {
-            return;
-        }
-        files.copyFile(settings, kept);
-    }
-    examples::makeSampleBasin(application_.platform(), folder);
-    applySample(folder);
+    if (!parent.empty()) openSampleIn(joinedPath(parent, "velmora-basin"));
+}
+
+// A sample that is there already is opened as it is, with what its user has changed in it.
+void PluginMenu::openSampleIn(const std::string& folder) {
+    if (!applySample(folder)) return;
     showSample(folder);
-    say("The sample basin is in " + toQt(folder) +
-            ". Its settings are applied: run the steps of the toolbar's menu from top to bottom.",
+    say("The sample basin is ready: run the menu's steps from top to bottom.",
         {{"General Settings", openSettings_}});
 }
 
-// As a user would fill the form in.
-void PluginMenu::applySample(const std::string& folder) {
+// The settings of the sample, filled in as a user would; false when the user keeps others.
+bool PluginMenu::applySample(const std::string& folder) {
+    IFileSystem& files = application_.platform().files();
+    const std::string stored = defaultSettingsPath(application_.extensionFolder());
+    const bool others = files.fileExists(stored);
+    const std::string lastInput = joinedPath(folder, "IrDB.mdb");
+    if (others && files.fileExists(lastInput) &&
+        readSettings(files, stored).Zones == joinedPath(folder, "zones.shp")) {
+        return true;
+    }
+    if (others) {
+        const std::string kept =
+            joinedPath(application_.extensionFolder(), "before-sample-basin.inf");
+        const std::string question =
+            "The settings of the sample basin take the place of yours, which are kept in\n" + kept +
+            "\nOpen the sample basin?";
+        if (!application_.prompts().confirm(question, "Open Sample Basin")) return false;
+        files.copyFile(stored, kept);
+    }
+    if (!files.fileExists(lastInput)) examples::makeSampleBasin(application_.platform(), folder);
     frmSettings form(application_);
     form.load();
     for (const std::string& assignment : examples::sampleSettings(folder)) {
@@ -163,6 +172,7 @@ void PluginMenu::applySample(const std::string& folder) {
     }
     form.cmdApply.click();
     form.close();
+    return true;
 }
 
 void PluginMenu::showSample(const std::string& folder) {

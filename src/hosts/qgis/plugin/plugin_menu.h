@@ -40,8 +40,10 @@ class PluginMenu : public QObject {
     void add(const QString& name, const QString& text, const QString& statusTip,
              const std::function<void()>& action);
     void attempt(const std::function<void()>& action);
+    // Asks for a folder, unless the action carries one already.
     void openSample();
-    void applySample(const std::string& folder);
+    void openSampleIn(const std::string& folder);
+    bool applySample(const std::string& folder);
     void showSample(const std::string& folder);
     void copyKcMaps();
     void copyEfficiency();

@@ -40,6 +40,16 @@ void showCaption(Widget& widget, const std::string& text) {
     if (withoutMnemonic(widget.text()) != toQt(text)) widget.setText(toQt(text));
 }
 
+// Columns are as wide as their texts at first; later they only grow, so that a width that the user
+// gave stays when it is enough.
+void fitColumns(QTableView& table, bool fromAnew) {
+    if (fromAnew) table.resizeColumnsToContents();
+    for (int column = 0; column < table.model()->columnCount(); ++column) {
+        const int needed = static_cast<QAbstractItemView&>(table).sizeHintForColumn(column) + 1;
+        if (table.columnWidth(column) < needed) table.setColumnWidth(column, needed);
+    }
+}
+
 }  // namespace
 
 FormBinder::FormBinder(Form& form, QWidget& window, IPrompts& prompts)
@@ -247,10 +257,9 @@ void FormBinder::bind(DataGrid& control, QTableView& widget) {
     const auto current = std::make_shared<std::size_t>(0);
     show(control, widget, [&control, &widget, model, columns, current] {
         model->refresh();
-        if (*columns != control.columns()) {
-            *columns = control.columns();
-            widget.resizeColumnsToContents();
-        }
+        const bool other = *columns != control.columns();
+        *columns = control.columns();
+        fitColumns(widget, other);
         if (*current == control.currentRow()) return;
         *current = control.currentRow();
         const QSignalBlocker quiet(widget.selectionModel());

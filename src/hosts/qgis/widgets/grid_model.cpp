@@ -2,6 +2,7 @@
 #include "hosts/qgis/widgets/grid_model.h"
 
 #include <QTimer>
+#include <cmath>
 
 #include "hosts/qgis/widgets/texts.h"
 
@@ -13,6 +14,15 @@ QStringList textsOf(const DataGrid& grid, std::size_t row) {
     QStringList texts;
     for (std::size_t c = 0; c < grid.columns().size(); ++c) texts << toQt(grid.cell(row, c));
     return texts;
+}
+
+// Numbers with many places are shown with four; the tool tip and the editor have all of them.
+QString shortNumber(const QString& text) {
+    if (text.size() < 9 || !text.contains('.')) return text;
+    bool number = false;
+    const double value = text.toDouble(&number);
+    if (!number) return text;
+    return QString::number(value, std::abs(value) < 0.01 ? 'g' : 'f', 4);
 }
 
 }  // namespace
@@ -55,7 +65,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     const auto row = static_cast<std::size_t>(index.row());
     if (row >= rows_.size() || index.column() >= rows_[row].size()) return {};
     const QString& text = rows_[row].at(index.column());
-    if (role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole) return text;
+    if (role == Qt::DisplayRole) return shortNumber(text);
+    if (role == Qt::EditRole || role == Qt::ToolTipRole) return text;
     if (role == Qt::TextAlignmentRole) {
         bool number = false;
         text.toDouble(&number);
