@@ -11,6 +11,7 @@
 #include <qgslayertreeview.h>
 #include <qgsmapcanvas.h>
 #include <qgsmessagebar.h>
+#include <qgsmessagebaritem.h>
 #include <qgsproject.h>
 #include <qgsrasterlayer.h>
 #include <qgsrastershader.h>
@@ -348,8 +349,11 @@ class Driver : public QObject {
         for (QWidget* top : QApplication::topLevelWidgets()) {
             if (top->objectName() != "frmMonitor" || !top->isVisible()) continue;
             check(part<QPushButton>(*top, "cmdClose").isEnabled(), "the monitor can be closed");
+            check(part<QLabel>(*top, "lblStatus").text() == "The step has ended.", "and tells why");
             picture(*top, "progress-monitor-done");
-            click(*top, "cmdClose");
+            check(top->isActiveWindow(), "the keyboard reaches it");
+            QTest::keyClick(top, Qt::Key_Escape);
+            check(!top->isVisible(), "Escape closes it");
         }
         const QgsRectangle shown = desktop_.mapCanvas()->extent();
         auto* first = layer("RefET_Jan_2");
@@ -390,6 +394,15 @@ class Driver : public QObject {
         picture(window_, "offered-copies");
         if (copy) QTest::mouseClick(copy, Qt::LeftButton);
         check(QFile::exists(in("output/Kc_Jul/hdr.adf")), "and made");
+        users_["frmKcEditor"] = [](QWidget& window) { click(window, "cmdClose"); };
+        run(kSteps[1]);
+        check(!said().contains("reads"), "copies that stand are not offered again: " + said());
+    }
+
+    // What the message bar says.
+    QString said() {
+        auto* item = desktop_.messageBar()->currentItem();
+        return item ? item->text() : QString();
     }
 
     void runPlainSteps() {
@@ -404,6 +417,7 @@ class Driver : public QObject {
         boxes_.clear();
         run(kSteps[4]);
         check(boxes_.isEmpty(), "the net requirement runs without a box: " + boxes_.join(" | "));
+        check(said() == "Estimate Crop Water Requirement is done.", "but tells its end: " + said());
     }
 
     void fillEfficiency() {
@@ -498,6 +512,12 @@ class Driver : public QObject {
         run(kSteps[4]);
         check(QgsProject::instance()->count() == before, "a second run adds no layer twice");
         check(layer("NIR_Jul") != nullptr, "and shows its results");
+        int shown = 0;
+        for (QgsLayerTreeLayer* node : QgsProject::instance()->layerTreeRoot()->findLayers()) {
+            if (node->itemVisibilityChecked() && qobject_cast<QgsRasterLayer*>(node->layer()))
+                ++shown;
+        }
+        check(shown == 1, QString("the newest of the results is shown alone (%1)").arg(shown));
         const QStringList left = QDir(in("output")).entryList({"*.aux.xml"});
         check(left.isEmpty(), "QGIS leaves no statistics beside the grids: " + left.join(' '));
     }

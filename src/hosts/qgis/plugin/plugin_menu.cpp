@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 #include <exception>
 
 #include "examples/basin/sample_basin.h"
@@ -29,6 +30,7 @@ using qt::toQt;
 
 namespace {
 
+constexpr const char* kSettingsCommand = "Tarnwick.clsSettings";
 constexpr const char* kKcCommand = "Tarnwick.clsET_CropCoefficient";
 constexpr const char* kEfficiencyCommand = "Tarnwick.clsIR_EFF";
 
@@ -106,24 +108,38 @@ void PluginMenu::guide() {
         {{"General Settings", openSettings_}, {"Open Sample Basin", [this] { openSample(); }}});
 }
 
-void PluginMenu::offerCopies(const std::string& progId) {
-    if (progId != kKcCommand && progId != kEfficiencyCommand) return;
-    const std::string path = defaultSettingsPath(application_.extensionFolder());
-    if (!application_.platform().files().fileExists(path)) return;
-    const RunSettings settings = currentSettings(application_);
-    const auto names =
-        progId == kKcCommand ? namesForCropEt(settings) : namesForIrrigationRequirement();
-    if (names.empty() || !application_.platform().files().folderExists(settings.OutputWorkspace)) {
-        return;
+void PluginMenu::commandEnded(const std::string& progId, const QString& caption) {
+    application_.dialogs().raiseShown();
+    attempt([&] {
+        if (offerCopies(progId)) return;
+        const bool tells = progId != kSettingsCommand && progId != kEfficiencyCommand;
+        if (tells && application_.outcome() == StepOutcome::done) say(caption + " is done.", {});
+    });
+}
+
+// True when there is something to copy: a grid that the next step does not find under its name, or
+// finds older than it is.
+bool PluginMenu::offerCopies(const std::string& progId) {
+    IFileSystem& files = application_.platform().files();
+    const bool kc = progId == kKcCommand;
+    if ((!kc && progId != kEfficiencyCommand) ||
+        !files.fileExists(defaultSettingsPath(application_.extensionFolder()))) {
+        return false;
     }
-    const auto workspace =
-        application_.platform().rasters().openFromFolder(settings.OutputWorkspace);
-    if (!workspace->exists(names.front().made)) return;
-    const QString step =
-        progId == kKcCommand ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
+    const RunSettings settings = currentSettings(application_);
+    const auto names = kc ? namesForCropEt(settings) : namesForIrrigationRequirement();
+    const bool waiting = std::any_of(names.begin(), names.end(), [&](const StepName& name) {
+        const std::string made = joinedPath(settings.OutputWorkspace, name.made + "/hdr.adf");
+        const std::string read = joinedPath(settings.OutputWorkspace, name.read + "/hdr.adf");
+        return files.fileExists(made) &&
+               (!files.fileExists(read) || files.lastModified(read) < files.lastModified(made));
+    });
+    if (!waiting) return false;
+    const QString step = kc ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
     say(step + " reads " + toQt(names.front().made) + " under the name " +
             toQt(names.front().read) + ".",
         {{"Copy", [this, names] { copy(names); }}});
+    return true;
 }
 
 void PluginMenu::openSample() {
@@ -179,7 +195,7 @@ void PluginMenu::showSample(const std::string& folder) {
     auto terrain = document_.createRasterLayer(joinedPath(folder, "dem"));
     terrain->setStretchedRenderer({{60, 100, 60}, {245, 240, 225}, 1, 256});
     document_.addLayer(std::move(terrain));
-    document_.addShapefile(joinedPath(folder, "landcover.shp"), "90,120,50,160", "150,190,90,110");
+    document_.addShapefile(joinedPath(folder, "landcover.shp"), "60,110,30,150", "0,0,0,0");
     document_.addShapefile(joinedPath(folder, "zones.shp"), "40,40,40,255", "0,0,0,0");
     document_.addShapefile(joinedPath(folder, "stations.shp"), "255,255,255,255", "190,40,40,255");
     document_.refreshContents();

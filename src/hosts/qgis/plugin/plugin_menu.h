@@ -33,8 +33,9 @@ class PluginMenu : public QObject {
 
     // Points a user without settings to where to begin.
     void guide();
-    // Offers the copies that the next step waits for, when a command has ended.
-    void offerCopies(const std::string& progId);
+    // A command of that ProgID and caption has ended: tells so, and offers the copies that the next
+    // step waits for.
+    void commandEnded(const std::string& progId, const QString& caption);
 
   private:
     void add(const QString& name, const QString& text, const QString& statusTip,
@@ -47,6 +48,7 @@ class PluginMenu : public QObject {
     void showSample(const std::string& folder);
     void copyKcMaps();
     void copyEfficiency();
+    bool offerCopies(const std::string& progId);
     void copy(const std::vector<StepName>& names);
     void help();
     void about();

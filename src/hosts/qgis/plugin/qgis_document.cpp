@@ -116,12 +116,13 @@ std::unique_ptr<IRasterLayer> QgisDocument::createRasterLayer(const std::string&
 
 void QgisDocument::addLayer(std::unique_ptr<IRasterLayer> layer) {
     QgsRasterLayer* made = dynamic_cast<QgisRasterLayer&>(*layer).release();
-    switchOffCovered(*made);
+    switchOffLatest();
     latest_ = made;
     QgsProject* project = QgsProject::instance();
     QgsLayerTree* root = project->layerTreeRoot();
     project->addMapLayer(made, false);
     root->insertLayer(rasterPlace(*root), made)->setExpanded(false);
+    qt::paintNow();  // the canvas of a new project gets its size with the first layer
     if (!zoomed_) zoomTo(*made);
     zoomed_ = true;
     qt::paintNow();
@@ -151,7 +152,7 @@ void QgisDocument::addShapefile(const std::string& path, const QString& outline,
     if (!layer->isValid()) throw PlatformError("QGIS cannot show the shapefile " + path);
     removeLayersOf(layer->source());
     const QVariantMap look = {
-        {"color", fill}, {"outline_color", outline}, {"outline_width", "0.3"}};
+        {"color", fill}, {"outline_color", outline}, {"outline_width", "0.2"}};
     const bool points = layer->geometryType() == QgsWkbTypes::PointGeometry;
     layer->setRenderer(
         new QgsSingleSymbolRenderer(points ? released(QgsMarkerSymbol::createSimple(look))
@@ -168,8 +169,8 @@ void QgisDocument::removeLayersOf(const QString& source) {
     }
 }
 
-void QgisDocument::switchOffCovered(const QgsMapLayer& layer) {
-    if (!latest_ || latest_->extent() != layer.extent()) return;
+void QgisDocument::switchOffLatest() {
+    if (!latest_) return;
     auto* shown = QgsProject::instance()->layerTreeRoot()->findLayer(latest_.data());
     if (shown) shown->setItemVisibilityChecked(false);
 }

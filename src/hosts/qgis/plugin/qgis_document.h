@@ -13,7 +13,7 @@ namespace velmora::qgis {
 
 // The QGIS project as the map that steps add their results to. A result lies below the vector
 // layers and above older rasters; it takes the place of a layer that showed the same dataset, and
-// the result that it covers is switched off. The first one is zoomed to.
+// the result added before it is switched off. The first one is zoomed to.
 class QgisDocument : public IMxDocument {
   public:
     explicit QgisDocument(QgisInterface& desktop);
@@ -29,7 +29,7 @@ class QgisDocument : public IMxDocument {
 
   private:
     void removeLayersOf(const QString& source);
-    void switchOffCovered(const QgsMapLayer& layer);
+    void switchOffLatest();
     void zoomTo(QgsMapLayer& layer);
 
     QgisInterface& desktop_;

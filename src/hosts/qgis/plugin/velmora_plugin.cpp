@@ -32,7 +32,9 @@ struct VelmoraPlugin::Parts {
           application(desktop.mainWindow(), document, parentFolderName(classRegistryPath())),
           menu(desktop, application, document, [this] { bar.action(kSettings)->trigger(); }),
           bar(extension, kToolBar, application, desktop.mainWindow(),
-              [this](const std::string& progId) { menu.offerCopies(progId); }) {
+              [this](const std::string& progId) {
+                  menu.commandEnded(progId, bar.action(progId)->text());
+              }) {
         desktop.addToolBar(&bar.toolBar());
         menu.guide();
     }

@@ -32,4 +32,12 @@ void QtDialogs::show(Form& form) {
     paintNow();
 }
 
+void QtDialogs::raiseShown() {
+    for (const auto& window : modeless_) {
+        if (!window || !window->isVisible()) continue;
+        window->raise();
+        window->activateWindow();
+    }
+}
+
 }  // namespace velmora::qt

@@ -22,6 +22,8 @@ class QtDialogs : public IDialogs {
     void showModal(Form& form) override;
     // The window stays until the form is closed.
     void show(Form& form) override;
+    // Brings the windows that stay to the front, where the keyboard reaches them.
+    void raiseShown();
 
   private:
     QWidget* mainWindow_;
