@@ -49,7 +49,7 @@ fs::path ownModule() {
     static const char here = 0;
     std::error_code error;
     if (dladdr(&here, &info) != 0 && info.dli_fname) {
-        const fs::path file = fs::canonical(info.dli_fname, error);
+        fs::path file = fs::canonical(info.dli_fname, error);
         if (!error && file.extension() == ".so") return file;
     }
     return fs::canonical("/proc/self/exe", error);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qgis/widgets/grid_model.h"
 
-#include <QTimer>
 #include <cmath>
 
 #include "hosts/qgis/widgets/texts.h"
@@ -29,6 +28,11 @@ QString shortNumber(const QString& text) {
 
 GridModel::GridModel(const DataGrid& grid, Edit edit, QObject* parent)
     : QAbstractTableModel(parent), grid_(grid), edit_(std::move(edit)) {
+    edited_.setSingleShot(true);
+    connect(&edited_, &QTimer::timeout, this, [this] {
+        editing_ = false;
+        refresh();
+    });
     refresh();
 }
 
@@ -97,10 +101,7 @@ bool GridModel::setData(const QModelIndex& index, const QVariant& value, int rol
     if (row == rows_.size() && text.isEmpty()) return true;
     editing_ = true;
     edit_(row, static_cast<std::size_t>(index.column()), text.toStdString());
-    QTimer::singleShot(0, this, [this] {
-        editing_ = false;
-        refresh();
-    });
+    edited_.start(0);
     return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 #include <vector>
 
@@ -35,6 +36,7 @@ class GridModel : public QAbstractTableModel {
     QStringList columns_;
     std::vector<QStringList> rows_;
     bool editing_ = false;
+    QTimer edited_;  // fires when the view's editor is done with its cell
 };
 
 }  // namespace velmora::qt

@@ -17,7 +17,7 @@ namespace velmora::qt {
 QString documentFolder() {
     QDir folder(toQt(extensionLibrary()).section('/', 0, -2));
     for (int level = 0; level < 5; ++level) {
-        const QString documents = folder.filePath("share/doc/velmora");
+        QString documents = folder.filePath("share/doc/velmora");
         if (QFile::exists(documents + "/user-guide.md")) return documents;
         if (!folder.cdUp()) break;
     }
