@@ -408,6 +408,10 @@ class Driver : public QObject {
     void runPlainSteps() {
         boxes_.clear();
         run(kSteps[2]);
+        auto* tree = QgsProject::instance()->layerTreeRoot();
+        check(layer("ET_Dec_2") && !tree->findLayer(layer("ET_Dec_2"))->itemVisibilityChecked() &&
+                  tree->findLayer(layer("ET_Oct_2"))->itemVisibilityChecked(),
+              "a month without crops does not hide the last one with some");
         check(boxes_.size() == 14 && boxes_[0] == "Ready to create table" &&
                   boxes_[7] == "RefET_Jul_2",
               "crop ET tells its months: " + boxes_.join(" | "));

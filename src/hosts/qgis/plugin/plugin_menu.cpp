@@ -195,7 +195,7 @@ void PluginMenu::showSample(const std::string& folder) {
     auto terrain = document_.createRasterLayer(joinedPath(folder, "dem"));
     terrain->setStretchedRenderer({{60, 100, 60}, {245, 240, 225}, 1, 256});
     document_.addLayer(std::move(terrain));
-    document_.addShapefile(joinedPath(folder, "landcover.shp"), "60,110,30,150", "0,0,0,0");
+    document_.addShapefile(joinedPath(folder, "landcover.shp"), "235,240,200,220", "0,0,0,0");
     document_.addShapefile(joinedPath(folder, "zones.shp"), "40,40,40,255", "0,0,0,0");
     document_.addShapefile(joinedPath(folder, "stations.shp"), "255,255,255,255", "190,40,40,255");
     document_.refreshContents();

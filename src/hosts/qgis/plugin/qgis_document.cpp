@@ -19,6 +19,7 @@
 
 #include <QFileInfo>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "gis/errors.h"
@@ -32,12 +33,11 @@ using qt::toQt;
 
 namespace {
 
-// The smallest and largest value of band 0, of all its cells.
-std::pair<double, double> rangeOf(const QgsRasterLayer& layer) {
-    auto* provider = const_cast<QgsRasterLayer&>(layer).dataProvider();
-    const QgsRasterBandStats all = provider->QgsRasterInterface::bandStatistics(1);
-    if (all.elementCount == 0 || !std::isfinite(all.minimumValue)) return {0, 1};
-    return {all.minimumValue, all.maximumValue};
+// The smallest and largest value of band 0, of all its cells; nothing when none has a value.
+std::optional<std::pair<double, double>> rangeOf(QgsRasterLayer& layer) {
+    const QgsRasterBandStats all = layer.dataProvider()->QgsRasterInterface::bandStatistics(1);
+    if (all.elementCount == 0 || !std::isfinite(all.minimumValue)) return std::nullopt;
+    return std::pair{all.minimumValue, all.maximumValue};
 }
 
 class QgisRasterLayer : public IRasterLayer {
@@ -57,7 +57,9 @@ class QgisRasterLayer : public IRasterLayer {
 
     void setStretchedRenderer(const AlgorithmicColorRamp& ramp) override {
         const std::vector<Rgb> colors = ramp.colors();
-        const auto [least, most] = rangeOf(*layer_);
+        const auto range = rangeOf(*layer_);
+        isEmpty_ = !range;
+        const auto [least, most] = range.value_or(std::pair{0.0, 1.0});
         QList<QgsColorRampShader::ColorRampItem> items;
         for (std::size_t i = 0; i < colors.size(); ++i) {
             const double share = static_cast<double>(i) / static_cast<double>(colors.size() - 1);
@@ -76,9 +78,12 @@ class QgisRasterLayer : public IRasterLayer {
         layer_->setRenderer(renderer);
     }
 
+    // No cell has a value, as in a winter month without crops.
+    bool isEmpty() const { return isEmpty_; }
     QgsRasterLayer* release() { return layer_.release(); }
 
   private:
+    bool isEmpty_ = false;
     std::unique_ptr<QgsRasterLayer> layer_;
 };
 
@@ -115,13 +120,19 @@ std::unique_ptr<IRasterLayer> QgisDocument::createRasterLayer(const std::string&
 }
 
 void QgisDocument::addLayer(std::unique_ptr<IRasterLayer> layer) {
-    QgsRasterLayer* made = dynamic_cast<QgisRasterLayer&>(*layer).release();
-    switchOffLatest();
-    latest_ = made;
+    auto& result = dynamic_cast<QgisRasterLayer&>(*layer);
+    const bool seen = !result.isEmpty();
+    QgsRasterLayer* made = result.release();
+    if (seen) {
+        switchOffLatest();
+        latest_ = made;
+    }
     QgsProject* project = QgsProject::instance();
     QgsLayerTree* root = project->layerTreeRoot();
     project->addMapLayer(made, false);
-    root->insertLayer(rasterPlace(*root), made)->setExpanded(false);
+    QgsLayerTreeLayer* node = root->insertLayer(rasterPlace(*root), made);
+    node->setExpanded(false);
+    node->setItemVisibilityChecked(seen);
     qt::paintNow();  // the canvas of a new project gets its size with the first layer
     if (!zoomed_) zoomTo(*made);
     zoomed_ = true;

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QVBoxLayout>
@@ -24,12 +25,35 @@ QString documentFolder() {
     return {};
 }
 
+namespace {
+
+// Pictures of whole windows are shrunk to the width of a page.
+class Guide : public QTextBrowser {
+  public:
+    using QTextBrowser::QTextBrowser;
+    QVariant loadResource(int type, const QUrl& name) override {
+        QVariant resource = QTextBrowser::loadResource(type, name);
+        if (type != QTextDocument::ImageResource) return resource;
+        QImage picture;
+        if (resource.canConvert<QImage>()) {
+            picture = resource.value<QImage>();
+        } else {
+            picture.loadFromData(resource.toByteArray());
+        }
+        constexpr int kPage = 760;
+        if (picture.width() <= kPage) return picture;
+        return picture.scaledToWidth(kPage, Qt::SmoothTransformation);
+    }
+};
+
+}  // namespace
+
 HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
     setWindowTitle("Velmora: User Guide");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint, true);
     resize(900, 700);
-    auto* text = new QTextBrowser(this);
+    auto* text = new Guide(this);
     text->setObjectName("txtGuide");
     text->setOpenExternalLinks(true);
     const QString folder = documentFolder();
