@@ -58,6 +58,7 @@ TEST_F(ZonalResults, ShowTheWholeTable) {
     EXPECT_EQ(form.dgdResult.cell(0, 5), "50.125");
     EXPECT_TRUE(form.cmdRefresh.enabled());
     // The list of results has no handler.
+    EXPECT_EQ(form.cboRst.text(), "StatIRR: Irrigation water requirement");
     form.cboRst.select(2);
     EXPECT_EQ(form.dgdResult.columns().back(), "IRR_V_acft");
 }

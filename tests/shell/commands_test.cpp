@@ -255,6 +255,8 @@ TEST(ProgressMonitor, HasItsTexts) {
     EXPECT_EQ(monitor.lblWarning.text(),
               "Warning:  Using  ArcMap during this  time may cause unexpected problems ...");
     EXPECT_EQ(monitor.cmdClose.text(), "Close");
+    monitor.stepEnded();
+    EXPECT_EQ(monitor.lblStatus.text(), "The step has ended.");
 }
 
 }  // namespace
