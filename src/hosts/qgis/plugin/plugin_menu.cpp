@@ -17,7 +17,6 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/qgis/widgets/help_window.h"
-#include "hosts/qgis/widgets/keep_painted.h"
 #include "hosts/qgis/widgets/texts.h"
 #include "plugin_version.h"
 #include "settings/fill_form.h"
@@ -91,7 +90,8 @@ void PluginMenu::say(const QString& text, const std::vector<Answer>& answers) {
     QgsMessageBarItem* item = QgsMessageBar::createMessage("Velmora", text);
     for (const Answer& answer : answers) {
         auto* button = new QPushButton(answer.text, item);
-        connect(button, &QPushButton::clicked, this, [this, action = answer.action] {
+        connect(button, &QPushButton::clicked, this, [this, given = answer.action] {
+            const auto action = given;  // what is said goes, and the button with it
             if (said_) desktop_.messageBar()->popWidget(said_);
             attempt(action);
         });
