@@ -97,6 +97,8 @@ TEST_F(Windows, TextBoxesTakeWhatIsTyped) {
         EXPECT_EQ(left, 0);
         QTest::keyClick(&shown, Qt::Key_Return);
         EXPECT_EQ(left, 1);
+        QTest::keyClick(&shown, Qt::Key_Return);
+        EXPECT_EQ(left, 1);  // nothing has changed since
         int twice = 0;
         box.onDoubleClick = [&] { ++twice; };
         QTest::mouseDClick(&shown, Qt::LeftButton);

@@ -272,6 +272,8 @@ TEST_F(Desktop, FiltersTakeEitherCase) {
 // Windows are painted while a step works, but what the user clicks meanwhile starts nothing.
 TEST_F(Desktop, AWorkingStepPaintsAndHearsNothing) {
     QPushButton button;
+    QLineEdit box;
+    box.show();
     int clicks = 0;
     QObject::connect(&button, &QPushButton::clicked, [&] { ++clicks; });
     button.show();
@@ -281,9 +283,11 @@ TEST_F(Desktop, AWorkingStepPaintsAndHearsNothing) {
         ++ticks;
         QTest::mouseClick(&button, Qt::LeftButton);
         QTest::keyClick(&button, Qt::Key_Space);
+        QTest::keyClicks(&box, "typed");
     });
     timer.start(0);
     qt::paintNow();
+    EXPECT_EQ(box.text(), "");
     EXPECT_GT(ticks, 0);
     EXPECT_EQ(clicks, 0);
     timer.stop();

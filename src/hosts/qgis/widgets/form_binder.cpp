@@ -212,11 +212,7 @@ void FormBinder::bind(CheckBox& control, QCheckBox& widget) {
 void FormBinder::bind(OptionButton& control, QRadioButton& widget) {
     show(control, widget, [&control, &widget] {
         showCaption(widget, control.text());
-        // Of options that exclude each other none may be switched off by itself.
-        const bool exclusive = widget.autoExclusive();
-        widget.setAutoExclusive(false);
         widget.setChecked(control.value());
-        widget.setAutoExclusive(exclusive);
     });
     connect(&widget, &QRadioButton::clicked, this,
             [this, &control] { act([&] { control.choose(); }); });
