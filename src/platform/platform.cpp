@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/platform.h"
 
+#include <cpl_error.h>
+
 #include "platform/analysis/analysis_factory.h"
 #include "platform/analysis/parallel_loop.h"
 #include "platform/features/feature_workspace.h"
@@ -38,5 +40,7 @@ ICalculator& Platform::calculator() { return parts_->calculator; }
 IParallelLoop& Platform::loop() { return parts_->loop; }
 IFileSystem& Platform::files() { return parts_->files; }
 IClock& Platform::clock() { return parts_->clock; }
+
+void keepLibrariesQuiet() { CPLSetErrorHandler(CPLQuietErrorHandler); }
 
 }  // namespace velmora::platform

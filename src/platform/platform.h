@@ -32,4 +32,8 @@ class Platform : public IPlatform {
     std::unique_ptr<Parts> parts_;
 };
 
+// GDAL also prints the errors that the platform raises. A program of its own keeps it from the
+// terminal with this; a guest in another program leaves the matter to its host.
+void keepLibrariesQuiet();
+
 }  // namespace velmora::platform

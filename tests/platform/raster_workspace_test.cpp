@@ -12,6 +12,7 @@
 #include "gis/memory_raster.h"
 #include "platform/grid/gdal_raster.h"
 #include "platform/grid/statistics_files.h"
+#include "platform/platform.h"
 #include "tests/support/temp_folder.h"
 
 namespace velmora::platform {
@@ -77,6 +78,14 @@ TEST_F(RasterWorkspace, StatisticsAreKeptBesideAGridUnlessForbidden) {
         computeStatistics("TM_Feb");
     }
     EXPECT_FALSE(fs::exists(folder.file("TM_Feb.aux.xml")));
+}
+
+// A guest in another program must not silence that program's own errors.
+TEST_F(RasterWorkspace, TheHostsErrorHandlerStays) {
+    const CPLErrorHandler hosts = [](CPLErr, CPLErrorNum, const char*) {};
+    const CPLErrorHandler before = CPLSetErrorHandler(hosts);
+    const Platform platform;
+    EXPECT_EQ(CPLSetErrorHandler(before), hosts);
 }
 
 TEST_F(RasterWorkspace, SavesAndReplaces) {

@@ -7,6 +7,8 @@
 #include <iostream>
 #include <locale>
 
+#include "platform/platform.h"
+
 int main(int argc, char** argv) {
     if (std::getenv("VELMORA_EXPECT_COMMA") != nullptr) {
         if (std::setlocale(LC_ALL, "") == nullptr || *std::localeconv()->decimal_point != ',') {
@@ -15,6 +17,7 @@ int main(int argc, char** argv) {
         }
         std::locale::global(std::locale(""));
     }
+    velmora::platform::keepLibrariesQuiet();
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

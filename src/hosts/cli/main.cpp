@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/command_line.h"
+#include "platform/platform.h"
 
-int main(int argc, char** argv) { return velmora::cli::CommandLine().run(argc, argv); }
+int main(int argc, char** argv) {
+    velmora::platform::keepLibrariesQuiet();
+    return velmora::cli::CommandLine().run(argc, argv);
+}

@@ -102,10 +102,7 @@ GridGeometry geometryOf(GDALDataset& dataset, const std::string& path) {
 
 void initialiseGdal() {
     static std::once_flag once;
-    std::call_once(once, [] {
-        GDALAllRegister();
-        CPLSetErrorHandler(CPLQuietErrorHandler);
-    });
+    std::call_once(once, [] { GDALAllRegister(); });
 }
 
 std::string gdalMessage(const std::string& otherwise) {
