@@ -330,6 +330,8 @@ class Driver : public QObject {
         users_["frmSettings"] = [this](QWidget& window) {
             check(part<QLineEdit>(window, "txtDEM").text() == in("dem"),
                   "settings open as applied");
+            check(part<QComboBox>(window, "cboZoneField").currentText() == "NAME",
+                  "the stored zone field is shown");
             file_ = in("saved.inf");
             click(window, "cmdLoad");
             QTest::keyClick(&window, Qt::Key_Escape);
@@ -571,6 +573,8 @@ class Driver : public QObject {
         for (const char* name : {"dem", "zones", "landcover", "stations"}) {
             check(layer(name) != nullptr, QString("the sample shows its ") + name);
         }
+        const QString home = qgetenv("XDG_CONFIG_HOME") + "/velmora";
+        check(QFile::exists(home + "/before-sample-basin.inf"), "and keeps them");
         QTest::qWait(1500);
         picture(window_, "sample-basin");
         boxes_.clear();

@@ -41,6 +41,15 @@ RunSettings currentSettings(IApplication& application) {
     return readSettings(files, path);
 }
 
+// Where settings are kept that the sample's displace: beside them, under a name that is not taken.
+std::string freeName(const IFileSystem& files, const std::string& folder) {
+    std::string name = joinedPath(folder, "before-sample-basin.inf");
+    for (int i = 2; files.fileExists(name); ++i) {
+        name = joinedPath(folder, "before-sample-basin-" + std::to_string(i) + ".inf");
+    }
+    return name;
+}
+
 }  // namespace
 
 PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& application,
@@ -170,8 +179,7 @@ bool PluginMenu::applySample(const std::string& folder) {
         return true;
     }
     if (others) {
-        const std::string kept =
-            joinedPath(application_.extensionFolder(), "before-sample-basin.inf");
+        const std::string kept = freeName(files, application_.extensionFolder());
         const std::string question =
             "The settings of the sample basin take the place of yours, which are kept in\n" + kept +
             "\nOpen the sample basin?";

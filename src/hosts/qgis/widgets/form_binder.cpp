@@ -159,21 +159,29 @@ void FormBinder::bind(TextBox& control, QLineEdit& widget) {
     });
 }
 
+// A text that is no entry, such as a stored field of a file that has not been opened yet, is shown
+// as one more entry, which cannot be chosen again once it is left.
 void FormBinder::bind(ListBox& control, QComboBox& widget) {
     show(control, widget, [&control, &widget] {
         QStringList items;
         for (const std::string& item : control.items()) items << toQt(item);
+        int index = control.listIndex();
+        if (index < 0 && !control.text().empty()) {
+            index = static_cast<int>(items.size());
+            items << toQt(control.text());
+        }
         QStringList shown;
         for (int i = 0; i < widget.count(); ++i) shown << widget.itemText(i);
         if (items != shown) {
             widget.clear();
             widget.addItems(items);
         }
-        widget.setPlaceholderText(control.listIndex() < 0 ? toQt(control.text()) : QString());
-        widget.setCurrentIndex(control.listIndex());
+        widget.setCurrentIndex(index);
     });
-    connect(&widget, QOverload<int>::of(&QComboBox::activated), this,
-            [this, &control](int index) { act([&] { control.select(index); }); });
+    connect(&widget, QOverload<int>::of(&QComboBox::activated), this, [this, &control](int index) {
+        const bool entry = index < static_cast<int>(control.items().size());
+        if (entry) act([&] { control.select(index); });
+    });
     watch(widget, QEvent::FocusIn, [&control] { control.focus(); });
 }
 
