@@ -68,10 +68,11 @@ void CurveChart::paintAxes(QPainter& painter) const {
                          QString::number(mark, 'f', step_ < 0.1 ? 2 : 1));
     }
     const double room = area.width() / static_cast<double>(labels_.size());
+    const bool narrow = room < metrics.horizontalAdvance("Mmm");  // then initials must do
     for (std::size_t i = 0; i < labels_.size(); ++i) {
         const double x = place(i, 0).x();
         painter.drawText(QRectF(x - room / 2, area.bottom() + 4, room, metrics.height()),
-                         Qt::AlignHCenter, labels_[i]);
+                         Qt::AlignHCenter, narrow ? labels_[i].left(1) : labels_[i]);
     }
 }
 
