@@ -304,7 +304,8 @@ void CommandLine::addDemo() {
     CLI::App* command =
         add(app_, "demo", "Make the sample basin in a folder and run it", "velmora demo basin");
     command->add_option("folder", first_, "The folder to make")->required();
-    command->add_flag("--inputs-only", inputsOnly_, "Make the inputs and their settings, run nothing");
+    command->add_flag("--inputs-only", inputsOnly_,
+                      "Make the inputs and their settings, run nothing");
     whenChosen(command, [this](const Session& s) { return demo(s, first_, inputsOnly_); });
 }
 

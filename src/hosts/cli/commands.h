@@ -120,8 +120,8 @@ int gridExport(const Session& session, const std::string& dataset, const std::st
 int gridPicture(const Session& session, const std::string& dataset, const std::string& file,
                 const std::string& title);
 
-// `velmora demo DIR`: the sample basin from nothing to the report of the whole chain, or its inputs and
-// settings alone.
+// `velmora demo DIR`: the sample basin from nothing to the report of the whole chain, or its inputs
+// and settings alone.
 int demo(const Session& session, const std::string& folder, bool inputsOnly);
 
 }  // namespace velmora::cli
