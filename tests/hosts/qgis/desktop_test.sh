@@ -22,6 +22,10 @@ chmod 700 "$out/run"
 # Its name stands in the pictures; DESKTOP_BASIN gives another one.
 work=${DESKTOP_BASIN:-$(mktemp -d /tmp/basin-XXXXXX)}
 mkdir -p "$work"
+[ -z "$(ls -A "$work")" ] || {
+    echo "$work is not empty, and it would be deleted"
+    exit 1
+}
 stop() {
     kill "${pids[@]}" 2>/dev/null || true
     rm -rf "$work"
