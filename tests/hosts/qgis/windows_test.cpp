@@ -7,8 +7,10 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <filesystem>
 
@@ -311,6 +313,20 @@ TEST_F(Desktop, TheGuideIsFoundAndShown) {
     qunsetenv("VELMORA_LIBRARY");
     auto& guide = widget<QTextBrowser>(window, "txtGuide");
     EXPECT_TRUE(guide.toPlainText().startsWith("User guide"));
+    window.show();
+    const auto top = [&] {
+        return guide.cursorForPosition(QPoint(5, 12)).block().text().toStdString();
+    };
+    const QUrl page = guide.source();
+    emit guide.anchorClicked(page.resolved(QUrl("#units")));
+    EXPECT_EQ(top(), "Units");
+    emit guide.anchorClicked(page.resolved(QUrl("#irrigation-efficiency-1")));
+    EXPECT_EQ(top(), "Irrigation efficiency");
+    const int second = guide.verticalScrollBar()->value();
+    emit guide.anchorClicked(page.resolved(QUrl("#irrigation-efficiency")));
+    EXPECT_LT(guide.verticalScrollBar()->value(), second);
+    emit guide.anchorClicked(page.resolved(QUrl("methods.md")));
+    EXPECT_TRUE(guide.toPlainText().startsWith("Methods"));
 }
 
 }  // namespace

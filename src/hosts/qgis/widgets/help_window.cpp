@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qgis/widgets/help_window.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QImage>
+#include <QMap>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
@@ -46,6 +50,40 @@ class Guide : public QTextBrowser {
     }
 };
 
+// The name by which links of a document point to a heading: "The Kc table" is "the-kc-table".
+QString anchorOf(const QString& heading) {
+    QString anchor;
+    for (const QChar c : heading.toLower()) {
+        if (c.isLetterOrNumber() || c == '-') anchor += c;
+        if (c == ' ') anchor += '-';
+    }
+    return anchor;
+}
+
+// Shows the heading at the top; of several of one name the later ones end in -1, -2 and so on.
+void showHeading(QTextBrowser& guide, const QString& anchor) {
+    QMap<QString, int> met;
+    for (QTextBlock block = guide.document()->begin(); block.isValid(); block = block.next()) {
+        if (block.blockFormat().headingLevel() == 0) continue;
+        const QString name = anchorOf(block.text());
+        const int before = met[name]++;
+        if ((before == 0 ? name : name + "-" + QString::number(before)) != anchor) continue;
+        const qreal top = guide.document()->documentLayout()->blockBoundingRect(block).top();
+        guide.verticalScrollBar()->setValue(static_cast<int>(top));
+        return;
+    }
+}
+
+void follow(QTextBrowser& guide, const QUrl& link) {
+    const QUrl document = guide.source().resolved(link).adjusted(QUrl::RemoveFragment);
+    if (!document.isLocalFile()) {
+        QDesktopServices::openUrl(link);
+        return;
+    }
+    if (document != guide.source().adjusted(QUrl::RemoveFragment)) guide.setSource(document);
+    if (link.hasFragment()) showHeading(guide, link.fragment());
+}
+
 }  // namespace
 
 HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
@@ -55,7 +93,9 @@ HelpWindow::HelpWindow(QWidget* parent) : QDialog(parent) {
     resize(900, 700);
     auto* text = new Guide(this);
     text->setObjectName("txtGuide");
-    text->setOpenExternalLinks(true);
+    text->setOpenLinks(false);
+    connect(text, &QTextBrowser::anchorClicked, this,
+            [text](const QUrl& link) { follow(*text, link); });
     const QString folder = documentFolder();
     if (folder.isEmpty()) {
         text->setPlainText("The user guide is not installed beside the extension library.");
