@@ -9,6 +9,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/run_log.h"
 #include "hosts/components/loaded_extension.h"
+#include "hosts/components/menu_item.h"
 #include "settings/input_check.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
@@ -27,14 +28,6 @@ const std::vector<std::pair<std::string, std::string>> kSteps = {
     {"eff", "Tarnwick.clsIR_EFF"},
     {"irr", "Tarnwick.clsIR_IRR"}};
 
-class MenuItem : public IItemDef {
-  public:
-    void putID(const std::string& progId) override { id = progId; }
-    void putGroup(bool beginsGroup) override { group = beginsGroup; }
-    std::string id;
-    bool group = false;
-};
-
 // Anything with items: the toolbar and the menus.
 template <class Definition>
 nlohmann::ordered_json itemsOf(const LoadedExtension& extension, Definition& definition);
@@ -43,7 +36,7 @@ nlohmann::ordered_json entryOf(const LoadedExtension& extension, const MenuItem&
     nlohmann::ordered_json entry;
     entry["id"] = item.id;
     entry["beginsGroup"] = item.group;
-    if (item.id.find("clsMenu") != std::string::npos) {
+    if (item.isMenu()) {
         const auto menu = extension.create<IMenuDef>(item.id);
         entry["caption"] = menu->Caption();
         entry["items"] = itemsOf(extension, *menu.get());

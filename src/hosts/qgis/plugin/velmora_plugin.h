@@ -3,12 +3,9 @@
 
 #include <qgisplugin.h>
 
-#include <QPointer>
 #include <memory>
 
-class QAction;
 class QgisInterface;
-class QgsMessageBarItem;
 
 namespace velmora::qgis {
 

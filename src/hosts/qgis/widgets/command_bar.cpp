@@ -5,20 +5,12 @@
 #include <QToolButton>
 #include <exception>
 
+#include "hosts/components/menu_item.h"
 #include "hosts/qgis/widgets/texts.h"
 
 namespace velmora::qt {
 
 namespace {
-
-struct Item : IItemDef {
-    void putID(const std::string& progId) override { id = progId; }
-    void putGroup(bool beginsGroup) override { group = beginsGroup; }
-    std::string id;
-    bool group = false;
-};
-
-bool isMenu(const std::string& progId) { return progId.find("clsMenu") != std::string::npos; }
 
 void addSeparator(QWidget& owner) {
     auto* separator = new QAction(&owner);
@@ -42,10 +34,10 @@ CommandBar::~CommandBar() = default;
 template <class Definition>
 void CommandBar::addItems(QWidget& owner, Definition& definition) {
     for (std::int32_t i = 0; i < definition.ItemCount(); ++i) {
-        Item item;
+        MenuItem item;
         definition.GetItemInfo(i, item);
         if (item.group) addSeparator(owner);
-        isMenu(item.id) ? addMenu(owner, item.id) : addCommand(owner, item.id);
+        item.isMenu() ? addMenu(owner, item.id) : addCommand(owner, item.id);
     }
 }
 

@@ -7,7 +7,6 @@
 
 class QLineEdit;
 class QListWidget;
-class QListWidgetItem;
 class QPushButton;
 
 namespace velmora::qt {
