@@ -43,6 +43,8 @@ class SilentHost : public IApplication, IPrompts, IBrowsers, IDialogs, IMxDocume
         if (!text.starts_with("Time for")) std::fprintf(stderr, "%s\n", text.c_str());
     }
     bool confirm(const std::string&, const std::string&) override { return false; }
+    void showReason(const std::string& text) override { message(text, {}); }
+    void showNotice(const std::string& text) override { message(text, {}); }
     std::string browseFolder(const std::string&) override { return {}; }
     std::string browseDataset(DatasetKind, const std::string&, const std::string&,
                               const std::string&) override {

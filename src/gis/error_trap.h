@@ -15,7 +15,7 @@ bool trapped(IPrompts& prompts, Body body) {
         body();
         return true;
     } catch (const std::exception& e) {
-        prompts.message(e.what());
+        prompts.failure(e.what());
         return false;
     }
 }

@@ -57,7 +57,7 @@ void ApplyColorRamp(IPrompts& prompts, IRasterLayer& layer, const Rgb& from, con
     try {
         layer.setStretchedRenderer({from, to, 1, 256});
     } catch (const PlatformError&) {
-        prompts.message("Error occurs while customizing the ColorRamp",
+        prompts.failure("Error occurs while customizing the ColorRamp",
                         "Error Messages from User Procedures");
     }
 }
@@ -67,7 +67,7 @@ std::shared_ptr<ITable> OpenTable(IPlatform& platform, IPrompts& prompts, const 
     try {
         return platform.features().openTable(joinedPath(folder, name));
     } catch (const PlatformError&) {
-        prompts.message("Error in opening table");
+        prompts.failure("Error in opening table");
         return nullptr;
     }
 }
@@ -78,7 +78,7 @@ void AddTable(IPrompts& prompts, IMxDocument& document, std::shared_ptr<ITable> 
         document.addTable(std::move(table));
         document.refreshContents();
     } catch (const PlatformError&) {
-        prompts.message("Error in Adding table");
+        prompts.failure("Error in Adding table");
     }
 }
 

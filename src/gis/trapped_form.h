@@ -34,7 +34,7 @@ class TrappedForm : public Form {
     // A refusal or failure that has a text of its own.
     void fail(const std::string& message) {
         fail();
-        prompts().message(message);
+        prompts().failure(message);
     }
 
   private:

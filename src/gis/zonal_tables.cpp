@@ -90,7 +90,7 @@ void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& 
                                          {tag + "_V_acft", FieldType::number, 20, 15}},
                                         {});
     } catch (const std::exception& e) {
-        prompts.message(e.what());
+        prompts.failure(e.what());
     }
 }
 
@@ -131,7 +131,7 @@ void GotoStatTable(IPlatform& platform, IPrompts& prompts, int month, int year,
         }
         appendAsFarAsPossible(platform.features(), statTable, rows);
     } catch (const std::exception& e) {
-        prompts.message("Error in sub <GotoStatTable>: " + std::string(e.what()));
+        prompts.failure("Error in sub <GotoStatTable>: " + std::string(e.what()));
     }
 }
 

@@ -89,7 +89,7 @@ bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
     const auto landCover = opened(platform, settings, settings.LandCover, "land cover");
     const auto zones = opened(platform, settings, settings.Zones, "zone");
     if (landCover->fields().empty() || zones->fields().empty()) {
-        application.prompts().message("Table QI failed");
+        application.prompts().failure("Table QI failed");
         return false;
     }
     for (const auto& [layer, field] :

@@ -54,7 +54,7 @@ bool PrecipitationRun::runMethod(void (PrecipitationRun::*method)()) {
 
 bool PrecipitationRun::pathsAreSet() {
     if (!settings_.WeatherStations.empty() && !settings_.WeatherData.empty()) return true;
-    application_.prompts().message(settings_.WeatherStations.empty()
+    application_.prompts().failure(settings_.WeatherStations.empty()
                                        ? "Please set the Weather Stations Shapefile."
                                        : "Please set the Weather DataTable.");
     return false;

@@ -50,7 +50,7 @@ void ReferenceEtRun::trapped(const char* procedure, Body body) {
     try {
         body();
     } catch (const std::exception& e) {
-        application_.prompts().message(std::string("Error in '") + procedure + "': " + e.what());
+        application_.prompts().failure(std::string("Error in '") + procedure + "': " + e.what());
         runStatus_ = false;
     }
 }
@@ -182,7 +182,7 @@ void ReferenceEtRun::GetRasterTemp() {
 
 void ReferenceEtRun::GetParameters() {
     if (settings_.WeatherStations.empty() || settings_.WeatherData.empty()) {
-        application_.prompts().message(settings_.WeatherStations.empty()
+        application_.prompts().failure(settings_.WeatherStations.empty()
                                            ? "Please set the Weather Stations Shapefile."
                                            : "Please set the Weather DataTable.");
         runStatus_ = false;
@@ -236,6 +236,7 @@ void ReferenceEtRun::ReadinGrids(int month) {
         }
     } catch (const std::exception& e) {
         monitor_.setStatus("ReadinGrids: " + std::string(e.what()));
+        application_.prompts().reason("ReadinGrids: " + std::string(e.what()));
         runStatus_ = false;
     }
 }
@@ -267,7 +268,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
                                   : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
             CellField::GG);
     } catch (const std::exception& e) {
-        application_.prompts().message("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
+        application_.prompts().failure("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
     }
 }
 
@@ -279,13 +280,14 @@ void ReferenceEtRun::CalculateRefET(int month) {
             calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,
                            static_cast<std::size_t>(geometry_.rows), noData_);
         if (result.failedCells > 0) {
-            application_.prompts().message(std::string(kBlaneyCriddleError) + " (" +
+            application_.prompts().failure(std::string(kBlaneyCriddleError) + " (" +
                                            std::to_string(result.failedCells) + " cells in " +
                                            GetMonthName(month) + ")");
         }
     } catch (const std::exception& e) {
         monitor_.setStatus(GetMonthName(month) + ": " + e.what());
-        application_.prompts().message("Error found in RefET calculation module");
+        application_.prompts().reason(GetMonthName(month) + ": " + e.what());
+        application_.prompts().failure("Error found in RefET calculation module");
         runStatus_ = false;
     }
 }
@@ -294,7 +296,7 @@ void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
     try {
         gridIntoField(platform_.loop(), raster, cells_, field);
     } catch (const std::exception& e) {
-        application_.prompts().message("Error in 'GridReadin': " + std::string(e.what()));
+        application_.prompts().failure("Error in 'GridReadin': " + std::string(e.what()));
     }
 }
 
@@ -308,7 +310,7 @@ void ReferenceEtRun::GridReadOut(const std::string& label) {
         ApplyColorRamp(application_.prompts(), *layer, {0, 255, 0}, {50, 50, 100});
         application_.document().addLayer(std::move(layer));
     } catch (const std::exception& e) {
-        application_.prompts().message("Errors in 'GridReadout':  " + std::string(e.what()));
+        application_.prompts().failure("Errors in 'GridReadout':  " + std::string(e.what()));
         runStatus_ = false;
     }
 }

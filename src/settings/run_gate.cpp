@@ -11,14 +11,14 @@ bool passRunGate(IApplication& application) {
     const IFileSystem& files = application.platform().files();
     const std::string path = defaultSettingsPath(application.extensionFolder());
     if (!files.fileExists(path)) {
-        application.prompts().message("Run Settings First,Please!");
+        application.prompts().failure("Run Settings First,Please!");
         return false;
     }
     try {
         processState().settings = readSettings(files, path);
         return true;
     } catch (const PlatformError& e) {
-        application.prompts().message(std::string(e.what()) +
+        application.prompts().failure(std::string(e.what()) +
                                       ": apply the settings again, or delete the file");
         return false;
     }

@@ -47,8 +47,12 @@ void clsSettings::OnClick() {
 
 void ModelCommand::OnClick() {
     StepOutcome outcome = StepOutcome::failed;
+    const std::size_t failuresBefore = application().prompts().failures();
     try {
-        if (passRunGate(application()) && runStep()) outcome = StepOutcome::done;
+        const bool ran = passRunGate(application()) && runStep();
+        if (ran && application().prompts().failures() == failuresBefore) {
+            outcome = StepOutcome::done;
+        }
     } catch (...) {
         application().noteOutcome(outcome);
         throw;
@@ -88,14 +92,14 @@ bool clsET_CropCoefficient::runStep() {
     form.load();
     application().dialogs().showModal(form);
     if (!processState().mapsMade) {
-        application().prompts().message("Kc Maps will not be generated at this time");
+        application().prompts().failure("Kc Maps will not be generated at this time");
         return false;
     }
     if (!passRunGate(application())) return false;
     try {
         showKcMaps(application(), processState().settings);
     } catch (const PlatformError& e) {
-        application().prompts().message(e.what());
+        application().prompts().failure(e.what());
         return false;
     }
     return !form.failed();
@@ -122,9 +126,11 @@ clsIR_EFF::clsIR_EFF()
 
 void clsIR_EFF::OnClick() {
     frmEfficiency form(application());
+    const std::size_t failuresBefore = application().prompts().failures();
     form.load();
     if (form.isOpen()) application().dialogs().showModal(form);
-    application().noteOutcome(form.failed() ? StepOutcome::failed : StepOutcome::done);
+    const bool failed = form.failed() || application().prompts().failures() != failuresBefore;
+    application().noteOutcome(failed ? StepOutcome::failed : StepOutcome::done);
 }
 
 clsIR_IRR::clsIR_IRR()

@@ -60,7 +60,8 @@ class ModelCommand : public Command {
     void OnClick() override;
 
   protected:
-    // Runs the step on the settings just read. False when it reported a failure. What it throws is
+    // Runs the step on the settings just read. False when it failed; a failure that it shows makes
+    // the click a failed one also when it goes on and gives true. What it throws is
     // the click's failure and goes to the host.
     virtual bool runStep() = 0;
 };

@@ -35,6 +35,12 @@ class FakePrompts : public IPrompts {
     std::vector<std::string> questionTitles;
     bool answer = false;  // unless `answers` is set
     std::function<bool(const std::string&)> answers;
+    std::vector<std::string> reasons;
+    std::vector<std::string> notices;
+
+  protected:
+    void showReason(const std::string& text) override { reasons.push_back(text); }
+    void showNotice(const std::string& text) override { notices.push_back(text); }
 };
 
 class FakeBrowsers : public IBrowsers {

@@ -46,8 +46,7 @@ void HeadlessDialogs::show(Form& form) {
         auto& label = form.control<Label>(name);
         label.hostRefresh = [&label] {
             if (label.text().empty()) return;
-            fmt::print("{}\n", oneLine(label.text()));
-            std::fflush(stdout);
+            fmt::print(stderr, "{}\n", oneLine(label.text()));
         };
     }
 }

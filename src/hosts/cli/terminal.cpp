@@ -16,10 +16,14 @@ std::string oneLine(std::string text) {
     return text;
 }
 
-void TerminalPrompts::message(const std::string& text, const std::string&) {
+void TerminalPrompts::tell(const char* kind, const std::string& text) {
     messages_.push_back(text);
-    fmt::print("message: {}\n", oneLine(text));
-    std::fflush(stdout);
+    std::fflush(stdout);  // so that the two outputs keep their order where they are one
+    fmt::print(stderr, "{}: {}\n", kind, oneLine(text));
+}
+
+void TerminalPrompts::message(const std::string& text, const std::string&) {
+    tell("message", text);
 }
 
 bool TerminalPrompts::confirm(const std::string& question, const std::string&) {
@@ -27,14 +31,14 @@ bool TerminalPrompts::confirm(const std::string& question, const std::string&) {
     const auto answer = scripted ? scripted : options_.answer;
     bool yes = answer.value_or(false);
     if (!answer && isatty(STDIN_FILENO) != 0) {
-        fmt::print("question: {} [y/N] ", oneLine(question));
+        fmt::print(stderr, "question: {} [y/N] ", oneLine(question));
         std::fflush(stdout);
         std::string line;
         std::getline(std::cin, line);
         yes = line.starts_with('y') || line.starts_with('Y');
     } else {
         if (scripted && options_.quiet) return yes;
-        fmt::print("question: {} {}\n", oneLine(question), yes ? "yes" : "no");
+        fmt::print(stderr, "question: {} {}\n", oneLine(question), yes ? "yes" : "no");
     }
     return yes;
 }

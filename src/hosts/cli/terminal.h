@@ -16,8 +16,9 @@ struct TerminalOptions {
     std::optional<bool> answer;  // --yes or --no
 };
 
-// Message boxes on a terminal: each on its own line, "message: ...", answered OK. Questions take
-// the option's answer, else ask on a terminal, else answer no.
+// Message boxes on a terminal, each on its own line of standard error: "message: ..." (answered
+// OK), "reason: ..." and "note: ...". Questions take the option's answer, else ask on a terminal,
+// else answer no.
 class TerminalPrompts : public IPrompts {
   public:
     explicit TerminalPrompts(const TerminalOptions& options) : options_(options) {}
@@ -25,9 +26,15 @@ class TerminalPrompts : public IPrompts {
     bool confirm(const std::string& question, const std::string& title) override;
     // Answers questions by their texts before the options do.
     std::function<std::optional<bool>(const std::string& question)> script;
-    const std::vector<std::string>& messages() const { return messages_; }  // shown so far
+    const std::vector<std::string>& messages() const { return messages_; }  // all told so far
+
+  protected:
+    void showReason(const std::string& text) override { tell("reason", text); }
+    void showNotice(const std::string& text) override { tell("note", text); }
 
   private:
+    void tell(const char* kind, const std::string& text);
+
     const TerminalOptions& options_;
     std::vector<std::string> messages_;
 };

@@ -4,7 +4,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -55,6 +57,33 @@ std::string readWholeFile(const std::string& path, std::size_t most) {
     }
     ::close(file);
     return bytes;
+}
+
+namespace {
+
+std::atomic<bool> syncingOn = true;
+
+}  // namespace
+
+void setSyncing(bool on) { syncingOn = on; }
+bool syncing() { return syncingOn; }
+
+void syncToDisk(const std::string& path) {
+    if (!syncing()) return;
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) throwFileError("Cannot open", path);
+    const int status = ::fsync(file);
+    const int reason = errno;
+    ::close(file);
+    errno = reason;
+    if (status != 0) throwFileError("Cannot store on the disk", path);
+}
+
+void replaceDurably(const std::string& finished, const std::string& target) {
+    syncToDisk(finished);
+    if (::rename(finished.c_str(), target.c_str()) != 0) throwFileError("Cannot replace", target);
+    const std::string folder = parentFolderName(target);
+    syncToDisk(folder.empty() ? "." : folder);
 }
 
 void removeTree(const std::string& path) noexcept {

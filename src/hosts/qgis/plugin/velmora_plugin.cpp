@@ -3,6 +3,7 @@
 
 #include <qgisinterface.h>
 #include <qgsmessagebar.h>
+#include <qgsmessagelog.h>
 
 #include <QMainWindow>
 #include <exception>
@@ -35,6 +36,14 @@ struct VelmoraPlugin::Parts {
               [this](const std::string& progId) {
                   menu.commandEnded(progId, bar.action(progId)->text());
               }) {
+        application.prompts().showLine = [&desktop](qt::QtPrompts::Level level,
+                                                    const std::string& text) {
+            const bool failed = level == qt::QtPrompts::Level::reason;
+            const auto severity = failed ? Qgis::Warning : Qgis::Info;
+            const QString line = QString::fromStdString(text);
+            QgsMessageLog::logMessage(line, "Velmora", severity, false);
+            desktop.messageBar()->pushMessage("Velmora", line, severity);
+        };
         desktop.addToolBar(&bar.toolBar());
         menu.guide();
     }

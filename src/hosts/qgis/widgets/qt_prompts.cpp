@@ -43,6 +43,10 @@ void QtPrompts::message(const std::string& text, const std::string& title) {
     showBox(mainWindow_, text, title, QMessageBox::Information, QMessageBox::Ok);
 }
 
+void QtPrompts::showFailure(const std::string& text, const std::string& title) {
+    showBox(mainWindow_, text, title, QMessageBox::Warning, QMessageBox::Ok);
+}
+
 bool QtPrompts::confirm(const std::string& question, const std::string& title) {
     return showBox(mainWindow_, question, title, QMessageBox::Question,
                    QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
