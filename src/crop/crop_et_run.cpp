@@ -13,7 +13,7 @@ namespace {
 
 void runMonths(IApplication& application, const RunSettings& settings) {
     IPrompts& prompts = application.prompts();
-    ZonalGridSeries series(application, settings, "StatCET");
+    ZonalGridSeries series(application, settings, "cropet", "StatCET", {"refet", "kc"});
     prompts.message("Ready to create table");
     series.createTable();
     for (const int month : settings.months()) {

@@ -10,6 +10,7 @@
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
 #include "settings/modelling_extent.h"
+#include "settings/step_record.h"
 
 namespace velmora {
 
@@ -51,12 +52,14 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
     prompts.message(settings.OutputWorkspace);
     const auto lock = platform.files().lockFolder(settings.OutputWorkspace);
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
+    StepRecorder recorder(platform.files(), settings, "kc");
     prompts.message("post");
     prompts.message("Kc_loop");
     for (const int month : settings.months()) {
         const std::string column = table->name() + "." + kcFieldName(month);
         conversion->ToRasterDataset({*joined, "[" + column + "] <> 0", column}, "Grid", *workspace,
                                     kcGridName(settings, month));
+        recorder.made(kcGridName(settings, month));
     }
     prompts.message("Kc-Maps have been generated successfully");
 }

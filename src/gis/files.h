@@ -35,6 +35,8 @@ class IFileSystem {
     virtual void copyFile(const std::string& from, const std::string& to) = 0;
     // Puts a whole file in the place of another, in one step.
     virtual void replaceFile(const std::string& from, const std::string& to) = 0;
+    // Writes a file that is there whole or not at all; an older one of that name is replaced.
+    virtual void storeFile(const std::string& path, const std::string& bytes) = 0;
     // The first bytes of a regular file, at most `most` of them.
     virtual std::string readBeginning(const std::string& path, std::size_t most) const = 0;
     // Writes from byte 0 without truncating; creates a missing file.

@@ -4,6 +4,7 @@
 // streams every block through the whole chain of operations that makes it.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -34,6 +35,8 @@ class IRasterDataset {
     virtual std::string path() const = 0;
     virtual RasterPtr createDefaultRaster() const = 0;
     virtual float noDataValue() const = 0;
+    // When its values were written, nanoseconds of the file system's clock. Throws PlatformError.
+    virtual std::int64_t modified() const = 0;
     virtual void remove() = 0;  // deletes the dataset
 };
 

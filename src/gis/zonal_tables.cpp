@@ -77,7 +77,7 @@ int zonalDaysOfMonth(int month, int year) {
     return lengths[static_cast<std::size_t>(month - 1)];
 }
 
-void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& workspacePath,
+bool CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& workspacePath,
                      const std::string& name) {
     try {
         const std::string tag = name.substr(name.size() - std::min<std::size_t>(3, name.size()));
@@ -89,8 +89,10 @@ void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& 
                                          {tag + "_D_ft", FieldType::number, 20, 15},
                                          {tag + "_V_acft", FieldType::number, 20, 15}},
                                         {});
+        return true;
     } catch (const std::exception& e) {
         prompts.failure(e.what());
+        return false;
     }
 }
 

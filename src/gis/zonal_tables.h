@@ -27,8 +27,9 @@ int zonalDaysOfMonth(int month, int year);
 
 // Makes an empty table `name` in the workspace folder, replacing an older one. Its fields, "CET"
 // standing for the last three characters of the name: ZoneUnit, Area_T_ac, Area_C_ac, Month,
-// CET_D_ft, CET_V_acft. A failure is shown.
-void CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& workspacePath,
+// CET_D_ft, CET_V_acft. True when the table is there. A failure is shown; an older table then stays
+// as it was, and rows of this run must not go into it.
+bool CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& workspacePath,
                      const std::string& name);
 
 // Appends a month's rows to the table, one per zone with data. Throws PlatformError when the zones

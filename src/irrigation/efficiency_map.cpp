@@ -13,6 +13,7 @@
 #include "irrigation/crop_summary.h"
 #include "irrigation/irrigation_database.h"
 #include "settings/modelling_extent.h"
+#include "settings/step_record.h"
 
 namespace velmora {
 
@@ -142,8 +143,10 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings) 
     conversion->environment().SetExtent(EnvironmentSetting::explicitValue, pieces->extent(),
                                         pieces->crs());
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
+    StepRecorder recorder(platform.files(), settings, "eff");
     conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace,
                                 kEfficiency);
+    recorder.made(kEfficiency);
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");
 }

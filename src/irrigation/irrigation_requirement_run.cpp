@@ -10,7 +10,7 @@ namespace velmora {
 namespace {
 
 void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, "StatIRR");
+    ZonalGridSeries series(application, settings, "irr", "StatIRR", {"cropet", "ppt", "eff"});
     const RasterPtr efficiency = series.open(kEfficiencyGrid);
     series.createTable();
     addRequirements(

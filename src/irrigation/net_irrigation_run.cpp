@@ -9,7 +9,7 @@ namespace velmora {
 namespace {
 
 void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, "StatNIR");
+    ZonalGridSeries series(application, settings, "nir", "StatNIR", {"cropet", "ppt"});
     series.createTable();
     addRequirements(application, settings, series, "NIR_", netIrrigationRequirement);
     series.showTable();

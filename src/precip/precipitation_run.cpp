@@ -29,7 +29,11 @@ bool PrecipitationRun::run() {
             "Using PRISM GRID as reference to interpolate precipitation...");
         return runMethod(&PrecipitationRun::PPT_PRISM);
     }
-    return true;
+    application_.prompts().reason(
+        "\"" + settings_.PrecipitationMethod +
+        "\" is no precipitation method, so nothing is made: choose EDK or "
+        "PRISM_REF in the General Settings");
+    return false;
 }
 
 void PrecipitationRun::openOutputWorkspace() {
@@ -61,6 +65,7 @@ bool PrecipitationRun::pathsAreSet() {
 }
 
 void PrecipitationRun::prepare() {
+    recorder_.emplace(platform_.files(), settings_, "ppt");
     geometry_ = runGeometry(platform_, settings_);
     stations_ =
         std::make_unique<WeatherStations>(platform_, settings_, kWorkingField, geometry_.crs);
@@ -85,6 +90,7 @@ void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {
     const std::string label = GetMonthName(month);
     const std::string name = "PPT_" + label;
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
+    recorder_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
     ApplyColorRamp(application_.prompts(), *layer, {200, 50, 50}, {0, 255, 255});

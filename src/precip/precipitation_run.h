@@ -10,6 +10,7 @@
 
 #include "gis/application.h"
 #include "settings/run_settings.h"
+#include "settings/step_record.h"
 #include "settings/surface_diagnostics.h"
 #include "settings/weather_stations.h"
 
@@ -20,8 +21,8 @@ class PrecipitationRun {
     PrecipitationRun(IApplication& application, const RunSettings& settings)
         : application_(application), platform_(application.platform()), settings_(settings) {}
 
-    // Shows which method it uses and runs it; a method that is neither "EDK" nor "PRISM_REF" does
-    // nothing. An output folder that does not exist is made. True when no failure was shown.
+    // Shows which method it uses and runs it; a method that is neither "EDK" nor "PRISM_REF" makes
+    // nothing, and that is told. An output folder that does not exist is made. True when no failure was shown.
     // Throws PlatformError when the output folder cannot be made or opened.
     bool run();
 
@@ -55,6 +56,7 @@ class PrecipitationRun {
     const RunSettings& settings_;
     std::unique_ptr<IFolderLock> lock_;
     std::unique_ptr<IRasterWorkspace> workspace_;
+    std::optional<StepRecorder> recorder_;
     GridGeometry geometry_;
     std::unique_ptr<WeatherStations> stations_;
     std::unique_ptr<IInterpolationOp> interpolation_;

@@ -111,6 +111,7 @@ void ReferenceEtRun::SetupWorkDatabase() {
         }
         lock_ = platform_.files().lockFolder(settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
+        recorder_.emplace(platform_.files(), settings_, "refet");
         createWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"));
     });
 }
@@ -247,7 +248,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
     for (const char* prefix : {"TM_", "TN_"}) {
         if (hasGrid(prefix, p) && hasGrid(prefix, n)) continue;
         std::ranges::fill(cells_.writable(CellField::GG), 0.0);
-        if (!toldAboutHeatFlux_) {
+        if (!toldAboutHeatFlux_ && settings_.needsFullWeather()) {
             application_.prompts().message("The soil heat flux of " + GetMonthName(month) +
                                            " is taken as 0: the weather table has no temperatures "
                                            "of a neighbouring month");
@@ -268,6 +269,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
                                   : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
             CellField::GG);
     } catch (const std::exception& e) {
+        withoutData(CellField::GG);
         application_.prompts().failure("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
     }
 }
@@ -292,10 +294,16 @@ void ReferenceEtRun::CalculateRefET(int month) {
     }
 }
 
+// What cannot be read is no data, never what an earlier month left in the column.
+void ReferenceEtRun::withoutData(CellField field) {
+    if (cells_.rowCount() > 0) std::ranges::fill(cells_.writable(field), noData_);
+}
+
 void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
     try {
         gridIntoField(platform_.loop(), raster, cells_, field);
     } catch (const std::exception& e) {
+        withoutData(field);
         application_.prompts().failure("Error in 'GridReadin': " + std::string(e.what()));
     }
 }
@@ -305,6 +313,7 @@ void ReferenceEtRun::GridReadOut(const std::string& label) {
         const std::string name = "RefET_" + label + settings_.methodTag();
         const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
         workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
+        recorder_->made(name);
         auto layer =
             application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
         ApplyColorRamp(application_.prompts(), *layer, {0, 255, 0}, {50, 50, 100});

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
+#include "settings/step_record.h"
 
 namespace velmora {
 
@@ -40,8 +42,10 @@ class ReferenceEtRun {
     void CalculateRefET(int month);
     void GridReadOut(const std::string& label);
 
-    // Shows its failures and leaves the flag alone.
+    // Shows its failures and leaves the flag alone. A grid that cannot be read whole leaves its
+    // column without data.
     void GridReadIn(const IRaster& raster, CellField field);
+    void withoutData(CellField field);
 
     template <class Body>
     void trapped(const char* procedure, Body body);
@@ -58,12 +62,13 @@ class ReferenceEtRun {
     bool& runStatus_;
     std::unique_ptr<IFolderLock> lock_;
     std::unique_ptr<IRasterWorkspace> workspace_;
+    std::optional<StepRecorder> recorder_;
     GridGeometry geometry_;
     CellTable cells_;
     ElevationParts elevationParts_;
     RasterPtr template_;
     RasterPtr dem_;
-    double noData_ = 0;
+    double noData_ = static_cast<double>(kNoData);
     std::unique_ptr<WeatherSurfaces> surfaces_;
     bool toldAboutHeatFlux_ = false;
 };

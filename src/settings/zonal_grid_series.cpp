@@ -7,39 +7,62 @@
 #include "gis/gis_functions.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
+#include "settings/old_results.h"
 
 namespace velmora {
 
 ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& settings,
-                                 std::string table)
+                                 std::string step, std::string table,
+                                 std::vector<std::string> sources)
     : application_(application),
       settings_(settings),
+      step_(std::move(step)),
       table_(std::move(table)),
+      sources_(std::move(sources)),
       lock_(application.platform().files().lockFolder(settings.OutputWorkspace)),
-      workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {}
+      workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
+    for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
+        application.prompts().notice(old);
+    }
+}
 
 RasterPtr ZonalGridSeries::open(const std::string& name) const {
     return workspace_->openRasterDataset(name)->createDefaultRaster();
 }
 
 void ZonalGridSeries::createTable() {
-    CreateStatTable(application_.platform(), application_.prompts(), settings_.OutputWorkspace,
-                    table_);
+    recorder_.emplace(application_.platform().files(), settings_, step_, sources_);
+    tableMade_ = CreateStatTable(application_.platform(), application_.prompts(),
+                                 settings_.OutputWorkspace, table_);
 }
 
 void ZonalGridSeries::add(int month, const std::string& name, const RasterPtr& grid) {
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
+    recorder_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
     ApplyColorRamp(application_.prompts(), *layer, {100, 50, 50}, {0, 255, 0});
     application_.document().addLayer(std::move(layer));
+    summarise(month, open(name));
+}
+
+// Rows of this run go into no older table.
+void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
+    if (!tableMade_) {
+        application_.prompts().failure("Error in sub <GotoStatTable>: the table is not open");
+        return;
+    }
     MakeZonalStat(
         application_.platform(), application_.prompts(),
         {settings_.OutputWorkspace, settings_.Zones, settings_.ZoneField, settings_.yearNumber()},
-        open(name), table_, month);
+        grid, table_, month);
 }
 
 void ZonalGridSeries::showTable() {
+    if (!tableMade_) {
+        application_.prompts().failure("Error in opening table");
+        return;
+    }
     AddTable(application_.prompts(), application_.document(),
              OpenTable(application_.platform(), application_.prompts(), settings_.OutputWorkspace,
                        table_));

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "gis/application.h"
 #include "settings/run_settings.h"
+#include "settings/step_record.h"
 
 namespace velmora {
 
@@ -14,12 +17,16 @@ namespace velmora {
 // while it lives.
 class ZonalGridSeries {
   public:
-    // Opens the output folder. `table` is the table's name. Throws PlatformError.
-    ZonalGridSeries(IApplication& application, const RunSettings& settings, std::string table);
+    // Opens the output folder and tells what is old among the grids that the step would read.
+    // `step` is the name under which its runs are noted, `table` the table's name, `sources` the
+    // steps whose grids it reads. Throws PlatformError.
+    ZonalGridSeries(IApplication& application, const RunSettings& settings, std::string step,
+                    std::string table, std::vector<std::string> sources);
 
     // A grid of the output folder. Throws PlatformError when there is none.
     RasterPtr open(const std::string& name) const;
-    // Begins the table anew; a failure is shown.
+    // Begins the table and the note of the run anew; a failure of the table is shown, and then no
+    // month is added to the old one.
     void createTable();
     // Saves a month's grid under the name, adds it to the map and its zones to the table. Throws
     // PlatformError.
@@ -28,11 +35,17 @@ class ZonalGridSeries {
     void showTable();
 
   private:
+    void summarise(int month, const RasterPtr& grid);
+
     IApplication& application_;
     const RunSettings& settings_;
+    std::string step_;
     std::string table_;
+    std::vector<std::string> sources_;
+    bool tableMade_ = false;
     std::unique_ptr<IFolderLock> lock_;
     std::unique_ptr<IRasterWorkspace> workspace_;
+    std::optional<StepRecorder> recorder_;
 };
 
 }  // namespace velmora

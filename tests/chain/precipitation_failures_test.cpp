@@ -52,7 +52,9 @@ TEST_F(PrecipitationFailures, NotSetStationsAndWeather) {
 TEST_F(PrecipitationFailures, AnotherMethodDoesNothing) {
     for (const char* method : {"", "edk", "PRISM", "EDK "}) {
         f.settings.PrecipitationMethod = method;
-        EXPECT_TRUE(f.runPrecipitation());
+        EXPECT_FALSE(f.runPrecipitation());
+        EXPECT_THAT(f.application.prompts().reasons.back(),
+                    testing::HasSubstr("choose EDK or PRISM_REF"));
     }
     EXPECT_TRUE(f.application.messages().empty());
     EXPECT_TRUE(std::filesystem::is_empty(f.folder.file("out")));

@@ -123,7 +123,11 @@ class TestPlatform : public platform::Platform {
         return otherConnections ? *otherConnections : Platform::connections();
     }
     FixedClock clock_;
+    IFeatureWorkspaceFactory& features() override {
+        return otherFeatures ? *otherFeatures : Platform::features();
+    }
     IFileSystem* otherFiles = nullptr;
+    IFeatureWorkspaceFactory* otherFeatures = nullptr;
     IConnectionFactory* otherConnections = nullptr;
 };
 
@@ -188,6 +192,9 @@ class MemoryFiles : public IFileSystem {
         files[to] = files.at(from);
     }
     void replaceFile(const std::string& from, const std::string& to) override;
+    void storeFile(const std::string& path, const std::string& bytes) override {
+        files[path] = bytes;
+    }
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;
     std::unique_ptr<IFolderLock> lockFolder(const std::string&) override { return nullptr; }

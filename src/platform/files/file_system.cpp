@@ -137,6 +137,17 @@ void FileSystem::replaceFile(const std::string& from, const std::string& to) {
     if (error) throw PlatformError("Cannot replace " + to + ": " + error.message());
 }
 
+void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
+    const std::string unfinished = unfinishedPath(path);
+    try {
+        writeWholeFile(unfinished, bytes);
+        replaceFile(unfinished, path);
+    } catch (const PlatformError& e) {
+        removeTree(unfinished);
+        throw PlatformError("Cannot write " + path + ": " + e.what());
+    }
+}
+
 std::string FileSystem::readBeginning(const std::string& path, std::size_t most) const {
     if (!fileExists(path)) throw PlatformError("There is no file " + path);
     return readWholeFile(path, most);

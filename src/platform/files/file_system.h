@@ -19,6 +19,7 @@ class FileSystem : public IFileSystem {
     void createFolder(const std::string& path) override;
     void copyFile(const std::string& from, const std::string& to) override;
     void replaceFile(const std::string& from, const std::string& to) override;
+    void storeFile(const std::string& path, const std::string& bytes) override;
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;
     std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) override;

@@ -2,6 +2,7 @@
 #include "platform/grid/raster_workspace.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <utility>
@@ -62,6 +63,14 @@ class Dataset : public IRasterDataset {
     std::string path() const override { return path_.string(); }
     RasterPtr createDefaultRaster() const override { return raster_; }
     float noDataValue() const override { return kNoData; }
+    std::int64_t modified() const override {
+        const fs::path values = fs::is_directory(path_) ? path_ / "w001001.adf" : path_;
+        std::error_code error;
+        const auto time = fs::last_write_time(fs::exists(values) ? values : path_, error);
+        if (error) throw PlatformError("Cannot look at " + path() + ": " + error.message());
+        return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch())
+            .count();
+    }
     void remove() override {
         raster_.reset();
         removeTree(path_.string());

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// Grids of the output folder that are no longer what a step would expect: left from an earlier run,
+// made for other cells or another year, or older than the grid of which they are a copy.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+// What is old among the grids that the step ("cropet", "nir" or "irr"; others read none) would read
+// on these settings, one sentence each. Grids that no noted run speaks of are the user's own and
+// count as good. A folder or grid that cannot be read is passed over: the step says so itself.
+std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
+                                   const std::string& step);
+
+}  // namespace velmora

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// Grids that are left from earlier runs are told before a step reads them.
+#include "settings/old_results.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+
+#include "irrigation/net_irrigation_run.h"
+#include "tests/support/irrigation_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct OldResults : testing::Test {
+    test::IrrigationFixture f;
+
+    std::vector<std::string> old(const std::string& step) {
+        return oldInputs(f.application.platform(), f.settings, step);
+    }
+    std::vector<std::string>& told() { return f.application.prompts().notices; }
+    // Moves the time of a grid of the output folder.
+    void age(const std::string& grid, std::chrono::hours by) {
+        const std::filesystem::path values = f.folder.file("out/" + grid + "/w001001.adf");
+        std::filesystem::last_write_time(values, std::filesystem::last_write_time(values) + by);
+    }
+};
+
+TEST_F(OldResults, GridsOfTheLastRunsAreGood) {
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    f.save("Kc_Jun", f.filled(0.9F));
+    f.save("Kc_Jul", f.filled(0.9F));
+    EXPECT_THAT(old("cropet"), IsEmpty());
+    ASSERT_TRUE(f.runCropEt()) << f.allMessages();
+    EXPECT_THAT(told(), IsEmpty());
+    EXPECT_THAT(old("nir"), IsEmpty());
+}
+
+TEST_F(OldResults, AMonthThatFailedIsToldByTheStepThatReadsIt) {
+    ASSERT_TRUE(f.run());
+    f.makeWeather(test::RunFixture::stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "TM_" && m == 7) return FieldValue();
+                      return test::RunFixture::usualWeather(p, s, m);
+                  });
+    ASSERT_FALSE(f.run());
+    f.save("Kc_Jun", f.filled(0.9F));
+    f.save("Kc_Jul", f.filled(0.9F));
+    told().clear();
+    ASSERT_TRUE(f.runCropEt()) << f.allMessages();
+    EXPECT_THAT(told(), ElementsAre(AllOf(HasSubstr("RefET_Jun_4, RefET_Jul_4"),
+                                          HasSubstr("not made by the last run of reference ET"))));
+}
+
+TEST_F(OldResults, AShorterPeriodAndOtherCellsAreTold) {
+    ASSERT_TRUE(f.run());
+    f.settings.BeginMonth = "Jul";
+    f.settings.CellSize = 800;
+    ASSERT_TRUE(f.run());
+    EXPECT_THAT(old("cropet"), IsEmpty());
+    f.settings.BeginMonth = "Jun";
+    EXPECT_THAT(old("cropet"), ElementsAre(AllOf(HasSubstr("RefET_Jun_4:"), HasSubstr("earlier"))));
+    f.settings.BeginMonth = "Jul";
+    f.settings.CellSize = 400;
+    f.settings.Year = "2007";
+    EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("CellSize=800, and the settings now say 400"),
+                                           HasSubstr("Year=2006, and the settings now say 2007")));
+}
+
+TEST_F(OldResults, ARunOfAnEarlierStepMakesTheLaterOnesOld) {
+    ASSERT_TRUE(f.run());
+    f.save("Kc_Jun", f.filled(0.9F));
+    f.save("Kc_Jul", f.filled(0.9F));
+    ASSERT_TRUE(f.runCropEt());
+    ASSERT_TRUE(f.run());
+    EXPECT_THAT(old("cropet"), IsEmpty());
+    EXPECT_THAT(old("nir"), ElementsAre("The last run of crop ET read reference ET of an earlier "
+                                        "run than the last"));
+}
+
+TEST_F(OldResults, ACopyOlderThanAnotherSourceIsTold) {
+    f.save("Kc_Jul_4", f.filled(1.0F));
+    f.save("Kc_Jul", f.filled(0.5F));
+    f.save("IREF", f.filled(0.7F));
+    f.save("faef_500", f.filled(0.6F));
+    EXPECT_THAT(old("cropet"), IsEmpty());  // younger: the user's own
+    age("Kc_Jul", std::chrono::hours(-1));
+    age("faef_500", std::chrono::hours(-1));
+    EXPECT_THAT(old("cropet"), ElementsAre("Kc_Jul is older than Kc_Jul_4 and differs from it: "
+                                           "velmora grid copy Kc_Jul_4 Kc_Jul renews it"));
+    EXPECT_THAT(old("irr"), ElementsAre(HasSubstr("faef_500 is older than IREF")));
+    f.save("Kc_Jul", f.filled(1.0F));
+    age("Kc_Jul", std::chrono::hours(-1));
+    EXPECT_THAT(old("cropet"), IsEmpty());  // older, but the same
+}
+
+TEST_F(OldResults, GridsWithoutANoteAreTheUsersOwn) {
+    f.settings.RefETMethod = "4";
+    f.saveMonths(6, 7);
+    EXPECT_THAT(old("nir"), IsEmpty());
+    ASSERT_TRUE(runNetIrrigation(f.application, f.settings)) << f.allMessages();
+    EXPECT_THAT(told(), IsEmpty());
+    f.settings.OutputWorkspace = f.folder.file("none");
+    EXPECT_THAT(old("nir"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace velmora
