@@ -135,6 +135,67 @@ TEST_F(DbaseEditing, ADamagedTableIsRefused) {
     }
 }
 
+// Tables whose field descriptors hold the byte that ends their list: widths, decimals and, where a
+// program writes them down, places in the record.
+struct ThirteensTest : testing::TestWithParam<std::vector<Field>> {};
+
+TEST_P(ThirteensTest, AnEditKeepsEveryOtherField) {
+    const test::TempFolder folder;
+    Platform platform;
+    const std::string path = folder.file("t.dbf");
+    const std::vector<Field>& fields = GetParam();
+    std::vector<std::vector<FieldValue>> records;
+    for (int r = 0; r < 500; ++r) {
+        records.emplace_back();
+        for (const Field& field : fields) {
+            records.back().push_back(field.type == FieldType::text
+                                         ? FieldValue("n" + std::to_string(r))
+                                         : FieldValue(r + 0.125));
+        }
+    }
+    platform.features().createTable(path, fields, records);
+    std::string bytes = test::contentOf(path);
+    for (std::size_t f = 0, offset = 1; f < fields.size(); ++f) {  // as some programs do
+        bytes[32 + 32 * f + 12] = static_cast<char>(offset);
+        offset += static_cast<std::size_t>(fields[f].width);
+    }
+    test::write(path, bytes);
+    const auto session = platform.features().edit(platform.features().openTable(path));
+    session->addNumericField("TempTTT");
+    session->setValue(499, "TempTTT", -2.5);
+    session->setValue(3, fields[1].name, 7.0);
+    session->save();
+    const auto table = platform.features().openTable(path);
+    ASSERT_EQ(table->fields().size(), fields.size() + 1);
+    ASSERT_EQ(table->recordCount(), 500U);
+    for (std::size_t f = 0; f < fields.size(); ++f) {
+        EXPECT_EQ(table->fields()[f].name, fields[f].name);
+        EXPECT_EQ(table->fields()[f].width, fields[f].width);
+        EXPECT_EQ(table->fields()[f].decimals, fields[f].decimals);
+    }
+    for (std::size_t r = 0; r < records.size(); ++r) {
+        for (std::size_t f = 0; f < fields.size(); ++f) {
+            const FieldValue expected = r == 3 && f == 1 ? FieldValue(7.0) : records[r][f];
+            ASSERT_EQ(table->value(r, fields[f].name), expected) << r << fields[f].name;
+        }
+    }
+    EXPECT_EQ(std::get<double>(table->value(499, "TempTTT")), -2.5);
+    EXPECT_TRUE(isNull(table->value(498, "TempTTT")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    DbaseEditing, ThirteensTest,
+    testing::Values(std::vector<Field>{{"staname", FieldType::text, 20, 0},
+                                       {"ELEVATION", FieldType::number, 13, 3}},
+                    std::vector<Field>{{"staname", FieldType::text, 20, 0},
+                                       {"ELEVATION", FieldType::number, 13, 11}},
+                    std::vector<Field>{{"staname", FieldType::text, 12, 0},
+                                       {"ELEVATION", FieldType::number, 16, 13},
+                                       {"last", FieldType::text, 13, 0}},
+                    std::vector<Field>{{"CropType", FieldType::text, 13, 0},
+                                       {"Kc_Jan", FieldType::number, 13, 11},
+                                       {"Kc_Feb", FieldType::number, 13, 11}}));
+
 TEST(DbaseNumber, KeepsAsManyDecimalsAsFit) {
     EXPECT_EQ(dbaseNumber(0.5, 6), "   0.5");
     EXPECT_EQ(dbaseNumber(1.0 / 3, 8), "0.333333");

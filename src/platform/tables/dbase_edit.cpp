@@ -62,6 +62,15 @@ struct DbaseFile {
     }
 };
 
+// Where the end mark of the field descriptors stands. They have 32 bytes each, any of which may
+// look like the mark: a width or a number of decimals of 13 does. npos when there is none.
+std::size_t endOfDescriptors(const std::string& bytes, std::size_t headerLength) {
+    for (std::size_t at = kDescriptorBytes; at < headerLength; at += kDescriptorBytes) {
+        if (bytes[at] == '\r') return at;
+    }
+    return std::string::npos;
+}
+
 DbaseFile parsed(const std::string& bytes, const std::string& path) {
     DbaseFile file;
     file.header = bytes;
@@ -69,14 +78,17 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
     const std::size_t headerLength = file.number(8, 2);
     const std::size_t recordLength = file.recordLength();
     const std::size_t records = file.number(4, 4);
-    const auto end = bytes.find('\r', kDescriptorBytes);
-    if (headerLength > bytes.size() || end == std::string::npos || end >= headerLength ||
-        recordLength == 0 || (bytes.size() - headerLength) / recordLength < records) {
+    if (headerLength > bytes.size() || recordLength == 0 ||
+        (bytes.size() - headerLength) / recordLength < records) {
         throw PlatformError("The table " + path +
                             " is damaged: it is shorter than its header says");
     }
+    const std::size_t end = endOfDescriptors(bytes, headerLength);
+    if (end == std::string::npos) {
+        throw PlatformError("The table " + path + " is damaged: its list of fields has no end");
+    }
     std::size_t offset = 1;  // behind the deletion mark
-    for (std::size_t at = kDescriptorBytes; at + kDescriptorBytes <= end; at += kDescriptorBytes) {
+    for (std::size_t at = kDescriptorBytes; at < end; at += kDescriptorBytes) {
         DbaseField field;
         field.name = bytes.substr(at, strnlen(bytes.data() + at, 11));
         field.type = bytes[at + 11];
