@@ -112,6 +112,11 @@ void OptionButton::choose() {
     if (onClick) onClick();
 }
 
+void OptionButton::clear() {
+    value_ = false;
+    refresh();
+}
+
 void OptionButton::group(const std::vector<OptionButton*>& members) {
     for (OptionButton* member : members) {
         member->others_ = members;

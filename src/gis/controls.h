@@ -137,6 +137,7 @@ class OptionButton : public Control {
 
     bool value() const { return value_; }
     void choose();
+    void clear();  // off, and none of its group on instead; no click
     static void group(const std::vector<OptionButton*>& members);
 
   private:

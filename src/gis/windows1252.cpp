@@ -75,6 +75,18 @@ std::string windows1252FromUtf8(std::string_view utf8) {
     return bytes;
 }
 
+std::string lostCharacters(std::string_view utf8) {
+    std::string lost;
+    while (!utf8.empty()) {
+        const std::string_view before = utf8;
+        const char32_t point = takeCodePoint(utf8);
+        const std::string_view character = before.substr(0, before.size() - utf8.size());
+        const bool kept = point == '?' || byteOf(point) != '?';
+        if (!kept && lost.find(character) == std::string::npos) lost += character;
+    }
+    return lost;
+}
+
 std::string utf8FromWindows1252(std::string_view bytes) {
     std::string utf8;
     for (const char c : bytes) {

@@ -12,4 +12,7 @@ namespace velmora {
 std::string windows1252FromUtf8(std::string_view utf8);
 std::string utf8FromWindows1252(std::string_view bytes);
 
+// The characters of a text that the code page lacks, each once, in their order.
+std::string lostCharacters(std::string_view utf8);
+
 }  // namespace velmora

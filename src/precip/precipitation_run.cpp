@@ -39,6 +39,11 @@ bool PrecipitationRun::run() {
 void PrecipitationRun::openOutputWorkspace() {
     IFileSystem& files = platform_.files();
     const std::string& folder = settings_.OutputWorkspace;
+    if (folder.empty()) {
+        throw PlatformError(
+            "The setting OutputWorkspace is empty: name a folder for output in the General "
+            "Settings");
+    }
     if (!files.folderExists(folder)) {
         const std::string parent = parentFolderName(folder);
         if (!files.folderExists(parent)) {

@@ -9,6 +9,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
@@ -194,6 +195,8 @@ void frmSettings::showDefaults() {
     cboZoneField.clear();
     for (CheckBox* box : parameterBoxes()) box->setValue(false);
     chkShowMonitor.setValue(false);
+    for (OptionButton* option : {&optMonthly, &optDaily}) option->clear();
+    for (ListBox* days : {&cboBeginDay, &cboEndDay}) days->setEnabled(true);
     optEDK.choose();
 
     std::vector<std::string> months;
@@ -297,8 +300,11 @@ void frmSettings::inspectWeather() {
             boxes[i]->setValue(held);
             if (!held) boxes[i]->setEnabled(false);
         }
-    } catch (const PlatformError&) {
-        return;  // a table that cannot be opened leaves the boxes as they are
+    } catch (const PlatformError& e) {  // the boxes stay as they are
+        application_.prompts().notice("The weather table " + txtWeatherData.text() +
+                                      " cannot be opened, so the ticks of its parameters stay as "
+                                      "they are: " +
+                                      e.what());
     }
 }
 
@@ -335,6 +341,12 @@ void frmSettings::restore(const RunSettings& settings) {
     cboEndMonth.setText(settings.EndMonth);
     cboBeginDay.setText(settings.BeginDay);
     cboEndDay.setText(settings.EndDay);
+    // What was stored stays where the weather table cannot be inspected.
+    const std::array<bool, kWeatherParameters> held = {
+        settings.HasTmax, settings.HasTmin,  settings.HasTdew,  settings.HasTmean, settings.HasSR,
+        settings.HasWS,   settings.HasRHmax, settings.HasRHmin, settings.HasRHmean};
+    const auto boxes = parameterBoxes();
+    for (std::size_t i = 0; i < boxes.size(); ++i) boxes[i]->setValue(held[i]);
     cboDemUnit.setText(settings.DemUnit);
     cboSiteUnit.setText(settings.SiteElevationUnit);
     cboTemperatureUnit.setText(settings.TemperatureUnit);
@@ -385,7 +397,7 @@ void frmSettings::saveAs() {
     const std::string path = application_.browsers().saveFile(kInfoFilter);
     if (path.empty()) return;
     try {
-        writeSettings(application_.platform().files(), path, processState().settings);
+        writeSettings(application_.platform().files(), path, applied_);
     } catch (const PlatformError& e) {
         application_.prompts().message(e.what());
     }
@@ -473,7 +485,11 @@ void frmSettings::apply() {
         files.createFolder(application_.extensionFolder());
         writeSettings(files, defaultSettingsPath(application_.extensionFolder()), settings);
         processState().settings = settings;
+        applied_ = settings;
         cmdSaveAs.setEnabled(true);
+        for (const LostText& lost : textsToBeLost(settings)) {
+            application_.prompts().notice(lost.field + ": " + lost.text);
+        }
     } catch (const PlatformError& e) {
         application_.prompts().message(e.what());
     }

@@ -118,6 +118,7 @@ class frmSettings : public Form {
     std::vector<CheckBox*> parameterBoxes();
 
     IApplication& application_;
+    RunSettings applied_;  // what "Save As" writes: a file loaded since takes part only by Apply
 };
 
 }  // namespace velmora

@@ -2,6 +2,7 @@
 #include "settings/run_gate.h"
 
 #include "gis/errors.h"
+#include "settings/lost_characters.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
 
@@ -15,7 +16,11 @@ bool passRunGate(IApplication& application) {
         return false;
     }
     try {
-        processState().settings = readSettings(files, path);
+        RunSettings& settings = processState().settings;
+        settings = readSettings(files, path);
+        for (const LostText& lost : lostPaths(files, settings)) {
+            application.prompts().notice(lost.field + ": " + lost.text);
+        }
         return true;
     } catch (const PlatformError& e) {
         application.prompts().failure(std::string(e.what()) +

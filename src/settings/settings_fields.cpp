@@ -42,7 +42,8 @@ constexpr std::array<SettingsField, 35> kFields = {{
     {"SiteElevationUnit", &R::SiteElevationUnit, "cboSiteUnit", "Meters or Feet"},
     {"TemperatureUnit", &R::TemperatureUnit, "cboTemperatureUnit", "Degree C or Degree F"},
     {"ShowMonitor", &R::ShowMonitor, "chkShowMonitor", "show the progress monitor"},
-    {"HasTmax", &R::HasTmax, "chkTmax", "the weather table holds maximum temperature"},
+    {"HasTmax", &R::HasTmax, "chkTmax",
+     "the weather table holds maximum temperature; found when WeatherData is named"},
     {"HasTmin", &R::HasTmin, "chkTmin", "it holds minimum temperature"},
     {"HasTmean", &R::HasTmean, "chkTmean", "it holds mean temperature"},
     {"HasTdew", &R::HasTdew, "chkTdew", "it holds dew point temperature"},
@@ -72,6 +73,27 @@ const SettingsField* findSettingsField(std::string_view name) {
     const auto* found = std::find_if(kFields.begin(), kFields.end(),
                                      [&](const SettingsField& f) { return f.name == name; });
     return found == kFields.end() ? nullptr : found;
+}
+
+bool isPath(const SettingsField& field) {
+    constexpr std::array<std::string_view, 9> paths = {
+        "DEM",   "WeatherStations", "WeatherData",     "KcTable",       "LandCover",
+        "Zones", "PrismGridFolder", "OutputWorkspace", "ExtentProvider"};
+    return std::find(paths.begin(), paths.end(), field.name) != paths.end();
+}
+
+void copyField(const SettingsField& field, const RunSettings& from, RunSettings& to) {
+    std::visit([&](auto member) { to.*member = from.*member; }, field.member);
+}
+
+std::vector<FieldChange> changesBetween(const RunSettings& before, const RunSettings& after) {
+    std::vector<FieldChange> changes;
+    for (const SettingsField& field : kFields) {
+        const std::string old = settingsText(before, field);
+        const std::string now = settingsText(after, field);
+        if (old != now) changes.push_back({field.name, old, now});
+    }
+    return changes;
 }
 
 std::string settingsText(const RunSettings& settings, const SettingsField& field) {

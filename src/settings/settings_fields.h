@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "settings/run_settings.h"
 
@@ -28,6 +29,21 @@ std::span<const SettingsField> settingsFields();
 
 // The field of that name (case counts), or nullptr.
 const SettingsField* findSettingsField(std::string_view name);
+
+// Whether the field holds the path of a file, a folder or a dataset.
+bool isPath(const SettingsField& field);
+
+// Puts one record's value of a field into another record.
+void copyField(const SettingsField& field, const RunSettings& from, RunSettings& to);
+
+struct FieldChange {
+    std::string_view name;
+    std::string before;
+    std::string after;
+};
+
+// The fields in which two records differ, in the order of the record.
+std::vector<FieldChange> changesBetween(const RunSettings& before, const RunSettings& after);
 
 // A field's value as text: numbers with a decimal point, flags as "true" or "false".
 std::string settingsText(const RunSettings& settings, const SettingsField& field);

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "gis/errors.h"
+#include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/windows1252.h"
 #include "settings/settings_fields.h"
@@ -94,6 +95,27 @@ RunSettings parseSettingsRecord(std::string_view bytes) {
         std::visit(FieldReader{settings, field, bytes}, field.member);
     }
     return settings;
+}
+
+void requireRestorable(const RunSettings& settings) {
+    const auto require = [](bool holds, const std::string& field, const std::string& value,
+                            const char* wanted) {
+        if (holds) return;
+        throw PlatformError("The field " + field + " holds \"" + value + "\", but it should be " +
+                            wanted);
+    };
+    const std::string& method = settings.RefETMethod;
+    require(method.size() == 1 && method >= "1" && method <= "6", "RefETMethod", method, "1 to 6");
+    const std::string& rain = settings.PrecipitationMethod;
+    require(rain.empty() || rain == "EDK" || rain == "PRISM_REF", "PrecipitationMethod", rain,
+            "EDK or PRISM_REF");
+    const std::string& step = settings.TimeStep;
+    require(step.empty() || step == "Monthly" || step == "Daily", "TimeStep", step,
+            "Monthly or Daily");
+    for (const char* name : {"CellSize", "Ks", "Ko", "EstimatedWindSpeed"}) {
+        const std::string number = settingsText(settings, *findSettingsField(name));
+        require(strictNumber(number).has_value(), name, number, "a number");
+    }
 }
 
 void writeSettings(IFileSystem& files, const std::string& path, const RunSettings& settings) {

@@ -22,6 +22,10 @@ std::string settingsRecord(const RunSettings& settings);
 // naming the field in which the bytes end.
 RunSettings parseSettingsRecord(std::string_view bytes);
 
+// Throws PlatformError naming the first field with a value that no Apply stores and that the
+// General Settings form cannot show, such as the method "9".
+void requireRestorable(const RunSettings& settings);
+
 // Writes from byte 0 without truncating: the tail of a longer old record stays.
 void writeSettings(IFileSystem& files, const std::string& path, const RunSettings& settings);
 RunSettings readSettings(const IFileSystem& files, const std::string& path);

@@ -24,5 +24,10 @@ TEST(Windows1252, LostCharactersBecomeQuestionMarks) {
     EXPECT_EQ(windows1252FromUtf8("\xF0\x9F\x92\xA7!"), "?!");
 }
 
+TEST(Windows1252, LostCharactersAreListedOnce) {
+    EXPECT_EQ(lostCharacters("/S\u00E9/\u6C34?/\u6C34\u0141/\U0001F4A7"), "\u6C34\u0141\U0001F4A7");
+    EXPECT_EQ(lostCharacters("plain? \u20AC"), "");
+}
+
 }  // namespace
 }  // namespace velmora

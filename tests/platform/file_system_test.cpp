@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <filesystem>
 
 #include "gis/errors.h"
@@ -35,6 +36,13 @@ TEST_F(Files, LockingRemovesWhatKilledRunsLeft) {
     files.lockFolder(folder.path());
     EXPECT_FALSE(std::filesystem::exists(left));
     EXPECT_TRUE(files.fileExists(folder.file("mine.txt")));
+}
+
+TEST(Clock, TheYearIsTheUsers) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    EXPECT_EQ(SystemClock().currentYear(), local.tm_year + 1900);
 }
 
 TEST_F(Files, FoldersThatDoNotServe) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "gis/errors.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
@@ -68,6 +70,49 @@ TEST_F(FrmSettings, OpensWithDefaults) {
     EXPECT_FALSE(form.cboBeginDay.enabled());
     EXPECT_EQ(form.txtDEM.text(), "");
     EXPECT_TRUE(application.messages().empty());
+}
+
+TEST_F(FrmSettings, ListsTheMethods) {
+    form.load();
+    const std::vector<std::string> methods = {"1:  ASCE Std  Penman-Monteith (Tall Crop: Alfalfa)",
+                                              "2:  ASCE Std  Penman-Monteith (Short Crop: Grass)",
+                                              "3:  FAO56  Penman-Monteith (Grass)",
+                                              "4:  Hargreaves Temperature Method 1985(Grass)",
+                                              "5:  SCS Modified Blaney-Criddle",
+                                              "6:  Priestley-Taylor"};
+    EXPECT_EQ(form.cboRefETMethod.items(), methods);
+}
+
+TEST_F(FrmSettings, EveryBrowseButtonOpensItsBrowserAndFillsItsBox) {
+    form.load();
+    const std::string dbase = "dBase Files (*.DBF)|*.DBF";
+    const std::string features = "FeatureDatasets Browser";
+    const std::string rasters = "RasterDatasets Browser";
+    struct Browse {
+        CommandButton& button;
+        TextBox& box;
+        std::string asks;
+    };
+    const std::vector<Browse> all = {
+        {form.cmdDEM, form.txtDEM, rasters},
+        {form.cmdWeatherStations, form.txtWeatherStations, features},
+        {form.cmdLandCover, form.txtLandCover, features},
+        {form.cmdZones, form.txtZones, features},
+        {form.cmdWeatherData, form.txtWeatherData, dbase},
+        {form.cmdKc, form.txtKc, dbase},
+        {form.cmdOutput, form.txtOutput, "Select a Folder as Output Workspace"},
+        {form.cmdExtent, form.txtExtent, features},
+        {form.cmdPrism, form.txtPrism, rasters}};
+    form.optPRISM.choose();
+    std::map<const TextBox*, std::string> expected;
+    for (const Browse& browse : all) {
+        const std::string chosen = "/chosen/" + browse.box.name();
+        application.browsers().answers = {chosen};
+        browse.button.click();
+        expected[&browse.box] = chosen;
+        EXPECT_EQ(application.browsers().asked.back(), browse.asks) << browse.button.name();
+        for (const Browse& other : all) EXPECT_EQ(other.box.text(), expected[&other.box]);
+    }
 }
 
 TEST_F(FrmSettings, ApplyChecksInOrder) {

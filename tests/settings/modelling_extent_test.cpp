@@ -29,6 +29,12 @@ TEST(ModellingExtent, ChoosingTruncatesAndEditingRounds) {
     EXPECT_EQ(roundedCounts({0, 0, 25030, 10000}, 40)->width, 626);
 }
 
+TEST(ModellingExtent, HalvesGoToTheEvenNeighbour) {
+    const auto counts = roundedCounts({0, 0, 25, 35}, 10);
+    EXPECT_EQ(counts->width, 2);
+    EXPECT_EQ(counts->height, 4);
+}
+
 TEST(ModellingExtent, CountsBeyond16BitAreNone) {
     EXPECT_FALSE(roundedCounts({0, 0, 25000, 10000}, 0));
     EXPECT_FALSE(roundedCounts({0, 0, 25000, 10000}, 0.5));

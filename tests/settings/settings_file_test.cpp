@@ -4,8 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "gis/errors.h"
 #include "platform/files/file_system.h"
+#include "settings/lost_characters.h"
 #include "settings/settings_fields.h"
 #include "tests/support/fakes.h"
 
@@ -91,6 +95,71 @@ TEST(SettingsFile, RecordMatchesTheHandWrittenBytes) {
     const HandWritten h = handWritten();
     EXPECT_EQ(settingsRecord(h.settings), bytesOf(h.hex));
     EXPECT_EQ(parseSettingsRecord(bytesOf(h.hex)), h.settings);
+}
+
+TEST(SettingsFile, AFlagIsTrueUnlessItIsZero) {
+    const std::string bytes = settingsRecord({});
+    const std::size_t flags = bytes.size() - 3 * 8 - 10 * 2;
+    for (const char* hex : {"0100", "FFFF", "0001", "0080"}) {
+        std::string foreign = bytes;
+        foreign.replace(flags, 2, bytesOf(hex));
+        EXPECT_TRUE(parseSettingsRecord(foreign).ShowMonitor) << hex;
+        EXPECT_FALSE(parseSettingsRecord(foreign).HasTmax);
+    }
+}
+
+TEST(SettingsFile, ValuesThatNoApplyStoresAreNamed) {
+    RunSettings good = handWritten().settings;
+    EXPECT_NO_THROW(requireRestorable(good));
+    good.TimeStep = good.PrecipitationMethod = "";
+    EXPECT_NO_THROW(requireRestorable(good));
+    const auto names = [&](auto member, const auto& value, const std::string& text) {
+        RunSettings bad = good;
+        bad.*member = value;
+        EXPECT_THAT([&] { requireRestorable(bad); }, ThrowsMessage<PlatformError>(HasSubstr(text)));
+    };
+    using R = RunSettings;
+    names(&R::RefETMethod, "9", "The field RefETMethod holds \"9\"");
+    names(&R::RefETMethod, "", "RefETMethod");
+    names(&R::RefETMethod, "22", "RefETMethod");
+    names(&R::PrecipitationMethod, "prism", "The field PrecipitationMethod holds \"prism\"");
+    names(&R::TimeStep, "Weekly", "The field TimeStep holds \"Weekly\"");
+    names(&R::CellSize, std::numeric_limits<double>::infinity(), "The field CellSize");
+    names(&R::Ks, std::nan(""), "The field Ks");
+    names(&R::Ko, std::nan(""), "The field Ko");
+    names(&R::EstimatedWindSpeed, std::nan(""), "The field EstimatedWindSpeed");
+}
+
+TEST(SettingsFile, ChangesNameTheFieldsThatDiffer) {
+    const RunSettings before = handWritten().settings;
+    RunSettings after = before;
+    EXPECT_TRUE(changesBetween(before, after).empty());
+    after.Ks = 0.17;
+    after.DEM = "";
+    after.HasWS = false;
+    const auto changes = changesBetween(before, after);
+    ASSERT_EQ(changes.size(), 3U);
+    EXPECT_EQ(changes[0].name, "DEM");
+    EXPECT_EQ(changes[0].before, "/d");
+    EXPECT_EQ(changes[1].after, "false");
+    EXPECT_EQ(changes[2].before, "0.16");
+}
+
+TEST(SettingsFile, PathsThatLostCharactersAreFound) {
+    test::MemoryFiles files;
+    files.folders["/ref?"] = files.folders["/there?"] = true;
+    RunSettings s = handWritten().settings;
+    s.OutputWorkspace = "/there?";      // is so named
+    s.PrismGridFolder = "/ref?/ppt01";  // the month's grid itself need not be there
+    s.Year = "19??";                    // no path
+    EXPECT_TRUE(lostPaths(files, s).empty());
+    s.DEM = "/?/dem";
+    s.PrismGridFolder = "/ref/ppt?01";
+    const auto lost = lostPaths(files, s);
+    ASSERT_EQ(lost.size(), 2U);
+    EXPECT_EQ(lost[0].field, "DEM");
+    EXPECT_THAT(lost[0].text, testing::StartsWith("\"/?/dem\" does not exist: the settings file"));
+    EXPECT_EQ(lost[1].field, "PrismGridFolder");
 }
 
 TEST(SettingsFile, EmptyRecordIs94Bytes) { EXPECT_EQ(settingsRecord({}).size(), 94U); }

@@ -54,6 +54,7 @@ TEST_F(Commands, WithoutSettingsAllModelCommandsRefuse) {
     clickAll<clsET_ReferenceET, clsET_CropCoefficient, clsET_CropET, clsPPT, clsIR_NIR, clsIR_EFF,
              clsIR_IRR>();
     EXPECT_EQ(application.messages(), std::vector<std::string>(7, "Run Settings First,Please!"));
+    EXPECT_EQ(application.prompts().titles, std::vector<std::string>(7));
     EXPECT_EQ(application.outcomes, std::vector<StepOutcome>(7, StepOutcome::failed));
     EXPECT_EQ(application.dialogs().modal, 0);
     EXPECT_EQ(outputs(), 0U);

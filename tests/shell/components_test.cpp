@@ -156,6 +156,7 @@ TEST_F(Components, MenusHoldTheCommands) {
     ComPtr<IRootLevelMenu> none;
     EXPECT_EQ(et->QueryInterface(IRootLevelMenu::iid, none.receive()), E_NOINTERFACE);
     const auto irr = loader.create<IMenuDef>("Tarnwick.clsMenu_Zav_IR_IRR");
+    EXPECT_EQ(irr->Name(), "");
     EXPECT_EQ(irr->Caption(), "Crop Irrigation Water Requirement");
 }
 
