@@ -13,6 +13,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "settings/irrigation_inputs.h"
+#include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/precipitation_check.h"
 #include "settings/station_check.h"
@@ -49,6 +50,9 @@ class InputCheck {
     }
 
     void checkRun() {
+        for (const LostText& lost : lostPaths(platform_.files(), settings_)) {
+            add(Severity::error, lost.field, lost.text);
+        }
         if (settings_.methodNumber() == 0) {
             add(Severity::error, "RefETMethod", "\"" + settings_.RefETMethod + "\" is not 1 to 6");
         }
@@ -65,6 +69,14 @@ class InputCheck {
         if (settings_.TimeStep != "Monthly") {
             add(Severity::note, "TimeStep", "the model steps work month by month");
         }
+        if (settings_.beginMonthNumber() == 0) {
+            add(Severity::warning, "BeginMonth",
+                "\"" + settings_.BeginMonth +
+                    "\" is none of Jan to Dec: the run begins in January");
+        }
+        checkUnit("DemUnit", settings_.DemUnit, "Meters", "Feet");
+        checkUnit("SiteElevationUnit", settings_.SiteElevationUnit, "Meters", "Feet");
+        checkUnit("TemperatureUnit", settings_.TemperatureUnit, "Degree C", "Degree F");
         if (settings_.Ks < 0.1 || settings_.Ks > 0.25) {
             add(Severity::warning, "Ks", numberText(settings_.Ks) + " is far from 0.16 to 0.19");
         }
@@ -72,6 +84,13 @@ class InputCheck {
             add(Severity::warning, "EstimatedWindSpeed",
                 numberText(settings_.EstimatedWindSpeed) + " m/s is not likely at 2 m");
         }
+    }
+
+    void checkUnit(const char* field, const std::string& unit, const std::string& usual,
+                   const std::string& other) {
+        if (unit == usual || unit == other) return;
+        add(Severity::warning, field,
+            "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
     }
 
     void checkDomain() {
@@ -87,6 +106,10 @@ class InputCheck {
     }
 
     void checkOutput() {
+        if (settings_.OutputWorkspace.empty()) {
+            add(Severity::error, "OutputWorkspace", "is empty: name a folder for output");
+            return;
+        }
         try {
             platform_.files().lockFolder(settings_.OutputWorkspace);
         } catch (const PlatformError& e) {

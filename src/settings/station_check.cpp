@@ -11,6 +11,8 @@
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
+#include "settings/elevation_check.h"
+#include "settings/flag_check.h"
 
 namespace velmora {
 
@@ -43,6 +45,7 @@ class StationCheck {
             return platform_.features().openTable(path);
         });
         if (stations_) checkLayer();
+        if (weather_) appendFindings(checkFlags(*weather_, settings_));
         if (weather_ && requireField(*weather_, "STN")) checkTable();
         return findings_;
     }
@@ -63,6 +66,10 @@ class StationCheck {
         findings_.push_back({severity, file, field, station, text});
     }
 
+    void appendFindings(const std::vector<Finding>& more) {
+        findings_.insert(findings_.end(), more.begin(), more.end());
+    }
+
     bool requireField(const ITable& table, const std::string& field) {
         if (table.fieldIndex(field) >= 0) return true;
         add(Severity::error, table.path(), field, {}, "the field is missing");
@@ -75,7 +82,11 @@ class StationCheck {
                 "has no coordinate system (.prj): it is taken to be in the extent provider's");
         }
         const bool named = requireField(*stations_, "staname");
-        if (requireField(*stations_, "ELEVATION") && named) checkElevations();
+        const bool elevated = requireField(*stations_, "ELEVATION");
+        if (elevated && named) checkElevations();
+        if (elevated && geometry_) {
+            appendFindings(checkStationElevations(platform_, settings_, *stations_, *geometry_));
+        }
         if (named && geometry_) checkPositions();
     }
 

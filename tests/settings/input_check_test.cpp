@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -94,6 +96,87 @@ TEST_F(InputCheck, ADemInTheWrongUnit) {
     EXPECT_THAT(lines(), Contains(HasSubstr("is the DEM unit right (Meters)?")));
     f.settings.DemUnit = "Feet";
     EXPECT_THAT(lines(), Not(Contains(HasSubstr("is the DEM unit right"))));
+}
+
+TEST_F(InputCheck, UnknownMonthsAndUnits) {
+    f.settings.BeginMonth = "jun";
+    f.settings.DemUnit = "feet";
+    f.settings.SiteElevationUnit = "metres";
+    f.settings.TemperatureUnit = "degree f";
+    const auto all = lines();
+    EXPECT_THAT(all, Contains("warning: BeginMonth: \"jun\" is none of Jan to Dec: the run begins "
+                              "in January"));
+    EXPECT_THAT(all, Contains("warning: DemUnit: \"feet\" is neither Meters nor Feet: it is taken "
+                              "as Meters"));
+    EXPECT_THAT(all, Contains(HasSubstr("warning: SiteElevationUnit: \"metres\" is neither")));
+    EXPECT_THAT(all, Contains(HasSubstr("it is taken as Degree C")));
+}
+
+TEST_F(InputCheck, FlagsAgainstTheTable) {
+    const std::string table = "warning: " + f.folder.file("weather.dbf") + ": ";
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("the settings say"))));
+    f.settings.HasSR = false;
+    f.settings.HasTmean = true;
+    EXPECT_THAT(lines(), Contains(testing::StartsWith(
+                             table + "SR_...: the settings say that the table lacks solar "
+                                     "radiation, but it has SR_Jan: let the table be inspected")));
+    EXPECT_THAT(
+        lines(),
+        Contains(testing::StartsWith(table + "TA_...: the settings say that the table holds mean "
+                                             "temperature, but it has no field TA_Jan to TA_Dec")));
+    std::size_t count = 0;
+    for (const std::string& line : lines()) {
+        if (line.find("the settings say") != std::string::npos) ++count;
+    }
+    EXPECT_EQ(count, 2U);          // one a quantity
+    f.settings.RefETMethod = "4";  // takes no radiation
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("lacks solar radiation"))));
+}
+
+TEST_F(InputCheck, FieldsInSmallLetters) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) {
+                      return test::RunFixture::usualWeather(p == "sr_" ? "SR_" : p, s, m);
+                  },
+                  {"TM_", "TN_", "TD_", "sr_", "WS_", "RHM_"});
+    f.settings.HasSR = false;
+    EXPECT_THAT(lines(),
+                Contains("warning: " + f.folder.file("weather.dbf") +
+                         ": SR_...: the table has sr_Jan, but the settings take solar radiation as "
+                         "missing: spell the names of its fields with SR_ in capitals"));
+    EXPECT_THAT(lines(), Contains(testing::StartsWith("note: " + f.folder.file("weather.dbf") +
+                                                      ": RHM_Jan: relative humidity is not used")));
+}
+
+TEST_F(InputCheck, ElevationUnitsAgainstTheDem) {
+    auto stations = f.stations();
+    const auto place = [&](double unit) {  // stations that stand on the DEM of the fixture
+        for (auto& s : stations) {
+            const double column = std::floor((s.x - 400000) / 400);
+            const double row = std::floor((4500000 - s.y) / 400);
+            s.elevation = (1300 + 31 * column + 17 * row) / unit;
+        }
+        f.makeStations(stations);
+    };
+    place(1);
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("the stations lie"))));
+    f.settings.SiteElevationUnit = "Feet";
+    EXPECT_THAT(lines(),
+                Contains(testing::AllOf(
+                    testing::StartsWith("error: " + f.folder.file("stations.shp") + ": ELEVATION"),
+                    HasSubstr(" m below the DEM "),
+                    testing::EndsWith("agree with SiteElevationUnit=Meters or DemUnit=Feet"))));
+    f.settings.SiteElevationUnit = "Meters";
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Contains(testing::AllOf(
+                             HasSubstr(" m above the DEM "),
+                             testing::EndsWith("with SiteElevationUnit=Feet or DemUnit=Meters"))));
+    f.settings.DemUnit = "Meters";
+    place(0.3048);
+    EXPECT_THAT(lines(), Contains(testing::EndsWith("agree with SiteElevationUnit=Feet")));
+    place(0.5);
+    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("warning: "),
+                                                 HasSubstr("compare their coordinates"))));
 }
 
 TEST_F(InputCheck, PrecipitationOfTheStations) {

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "settings/flag_check.h"
+
+#include <algorithm>
+#include <array>
+
+#include "gis/month_names.h"
+#include "gis/text.h"
+#include "settings/weather_inspection.h"
+
+namespace velmora {
+
+namespace {
+
+struct Quantity {
+    WeatherParameter parameter;
+    bool RunSettings::*flag;
+    const char* prefix;
+    const char* name;
+    bool fullWeatherOnly;  // not used by methods that need temperatures alone
+};
+
+constexpr std::array<Quantity, 6> kQuantities = {{
+    {WeatherParameter::Tmax, &RunSettings::HasTmax, "TM_", "maximum temperature", false},
+    {WeatherParameter::Tmin, &RunSettings::HasTmin, "TN_", "minimum temperature", false},
+    {WeatherParameter::Tmean, &RunSettings::HasTmean, "TA_", "mean temperature", false},
+    {WeatherParameter::Tdew, &RunSettings::HasTdew, "TD_", "dew point", true},
+    {WeatherParameter::SR, &RunSettings::HasSR, "SR_", "solar radiation", true},
+    {WeatherParameter::WS, &RunSettings::HasWS, "WS_", "wind speed", true},
+}};
+
+const char* const kAgain =
+    ": let the table be inspected again (Get Info and Apply, or velmora settings apply "
+    "WeatherData=...)";
+
+std::vector<std::string> fieldNames(const ITable& table) {
+    std::vector<std::string> names;
+    for (const Field& field : table.fields()) names.push_back(field.name);
+    return names;
+}
+
+// The first field that holds the quantity in a month, its name written in any case; "" for none.
+std::string fieldOf(const std::vector<std::string>& names, const std::string& prefix) {
+    for (std::size_t i = 1; i < names.size(); ++i) {
+        for (int month = 1; month <= 12; ++month) {
+            if (sameIgnoringCase(names[i], prefix + GetMonthName(month))) return names[i];
+        }
+    }
+    return {};
+}
+
+// What is wrong with the flag, "" for nothing.
+std::string mismatch(const Quantity& quantity, bool flag, const std::vector<std::string>& names) {
+    const std::string prefix = quantity.prefix;
+    const std::string name = quantity.name;
+    const std::string field = fieldOf(names, prefix);
+    const bool found = holdsParameter(names, quantity.parameter);
+    if (flag && !found && field.empty()) {
+        return "the settings say that the table holds " + name + ", but it has no field " + prefix +
+               "Jan to " + prefix + "Dec" + kAgain;
+    }
+    if (flag || field.empty()) return {};
+    if (found) {
+        return "the settings say that the table lacks " + name + ", but it has " + field + kAgain;
+    }
+    return "the table has " + field + ", but the settings take " + name +
+           " as missing: spell the names of its fields with " + prefix + " in capitals";
+}
+
+}  // namespace
+
+std::vector<Finding> checkFlags(const ITable& weather, const RunSettings& settings) {
+    const auto names = fieldNames(weather);
+    std::vector<Finding> findings;
+    for (const Quantity& quantity : kQuantities) {
+        if (quantity.fullWeatherOnly && !settings.needsFullWeather()) continue;
+        const std::string text = mismatch(quantity, settings.*quantity.flag, names);
+        if (text.empty()) continue;
+        findings.push_back(
+            {Severity::warning, weather.path(), std::string(quantity.prefix) + "...", {}, text});
+    }
+    for (const char* prefix : {"RHM_", "RHN_", "RHA_"}) {
+        const std::string field = fieldOf(names, prefix);
+        if (field.empty()) continue;
+        findings.push_back({Severity::note,
+                            weather.path(),
+                            field,
+                            {},
+                            "relative humidity is not used: dew points come from the fields TD_ "
+                            "or are estimated from minimum temperatures"});
+        break;
+    }
+    return findings;
+}
+
+}  // namespace velmora
