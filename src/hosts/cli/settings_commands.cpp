@@ -5,18 +5,23 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "gis/errors.h"
 #include "gis/form.h"
 #include "gis/text.h"
+#include "gis/windows1252.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/kept_settings.h"
 #include "hosts/components/loaded_extension.h"
 #include "platform/files/file_system.h"
 #include "settings/fill_form.h"
+#include "settings/modelling_extent.h"
 #include "settings/run_settings.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
+#include "settings/weather_inspection.h"
 #include "shell/interfaces.h"
 
 namespace velmora::cli {
@@ -42,58 +47,94 @@ bool pressApply(Form& form) {
     return form.control<CommandButton>("cmdSaveAs").enabled();
 }
 
-// Paths are stored as they stand, so a relative one is made whole first.
-bool isPath(std::string_view name) {
-    static const std::vector<std::string_view> paths = {
-        "DEM",   "WeatherStations", "WeatherData",     "KcTable",       "LandCover",
-        "Zones", "PrismGridFolder", "OutputWorkspace", "ExtentProvider"};
-    return std::find(paths.begin(), paths.end(), name) != paths.end();
-}
-
 // A provider chosen while there is no cell size goes through the form's chooser, which proposes
 // one.
 void chooseExtent(HeadlessApplication& application, Form& form, const std::string& path,
                   bool cellSizeFollows) {
-    if (cellSizeFollows || !form.control<TextBox>("txtCellSize").text().empty()) {
+    const auto& cellSize = form.control<TextBox>("txtCellSize");
+    if (cellSizeFollows || !cellSize.text().empty()) {
         form.control<TextBox>("txtExtent").enter(path);
         return;
     }
     application.browsers().answer(path);
     form.control<CommandButton>("cmdExtent").click();
-    fmt::print("CellSize={} is proposed for this extent\n",
-               form.control<TextBox>("txtCellSize").text());
+    if (cellSize.text().empty()) return;
+    application.prompts().notice("CellSize=" + cellSize.text() + " is proposed for this extent");
 }
-
-using Assignments = std::map<std::string, std::string>;
 
 void setControl(HeadlessApplication& application, Form& form, const SettingsField& field,
                 const Assignments& all) {
-    const std::string name(field.name);
-    std::string value = all.at(name);
-    if (isPath(name)) value = wholePath(value);
-    if (name == "ExtentProvider") {
+    const std::string& value = all.at(std::string(field.name));
+    if (field.name == "ExtentProvider") {
         chooseExtent(application, form, value, all.contains("CellSize"));
     } else {
         fillIn(form, field, value);
     }
 }
 
-// "Field=Value ..." as a map, or a PlatformError that names the first one that is none.
+// "Field=Value ..." as a map, or a PlatformError that names the first one that is none. Paths are
+// stored as they stand, so a relative one is made whole.
 Assignments parsed(const std::vector<std::string>& assignments) {
     Assignments all;
     for (const std::string& assignment : assignments) {
         const auto equals = assignment.find('=');
         const std::string name = assignment.substr(0, equals);
-        if (equals == std::string::npos || !findSettingsField(name)) {
+        const SettingsField* field = findSettingsField(name);
+        if (equals == std::string::npos || !field) {
             std::vector<std::string> names;
-            for (const SettingsField& field : settingsFields()) names.emplace_back(field.name);
+            for (const SettingsField& known : settingsFields()) names.emplace_back(known.name);
             throw PlatformError("\"" + assignment +
                                 "\" is no setting: give Field=Value with one of " +
                                 joinedNames(names));
         }
-        all[name] = assignment.substr(equals + 1);
+        const std::string value = assignment.substr(equals + 1);
+        all[name] = isPath(*field) ? wholePath(value) : value;
     }
     return all;
+}
+
+// What Apply would take without a look: a weather table whose fields cannot be listed, an extent
+// provider that cannot be opened or is in degrees.
+void requireReadable(IPlatform& platform, const Assignments& named, const RunSettings& stored) {
+    const auto pathOf = [&](const char* name) {
+        return named.contains(name) ? named.at(name)
+                                    : settingsText(stored, *findSettingsField(name));
+    };
+    const std::string weather = pathOf("WeatherData");
+    try {
+        if (!weather.empty()) weatherFieldNames(platform.connections(), weather);
+    } catch (const PlatformError& e) {
+        throw PlatformError("WeatherData: the table " + weather +
+                            " cannot be opened, so nothing is applied: " + e.what());
+    }
+    if (!named.contains("ExtentProvider")) return;
+    const std::string provider = pathOf("ExtentProvider");
+    if (provider.empty()) return;
+    const auto layer = platform.features().openFeatureClass(provider);
+    layer->extent();
+    requireMetres(platform, *layer, "extent provider");
+}
+
+// Every field that changed as one line, "CellSize: 500 -> 250".
+void tellChanges(const Session& session, const std::string& what, const std::string& path,
+                 const std::optional<RunSettings>& before, const RunSettings& now) {
+    const auto changes = before ? changesBetween(*before, now) : std::vector<FieldChange>();
+    if (session.json) {
+        auto list = nlohmann::ordered_json::array();
+        for (const FieldChange& change : changes) {
+            list.push_back(
+                {{"field", change.name}, {"before", change.before}, {"after", change.after}});
+        }
+        fmt::print("{}\n", nlohmann::ordered_json{{"file", path}, {"changes", list}}.dump(2));
+        return;
+    }
+    const auto shown = [](const std::string& text) {
+        return text.empty() ? std::string("\"\"") : oneLine(text);
+    };
+    for (const FieldChange& change : changes) {
+        fmt::print("{}: {} -> {}\n", change.name, shown(change.before), shown(change.after));
+    }
+    fmt::print("{}: {}\n", what, path);
 }
 
 void printSettings(const RunSettings& settings, bool json) {
@@ -114,24 +155,34 @@ void printSettings(const RunSettings& settings, bool json) {
 }  // namespace
 
 int applySettings(const Session& session, const std::vector<std::string>& assignments) {
-    Assignments all;
+    Assignments named;
     try {
-        all = parsed(assignments);
+        named = parsed(assignments);
     } catch (const PlatformError& e) {
         fmt::print(stderr, "velmora: {}\n", e.what());
         return kBadUsage;
     }
+    const std::string path = defaultSettingsPath(session.settingsFolder);
+    const std::optional<RunSettings> before = recordInForce(path);
     HeadlessApplication application(session.settingsFolder, session.terminal);
+    requireReadable(application.platform(), named, before.value_or(RunSettings()));
     bool applied = false;
     withSettingsForm(application, [&](Form& form) {
+        if (before) showAsStored(form, *before, named);
         for (const SettingsField& field : settingsFields()) {
-            if (all.contains(std::string(field.name))) setControl(application, form, field, all);
+            if (named.contains(std::string(field.name))) {
+                setControl(application, form, field, named);
+            }
         }
         applied = pressApply(form);
     });
     if (!applied) return kFailed;
-    fmt::print("Settings are applied: {}\n", defaultSettingsPath(session.settingsFolder));
-    return kDone;
+    const RunSettings now = before ? withFieldsPutBack(path, *before, named) : soundRecord(path);
+    tellChanges(session, "Settings are applied", path, before, now);
+    const bool lost = std::any_of(named.begin(), named.end(), [](const auto& assignment) {
+        return !lostCharacters(assignment.second).empty();
+    });
+    return lost ? kFailed : kDone;
 }
 
 int showSettings(const Session& session) {
@@ -146,43 +197,45 @@ int showSettings(const Session& session) {
     return kDone;
 }
 
+// "Save As" writes what the last Apply stored; nothing in force changes.
 int saveSettingsAs(const Session& session, const std::string& file) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const std::optional<RunSettings> record =
+        recordInForce(defaultSettingsPath(session.settingsFolder));
+    if (!record) return showSettings(session);
     const std::string path = wholePath(file);
-    bool saved = false;
-    withSettingsForm(application, [&](Form& form) {
-        if (!pressApply(form)) return;  // "Save As" writes what Apply made
-        const std::size_t before = application.prompts().messages().size();
-        application.browsers().answer(path);
-        form.control<CommandButton>("cmdSaveAs").click();
-        saved = application.prompts().messages().size() == before;
-    });
-    if (!saved) return kFailed;
+    platform::FileSystem files;
+    writeSettings(files, path, *record);
     fmt::print("Settings are saved: {}\n", path);
     return kDone;
 }
 
 int loadSettings(const Session& session, const std::string& file) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
     const std::string path = wholePath(file);
-    if (!application.platform().files().fileExists(path)) {
-        fmt::print(stderr, "velmora: there is no settings file {}\n", path);
-        return kFailed;
+    const std::string defaultPath = defaultSettingsPath(session.settingsFolder);
+    const RunSettings record = soundRecord(path);
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    IFileSystem& files = application.platform().files();
+    if (!files.folderExists(record.OutputWorkspace)) {
+        throw PlatformError(path + ": the output folder \"" + record.OutputWorkspace +
+                            "\" does not exist, so nothing is loaded: make the folder first");
+    }
+    std::optional<RunSettings> before;
+    try {
+        if (files.fileExists(defaultPath)) before = soundRecord(defaultPath);
+    } catch (const PlatformError& e) {
+        application.prompts().notice(std::string("The damaged settings in force are replaced: ") +
+                                     e.what());
     }
     bool applied = false;
     withSettingsForm(application, [&](Form& form) {
-        const TerminalPrompts& prompts = application.prompts();
-        const std::size_t before = prompts.messages().size();
         application.browsers().answer(path);
         form.control<CommandButton>("cmdLoad").click();
-        // A file that could not be restored must not put a mixture of old and new into force.
-        const auto& shown = prompts.messages();
-        if (shown.size() > before && shown.back() == "Error with 'Info' file") return;
+        showAsStored(form, record, {});
         applied = pressApply(form);
     });
     if (!applied) return kFailed;
-    fmt::print("Settings are loaded and applied: {}\n",
-               defaultSettingsPath(session.settingsFolder));
+    tellChanges(session, "Settings are loaded and applied", defaultPath, before,
+                withFieldsPutBack(defaultPath, record, {}));
     return kDone;
 }
 

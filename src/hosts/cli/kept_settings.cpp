@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/kept_settings.h"
+
+#include "gis/errors.h"
+#include "platform/files/file_system.h"
+#include "settings/fill_form.h"
+#include "settings/settings_fields.h"
+#include "settings/settings_file.h"
+
+namespace velmora::cli {
+
+namespace {
+
+bool isFlagOfTheTable(const SettingsField& field) { return field.name.starts_with("Has"); }
+
+// Fields that a command leaves as they were: those that nobody named, but for what a weather table
+// named anew holds.
+bool stays(const SettingsField& field, const Assignments& named) {
+    if (named.contains(std::string(field.name))) return false;
+    return !(isFlagOfTheTable(field) && named.contains("WeatherData"));
+}
+
+}  // namespace
+
+RunSettings soundRecord(const std::string& path) {
+    const RunSettings settings = readSettings(platform::FileSystem(), path);
+    try {
+        requireRestorable(settings);
+    } catch (const PlatformError& e) {
+        throw PlatformError(path + ": " + e.what());
+    }
+    return settings;
+}
+
+std::optional<RunSettings> recordInForce(const std::string& path) {
+    if (!platform::FileSystem().fileExists(path)) return std::nullopt;
+    try {
+        return soundRecord(path);
+    } catch (const PlatformError& e) {
+        throw PlatformError(std::string(e.what()) +
+                            ". Nothing is changed: load saved settings (velmora settings load "
+                            "FILE), or delete the file and apply all settings anew");
+    }
+}
+
+void showAsStored(Form& form, const RunSettings& record, const Assignments& named) {
+    for (const SettingsField& field : settingsFields()) {
+        const bool shownDifferently = field.name == "TimeStep" ||
+                                      field.name == "PrecipitationMethod" ||
+                                      field.name == "PrismGridFolder" || isFlagOfTheTable(field);
+        const std::string value = settingsText(record, field);
+        const bool choice = field.name == "TimeStep" || field.name == "PrecipitationMethod";
+        if (!shownDifferently || !stays(field, named) || (choice && value.empty())) continue;
+        fillIn(form, field, value);
+    }
+}
+
+RunSettings withFieldsPutBack(const std::string& path, const RunSettings& before,
+                              const Assignments& named) {
+    platform::FileSystem files;
+    const RunSettings applied = readSettings(files, path);
+    RunSettings wanted = applied;
+    for (const SettingsField& field : settingsFields()) {
+        if (stays(field, named)) copyField(field, before, wanted);
+    }
+    if (!changesBetween(applied, wanted).empty()) writeSettings(files, path, wanted);
+    return wanted;
+}
+
+}  // namespace velmora::cli
