@@ -90,6 +90,14 @@ TEST_F(SettingsCommands, ApplyChangesOnlyWhatIsNamed) {
     EXPECT_EQ(told.at("changes").at(0).at("after"), "1999");
 }
 
+// The checks of Apply see the method that is stored.
+TEST_F(SettingsCommands, APrismRunKeepsItsFolder) {
+    const RunSettings s = store();
+    EXPECT_EQ(run("settings apply PrismGridFolder="), 1);
+    EXPECT_THAT(output, HasSubstr("Loaction of the PRISM GRIDs must be specified!"));
+    EXPECT_EQ(stored(), s);
+}
+
 // Values that the form has no text or choice for.
 TEST_F(SettingsCommands, ApplyKeepsFieldsThatTheFormCannotShow) {
     RunSettings s = store();

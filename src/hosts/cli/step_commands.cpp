@@ -10,6 +10,7 @@
 #include "hosts/cli/run_log.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/components/menu_item.h"
+#include "settings/finding_groups.h"
 #include "settings/input_check.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
@@ -170,21 +171,17 @@ int checkSettings(const Session& session) {
     auto list = nlohmann::ordered_json::array();
     for (const Finding& finding : findings) {
         ++counts[finding.severity];
-        if (session.json) {
-            list.push_back({{"severity", findingLine({finding.severity, {}, {}, {}, {}})},
-                            {"file", finding.file},
-                            {"field", finding.field},
-                            {"station", finding.station},
-                            {"text", finding.text}});
-        } else {
-            fmt::print("{}\n", oneLine(findingLine(finding)));
-        }
+        list.push_back({{"severity", findingLine({finding.severity, {}, {}, {}, {}})},
+                        {"file", finding.file},
+                        {"field", finding.field},
+                        {"station", finding.station},
+                        {"text", finding.text}});
     }
     if (session.json) {
         fmt::print("{}\n", list.dump(2));
     } else {
-        fmt::print("{} errors, {} warnings, {} notes\n", counts[Severity::error],
-                   counts[Severity::warning], counts[Severity::note]);
+        for (const std::string& line : findingLines(findings)) fmt::print("{}\n", oneLine(line));
+        fmt::print("{}\n", findingCounts(findings));
     }
     return counts[Severity::error] == 0 ? kDone : kFailed;
 }
