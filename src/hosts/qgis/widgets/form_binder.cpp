@@ -228,8 +228,17 @@ void FormBinder::bind(OptionButton& control, QRadioButton& widget) {
 
 void FormBinder::bind(CommandButton& control, QAbstractButton& widget) {
     show(control, widget, [&control, &widget] { showCaption(widget, control.text()); });
-    connect(&widget, &QAbstractButton::clicked, this,
-            [this, &control] { act([&] { control.click(); }); });
+    connect(&widget, &QAbstractButton::clicked, this, [this, &control] {
+        leaveBox();
+        act([&] { control.click(); });
+    });
+}
+
+// A button pressed by its letter does not move the focus: the box that was typed into is left
+// first, as with the mouse.
+void FormBinder::leaveBox() {
+    auto* box = qobject_cast<QLineEdit*>(window_.focusWidget());
+    if (box) emit box->editingFinished();
 }
 
 void FormBinder::bind(Frame& control, QGroupBox& widget) {

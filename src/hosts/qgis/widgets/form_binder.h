@@ -65,6 +65,7 @@ class FormBinder : public QObject {
     void show(Control& control, QWidget& widget, const Action& action);
     // Does what the user asked for; shows what escapes from the form.
     void act(const Action& action);
+    void leaveBox();
     void watch(QWidget& widget, QEvent::Type type, const Action& action);
     bool eventFilter(QObject* watched, QEvent* event) override;
 
