@@ -17,3 +17,7 @@ if(VELMORA_SANITIZE)
   target_link_options(velmora_options INTERFACE -fsanitize=address,undefined)
   target_compile_definitions(velmora_options INTERFACE VELMORA_SANITIZE=1)
 endif()
+if(VELMORA_FUZZ)
+  # Coverage of the libraries too: without it a fuzzer sees nothing but its own harness.
+  target_compile_options(velmora_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

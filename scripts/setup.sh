@@ -9,7 +9,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     gdal-bin fonts-dejavu-core locales clang-format clang-tidy
     qtbase5-dev libqgis-dev qgis xvfb openbox
-    dpkg-dev file
+    dpkg-dev file binutils python3
 )
 
 missing=()

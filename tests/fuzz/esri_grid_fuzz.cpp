@@ -1,38 +1,30 @@
 // SPDX-License-Identifier: MIT
-// A grid folder of any content is read, refused or left to others. The input is cut into the header
-// (308 bytes), the bounds (32), and the rest, which serves as index and as tiles.
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <string>
+// A grid folder of any content is read, refused or left to others. The input is the header (308
+// bytes), the bounds (32), the index after its length, and the tiles.
+#include "platform/grid/esri_grid.h"
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
-#include "platform/grid/esri_grid.h"
+#include "tests/fuzz/memory_folder.h"
+
+using namespace velmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::string folder =
-        (std::filesystem::temp_directory_path() / ("velmora-fuzz-" + std::to_string(getpid())))
-            .string();
-    std::filesystem::create_directories(folder);
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-    const auto part = [&](std::size_t from, std::size_t count) {
-        return from < bytes.size() ? bytes.substr(from, count) : std::string();
+    static const fuzz::MemoryFolder folder;
+    std::string_view input = fuzz::text(data, size);
+    const auto take = [&](std::size_t count) {
+        const std::string_view part = input.substr(0, count);
+        input.remove_prefix(part.size());
+        return part;
     };
-    const auto write = [&](const char* name, const std::string& content) {
-        std::ofstream(folder + "/" + name, std::ios::binary) << content;
-    };
-    write("hdr.adf", part(0, 308));
-    write("dblbnd.adf", part(308, 32));
-    write("w001001x.adf", part(340, std::string::npos));
-    write("w001001.adf", part(340, std::string::npos));
+    folder.write("hdr.adf", take(308));
+    folder.write("dblbnd.adf", take(32));
+    folder.write("w001001x.adf", fuzz::takePart(input));
+    folder.write("w001001.adf", input);
     try {
-        const velmora::RasterPtr raster = velmora::platform::openEsriGrid(folder);
-        if (raster && raster->geometry().cells() < 1000000) velmora::wholeGrid(*raster);
-    } catch (const velmora::PlatformError&) {
+        const RasterPtr raster = platform::openEsriGrid(folder.file(""));
+        if (raster && raster->geometry().cells() < 1000000) wholeGrid(*raster);
+    } catch (const PlatformError&) {
     }
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <fmt/core.h>
 
 #include <exception>
+#include <iostream>
 
 #include "gis/numbers.h"
 #include "hosts/cli/headless_application.h"
@@ -309,12 +310,18 @@ void CommandLine::addDemo() {
     whenChosen(command, [this](const Session& s) { return demo(s, first_, inputsOnly_); });
 }
 
-int CommandLine::run(int argc, const char* const* argv) {
+std::optional<int> CommandLine::parse(int argc, const char* const* argv, std::ostream& out,
+                                      std::ostream& err) {
     try {
         app_.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
-        return app_.exit(e) == 0 ? kDone : kBadUsage;
+        return app_.exit(e, out, err) == 0 ? kDone : kBadUsage;
     }
+    return std::nullopt;
+}
+
+int CommandLine::run(int argc, const char* const* argv) {
+    if (const auto ended = parse(argc, argv, std::cout, std::cerr)) return *ended;
     try {
         return runChosen();
     } catch (const std::exception& e) {

@@ -5,7 +5,9 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +21,10 @@ class CommandLine {
     CommandLine();
     // Parses the arguments and runs what they ask for. Returns the exit status.
     int run(int argc, const char* const* argv);
+    // Parses the arguments alone. The exit status when that is all there is to do: help, the
+    // version, and bad usage, whose error goes to `err`.
+    std::optional<int> parse(int argc, const char* const* argv, std::ostream& out,
+                             std::ostream& err);
     const CLI::App& app() const { return app_; }
 
   private:

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// A shapefile of any content gives its records and shapes, or is refused. The input is the files
+// .shp, .shx and .dbf, each after its length, and the .prj.
+#include <cstdlib>
+
+#include "gis/errors.h"
+#include "platform/features/feature_workspace.h"
+#include "platform/features/polygon_reader.h"
+#include "platform/features/spatial_reference.h"
+#include "platform/platform.h"
+#include "tests/fuzz/memory_folder.h"
+
+using namespace velmora;
+
+namespace {
+
+template <class Body>
+void tried(Body body) {
+    try {
+        body();
+    } catch (const PlatformError&) {
+    }
+}
+
+void readAll(const IFeatureClass& features) {
+    for (std::size_t record = 0; record < features.recordCount(); ++record) {
+        for (const Field& field : features.fields()) {
+            tried([&] { features.value(record, field.name); });
+        }
+        if (features.placeInFile(record) < record) std::abort();
+    }
+    features.extent();
+    tried([&] {
+        if (features.points(features.crs()).size() != features.recordCount()) std::abort();
+    });
+    tried([&] {
+        if (features.areas().size() != features.recordCount()) std::abort();
+    });
+    if (features.holdsPolygons()) {
+        tried([&] {
+            platform::forEachPolygon(features.path(), features.crs(),
+                                     [&](std::size_t record, const OGRGeometryUniquePtr&) {
+                                         if (record >= features.recordCount()) std::abort();
+                                     });
+        });
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const fuzz::MemoryFolder folder;
+    static const bool quiet = (platform::keepLibrariesQuiet(), true);
+    static platform::SpatialReferenceFactory systems;
+    static platform::FeatureWorkspaceFactory workspace(systems);
+    (void)quiet;
+    std::string_view input = fuzz::text(data, size);
+    const std::string path = folder.write("f.shp", fuzz::takePart(input));
+    folder.write("f.shx", fuzz::takePart(input));
+    folder.write("f.dbf", fuzz::takePart(input));
+    folder.write("f.prj", input);
+    tried([&] { readAll(*workspace.openFeatureClass(path)); });
+    return 0;
+}
