@@ -22,10 +22,24 @@ std::string pathIn(const std::string& outputFolder) {
     return joinedPath(outputFolder, "velmora_runs.json");
 }
 
+constexpr int kDeepest = 8;  // what lies deeper is not ours; writing it again would go as deep
+
+// The entries of the file that are objects; none when it is none of ours.
 Json read(const std::string& outputFolder) {
     std::ifstream file(pathIn(outputFolder));
-    const Json json = Json::parse(file, nullptr, false);
-    return json.is_array() ? json : Json::array();
+    const auto keep = [](int depth, Json::parse_event_t, const Json&) { return depth < kDeepest; };
+    const Json json = Json::parse(file, keep, false);
+    Json entries = Json::array();
+    if (!json.is_array()) return entries;
+    for (const Json& entry : json) {
+        if (entry.is_object()) entries.push_back(entry);
+    }
+    return entries;
+}
+
+bool isOf(const Json& entry, const std::string& step) {
+    const auto named = entry.find("step");
+    return named != entry.end() && *named == step;
 }
 
 }  // namespace
@@ -38,7 +52,7 @@ void noteRun(const IFileSystem& files, const std::string& settingsFolder, const 
         if (!files.folderExists(folder)) return;
         Json runs = Json::array();
         for (const Json& old : read(folder)) {
-            if (old.value("step", std::string()) != run.step) runs.push_back(old);
+            if (!isOf(old, run.step)) runs.push_back(old);
         }
         const std::string now =
             fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::time(nullptr)));
