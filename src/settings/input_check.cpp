@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -15,6 +16,7 @@
 #include "settings/irrigation_inputs.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
+#include "settings/old_results.h"
 #include "settings/precipitation_check.h"
 #include "settings/station_check.h"
 
@@ -38,6 +40,7 @@ class InputCheck {
         appendFindings(checkStations(platform_, settings_, geometry_));
         appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
+        checkOldResults();
         return findings_;
     }
 
@@ -91,6 +94,18 @@ class InputCheck {
         if (unit == usual || unit == other) return;
         add(Severity::warning, field,
             "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
+    }
+
+    // Grids of earlier runs that a step would read.
+    void checkOldResults() {
+        std::set<std::string> told;
+        for (const char* step : {"cropet", "nir", "irr"}) {
+            for (const std::string& old : oldInputs(platform_, settings_, step)) {
+                if (told.insert(old).second) {
+                    add(Severity::warning, settings_.OutputWorkspace, old);
+                }
+            }
+        }
     }
 
     void checkDomain() {

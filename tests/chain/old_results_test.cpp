@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "irrigation/net_irrigation_run.h"
+#include "settings/input_check.h"
 #include "tests/support/irrigation_fixture.h"
 
 namespace velmora {
@@ -72,6 +73,24 @@ TEST_F(OldResults, AShorterPeriodAndOtherCellsAreTold) {
     f.settings.Year = "2007";
     EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("CellSize=800, and the settings now say 400"),
                                            HasSubstr("Year=2006, and the settings now say 2007")));
+}
+
+TEST_F(OldResults, TheCheckOfTheInputsTellsThemOnce) {
+    ASSERT_TRUE(f.run());
+    f.save("Kc_Jun", f.filled(0.9F));
+    f.save("Kc_Jul", f.filled(0.9F));
+    ASSERT_TRUE(f.runCropEt());
+    f.settings.BeginMonth = "Jul";
+    ASSERT_TRUE(f.runCropEt());
+    f.settings.BeginMonth = "Jun";
+    std::vector<std::string> found;
+    for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
+        if (finding.file != f.settings.OutputWorkspace) continue;
+        EXPECT_EQ(finding.severity, Severity::warning);
+        found.push_back(finding.text);
+    }
+    EXPECT_THAT(found, ElementsAre("ET_Jun_4: not made by the last run of crop ET, but left from "
+                                   "an earlier one"));
 }
 
 TEST_F(OldResults, ARunOfAnEarlierStepMakesTheLaterOnesOld) {
