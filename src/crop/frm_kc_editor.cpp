@@ -8,6 +8,7 @@
 
 #include "crop/kc_maps.h"
 #include "crop/kc_table.h"
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
@@ -242,11 +243,11 @@ void frmKcEditor::listLuTypes() {
         throw PlatformError("Choose the land cover and its field of crop types first");
     }
     const std::string table = withoutEnding(txtLandCover.text(), ".shp");
-    const auto types =
-        platform()
-            .connections()
-            .open(kRecordSource)
-            ->open("SELECT DISTINCT " + cboFieldList.text() + "  FROM [" + table + "]");
+    const auto types = platform()
+                           .connections()
+                           .open(kRecordSource)
+                           ->open("SELECT DISTINCT " + fieldInQuery(cboFieldList.text()) +
+                                  "  FROM " + bracketedName(table));
     std::set<std::string> sorted;
     for (; !types->eof(); types->moveNext()) {
         const std::string type = keyText(types->value(types->fieldName(0)));
@@ -267,10 +268,10 @@ void frmKcEditor::match() {
     save();
     prompts().message("match-1");
     const auto connection = platform().connections().open(kMatchSource);
-    const std::string table = "[" + withoutDbf(txtKcDBName.text()) + "]";
+    const std::string table = bracketedName(withoutDbf(txtKcDBName.text()));
     const auto all = connection->open("Select *  from " + table);
     prompts().message("match-2");
-    const std::string key = all->fieldName(0);
+    const std::string key = fieldInQuery(all->fieldName(0));
     for (const std::string& type : cboLuTypeList.items()) {
         const auto found =
             connection->open("SELECT *  FROM " + table + " WHERE " + key + "=" + quotedText(type));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "crop/kc_table.h"
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
@@ -20,7 +21,8 @@ bool isKcField(const std::string& field) { return sameIgnoringCase(field.substr(
 
 void createKcTable(IPlatform& platform, const std::string& folder, const std::string& name) {
     const std::string path = joinedPath(folder, "TEMP.MDB");
-    const std::string source = "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + path;
+    const std::string source =
+        "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + connectionValue(path);
     platform.files().deleteFile(path);
     platform.connections().createDatabase(source);
     try {
@@ -30,8 +32,9 @@ void createKcTable(IPlatform& platform, const std::string& folder, const std::st
             columns.push_back({kcFieldName(month), FieldType::number, 0});
         }
         connection->createTable(kWorkTable, columns);
-        connection->execute("SELECT * INTO [DBASE 5.0;DATABASE=" + folder + "].[" + name +
-                            "] FROM " + kWorkTable);
+        connection->execute("SELECT * INTO " +
+                            bracketedName("DBASE 5.0;DATABASE=" + connectionValue(folder)) + "." +
+                            bracketedName(name) + " FROM " + kWorkTable);
     } catch (...) {
         platform.files().deleteFile(path);
         throw;
@@ -63,7 +66,9 @@ void copyKcTable(IFileSystem& files, const std::string& from, const std::string&
 
 std::string withoutDbf(const std::string& path) { return withoutEnding(path, ".dbf"); }
 
-std::string kcQuery(const std::string& path) { return "SELECT * FROM [" + withoutDbf(path) + "]"; }
+std::string kcQuery(const std::string& path) {
+    return "SELECT * FROM " + bracketedName(withoutDbf(path));
+}
 
 void addDefaultCrop(IRecordset& records, const std::string& cropType) {
     const int fields = records.fieldCount();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/polygon_analysis.h"
@@ -117,7 +118,8 @@ void GetIREF(IApplication& application, const RunSettings& settings,
     ensureEfficiencyField(platform.features(), piecesPath(settings));
     EfficiencyLookup lookup(platform, databasePath);
     const auto shapefiles = platform.connections().open(
-        "Provider=ESRI.GeoDB.Oledb.1;Data Source=" + settings.OutputWorkspace + ";" +
+        "Provider=ESRI.GeoDB.Oledb.1;Data Source=" + connectionValue(settings.OutputWorkspace) +
+        ";" +
         "Extended Properties=workspacetype=esriCore.ShapefileWorkspaceFactory.1;Geometry=OBJECT");
     const auto transaction = shapefiles->beginTransaction();
     const auto pieces = shapefiles->open(std::string("Select * from ") + kPieces);

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "gis/connection_text.h"
 #include "gis/record_rows.h"
 #include "gis/text.h"
 #include "settings/run_gate.h"
@@ -30,7 +31,7 @@ frmStatistics::frmStatistics(IApplication& application, std::string table)
         attempt([this] {
             std::string columns;
             for (const std::string& column : lstContent.chosenItems()) {
-                columns += (columns.empty() ? "" : ",") + column;
+                columns += (columns.empty() ? "" : ",") + fieldInQuery(column);
             }
             query(columns);
         });
@@ -67,8 +68,10 @@ void frmStatistics::showTable() {
 }
 
 void frmStatistics::query(const std::string& columns) {
-    const auto adoResult =
-        platform().connections().open(kResultSource)->open("SELECT " + columns + " FROM " + table_);
+    const auto adoResult = platform()
+                               .connections()
+                               .open(kResultSource)
+                               ->open("SELECT " + columns + " FROM " + tableInQuery(table_));
     showRows(dgdResult, *adoResult);
 }
 

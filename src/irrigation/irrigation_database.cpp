@@ -5,6 +5,7 @@
 #include <exception>
 #include <map>
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "irrigation/default_names.h"
@@ -40,7 +41,7 @@ void copyShares(IRecordset& row, const std::vector<std::string>& methods,
 }  // namespace
 
 std::string irrigationConnection(const std::string& databasePath) {
-    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + databasePath;
+    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + connectionValue(databasePath);
 }
 
 std::vector<std::string> methodColumns(const IRecordset& efficiencies) {

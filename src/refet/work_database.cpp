@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "refet/work_database.h"
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
 
@@ -9,7 +10,7 @@ namespace velmora {
 namespace {
 
 std::string connectionTo(const std::string& path) {
-    return "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + path;
+    return "Provider = Microsoft.Jet.OLEDB.4.0;Data Source=" + connectionValue(path);
 }
 
 std::unique_ptr<IConnection> createWithTable(IPlatform& platform, const std::string& path) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "gis/connection_text.h"
+
 namespace velmora {
 
 namespace {
@@ -14,7 +16,7 @@ constexpr std::array<std::string_view, kWeatherParameters> kPrefixes = {
 }  // namespace
 
 std::string weatherQuery(const std::string& path) {
-    return "SELECT * FROM " + path.substr(0, path.size() < 4 ? 0 : path.size() - 4);
+    return "SELECT * FROM " + tableInQuery(path.substr(0, path.size() < 4 ? 0 : path.size() - 4));
 }
 
 std::vector<std::string> weatherFieldNames(IConnectionFactory& connections,

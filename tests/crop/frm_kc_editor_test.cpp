@@ -241,6 +241,56 @@ TEST_F(KcEditor, MatchingGivesEveryTypeARecord) {
     EXPECT_EQ(records(table), 4U);
 }
 
+TEST_F(KcEditor, TypesThatDifferInCapitalsAreTwo) {
+    f.makeLandCover({{"alfalfa", f.fields()[0].ring}, {"Alfalfa", f.fields()[1].ring}});
+    form.load();
+    form.cmdListLuType.click();
+    EXPECT_THAT(form.cboLuTypeList.items(), ElementsAre("Alfalfa", "alfalfa"));
+    form.cmdMatch.click();
+    ASSERT_EQ(records(table), 4U) << f.allMessages();
+    EXPECT_EQ(keyText(stored(table, 3, "CropType")), "alfalfa");
+}
+
+TEST_F(KcEditor, FieldsOfAnyNameAreListedAndMatched) {
+    for (const std::string field :
+         {"Gr\u00F6\u00DFe", "A\u00F1o", "crop type", "GROUP", "it's", "2020"}) {
+        f.application.platform().features().createFeatureClass(
+            f.settings.LandCover, true, f.geometry().crs,
+            {{"Gr", FieldType::text, 5, 0}, {field, FieldType::text, 9, 0}},
+            {rectangle({400000, 4499000, 401000, 4500000},
+                       {std::string("1"), std::string("Rye")})});
+        form.load();
+        form.cboFieldList.setText(field);
+        form.cmdListLuType.click();
+        EXPECT_THAT(form.cboLuTypeList.items(), ElementsAre("Rye")) << field << f.allMessages();
+    }
+    // The key of the table may be called anything, too.
+    f.application.platform().features().createTable(
+        table, {{"Art der Gr\u00F6", FieldType::text, 20, 0}, {"Kc_Jan", FieldType::number, 20, 5}},
+        {{std::string("Oats"), 0.5}});
+    form.load();
+    form.cmdListLuType.click();
+    form.cmdMatch.click();
+    EXPECT_EQ(records(table), 1U);  // of a month that the table lacks: refused, nothing is added
+    EXPECT_FALSE(f.allMessages().empty());
+}
+
+TEST_F(KcEditor, WorksInFoldersOfAnyName) {
+    for (const std::string name : {"b;x", "x]y", "[z", "q'r", "s\"t", "a=b", "to where it"}) {
+        const std::string folder = f.folder.file(name);
+        f.application.platform().files().createFolder(folder);
+        f.application.browsers().answers = {folder + "/new].dbf"};
+        f.application.prompts().messages.clear();
+        form.load();
+        form.cmdCreateDB.click();
+        EXPECT_TRUE(messages().empty()) << name << ": " << f.allMessages();
+        form.cmdListLuType.click();
+        form.cmdMatch.click();
+        EXPECT_EQ(records(folder + "/new].dbf"), 4U) << name << ": " << f.allMessages();
+    }
+    EXPECT_FALSE(f.application.platform().files().fileExists(f.folder.file("b")));
+}
+
 TEST_F(KcEditor, MatchingStoresChangesFirstAndNeedsItsInputs) {
     form.load();
     form.grdKc.edit(0, 3, "0.55");

@@ -133,8 +133,9 @@ TEST_F(CropTable, QueriesSelectRecords) {
     EXPECT_EQ(std::get<double>(found->value("Kc_Jan")), 0.25);
     EXPECT_EQ(found->fieldCount(), 3);
     EXPECT_TRUE(connection->open("SELECT *  FROM " + path + " WHERE CropType='none'")->eof());
-    // Such databases compare texts without regard to case.
-    EXPECT_FALSE(connection->open("SELECT *  FROM " + path + " WHERE CropType='ALFALFA'")->eof());
+    // Texts compare exactly, as joins compare them; names of fields do not.
+    EXPECT_TRUE(connection->open("SELECT *  FROM " + path + " WHERE CropType='ALFALFA'")->eof());
+    EXPECT_FALSE(connection->open("SELECT *  FROM " + path + " WHERE croptype='Alfalfa'")->eof());
     const auto types = connection->open("SELECT DISTINCT CropType  FROM " + path);
     std::vector<std::string> names;
     for (; !types->eof(); types->moveNext()) {

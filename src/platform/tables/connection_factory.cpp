@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/connection_factory.h"
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/tables/dbase_recordset.h"
@@ -14,11 +15,6 @@ constexpr const char* kDatabaseFiles = "Microsoft.Jet.OLEDB.4.0";
 constexpr const char* kDataSources = "MSDASQL.1";
 constexpr const char* kShapefileFolders = "ESRI.GeoDB.Oledb.1";
 
-std::string trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : trimmedRight(text.substr(first));
-}
-
 std::string databasePath(const std::string& connectionString) {
     const std::string provider = connectionPart(connectionString, "Provider");
     std::string path = connectionPart(connectionString, "Data Source");
@@ -29,20 +25,6 @@ std::string databasePath(const std::string& connectionString) {
 }
 
 }  // namespace
-
-std::string connectionPart(const std::string& connectionString, const std::string& key) {
-    std::size_t begin = 0;
-    while (begin < connectionString.size()) {
-        const auto end = std::min(connectionString.find(';', begin), connectionString.size());
-        const std::string part = connectionString.substr(begin, end - begin);
-        const auto equals = part.find('=');
-        if (equals != std::string::npos && sameIgnoringCase(trimmed(part.substr(0, equals)), key)) {
-            return trimmed(part.substr(equals + 1));
-        }
-        begin = end + 1;
-    }
-    return {};
-}
 
 void ConnectionFactory::createDatabase(const std::string& connectionString) {
     SqliteConnection::create(databasePath(connectionString));

@@ -19,7 +19,4 @@ class ConnectionFactory : public IConnectionFactory {
     IFeatureWorkspaceFactory& tables_;
 };
 
-// The value of a key in "Key=Value;Key = Value", keys without regard to case, "" when absent.
-std::string connectionPart(const std::string& connectionString, const std::string& key);
-
 }  // namespace velmora::platform

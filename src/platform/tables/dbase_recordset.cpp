@@ -3,11 +3,11 @@
 
 #include <sqlite3.h>
 
-#include <regex>
 #include <utility>
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/tables/dbase_query.h"
 #include "platform/tables/sqlite_connection.h"
 #include "platform/tables/sqlite_statement.h"
 #include "platform/tables/static_cursor.h"
@@ -20,77 +20,41 @@ namespace {
     throw PlatformError("The dBASE data source answers queries; it runs no other statements");
 }
 
-// "SELECT columns FROM table rest".
-struct Query {
-    std::string columns;
-    std::string table;
-    std::string rest;
-
-    explicit Query(const std::string& text) {
-        static const std::regex form(
-            R"(\s*select\s+([\s\S]*?)\s+from\s+(\[[^\]]+\]|[\s\S]+?)(\s+where\s[\s\S]*)?)",
-            std::regex::icase);
-        std::smatch match;
-        if (!std::regex_match(text, match, form)) {
-            throw PlatformError("The dBASE data source understands SELECT ... FROM table, not \"" +
-                                text + "\"");
-        }
-        columns = match[1];
-        table = match[2];
-        rest = match[3];
-        if (table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
-    }
-    bool wholeRows() const { return columns == "*"; }
-    // The query over the table "records". The field of "DISTINCT field" and of "WHERE field = ..."
-    // is quoted, since it may be called like a word of the language.
-    std::string overRecords() const {
-        static const std::regex distinct(R"((distinct\s+)(\w+))", std::regex::icase);
-        static const std::regex where(R"((\s+where\s+)(\w+)(\s*=[\s\S]*))", std::regex::icase);
-        const std::string what =
-            wholeRows() ? "rowid, *" : std::regex_replace(columns, distinct, "$1\"$2\"");
-        return "SELECT " + what + " FROM records" + std::regex_replace(rest, where, "$1\"$2\"$3");
-    }
-    bool uses(const std::string& field) const {
-        const auto within = [&](const std::string& text) {
-            for (std::size_t at = 0; at + field.size() <= text.size(); ++at) {
-                if (sameIgnoringCase(std::string_view(text).substr(at, field.size()), field)) {
-                    return true;
-                }
-            }
-            return false;
-        };
-        return wholeRows() || within(columns) || within(rest);
-    }
-};
-
-// The fields of a table that a query uses, as a database in memory: table "records", whose row
-// numbers are the records counted from 1.
-SqliteConnection::Handle loaded(const ITable& table, const Query& query) {
+// The fields of a table as a database in memory: table "records", whose row numbers are the records
+// counted from 1. Columns that the query does not use are left empty.
+SqliteConnection::Handle loaded(const ITable& table, const std::string& query, bool all) {
     sqlite3* database = nullptr;
     sqlite3_open(":memory:", &database);
     SqliteConnection::Handle handle(database, SqliteConnection::Closer{});
-    std::vector<std::string> names;
+    std::vector<std::pair<int, std::string>> used;
     std::string columns;
     std::string places;
     for (const Field& field : table.fields()) {
-        if (!query.uses(field.name)) continue;
-        names.push_back(field.name);
-        columns += (columns.empty() ? "" : ",") + quotedName(field.name) +
-                   (field.type == FieldType::text ? " TEXT COLLATE NOCASE" : " REAL");
+        const auto position = static_cast<std::size_t>(&field - table.fields().data());
+        const std::string column = quotedName(DbaseQuery::columnName(position));
+        columns += (columns.empty() ? "" : ",") + column +
+                   (field.type == FieldType::text ? " TEXT" : " REAL");
         places += places.empty() ? "?" : ",?";
+        if (all || query.find(column) != std::string::npos) {
+            used.emplace_back(static_cast<int>(position) + 1, field.name);
+        }
     }
-    if (names.empty()) {
-        throw PlatformError("The table " + table.path() + " has no field of " + query.columns);
-    }
+    if (columns.empty()) throw PlatformError("The table " + table.path() + " has no fields");
     SqliteStatement(database, "CREATE TABLE records(" + columns + ")").step();
     for (std::size_t r = 0; r < table.recordCount(); ++r) {
         SqliteStatement insert(database, "INSERT INTO records VALUES(" + places + ")");
-        for (std::size_t c = 0; c < names.size(); ++c) {
-            insert.bind(static_cast<int>(c) + 1, table.value(r, names[c]));
-        }
+        for (const auto& [parameter, name] : used) insert.bind(parameter, table.value(r, name));
         insert.step();
     }
     return handle;
+}
+
+// The field that a column of "records" stands for; another column keeps its name.
+std::string fieldOf(const std::string& column, const std::vector<Field>& fields) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (column == DbaseQuery::columnName(i)) return fields[i].name;
+    }
+    return column;
 }
 
 class DbaseRecordset : public StaticCursor {
@@ -98,15 +62,18 @@ class DbaseRecordset : public StaticCursor {
     DbaseRecordset(std::shared_ptr<DbaseConnection::Edits> edits, const std::string& folder,
                    const std::string& text)
         : StaticCursor(text), edits_(std::move(edits)) {
-        const Query query(text);
-        const bool named = !folder.empty() && parentFolderName(query.table).empty();
-        path_ = named ? joinedPath(folder, query.table) : query.table;
+        const DbaseQuery query(text);
+        const bool named = !folder.empty() && parentFolderName(query.table()).empty();
+        path_ = named ? joinedPath(folder, query.table()) : query.table();
         wholeRows_ = query.wholeRows();
         const auto table = edits_->tables.openTable(path_);
-        const SqliteConnection::Handle database = loaded(*table, query);
-        SqliteStatement statement(database.get(), query.overRecords());
+        const std::string overRecords = query.overRecords(table->fields(), table->path());
+        const SqliteConnection::Handle database = loaded(*table, overRecords, wholeRows_);
+        SqliteStatement statement(database.get(), overRecords);
         const int first = wholeRows_ ? 1 : 0;
-        for (int c = first; c < statement.columnCount(); ++c) addField(statement.columnName(c));
+        for (int c = first; c < statement.columnCount(); ++c) {
+            addField(fieldOf(statement.columnName(c), table->fields()));
+        }
         while (statement.step()) {
             Row row;
             if (wholeRows_) row.id = static_cast<long long>(std::get<double>(statement.value(0)));

@@ -12,9 +12,10 @@
 namespace velmora::platform {
 
 // The dBASE data source: queries over one table, named by its path without its extension (in
-// brackets, or as it stands when it is followed by nothing but WHERE). Texts compare without regard
-// to ASCII case. Rows of "SELECT * FROM ..." can be changed and added to, each update stored whole
-// or not at all; in a transaction all changes are stored at its end, and no row can be added.
+// brackets, a "]" doubled, or as it stands when it is followed by nothing but WHERE). Texts compare
+// exactly, as joins do; names of fields without regard to ASCII case. Rows of "SELECT * FROM ..."
+// can be changed and added to, each update stored whole or not at all; in a transaction all changes
+// are stored at its end, and no row can be added.
 class DbaseConnection : public IConnection {
   public:
     // Tables that are named without a folder lie in `folder`.

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/sqlite_connection.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <regex>
+#include <optional>
 
+#include "gis/connection_text.h"
 #include "gis/errors.h"
+#include "gis/numbers.h"
 #include "gis/text.h"
 #include "platform/tables/access_import.h"
 #include "platform/tables/column_table.h"
 #include "platform/tables/sqlite_recordset.h"
 #include "platform/tables/sqlite_statement.h"
+#include "platform/tables/statement_scanner.h"
 
 namespace velmora::platform {
 
@@ -28,37 +32,56 @@ SqliteConnection::Handle openDatabase(const std::string& path, int flags) {
     return handle;
 }
 
-void run(sqlite3* database, const std::string& statement) {
-    char* message = nullptr;
-    if (sqlite3_exec(database, statement.c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
-        const std::string reason = message ? message : sqlite3_errmsg(database);
-        sqlite3_free(message);
-        throw PlatformError(reason);
+// Such databases compare text without regard to case, so text columns of a new table do.
+std::string withTextComparison(const std::string& statement) {
+    StatementScanner scanner(statement);
+    for (const char* word : {"create", "table"}) {
+        const auto token = scanner.next();
+        if (!token || !token->isWord(word)) return statement;
     }
+    const std::vector<Token> tokens = tokensOf(statement, scanner.position());
+    std::string text;
+    std::size_t from = 0;
+    for (std::size_t i = 3; i < tokens.size(); ++i) {
+        const bool isType = tokens[i - 3].isWord("char") || tokens[i - 3].isWord("varchar");
+        const bool sized = tokens[i - 2].isSymbol('(') && tokens[i - 1].kind == TokenKind::number &&
+                           tokens[i].isSymbol(')');
+        if (!isType || !sized) continue;
+        text += statement.substr(from, tokens[i].end - from) + " COLLATE NOCASE";
+        from = tokens[i].end;
+    }
+    return text + statement.substr(from);
 }
 
-// Such databases compare text without regard to case, so text columns of a new table do. Names in
-// brackets are not looked into.
-std::string withTextComparison(const std::string& statement) {
-    static const std::regex createTable(R"(\s*create\s+table\b[\s\S]*)", std::regex::icase);
-    static const std::regex textColumn(R"((\[[^\]]*\])|(\b(?:var)?char\s*\(\s*\d+\s*\)))",
-                                       std::regex::icase);
-    if (!std::regex_match(statement, createTable)) return statement;
-    std::string text;
-    auto from = statement.cbegin();
-    for (std::sregex_iterator match(from, statement.cend(), textColumn), end; match != end;
-         ++match) {
-        text.append(from, (*match)[0].second);
-        from = (*match)[0].second;
-        if ((*match)[2].matched) text += " COLLATE NOCASE";
+// "SELECT * INTO [DBASE 5.0;DATABASE=folder].[name] FROM table".
+struct DbaseExport {
+    std::string table;
+    std::string folder;
+    std::string name;
+};
+
+std::optional<DbaseExport> dbaseExportOf(const std::string& statement) {
+    StatementScanner scanner(statement);
+    for (const char* word : {"select", "*", "into"}) {
+        const auto token = scanner.next();
+        if (!token || !sameIgnoringCase(token->value, word)) return std::nullopt;
     }
-    return text.append(from, statement.cend());
+    const auto target = scanner.next();
+    const auto point = scanner.next();
+    const auto name = scanner.next();
+    const auto from = scanner.next();
+    const auto table = scanner.next();
+    const bool whole = target && target->kind == TokenKind::name && point && point->isSymbol('.') &&
+                       name && name->kind == TokenKind::name && from && from->isWord("from") &&
+                       table && !scanner.next();
+    if (!whole || !sameIgnoringCase(target->value.substr(0, 5), "dbase")) return std::nullopt;
+    return DbaseExport{table->value, connectionPart(target->value, "database"), name->value};
 }
 
 class SqliteTransaction : public ITransaction {
   public:
     explicit SqliteTransaction(SqliteConnection::Handle database) : database_(std::move(database)) {
-        run(database_.get(), "BEGIN IMMEDIATE");
+        runStatements(database_.get(), "BEGIN IMMEDIATE");
     }
     ~SqliteTransaction() override {
         if (open_) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
@@ -66,7 +89,7 @@ class SqliteTransaction : public ITransaction {
     SqliteTransaction(const SqliteTransaction&) = delete;
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;
     void commit() override {
-        run(database_.get(), "COMMIT");
+        runStatements(database_.get(), "COMMIT");
         open_ = false;
     }
 
@@ -77,18 +100,13 @@ class SqliteTransaction : public ITransaction {
 
 }  // namespace
 
-std::string quotedName(const std::string& name) {
-    std::string quoted = "\"";
-    for (const char c : name) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return quoted + "\"";
-}
-
 void SqliteConnection::create(const std::string& path) {
     if (std::filesystem::exists(path))
         throw PlatformError("The database " + path + " exists already");
     const Handle handle = openDatabase(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     // Large pages suit whole-table passes. Vacuum makes the empty file.
-    run(handle.get(),
+    runStatements(
+        handle.get(),
         "PRAGMA page_size=65536; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; VACUUM;");
 }
 
@@ -102,10 +120,11 @@ SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFac
     }
     if (isAccessFile(path)) path_ = importedDatabase(path);
     database_ = openDatabase(path_, SQLITE_OPEN_READWRITE);
+    harden(database_.get());
     try {
-        run(database_.get(), "SELECT count(*) FROM sqlite_master;");
+        runStatements(database_.get(), "SELECT count(*) FROM sqlite_master;");
     } catch (const PlatformError& e) {
-        throw PlatformError("Cannot open the database " + path_ + ": " + e.what());
+        throw PlatformError("Cannot open it. " + std::string(e.what()));
     }
 }
 
@@ -114,14 +133,10 @@ std::unique_ptr<IRecordset> SqliteConnection::open(const std::string& query) {
 }
 
 void SqliteConnection::execute(const std::string& statement) {
-    static const std::regex toDbase(
-        R"(\s*select\s+\*\s+into\s+\[dbase\s+[^;\]]*;database=([^\]]*)\]\.\[([^\]]*)\]\s+from\s+(\S+)\s*)",
-        std::regex::icase);
-    std::smatch match;
-    if (std::regex_match(statement, match, toDbase)) {
-        exportToDbase(match[3], joinedPath(match[1].str(), match[2].str() + ".dbf"));
+    if (const auto dbase = dbaseExportOf(statement)) {
+        exportToDbase(dbase->table, joinedPath(dbase->folder, dbase->name + ".dbf"));
     } else {
-        run(database_.get(), withTextComparison(statement));
+        runStatements(database_.get(), withTextComparison(statement));
     }
 }
 
@@ -129,7 +144,7 @@ std::vector<std::string> SqliteConnection::tableNames() {
     std::vector<std::string> names;
     SqliteStatement statement(database_.get(),
                               "SELECT name FROM sqlite_master WHERE type='table' ORDER BY rowid");
-    while (statement.step()) names.push_back(std::get<std::string>(statement.value(0)));
+    while (statement.step()) names.push_back(statement.text(0));
     return names;
 }
 
@@ -143,10 +158,11 @@ void SqliteConnection::exportToDbase(const std::string& table, const std::string
     std::vector<Field> fields;
     SqliteStatement columns(database_.get(), "PRAGMA table_info(" + quotedName(table) + ")");
     while (columns.step()) {
-        const std::string type = std::get<std::string>(columns.value(2));
-        const std::string name = std::get<std::string>(columns.value(1));
+        const std::string type = columns.text(2);
+        const std::string name = columns.text(1);
         if (type.starts_with("VARCHAR(")) {
-            fields.push_back({name, FieldType::text, std::stoi(type.substr(8)), 0});
+            const double width = lenientNumber(type.substr(8));
+            fields.push_back({name, FieldType::text, static_cast<int>(std::min(width, 254.0)), 0});
         } else {
             fields.push_back({name, FieldType::number, 20, 5});
         }
@@ -174,15 +190,16 @@ void SqliteConnection::createTable(const std::string& name,
 }
 
 // The file is not yet anybody's: no journal and no sync until the end, when the data are flushed.
+// The work is bounded by the rows that are given.
 void SqliteConnection::append(const std::string& table, const IColumnSource& source) {
     registerColumnTable(database_.get(), "velmora_columns", source);
-    run(database_.get(),
-        "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;");
-    try {
-        run(database_.get(),
-            "BEGIN; INSERT INTO " + quotedName(table) + " SELECT * FROM velmora_columns; COMMIT;");
-    } catch (const PlatformError& e) {
-        throw PlatformError("Cannot write the database " + path_ + ": " + e.what());
+    sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);  // for journals off
+    const std::string statements =
+        "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN; "
+        "INSERT INTO " +
+        quotedName(table) + " SELECT * FROM velmora_columns; COMMIT;";
+    if (sqlite3_exec(database_.get(), statements.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw PlatformError("Cannot write. " + databaseFailure(database_.get()));
     }
 }
 

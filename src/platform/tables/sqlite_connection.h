@@ -24,7 +24,7 @@ class SqliteConnection : public IConnection {
     std::unique_ptr<IRecordset> open(const std::string& query) override;
     // Text columns of a table that a statement creates compare without regard to case. Beside SQL,
     // "SELECT * INTO [DBASE 5.0;DATABASE=folder].[name] FROM table" makes a dBASE
-    // table.
+    // table in place of an older one.
     void execute(const std::string& statement) override;
     void createTable(const std::string& name,
                      const std::vector<ColumnDefinition>& columns) override;
@@ -44,8 +44,5 @@ class SqliteConnection : public IConnection {
     IFeatureWorkspaceFactory& tables_;
     Handle database_;
 };
-
-// The name as an identifier in a statement.
-std::string quotedName(const std::string& name);
 
 }  // namespace velmora::platform

@@ -7,10 +7,12 @@
 #include <string>
 
 #include "gis/field_value.h"
+#include "platform/tables/sqlite_limits.h"
 
 namespace velmora::platform {
 
-// A prepared statement. Every failure is a PlatformError with SQLite's message.
+// A prepared statement, which may take so much work and no more. Every failure is a PlatformError
+// with the database's file and SQLite's message.
 class SqliteStatement {
   public:
     SqliteStatement(sqlite3* database, const std::string& text);
@@ -19,6 +21,8 @@ class SqliteStatement {
     int columnCount() const { return sqlite3_column_count(statement_.get()); }
     std::string columnName(int column) const;
     FieldValue value(int column) const;
+    std::string text(int column) const;   // "" for what is no text
+    long long integer(int column) const;  // 0 for what is no number
 
   private:
     struct Finalizer {
@@ -26,6 +30,13 @@ class SqliteStatement {
     };
     sqlite3* database_;
     std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
+    WorkLimit limit_;
 };
+
+// Runs statements that give no rows, under the same limit. Throws PlatformError.
+void runStatements(sqlite3* database, const std::string& statements);
+
+// The name as an identifier in a statement.
+std::string quotedName(const std::string& name);
 
 }  // namespace velmora::platform

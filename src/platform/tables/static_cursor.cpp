@@ -3,6 +3,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/tables/statement_scanner.h"
 
 namespace velmora::platform {
 
@@ -66,11 +67,12 @@ std::size_t StaticCursor::indexOf(const std::string& field) const {
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         if (sameIgnoringCase(fields_[i], field)) return i;
     }
-    throw PlatformError("The query \"" + query_ + "\" gives no field " + field);
+    throw PlatformError("The query \"" + shownStatement(query_) + "\" gives no field " + field);
 }
 
 void StaticCursor::requireEditable() const {
-    if (!editable()) throw PlatformError("The rows of \"" + query_ + "\" cannot be changed");
+    if (!editable())
+        throw PlatformError("The rows of \"" + shownStatement(query_) + "\" cannot be changed");
 }
 
 }  // namespace velmora::platform
