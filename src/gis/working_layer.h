@@ -29,6 +29,7 @@ class WorkingLayer : public IFeatureClass {
     std::size_t placeInFile(std::size_t record) const override {
         return layer_->placeInFile(record);
     }
+    bool takesEdits() const override { return layer_->takesEdits(); }
     FieldValue value(std::size_t record, const std::string& field) const override;
     Envelope extent() const override { return layer_->extent(); }
     std::string crs() const override { return layer_->crs(); }

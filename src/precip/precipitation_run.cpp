@@ -82,13 +82,7 @@ void PrecipitationRun::prepare() {
 
 void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     for (const int month : settings_.months()) (this->*make)(month);
-    try {
-        stations_->storeWorkingField();
-    } catch (const PlatformError& e) {
-        // The grids are made from the values in memory, so they stand.
-        application_.prompts().message("The working field RefPPT is not stored: " +
-                                       std::string(e.what()));
-    }
+    stations_->storeWorkingField(application_.prompts());
 }
 
 void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {

@@ -194,13 +194,7 @@ void ReferenceEtRun::GetParameters() {
                                                       application_.diagnostics());
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         [this](const std::string& line) { show(line); });
-        try {
-            surfaces_->storeWorkingField();
-        } catch (const PlatformError& e) {
-            // The surfaces are made from the values in memory, so the run goes on.
-            application_.prompts().message("The working field TempTTT is not stored: " +
-                                           std::string(e.what()));
-        }
+        surfaces_->storeWorkingField(application_.prompts());
     });
 }
 

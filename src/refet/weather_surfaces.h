@@ -35,8 +35,8 @@ class WeatherSurfaces {
     bool made(const std::string& name) const { return made_.contains(name); }
 
     // Stores the field "TempTTT" (the detrended values last interpolated) in the stations'
-    // attribute table. Throws PlatformError and leaves the table as it was when that fails.
-    void storeWorkingField() { stations_.storeWorkingField(); }
+    // attribute table. Where that cannot be, the user is told and the table stays as it was.
+    void storeWorkingField(IPrompts& prompts) { stations_.storeWorkingField(prompts); }
 
   private:
     void prepareMonth(int month);

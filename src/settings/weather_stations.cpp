@@ -131,6 +131,20 @@ std::vector<Sample> WeatherStations::samples(const std::vector<std::size_t>& sta
     return samples;
 }
 
+void WeatherStations::storeWorkingField(IPrompts& prompts) {
+    if (!layer_->takesEdits()) {
+        prompts.notice("The working field " + workingField_ + " is kept in memory only: " +
+                       layer_->path() + " has no dBASE table of its own to take it");
+        return;
+    }
+    try {
+        layer_->store(platform_.features());
+    } catch (const PlatformError& e) {
+        prompts.message("The working field " + workingField_ +
+                        " is not stored: " + std::string(e.what()));
+    }
+}
+
 PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
                              std::size_t validStations, const std::string& reason) {
     return PlatformError("The surface " + surface + " (field " + qualified + ", month " +

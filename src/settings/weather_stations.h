@@ -65,9 +65,10 @@ class WeatherStations {
     std::vector<Sample> samples(const std::vector<std::size_t>& stations,
                                 const std::string& qualified) const;
 
-    // Stores the working field in the stations' attribute table. Throws PlatformError and leaves
-    // the table as it was when that fails.
-    void storeWorkingField() { layer_->store(platform_.features()); }
+    // Stores the working field in the stations' attribute table. Where that fails the table stays
+    // as it was and a message says why; that stations without such a table keep the field in memory
+    // is a notice. What was made from the values in memory stands either way.
+    void storeWorkingField(IPrompts& prompts);
 
   private:
     bool inFeet() const { return settings_.SiteElevationUnit == "Feet"; }

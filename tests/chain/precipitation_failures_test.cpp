@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Precipitation runs that cannot be done: each says what is wrong and takes nothing away.
+#include <gdal_priv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -166,6 +167,63 @@ TEST_F(PrecipitationFailures, AWorkingFieldThatCannotBeStoredIsTold) {
                                HasSubstr("is no field of numbers")));
     EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
     EXPECT_TRUE(f.hasOutput("PPT_Jul"));
+}
+
+// The usual width of a single exported by a desktop GIS, in which the table's list of fields holds
+// the byte that ends it.
+TEST_F(PrecipitationFailures, TheStationsOfAnExportKeepTheirTable) {
+    f.makeWeather(RunFixture::stations(), RunFixture::usualWeather);
+    std::vector<NewFeature> features;
+    for (const Station& s : RunFixture::stations()) {
+        features.push_back({{{s.x, s.y}}, {s.name, s.elevation, std::string("kept")}});
+    }
+    IFeatureWorkspaceFactory& files = f.application.platform().features();
+    files.createFeatureClass(f.folder.file("stations.shp"), false, f.geometry().crs,
+                             {{"staname", FieldType::text, 12, 0},
+                              {"ELEVATION", FieldType::number, 13, 8},
+                              {"remark", FieldType::text, 13, 0}},
+                             features);
+    EXPECT_TRUE(f.run()) << f.allMessages();
+    f.makeWeather(RunFixture::stations(), RunFixture::usualWeather, {"P_"});
+    EXPECT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_THAT(f.allMessages(), testing::Not(HasSubstr("not stored")));
+    const auto table = files.openTable(f.folder.file("stations.dbf"));
+    ASSERT_EQ(table->fields().size(), 5U);
+    EXPECT_EQ(table->fields()[3].name, "TempTTT");
+    EXPECT_EQ(table->fields()[4].name, "RefPPT");
+    ASSERT_EQ(table->recordCount(), features.size());
+    for (std::size_t r = 0; r < features.size(); ++r) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_EQ(table->value(r, table->fields()[i].name), features[r].values[i]);
+        }
+        EXPECT_FALSE(isNull(table->value(r, "RefPPT")));
+    }
+}
+
+TEST_F(PrecipitationFailures, AGeoPackageOfStationsTouchesNoTableBesideIt) {
+    {
+        const std::unique_ptr<GDALDataset> stations(GDALDataset::Open(
+            f.settings.WeatherStations.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
+        const std::unique_ptr<GDALDataset> package(
+            GetGDALDriverManager()->GetDriverByName("GPKG")->Create(
+                f.folder.file("stations.gpkg").c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        ASSERT_TRUE(package);
+        ASSERT_TRUE(package->CopyLayer(stations->GetLayer(0), "copied"));
+    }
+    f.settings.WeatherStations = f.folder.file("stations.gpkg");
+    EXPECT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_THAT(f.application.prompts().notices,
+                testing::ElementsAre(
+                    testing::AllOf(HasSubstr("The working field RefPPT is kept in memory only"),
+                                   HasSubstr("stations.gpkg"))));
+    EXPECT_EQ(f.application.prompts().failures(), 0U);
+    EXPECT_THAT(f.allMessages(), testing::Not(HasSubstr("not stored")));
+    EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
+    EXPECT_TRUE(f.hasOutput("PPT_Jul"));
+    f.makeWeather(RunFixture::stations(), RunFixture::usualWeather);
+    EXPECT_TRUE(f.run()) << f.allMessages();
+    EXPECT_THAT(f.application.prompts().notices.back(), HasSubstr("TempTTT is kept in memory"));
+    EXPECT_EQ(test::contentOf(f.folder.file("stations.dbf")), stationTable);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "gis/errors.h"
 #include "platform/platform.h"
@@ -135,6 +136,107 @@ TEST_F(DbaseEditing, ADamagedTableIsRefused) {
     }
 }
 
+// An edit that stores other bytes than it should.
+class DamagingEdit : public DbaseEdit {
+  public:
+    using DbaseEdit::DbaseEdit;
+    std::function<void(std::string&)> damage;
+
+  protected:
+    void write(const std::string& unfinished, const std::string& bytes) override {
+        std::string damaged = bytes;
+        damage(damaged);
+        DbaseEdit::write(unfinished, damaged);
+    }
+};
+
+TEST_F(DbaseEditing, AnEditThatWouldChangeMoreIsRefused) {
+    test::write(folder.file("s.dbf"), dbf() + "behind");
+    const std::string before = dbf();
+    const std::size_t header = 32 + 3 * 32 + 1;
+    const std::size_t length = 1 + 12 + 8 + 24;
+    const auto refused = [&](const std::function<void(std::string&)>& damage) -> std::string {
+        DamagingEdit edit(layer());
+        edit.damage = damage;
+        edit.addNumericField("TempTTT");
+        edit.setValue(1, "TempTTT", 1.5);
+        edit.setValue(1, "staname", std::string("B"));
+        try {
+            edit.save();
+        } catch (const PlatformError& e) {
+            EXPECT_EQ(dbf(), before);
+            for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+                EXPECT_NE(entry.path().filename().string()[0], '.') << entry.path();
+            }
+            return e.what();
+        }
+        ADD_FAILURE() << "stored";
+        test::write(folder.file("s.dbf"), before);
+        return {};
+    };
+    const auto flipped = [&](std::size_t at) {
+        return refused([at](std::string& bytes) { bytes.at(at) ^= 1; });
+    };
+    using testing::HasSubstr;
+    EXPECT_THAT(flipped(header + 2 * length),
+                testing::AllOf(HasSubstr("Cannot store changes in " + folder.file("s.dbf")),
+                               HasSubstr("record 3 has changed"), HasSubstr("stays as it was")));
+    EXPECT_THAT(flipped(header + 3), HasSubstr("record 1 has changed"));  // a letter of a name
+    EXPECT_THAT(flipped(header + length - 1), HasSubstr("record 1 has changed"));  // a blank
+    EXPECT_THAT(flipped(header + 2 * length - 1), HasSubstr("another value in TempTTT"));
+    EXPECT_THAT(flipped(header + length + 1), HasSubstr("another value in staname"));
+    EXPECT_THAT(flipped(0), HasSubstr("header"));
+    EXPECT_THAT(flipped(29), HasSubstr("header"));        // the language mark
+    EXPECT_THAT(flipped(32 + 16), HasSubstr("damaged"));  // a width
+    EXPECT_THAT(flipped(32 + 32 + 17), HasSubstr("the old fields"));
+    EXPECT_THAT(flipped(32 + 64), HasSubstr("the field TempTTT is missing"));
+    EXPECT_THAT(flipped(4), HasSubstr("records"));
+    EXPECT_THAT(flipped(header + 3 * length + 2), HasSubstr("what follows the records"));
+    EXPECT_THAT(refused([](std::string& bytes) { bytes.pop_back(); }),
+                HasSubstr("what follows the records"));
+    EXPECT_THAT(refused([](std::string& bytes) { bytes.resize(bytes.size() - 20); }),
+                HasSubstr("what follows the records"));
+    EXPECT_THAT(refused([](std::string& bytes) { bytes.clear(); }), HasSubstr("damaged"));
+    EXPECT_EQ(refused([&](std::string& bytes) { bytes = before; }).find("stored"),
+              std::string::npos);
+}
+
+TEST_F(DbaseEditing, RecordsLongerThanTheirFieldsGetNoField) {
+    std::string bytes = dbf();
+    bytes[10] = static_cast<char>(bytes[10] + 3);  // the record length
+    bytes.append(9, ' ');
+    test::write(folder.file("s.dbf"), bytes);
+    const auto session = platform.features().edit(platform.features().openTable(folder.file("s")));
+    session->addNumericField("X");
+    EXPECT_THAT([&] { session->save(); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("longer than")));
+    EXPECT_EQ(dbf(), bytes);
+}
+
+TEST_F(DbaseEditing, AppendedRecordsAreComparedToo) {
+    const std::string path = folder.file("t.dbf");
+    platform.features().createTable(
+        path, {{"name", FieldType::text, 13, 0}, {"Kc", FieldType::number, 13, 11}},
+        {{std::string("a"), 0.5}});
+    const std::string before = test::contentOf(path);
+    const auto append = [&](const std::function<void(std::string&)>& damage) {
+        DamagingEdit edit(platform.features().openTable(path));
+        edit.damage = damage;
+        edit.appendRecord({{"name", std::string("b")}, {"Kc", 0.25}});
+        edit.save();
+    };
+    const std::size_t second = 32 + 2 * 32 + 1 + 27;
+    for (const std::size_t at : {second, second + 1, second + 26, second - 1}) {
+        EXPECT_THROW(append([at](std::string& bytes) { bytes.at(at) ^= 1; }), PlatformError);
+        EXPECT_EQ(test::contentOf(path), before);
+    }
+    append([](std::string&) {});
+    const auto table = platform.features().openTable(path);
+    EXPECT_EQ(std::get<double>(table->value(1, "Kc")), 0.25);
+    EXPECT_EQ(test::contentOf(path).substr(32 + 2 * 32 + 1, 27),
+              before.substr(32 + 2 * 32 + 1, 27));
+}
+
 // Tables whose field descriptors hold the byte that ends their list: widths, decimals and, where a
 // program writes them down, places in the record.
 struct ThirteensTest : testing::TestWithParam<std::vector<Field>> {};
@@ -195,6 +297,19 @@ INSTANTIATE_TEST_SUITE_P(
                     std::vector<Field>{{"CropType", FieldType::text, 13, 0},
                                        {"Kc_Jan", FieldType::number, 13, 11},
                                        {"Kc_Feb", FieldType::number, 13, 11}}));
+
+TEST_F(DbaseEditing, OnlyAShapefilesOwnTableIsEdited) {
+    std::filesystem::copy_file(folder.file("s.dbf"), folder.file("s.DBF"));
+    for (const std::string other : {"s", "s.gpkg", "s.shx", "s.dbf.gpkg"}) {
+        EXPECT_EQ(attributeTable(folder.file(other)), "") << other;
+    }
+    EXPECT_EQ(attributeTable(folder.file("s.SHP")), folder.file("s.dbf"));
+    EXPECT_EQ(attributeTable(folder.file("other.dbf")), folder.file("other.dbf"));
+    std::filesystem::remove(folder.file("s.dbf"));
+    EXPECT_EQ(attributeTable(folder.file("s.shp")), folder.file("s.DBF"));
+    std::filesystem::remove(folder.file("s.DBF"));
+    EXPECT_EQ(attributeTable(folder.file("s.shp")), "");
+}
 
 TEST(DbaseNumber, KeepsAsManyDecimalsAsFit) {
     EXPECT_EQ(dbaseNumber(0.5, 6), "   0.5");

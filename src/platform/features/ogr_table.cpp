@@ -11,6 +11,7 @@
 #include "platform/features/polygon_reader.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/grid/gdal_raster.h"
+#include "platform/tables/dbase_edit.h"
 
 namespace velmora::platform {
 
@@ -81,6 +82,8 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
         places_.push_back(static_cast<std::size_t>(feature->GetFID()));
     }
 }
+
+bool OgrTable::takesEdits() const { return !attributeTable(path_).empty(); }
 
 // The next reading from the beginning takes these fields alone, and shapes if asked for.
 void OgrTable::readOnly(const std::vector<std::string>& wanted, bool geometry) const {

@@ -36,6 +36,7 @@ class OgrTable : public IFeatureClass {
     const std::vector<Field>& fields() const override { return fields_; }
     std::size_t recordCount() const override { return places_.size(); }
     std::size_t placeInFile(std::size_t record) const override { return places_.at(record); }
+    bool takesEdits() const override;
     FieldValue value(std::size_t record, const std::string& field) const override;
 
     Envelope extent() const override;

@@ -20,6 +20,8 @@
 
 namespace velmora::platform {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr std::size_t kDescriptorBytes = 32;
@@ -49,6 +51,11 @@ struct DbaseFile {
             value = value << 8U | static_cast<unsigned char>(header[at + i - 1]);
         }
         return value;
+    }
+    std::string bytes() const {
+        std::string whole = header + tail;
+        for (const std::string& record : records) whole += record;
+        return whole + end;
     }
     void setNumber(std::size_t at, std::size_t bytes, std::size_t value) {
         for (std::size_t i = 0; i < bytes; ++i, value >>= 8U)
@@ -112,7 +119,13 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
     return file;
 }
 
-void appendNumberField(DbaseFile& file, const std::string& name) {
+void appendNumberField(DbaseFile& file, const std::string& name, const std::string& path) {
+    const std::size_t end =
+        file.fields.empty() ? 1 : file.fields.back().offset + file.fields.back().width;
+    if (end != file.recordLength()) {
+        throw PlatformError("The table " + path +
+                            " is damaged: its records are longer than their fields together");
+    }
     std::string descriptor(kDescriptorBytes, '\0');
     name.copy(descriptor.data(), 10);
     descriptor[11] = 'N';
@@ -162,6 +175,10 @@ std::string fieldText(const FieldValue& value, const DbaseField& field,
     return encodedText(text, field, encoding);
 }
 
+bool belongsToShapefile(const std::string& table) {
+    return withoutExtension(table) != table && fs::exists(withoutExtension(table) + ".shp");
+}
+
 // The encoding in which the table's texts are read, "" when it is not known.
 std::string encodingOf(const std::string& path) {
     const VectorDatasetPtr dataset(
@@ -172,6 +189,16 @@ std::string encodingOf(const std::string& path) {
 }
 
 }  // namespace
+
+std::string attributeTable(const std::string& path) {
+    if (sameIgnoringCase(fs::path(path).extension().string(), ".dbf")) return path;
+    if (!sameIgnoringCase(fs::path(path).extension().string(), ".shp")) return {};
+    for (const char* extension : {".dbf", ".DBF"}) {
+        const std::string beside = withoutExtension(path) + extension;
+        if (fs::exists(beside)) return beside;
+    }
+    return {};
+}
 
 std::string dbaseNumber(double value, int width) {
     if (!std::isfinite(value)) throw PlatformError(numberText(value) + " is no number for a table");
@@ -190,13 +217,19 @@ std::string dbaseNumber(double value, int width) {
     return std::string(static_cast<std::size_t>(width) - text.size(), ' ') + text;
 }
 
-DbaseEdit::DbaseEdit(std::shared_ptr<ITable> table) : table_(std::move(table)) {}
+DbaseEdit::DbaseEdit(std::shared_ptr<ITable> table)
+    : table_(std::move(table)), target_(attributeTable(table_->path())) {
+    if (target_.empty()) {
+        throw PlatformError(table_->path() +
+                            " takes no changes: only dBASE tables and shapefiles with one do");
+    }
+}
 
 void DbaseEdit::addNumericField(const std::string& field) {
     if (field.empty() || field.size() > 10) {
         throw PlatformError("\"" + field + "\" is no name for a dBASE field (1 to 10 characters)");
     }
-    added_.push_back(field);
+    asked_.addedFields.push_back(field);
 }
 
 void DbaseEdit::setValue(std::size_t record, const std::string& field, const FieldValue& value) {
@@ -204,64 +237,66 @@ void DbaseEdit::setValue(std::size_t record, const std::string& field, const Fie
         throw PlatformError("The table " + table_->path() + " has no record " +
                             std::to_string(record + 1));
     }
-    changes_[field][table_->placeInFile(record)] = value;
+    asked_.values[field][table_->placeInFile(record)] = value;
 }
 
 void DbaseEdit::appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) {
-    appended_.push_back(values);
+    asked_.appended.push_back(values);
 }
 
-void DbaseEdit::save() {
-    // A shapefile's attributes lie in the dBASE file beside it.
-    std::string target = table_->path();
-    for (const char* extension : {".dbf", ".DBF"}) {
-        const std::string beside = withoutExtension(table_->path()) + extension;
-        if (std::filesystem::exists(beside)) target = beside;
+// The whole file with the changes made in it.
+std::string DbaseEdit::changed(const std::string& before, const std::string& encoding) const {
+    DbaseFile file = parsed(before, target_);
+    for (const std::string& name : asked_.addedFields) {
+        if (!file.find(name)) appendNumberField(file, name, target_);
     }
-    DbaseFile file = parsed(readWholeFile(target, kLargestFile), target);
-    for (const std::string& name : added_) {
-        if (!file.find(name)) appendNumberField(file, name);
-    }
-    const std::string encoding = encodingOf(target);
     const auto put = [&](std::size_t record, const std::string& name, const FieldValue& value) {
         const DbaseField* field = file.find(name);
-        if (!field) throw PlatformError("The table " + target + " has no field " + name);
+        if (!field) throw PlatformError("The table " + target_ + " has no field " + name);
         if (record >= file.records.size()) {
-            throw PlatformError("The table " + target + " has no record " +
+            throw PlatformError("The table " + target_ + " has no record " +
                                 std::to_string(record + 1));
         }
         try {
             file.records[record].replace(field->offset, field->width,
                                          fieldText(value, *field, encoding));
         } catch (const PlatformError& e) {
-            throw PlatformError("In " + target + ", record " + std::to_string(record + 1) +
+            throw PlatformError("In " + target_ + ", record " + std::to_string(record + 1) +
                                 ", field " + name + ": " + e.what());
         }
     };
-    for (const auto& [name, values] : changes_) {
+    for (const auto& [name, values] : asked_.values) {
         for (const auto& [record, value] : values) put(record, name, value);
     }
-    if (!appended_.empty() && withoutExtension(target) != target &&
-        std::filesystem::exists(withoutExtension(target) + ".shp")) {
-        throw PlatformError("The table " + target +
+    if (!asked_.appended.empty() && belongsToShapefile(target_)) {
+        throw PlatformError("The table " + target_ +
                             " belongs to a shapefile, so no record can be added");
     }
-    for (const auto& values : appended_) {
+    for (const auto& values : asked_.appended) {
         file.records.emplace_back(file.recordLength(), ' ');
         for (const auto& [name, value] : values) put(file.records.size() - 1, name, value);
     }
     file.setNumber(4, 4, file.records.size());
-    std::string bytes = file.header + file.tail;
-    for (const std::string& record : file.records) bytes += record;
-    bytes += file.end;
-    const std::string unfinished = unfinishedPath(target);
+    return file.bytes();
+}
+
+void DbaseEdit::write(const std::string& unfinished, const std::string& bytes) {
+    writeWholeFile(unfinished, bytes);
+}
+
+void DbaseEdit::save() {
+    const std::string before = readWholeFile(target_, kLargestFile);
+    const std::string encoding = encodingOf(target_);
+    const std::string after = changed(before, encoding);
+    const std::string unfinished = unfinishedPath(target_);
     try {
-        writeWholeFile(unfinished, bytes);
-        std::filesystem::permissions(unfinished, std::filesystem::status(target).permissions());
-        std::filesystem::rename(unfinished, target);
+        write(unfinished, after);
+        requireOnlyChanges(before, readWholeFile(unfinished, kLargestFile), asked_, encoding);
+        fs::permissions(unfinished, fs::status(target_).permissions());
+        replaceDurably(unfinished, target_);
     } catch (const std::exception& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot store changes in " + target + ": " + e.what());
+        throw PlatformError("Cannot store changes in " + target_ + ": " + e.what());
     }
 }
 

@@ -2,34 +2,45 @@
 // Changes values in a dBASE file and appends records to it. Every byte that does not belong to a
 // changed value stays as it is: other columns, deleted records, the language mark, trailing memo
 // references. (A rewrite through a general library would reformat the other numbers and recode the
-// texts.)
+// texts.) Before the changed file takes the table's name it is read again and compared with the old
+// one.
 #pragma once
 
-#include <map>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "gis/features.h"
+#include "platform/tables/dbase_verify.h"
 
 namespace velmora::platform {
 
 class DbaseEdit : public IEditSession {
   public:
-    // Throws PlatformError when the table is no dBASE file.
+    // Throws PlatformError when the table is neither a dBASE file nor a shapefile.
     explicit DbaseEdit(std::shared_ptr<ITable> table);
     void addNumericField(const std::string& field) override;
     void setValue(std::size_t record, const std::string& field, const FieldValue& value) override;
     void appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) override;
     void save() override;
 
+  protected:
+    // Writes the changed file beside the table. A test damages it here.
+    virtual void write(const std::string& unfinished, const std::string& bytes);
+
   private:
+    std::string changed(const std::string& before, const std::string& encoding) const;
+
     std::shared_ptr<ITable> table_;
-    std::vector<std::string> added_;
-    std::map<std::string, std::map<std::size_t, FieldValue>> changes_;
-    std::vector<std::vector<std::pair<std::string, FieldValue>>> appended_;
+    std::string target_;
+    DbaseChanges asked_;
 };
+
+// The dBASE file of a table or of a shapefile's attributes, "" for any other path: a file of that
+// name beside a data set of another kind is not the data set's.
+std::string attributeTable(const std::string& path);
 
 // The number as a dBASE field of that width holds it: as many decimals as fit, right-aligned.
 // Throws PlatformError when it does not fit at all.
