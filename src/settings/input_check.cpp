@@ -230,7 +230,11 @@ class InputCheck {
         }
         try {
             const auto layer = platform_.features().openFeatureClass(path);
-            if (!layer->holdsPolygons()) add(Severity::error, path, "holds no polygons");
+            if (layer->holdsPolygons()) {
+                layer->areas();  // which looks at every shape
+            } else {
+                add(Severity::error, path, "holds no polygons");
+            }
             if (layer->crs().empty()) {
                 add(Severity::warning, path,
                     "has no coordinate system: it is taken to be in the extent provider's");

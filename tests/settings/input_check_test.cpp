@@ -247,5 +247,45 @@ TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
     EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("irrigation database"))));
 }
 
+// Each input, cut to some part of it, is an error that names the file.
+TEST_F(InputCheck, ACutInputIsAnError) {
+    const auto layer = [&](const std::string& name) {
+        f.application.platform().features().createFeatureClass(
+            f.folder.file(name + ".shp"), true, f.geometry().crs,
+            {{"NAME", FieldType::text, 20, 0}},
+            {rectangle({400000, 4498000, 404000, 4500000}, {std::string("A")}),
+             rectangle({404000, 4498000, 406000, 4500000}, {std::string("B")})});
+        return f.folder.file(name + ".shp");
+    };
+    f.settings.Zones = layer("zones");
+    f.settings.ZoneField = "NAME";
+    f.settings.LandCover = layer("landcover");
+    f.application.platform().features().createTable(
+        f.folder.file("kc.dbf"), {{"CropType", FieldType::text, 20, 0}}, {{std::string("Barley")}});
+    f.settings.KcTable = f.folder.file("kc.dbf");
+    for (const std::string name :
+         {"zones.shp", "zones.shx", "zones.dbf", "landcover.shp", "landcover.dbf", "weather.dbf",
+          "stations.dbf", "stations.shp", "domain.shp", "kc.dbf"}) {
+        const std::string path = f.folder.file(name);
+        const std::string whole = test::contentOf(path);
+        test::write(path, whole.substr(0, whole.size() * 6 / 10));
+        EXPECT_THAT(lines(),
+                    Contains(testing::AllOf(testing::StartsWith("error: "),
+                                            HasSubstr(path + " is damaged or cut short"))));
+        test::write(path, whole);
+    }
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("damaged"))));
+}
+
+TEST_F(InputCheck, ADamagedShapeIsAnError) {
+    const std::string path = f.folder.file("domain.shp");
+    f.settings.Zones = path;
+    std::string bytes = test::contentOf(path);
+    bytes[100 + 8 + 36] = 7;  // parts of its polygon
+    test::write(path, bytes);
+    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: " + path + ": "),
+                                                 HasSubstr("record 1 of " + path))));
+}
+
 }  // namespace
 }  // namespace velmora

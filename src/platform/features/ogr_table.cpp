@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/features/ogr_table.h"
 
-#include <cpl_error.h>
-
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <optional>
 
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/features/polygon_reader.h"
+#include "platform/features/shape_records.h"
 #include "platform/features/spatial_reference.h"
-#include "platform/grid/gdal_raster.h"
 #include "platform/tables/dbase_edit.h"
 
 namespace velmora::platform {
@@ -61,14 +61,10 @@ std::string existingFile(const std::string& path, const std::string& extension,
 
 OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences,
                    const std::string& crs)
-    : path_(path), spatialReferences_(spatialReferences) {
-    CPLErrorReset();
-    dataset_.reset(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
-    layer_ = dataset_ && dataset_->GetLayerCount() > 0 ? dataset_->GetLayer(0) : nullptr;
-    if (!layer_) {
-        throw PlatformError("Cannot open " + path + ": " +
-                            gdalMessage("it holds no features or records"));
-    }
+    : path_(path),
+      spatialReferences_(spatialReferences),
+      opened_(openVectors(path)),
+      layer_(opened_.layer) {
     const OGRFeatureDefn* definition = layer_->GetLayerDefn();
     for (int i = 0; i < definition->GetFieldCount(); ++i) {
         const OGRFieldDefn* field = definition->GetFieldDefn(i);
@@ -78,7 +74,7 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
     ownCrs_ = wktOf(layer_->GetSpatialRef());
     crs_ = crs.empty() ? ownCrs_ : crs;
     readOnly({}, false);
-    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+    while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
         places_.push_back(static_cast<std::size_t>(feature->GetFID()));
     }
 }
@@ -118,8 +114,11 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
     values.reserve(recordCount());
     const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
     readOnly({name}, false);
-    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+    while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
         values.push_back(valueOf(*feature, field, type));
+    }
+    if (values.size() != recordCount()) {
+        throw PlatformError("The table " + path_ + " has changed while it was read");
     }
     return columns_.emplace(field, std::move(values)).first->second;
 }
@@ -145,8 +144,10 @@ Envelope OgrTable::extent() const {
 std::vector<Point> OgrTable::points(const std::string& crs) const {
     std::vector<Point> points;
     points.reserve(recordCount());
+    const std::optional<ShapeRecords> records = shapeRecords(path_);
     readOnly({}, true);
-    while (const OGRFeatureUniquePtr feature{layer_->GetNextFeature()}) {
+    while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
+        if (records) records->holdsShape(static_cast<std::size_t>(feature->GetFID()));
         const OGRGeometry* geometry = feature->GetGeometryRef();
         if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbPoint ||
             geometry->IsEmpty()) {
@@ -154,6 +155,10 @@ std::vector<Point> OgrTable::points(const std::string& crs) const {
                                 " is no point: choose a point shapefile");
         }
         const OGRPoint* point = geometry->toPoint();
+        if (!std::isfinite(point->getX()) || !std::isfinite(point->getY())) {
+            throw PlatformError("Feature " + std::to_string(points.size() + 1) + " of " + path_ +
+                                " is damaged: its position is no number");
+        }
         points.push_back({point->getX(), point->getY()});
     }
     if (ownCrs_.empty() || crs.empty()) return points;

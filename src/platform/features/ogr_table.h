@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <ogrsf_frmts.h>
-
 #include <map>
 #include <memory>
 #include <mutex>
@@ -11,20 +9,17 @@
 
 #include "gis/features.h"
 #include "gis/projection.h"
+#include "platform/features/vector_dataset.h"
 
 namespace velmora::platform {
-
-struct VectorDatasetCloser {
-    void operator()(GDALDataset* dataset) const { GDALClose(dataset); }
-};
-using VectorDatasetPtr = std::unique_ptr<GDALDataset, VectorDatasetCloser>;
 
 // The existing file of that path with one of the endings ("shp" for the path itself, "x.SHP" or
 // "x.shp"), or a PlatformError that names it.
 std::string existingFile(const std::string& path, const std::string& extension,
                          const std::string& kind);
 
-// A layer of features or records, each column read when it is first asked for.
+// A layer of features or records, each column read when it is first asked for. What is damaged
+// is a PlatformError that names the file.
 class OgrTable : public IFeatureClass {
   public:
     // Transformed to `crs`, unless that is empty.
@@ -52,7 +47,7 @@ class OgrTable : public IFeatureClass {
 
     std::string path_;
     ISpatialReferenceFactory& spatialReferences_;
-    VectorDatasetPtr dataset_;
+    VectorLayer opened_;
     OGRLayer* layer_ = nullptr;
     std::vector<Field> fields_;
     std::vector<std::size_t> places_;  // of the records in the file

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/features/polygon_reader.h"
 
-#include <cpl_error.h>
-
+#include <cmath>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "gis/errors.h"
-#include "platform/features/ogr_table.h"
+#include "platform/features/shape_records.h"
 #include "platform/features/spatial_reference.h"
-#include "platform/grid/gdal_raster.h"
+#include "platform/features/vector_dataset.h"
 
 namespace velmora::platform {
 
@@ -18,6 +18,25 @@ namespace {
 bool isPolygon(const OGRGeometry& geometry) {
     const auto type = wkbFlatten(geometry.getGeometryType());
     return type == wkbPolygon || type == wkbMultiPolygon;
+}
+
+bool hasNumbers(const OGRPolygon& polygon) {
+    for (const OGRLinearRing* ring : polygon) {
+        for (int i = 0; i < ring->getNumPoints(); ++i) {
+            if (!std::isfinite(ring->getX(i)) || !std::isfinite(ring->getY(i))) return false;
+        }
+    }
+    return true;
+}
+
+bool hasNumbers(const OGRGeometry& geometry) {
+    if (wkbFlatten(geometry.getGeometryType()) == wkbPolygon) {
+        return hasNumbers(*geometry.toPolygon());
+    }
+    for (const OGRPolygon* part : *geometry.toMultiPolygon()) {
+        if (!hasNumbers(*part)) return false;
+    }
+    return true;
 }
 
 std::unique_ptr<OGRCoordinateTransformation> transformation(const OGRLayer& layer,
@@ -37,13 +56,9 @@ std::unique_ptr<OGRCoordinateTransformation> transformation(const OGRLayer& laye
 
 void forEachPolygon(const std::string& path, const std::string& crs,
                     const std::function<void(std::size_t record, OGRGeometryUniquePtr)>& visit) {
-    CPLErrorReset();
-    const VectorDatasetPtr dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
-    OGRLayer* layer = dataset && dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
-    if (!layer) {
-        throw PlatformError("Cannot open " + path + ": " + gdalMessage("it holds no features"));
-    }
+    const VectorLayer opened = openVectors(path);
+    OGRLayer* layer = opened.layer;
+    const std::optional<ShapeRecords> records = shapeRecords(path);
     const auto transform = transformation(*layer, crs);
     std::vector<const char*> ignored;
     for (int i = 0; i < layer->GetLayerDefn()->GetFieldCount(); ++i) {
@@ -52,12 +67,20 @@ void forEachPolygon(const std::string& path, const std::string& crs,
     ignored.push_back(nullptr);
     layer->SetIgnoredFields(ignored.data());
     std::size_t record = 0;
-    for (; const OGRFeatureUniquePtr feature{layer->GetNextFeature()}; ++record) {
+    for (; const OGRFeatureUniquePtr feature = nextFeature(*layer, path); ++record) {
+        const bool shaped =
+            records && records->holdsShape(static_cast<std::size_t>(feature->GetFID()));
         OGRGeometryUniquePtr geometry(feature->StealGeometry());
-        if (!geometry || geometry->IsEmpty()) continue;
         const std::string where = "Feature " + std::to_string(record + 1) + " of " + path;
+        if (!geometry || geometry->IsEmpty()) {
+            if (shaped) throw PlatformError(where + " is damaged: its shape cannot be read");
+            continue;
+        }
         if (!isPolygon(*geometry)) {
             throw PlatformError(where + " is no polygon: choose a polygon shapefile");
+        }
+        if (!hasNumbers(*geometry)) {
+            throw PlatformError(where + " is damaged: a position in it is no number");
         }
         if (transform && geometry->transform(transform.get()) != OGRERR_NONE) {
             throw PlatformError(where + " has no image in the coordinate system of the run");

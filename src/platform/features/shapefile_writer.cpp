@@ -4,12 +4,14 @@
 #include <cpl_error.h>
 
 #include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/features/ogr_table.h"
+#include "platform/features/shapefile_check.h"
 #include "platform/features/spatial_reference.h"
+#include "platform/features/vector_dataset.h"
 #include "platform/files/posix_file.h"
 #include "platform/grid/gdal_raster.h"
 
@@ -19,6 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t kLongestText = 1 << 20;
 constexpr int kDigitsOfInteger = 9;  // that any integer of 32 bits can have
 
 OGRFieldType typeOf(const Field& field) {
@@ -49,6 +52,28 @@ void setFields(OGRFeature& feature, const std::vector<FieldValue>& values) {
     }
 }
 
+// The small files beside, which GDAL writes without a look at what becomes of them.
+bool textsAreWhole(const std::string& path) {
+    for (const char* part : {".prj", ".cpg"}) {
+        if (!fs::exists(path + part)) continue;
+        const std::string text = trimmedRight(readWholeFile(path + part, kLongestText));
+        if (text.empty() || (part == std::string(".prj") && text.back() != ']')) return false;
+    }
+    return true;
+}
+
+// The records of what lies under the path (without an extension), nothing when it is not whole.
+std::optional<std::size_t> recordsWritten(const std::string& path, bool shapes) {
+    if (!textsAreWhole(path)) return std::nullopt;
+    try {
+        if (!shapes) return tableRecordCount(path + ".dbf");
+        requireWholeFiles(path + ".shp");
+        return shapeCount(path + ".shp");
+    } catch (const PlatformError&) {
+        return std::nullopt;
+    }
+}
+
 void moveInPlace(const fs::path& folder, const std::string& stem, const std::string& target,
                  bool shapes) {
     if (shapes) fs::remove(target + ".shp");
@@ -71,6 +96,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
     const std::string stem = baseName(path);
     const std::string unfinished = unfinishedPath(withoutExtension(path));
     CPLErrorReset();
+    const GdalFailures failures;  // those of the last flush are told to nobody else
     try {
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
         VectorDatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
@@ -82,15 +108,23 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
                 : nullptr;
         if (!layer) throw PlatformError(gdalMessage("the folder may not be writable"));
         for (const Field& field : fields) createField(*layer, field);
+        std::size_t records = 0;
         fill([&](const std::vector<FieldValue>& values, OGRGeometryUniquePtr shape) {
+            ++records;
             OGRFeature record(layer->GetLayerDefn());
             setFields(record, values);
             if (shape) record.SetGeometryDirectly(shape.release());
             if (layer->CreateFeature(&record) != OGRERR_NONE)
                 throw PlatformError(gdalMessage("disk full"));
         });
+        dataset->FlushCache();
         dataset.reset();
-        moveInPlace(unfinished, stem, withoutExtension(path), type != wkbNone);
+        if (failures.any()) throw PlatformError(failures.first());
+        const bool shapes = type != wkbNone;
+        if (recordsWritten(joinedPath(unfinished, stem), shapes) != std::optional(records)) {
+            throw PlatformError("not all records reached the disk, which may be full");
+        }
+        moveInPlace(unfinished, stem, withoutExtension(path), shapes);
         removeTree(unfinished);
     } catch (const std::exception& e) {
         removeTree(unfinished);

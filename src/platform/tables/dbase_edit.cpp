@@ -15,7 +15,7 @@
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
-#include "platform/features/ogr_table.h"
+#include "platform/features/vector_dataset.h"
 #include "platform/files/posix_file.h"
 
 namespace velmora::platform {
@@ -182,7 +182,7 @@ bool belongsToShapefile(const std::string& table) {
 // The encoding in which the table's texts are read, "" when it is not known.
 std::string encodingOf(const std::string& path) {
     const VectorDatasetPtr dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
+        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, kVectorDrivers.data()));
     OGRLayer* layer = dataset && dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
     const char* encoding = layer ? layer->GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE") : nullptr;
     return encoding ? encoding : "";

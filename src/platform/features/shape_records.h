@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/features/byte_source.h"
+
+namespace velmora::platform {
+
+// The records of a shapefile, whose files are whole, as its index lists them.
+class ShapeRecords {
+  public:
+    explicit ShapeRecords(const std::string& shapefile);  // a path that ends in ".shp"
+
+    // Whether the record (its place in the file) holds points. Throws PlatformError naming file
+    // and record unless it is whole: it lies where the index says, has the file's type of shape or
+    // none, and its parts and points fill it.
+    bool holdsShape(std::size_t record) const;
+
+  private:
+    ByteSource shapes_;
+    std::string index_;
+    std::uint32_t type_ = 0;
+};
+
+// Those of a path that ends in ".shp"; nothing for a data set of another kind.
+std::optional<ShapeRecords> shapeRecords(const std::string& path);
+
+}  // namespace velmora::platform
