@@ -46,7 +46,9 @@ class StationCheck {
         });
         if (stations_) checkLayer();
         if (weather_) appendFindings(checkFlags(*weather_, settings_));
-        if (weather_ && requireField(*weather_, "STN")) checkTable();
+        if (weather_ && requireField(*weather_, "STN")) {
+            attempt(*weather_, "STN", [&] { checkTable(); });
+        }
         return findings_;
     }
 
@@ -70,6 +72,21 @@ class StationCheck {
         findings_.insert(findings_.end(), more.begin(), more.end());
     }
 
+    // A check that reads numbers of a field: what cannot be read is an error, and the others go on.
+    template <class Check>
+    void attempt(const ITable& table, const std::string& field, Check check) {
+        try {
+            check();
+        } catch (const PlatformError& e) {
+            if (unreadable_.insert(table.path() + field).second) {
+                add(Severity::error, table.path(), field, {}, e.what());
+            }
+        }
+    }
+    bool readable(const ITable& table, const std::string& field) const {
+        return !unreadable_.contains(table.path() + field);
+    }
+
     bool requireField(const ITable& table, const std::string& field) {
         if (table.fieldIndex(field) >= 0) return true;
         add(Severity::error, table.path(), field, {}, "the field is missing");
@@ -83,9 +100,12 @@ class StationCheck {
         }
         const bool named = requireField(*stations_, "staname");
         const bool elevated = requireField(*stations_, "ELEVATION");
-        if (elevated && named) checkElevations();
+        if (elevated && named) attempt(*stations_, "ELEVATION", [&] { checkElevations(); });
         if (elevated && geometry_) {
-            appendFindings(checkStationElevations(platform_, settings_, *stations_, *geometry_));
+            attempt(*stations_, "ELEVATION", [&] {
+                appendFindings(
+                    checkStationElevations(platform_, settings_, *stations_, *geometry_));
+            });
         }
         if (named && geometry_) checkPositions();
     }
@@ -207,6 +227,10 @@ class StationCheck {
 
     void checkQuantity(const Quantity& quantity, int month) {
         const std::string field = quantity.prefix + GetMonthName(month);
+        attempt(*weather_, field, [&] { checkValues(quantity, field); });
+    }
+
+    void checkValues(const Quantity& quantity, const std::string& field) {
         if (weather_->fieldIndex(field) < 0) {
             add(quantity.missing, weather_->path(), field, {},
                 std::string("the field is missing") + quantity.consequence);
@@ -242,6 +266,10 @@ class StationCheck {
         const std::string low = lower + GetMonthName(month);
         const std::string up = upper + GetMonthName(month);
         if (weather_->fieldIndex(low) < 0 || weather_->fieldIndex(up) < 0) return;
+        if (weather_->recordCount() == 0) return;
+        attempt(*weather_, low, [&] { weather_->value(0, low); });
+        attempt(*weather_, up, [&] { weather_->value(0, up); });
+        if (!readable(*weather_, low) || !readable(*weather_, up)) return;
         for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
             const double* first = numberIn(r, low);
             if (!first) continue;
@@ -259,6 +287,7 @@ class StationCheck {
     std::shared_ptr<IFeatureClass> stations_;
     std::shared_ptr<ITable> weather_;
     FieldValue value_;
+    std::set<std::string> unreadable_;  // tables' paths with fields
     std::vector<Finding> findings_;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Shapefiles and tables that are cut off, damaged or of another kind are refused by name, before
-// anything of them is used.
+// anything of them is used; so are numbers that are none.
 #include <gdal_priv.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 
 #include "gis/errors.h"
 #include "platform/platform.h"
+#include "platform/tables/dbase_numbers.h"
 #include "tests/support/temp_folder.h"
 
 namespace velmora::platform {
@@ -192,6 +193,43 @@ TEST_F(DamagedInputs, AGeoPackageIsRead) {
     EXPECT_EQ(std::get<double>(layer->value(2, "SHARE")), 20.5);
     EXPECT_FALSE(layer->takesEdits());
     EXPECT_THROW(platform.features().edit(layer), PlatformError);
+}
+
+TEST_F(DamagedInputs, NumbersThatAreNone) {
+    const std::size_t records = 32 + 2 * 32 + 1;
+    const std::size_t second = records + (1 + 20 + 10) + 1 + 20;
+    const auto stored = [&](const std::string& text) {
+        return refused("dbf", [&](std::string& b) {
+            b.replace(second, 10, std::string(10 - text.size(), ' ') + text);
+        });
+    };
+    for (const char* text : {"abc", "--5", "12,5", "1.2.3", "1e39", "-1e39", "nan", "inf", "1 2",
+                             "0x10", "5-", "**1", "1e999"}) {
+        EXPECT_THAT(stored(text), AllOf(HasSubstr("In " + zones("dbf") + ", record 2, field SHARE"),
+                                        HasSubstr("\"" + std::string(text) + "\" is no number")));
+    }
+    for (const char* text : {"5", "+5", "5.", ".5", "-0.5", "1.5E+03", "3.4e38"}) {
+        EXPECT_EQ(stored(text), "read") << text;
+    }
+    for (const std::string& text :
+         {std::string("          "), std::string("**********"), std::string(10, '\0')}) {
+        std::string bytes = test::contentOf(zones("dbf"));
+        bytes.replace(second, 10, text);
+        test::write(zones("dbf"), bytes);
+        const auto table = platform.features().openTable(zones("dbf"));
+        EXPECT_TRUE(isNull(table->value(1, "SHARE")));
+        EXPECT_EQ(std::get<double>(table->value(2, "SHARE")), 20.5);
+    }
+}
+
+TEST_F(DamagedInputs, NumbersOfDeletedRecordsAreNotLookedAt) {
+    const std::size_t second = 32 + 2 * 32 + 1 + (1 + 20 + 10);
+    std::string bytes = test::contentOf(zones("dbf"));
+    bytes[second] = '*';
+    bytes.replace(second + 21, 3, "abc");
+    test::write(zones("dbf"), bytes);
+    const auto table = platform.features().openTable(zones("dbf"));
+    EXPECT_EQ(std::get<double>(table->value(1, "SHARE")), 20.5);
 }
 
 // The room for files ends at every place of what is written.

@@ -287,5 +287,23 @@ TEST_F(InputCheck, ADamagedShapeIsAnError) {
                                                  HasSubstr("record 1 of " + path))));
 }
 
+TEST_F(InputCheck, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "TM_" && s.name == "S4" && m == 6) return 7777.0;
+                      if (p == "TN_" && s.name == "S5" && m == 7) return 88.0;
+                      return test::RunFixture::usualWeather(p, s, m);
+                  });
+    const std::string path = f.folder.file("weather.dbf");
+    std::string bytes = test::contentOf(path);
+    bytes.replace(bytes.find(" 7777.0000"), 10, "   7777,00");
+    test::write(path, bytes);
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(testing::AllOf(
+                         testing::StartsWith("error: " + path + ": TM_Jun: "),
+                         HasSubstr("record 5, field TM_Jun: \"7777,00\" is no number"))));
+    EXPECT_THAT(all, Contains(HasSubstr("TN_Jul: S5: 88 is not between")));
+}
+
 }  // namespace
 }  // namespace velmora

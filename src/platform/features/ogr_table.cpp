@@ -4,14 +4,17 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <limits>
 #include <optional>
 
 #include "gis/errors.h"
+#include "gis/numbers.h"
 #include "gis/text.h"
 #include "platform/features/polygon_reader.h"
 #include "platform/features/shape_records.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/tables/dbase_edit.h"
+#include "platform/tables/dbase_numbers.h"
 
 namespace velmora::platform {
 
@@ -113,14 +116,28 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
     std::vector<FieldValue> values;
     values.reserve(recordCount());
     const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
+    const bool numeric = type == FieldType::number || type == FieldType::integer;
+    if (numeric) requireNumbersOf(field);
     readOnly({name}, false);
     while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
         values.push_back(valueOf(*feature, field, type));
+        const auto* number = std::get_if<double>(&values.back());
+        if (number && !(std::abs(*number) <= std::numeric_limits<float>::max())) {
+            throw PlatformError("In " + path_ + ", record " + std::to_string(values.size()) +
+                                ", field " + name + ": " + numberText(*number) +
+                                " is no number that a run can take");
+        }
     }
     if (values.size() != recordCount()) {
         throw PlatformError("The table " + path_ + " has changed while it was read");
     }
     return columns_.emplace(field, std::move(values)).first->second;
+}
+
+// The stored texts of a dBASE column of numbers, of which GDAL reads what it can.
+void OgrTable::requireNumbersOf(int field) const {
+    const std::string table = attributeTable(path_);
+    if (!table.empty()) requireNumbers(table, static_cast<std::size_t>(field), places_);
 }
 
 Envelope OgrTable::extent() const {

@@ -18,8 +18,8 @@ namespace velmora::platform {
 std::string existingFile(const std::string& path, const std::string& extension,
                          const std::string& kind);
 
-// A layer of features or records, each column read when it is first asked for. What is damaged
-// is a PlatformError that names the file.
+// A layer of features or records, each column read when it is first asked for. What is damaged, and
+// a number that is none, is a PlatformError that names file, record and field.
 class OgrTable : public IFeatureClass {
   public:
     // Transformed to `crs`, unless that is empty.
@@ -43,6 +43,7 @@ class OgrTable : public IFeatureClass {
   private:
     void readOnly(const std::vector<std::string>& wanted, bool geometry) const;
     const std::vector<FieldValue>& column(int field) const;
+    void requireNumbersOf(int field) const;
     bool transformed() const;
 
     std::string path_;
