@@ -9,7 +9,7 @@
 namespace velmora {
 
 // The beginning of every name under which something unfinished lies. What a killed run left is
-// removed when the next one locks the folder.
+// removed when the next one locks the folder, or edits or copies a file in it.
 constexpr const char* kUnfinishedPrefix = ".velmora-unfinished-";
 
 enum class SpecialFolder { temporary = 2 };
@@ -31,7 +31,8 @@ class IFileSystem {
     virtual std::string lastModified(const std::string& path) const = 0;
     virtual void deleteFile(const std::string& path) = 0;  // no error when there is none
     virtual void createFolder(const std::string& path) = 0;
-    // Copies a file whole; an older one of that name is replaced.
+    // Copies a file whole; an older one of that name is replaced. Copied, replaced and overwritten
+    // files are asked to reach the disk at once.
     virtual void copyFile(const std::string& from, const std::string& to) = 0;
     // Puts a whole file in the place of another, in one step.
     virtual void replaceFile(const std::string& from, const std::string& to) = 0;
@@ -43,6 +44,12 @@ class IFileSystem {
     virtual void writeOver(const std::string& path, const std::string& bytes) = 0;
     // Throws when the folder is missing or cannot be written to, or when another run holds it.
     virtual std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) = 0;
+    // The same for those who only read what runs make: any number of them hold it at once, but none
+    // while a run works. A run waits for them some seconds.
+    virtual std::unique_ptr<IFolderLock> shareFolder(const std::string& folder) = 0;
+    // Asks that everything written below the folder reaches the disk: the last act of whoever wrote
+    // there. Throws when something could not be stored.
+    virtual void settle(const std::string& folder) = 0;
     virtual std::uint64_t freeMemory() const = 0;  // bytes a run may take
 };
 

@@ -126,7 +126,7 @@ class InputCheck {
             return;
         }
         try {
-            platform_.files().lockFolder(settings_.OutputWorkspace);
+            reading_ = platform_.files().shareFolder(settings_.OutputWorkspace);
         } catch (const PlatformError& e) {
             add(Severity::error, settings_.OutputWorkspace, e.what());
         }
@@ -271,6 +271,7 @@ class InputCheck {
         findings_.push_back({Severity::error, table.path(), field, {}, "the field is missing"});
     }
 
+    std::unique_ptr<IFolderLock> reading_;  // no run changes anything meanwhile
     IPlatform& platform_;
     const RunSettings& settings_;
     std::optional<GridGeometry> geometry_;

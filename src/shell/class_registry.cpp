@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/class_registry.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,21 +29,32 @@ std::vector<std::string> readLines() {
     return lines;
 }
 
+// Whether the file or folder has reached the disk.
+bool isStored(const fs::path& path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return false;
+    const bool stored = ::fsync(file) == 0;
+    ::close(file);
+    return stored;
+}
+
+// The old list stays until the new one is whole.
 bool writeLines(const std::vector<std::string>& lines) {
     const fs::path path = classRegistryPath();
     const fs::path beside = path.string() + "." + std::to_string(::getpid());
     std::error_code error;
     fs::create_directories(path.parent_path(), error);
-    {
-        std::ofstream file(beside);
-        for (const std::string& line : lines) file << line << '\n';
-        if (!file.flush()) {
-            fs::remove(beside, error);
-            return false;
-        }
+    std::ofstream file(beside);
+    for (const std::string& line : lines) file << line << '\n';
+    file.close();
+    const bool whole = file.good() && isStored(beside);
+    if (whole) fs::rename(beside, path, error);
+    if (whole && !error) {
+        isStored(path.parent_path());  // some file systems cannot tell of folders
+        return true;
     }
-    fs::rename(beside, path, error);
-    return !error;
+    fs::remove(beside, error);
+    return false;
 }
 
 }  // namespace

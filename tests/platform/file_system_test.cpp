@@ -3,9 +3,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <thread>
 
 #include "gis/errors.h"
 #include "tests/support/temp_folder.h"
@@ -28,13 +33,78 @@ TEST_F(Files, OneRunAtATimeInAFolder) {
     EXPECT_NO_THROW(files.lockFolder(folder.path()));
 }
 
+// A run's own unfinished work must not be swept by a copy, which takes the lock as well.
+TEST_F(Files, ReadersShareTheFolderAndSweepNothing) {
+    const std::string left = folder.file(std::string(kUnfinishedPrefix) + "GridOP.mdb");
+    test::write(left, "half");
+    auto first = files.shareFolder(folder.path());
+    auto second = files.shareFolder(folder.path());
+    EXPECT_TRUE(files.fileExists(left));
+    first.reset();
+    EXPECT_TRUE(files.fileExists(folder.file(".velmora-lock")));  // the second holds it
+    second.reset();
+    EXPECT_FALSE(files.fileExists(folder.file(".velmora-lock")));
+    EXPECT_TRUE(files.fileExists(left));
+}
+
+TEST_F(Files, NobodyReadsWhileARunWorks) {
+    const auto run = files.lockFolder(folder.path());
+    EXPECT_THAT(
+        [&] { files.shareFolder(folder.path()); },
+        testing::ThrowsMessage<PlatformError>(testing::HasSubstr("Another run is working")));
+}
+
+TEST_F(Files, ARunWaitsForReaders) {
+    auto reader = files.shareFolder(folder.path());
+    std::thread later([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        reader.reset();
+    });
+    EXPECT_NO_THROW(files.lockFolder(folder.path()));
+    later.join();
+}
+
+// Whoever lets go removes the file; those who opened it before must not lock what has no name.
+TEST_F(Files, ManyTakeTurns) {
+    std::atomic<int> inside = 0;
+    std::atomic<int> most = 0;
+    std::atomic<int> turns = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            FileSystem own;
+            for (int i = 0; i < 200; ++i) {
+                try {
+                    const auto lock = own.lockFolder(folder.path());
+                    const int now = ++inside;
+                    if (now > most) most = now;
+                    --inside;
+                    ++turns;
+                } catch (const PlatformError& e) {
+                    EXPECT_THAT(e.what(), testing::HasSubstr("Another run is working"));
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(most, 1);
+    EXPECT_GT(turns, 100);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
 TEST_F(Files, LockingRemovesWhatKilledRunsLeft) {
-    const std::string left = folder.file(std::string(kUnfinishedPrefix) + "99-TM_Jan");
+    const pid_t gone = ::fork();
+    if (gone == 0) ::_exit(0);
+    ::waitpid(gone, nullptr, 0);
+    const std::string left = folder.file(kUnfinishedPrefix + std::to_string(gone) + "-TM_Jan");
     std::filesystem::create_directory(left);
     test::write(left + "/w001001.adf", "half");
+    const std::string nameless = folder.file(std::string(kUnfinishedPrefix) + "GridOP.mdb");
+    test::write(nameless, "half");
     test::write(folder.file("mine.txt"), "x");
     files.lockFolder(folder.path());
     EXPECT_FALSE(std::filesystem::exists(left));
+    EXPECT_FALSE(std::filesystem::exists(nameless));
     EXPECT_TRUE(files.fileExists(folder.file("mine.txt")));
 }
 

@@ -198,6 +198,8 @@ class MemoryFiles : public IFileSystem {
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;
     std::unique_ptr<IFolderLock> lockFolder(const std::string&) override { return nullptr; }
+    std::unique_ptr<IFolderLock> shareFolder(const std::string&) override { return nullptr; }
+    void settle(const std::string&) override {}
     std::uint64_t freeMemory() const override { return 1ULL << 40U; }
     std::map<std::string, std::string> files;
     std::map<std::string, bool> folders;

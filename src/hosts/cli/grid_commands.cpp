@@ -109,8 +109,10 @@ int gridCopy(const Session& session, const std::string& from, const std::string&
     const std::string folder =
         isName(to) ? parentFolderName(std::filesystem::absolute(source->path()).string())
                    : parentFolderName(std::filesystem::absolute(to).string());
-    platform.rasters().openFromFolder(folder)->save(
-        std::array{RasterToSave{fileName(to), source->createDefaultRaster(), "GRID"}});
+    const auto workspace = platform.rasters().openFromFolder(folder);
+    const auto lock = platform.files().lockFolder(folder);
+    workspace->save(std::array{RasterToSave{fileName(to), source->createDefaultRaster(), "GRID"}});
+    platform.files().settle(folder);
     fmt::print("{} is copied to {}\n", source->path(), joinedPath(folder, fileName(to)));
     return kDone;
 }

@@ -2,18 +2,19 @@
 #include "hosts/cli/output_file.h"
 
 #include <exception>
-#include <filesystem>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "platform/files/posix_file.h"
 
 namespace velmora::cli {
 
 void writeOutput(const std::string& file, const std::string& content) {
+    platform::sweepUnfinished(parentFolderName(file));
     const std::string unfinished = platform::unfinishedPath(file);
     try {
         platform::writeWholeFile(unfinished, content);
-        std::filesystem::rename(unfinished, file);
+        platform::replaceDurably(unfinished, file);
     } catch (const std::exception& e) {
         platform::removeTree(unfinished);
         throw PlatformError("Cannot write " + file + ": " + e.what());

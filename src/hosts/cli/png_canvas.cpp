@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/png_canvas.h"
 
-#include <filesystem>
-
 #include "gis/errors.h"
 #include "platform/files/posix_file.h"
 
@@ -35,12 +33,12 @@ void PngCanvas::text(const std::string& words, double x, double y, double size, 
 void PngCanvas::write(const std::string& file) {
     const std::string beside = platform::unfinishedPath(file);
     const cairo_status_t status = cairo_surface_write_to_png(surface_.get(), beside.c_str());
-    std::error_code error;
-    if (status == CAIRO_STATUS_SUCCESS) std::filesystem::rename(beside, file, error);
-    if (status != CAIRO_STATUS_SUCCESS || error) {
-        const std::string reason = error ? error.message() : cairo_status_to_string(status);
-        std::filesystem::remove(beside, error);
-        throw PlatformError("Cannot write the picture " + file + ": " + reason);
+    try {
+        if (status != CAIRO_STATUS_SUCCESS) throw PlatformError(cairo_status_to_string(status));
+        platform::replaceDurably(beside, file);
+    } catch (const PlatformError& e) {
+        platform::removeTree(beside);
+        throw PlatformError("Cannot write the picture " + file + ": " + e.what());
     }
 }
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <fmt/core.h>
+#include <unistd.h>
+
+#include <memory>
 
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
@@ -15,6 +18,11 @@ int report(const Session& session, const std::string& file) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (!passRunGate(application)) return kFailed;
     const RunSettings& settings = processState().settings;
+    // No run changes the results meanwhile; nor does one where nothing can be written.
+    std::unique_ptr<IFolderLock> reading;
+    if (::access(settings.OutputWorkspace.c_str(), W_OK) == 0) {
+        reading = application.platform().files().shareFolder(settings.OutputWorkspace);
+    }
     const std::string path =
         file.empty() ? joinedPath(settings.OutputWorkspace, "report.html") : wholePath(file);
     const RunResults results = readResults(application.platform(), settings);

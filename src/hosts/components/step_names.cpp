@@ -20,8 +20,10 @@ std::vector<StepName> namesForIrrigationRequirement() { return {{"IREF", "faef_5
 
 void copyToName(IPlatform& platform, const std::string& folder, const StepName& name) {
     const auto workspace = platform.rasters().openFromFolder(folder);
+    const auto lock = platform.files().lockFolder(folder);
     const auto source = workspace->openRasterDataset(name.made);
     workspace->save(std::array{RasterToSave{name.read, source->createDefaultRaster(), "GRID"}});
+    platform.files().settle(folder);
 }
 
 }  // namespace velmora

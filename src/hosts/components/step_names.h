@@ -22,7 +22,8 @@ std::vector<StepName> namesForCropEt(const RunSettings& settings);
 // The efficiency map is made as IREF and read as faef_500.
 std::vector<StepName> namesForIrrigationRequirement();
 
-// Saves the grid under the name that is read, replacing an older one. Throws PlatformError.
+// Saves the grid under the name that is read, replacing an older one, while it holds the folder's
+// lock. Throws PlatformError, also when a run works in the folder.
 void copyToName(IPlatform& platform, const std::string& folder, const StepName& name);
 
 }  // namespace velmora

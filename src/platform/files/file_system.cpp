@@ -14,6 +14,8 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
+#include <thread>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -25,42 +27,79 @@ namespace fs = std::filesystem;
 
 namespace {
 
+enum class Sharing { alone, withReaders };
+
 // Holds the lock of the file ".velmora-lock" in a folder; the system lets go of it when the process
-// ends, however it ends.
+// ends, however it ends. Whoever lets go last removes the file.
 class FolderLock : public IFolderLock {
   public:
-    explicit FolderLock(const std::string& folder) : path_(joinedPath(folder, ".velmora-lock")) {
-        file_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-        if (file_ < 0) throwFileError("Cannot write in the folder: creating", path_);
-        struct stat opened {};
-        struct stat named {};
-        const bool held = ::flock(file_, LOCK_EX | LOCK_NB) == 0 && ::fstat(file_, &opened) == 0 &&
-                          ::stat(path_.c_str(), &named) == 0 && opened.st_ino == named.st_ino;
-        if (!held) {
-            ::close(file_);
-            throw PlatformError("Another run is working in " + folder +
-                                ": wait until it ends, or choose another output folder");
-        }
+    FolderLock(const std::string& folder, Sharing sharing)
+        : folder_(folder), path_(joinedPath(folder, ".velmora-lock")) {
+        take(sharing == Sharing::alone ? LOCK_EX : LOCK_SH);
     }
     ~FolderLock() override {
-        ::unlink(path_.c_str());
-        ::close(file_);
+        // Readers that stay keep the file: then it is not had alone.
+        if (::flock(file_->descriptor(), LOCK_EX | LOCK_NB) == 0 && isTheOneNamed()) {
+            ::unlink(path_.c_str());
+        }
     }
     FolderLock(const FolderLock&) = delete;
     FolderLock& operator=(const FolderLock&) = delete;
 
   private:
+    // A run waits a moment for readers, which are soon done, but not for another run.
+    void take(int kind) {
+        constexpr int kPatience = 200;
+        constexpr std::chrono::milliseconds kPause(50);
+        for (int i = 0; i < kPatience; ++i) {
+            file_.emplace(path_, O_RDWR | O_CREAT, "Cannot write in the folder: creating");
+            if (locked(kind)) {
+                if (isTheOneNamed()) return;
+                continue;  // whoever held it removed the file meanwhile
+            }
+            if (kind == LOCK_SH || !locked(LOCK_SH)) break;
+            file_.reset();
+            std::this_thread::sleep_for(kPause);
+        }
+        throw PlatformError("Another run is working in " + folder_ +
+                            ": wait until it ends, or choose another output folder");
+    }
+
+    // False when others hold it.
+    bool locked(int kind) const {
+        while (::flock(file_->descriptor(), kind | LOCK_NB) != 0) {
+            if (errno == EWOULDBLOCK) return false;
+            if (errno != EINTR) throwFileError("Cannot lock the folder with", path_);
+        }
+        return true;
+    }
+    bool isTheOneNamed() const {
+        struct stat opened {};
+        struct stat named {};
+        return ::fstat(file_->descriptor(), &opened) == 0 && ::stat(path_.c_str(), &named) == 0 &&
+               opened.st_ino == named.st_ino;
+    }
+
+    std::string folder_;
     std::string path_;
-    int file_ = -1;
+    std::optional<PosixFile> file_;
 };
 
-// What killed runs left behind. Nobody else works in the folder while it is locked.
-void removeUnfinished(const std::string& folder) {
+// What killed runs left behind under names that tell no process. Nobody else works in the folder
+// while it is locked.
+void removeNameless(const std::string& folder) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
-        if (entry.path().filename().string().starts_with(kUnfinishedPrefix)) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with(kUnfinishedPrefix) && !tellsItsProcess(name)) {
             removeTree(entry.path().string());
         }
+    }
+}
+
+void requireFolder(const FileSystem& files, const std::string& folder) {
+    if (!files.folderExists(folder)) {
+        throw PlatformError("The output folder " + folder + " does not exist: create it first");
     }
 }
 
@@ -121,20 +160,19 @@ void FileSystem::createFolder(const std::string& path) {
 }
 
 void FileSystem::copyFile(const std::string& from, const std::string& to) {
+    sweepUnfinished(parentFolderName(to));
     const std::string unfinished = unfinishedPath(to);
-    std::error_code error;
-    fs::copy_file(from, unfinished, error);
-    if (!error) fs::rename(unfinished, to, error);
-    if (error) {
+    try {
+        fs::copy_file(from, unfinished);
+        replaceDurably(unfinished, to);
+    } catch (const std::exception& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot copy " + from + " to " + to + ": " + error.message());
+        throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what());
     }
 }
 
 void FileSystem::replaceFile(const std::string& from, const std::string& to) {
-    std::error_code error;
-    fs::rename(from, to, error);
-    if (error) throw PlatformError("Cannot replace " + to + ": " + error.message());
+    replaceDurably(from, to);
 }
 
 void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
@@ -154,17 +192,27 @@ std::string FileSystem::readBeginning(const std::string& path, std::size_t most)
 }
 
 void FileSystem::writeOver(const std::string& path, const std::string& bytes) {
+    const bool isNew = !fileExists(path);
     writeWholeFile(path, bytes, OldContent::overwritten);
+    syncToDisk(path);
+    const std::string folder = parentFolderName(path);
+    if (isNew) syncToDisk(folder.empty() ? "." : folder);
 }
 
 std::unique_ptr<IFolderLock> FileSystem::lockFolder(const std::string& folder) {
-    if (!folderExists(folder)) {
-        throw PlatformError("The output folder " + folder + " does not exist: create it first");
-    }
-    auto lock = std::make_unique<FolderLock>(folder);
-    removeUnfinished(folder);
+    requireFolder(*this, folder);
+    auto lock = std::make_unique<FolderLock>(folder, Sharing::alone);
+    removeNameless(folder);
+    sweepUnfinished(folder);
     return lock;
 }
+
+std::unique_ptr<IFolderLock> FileSystem::shareFolder(const std::string& folder) {
+    requireFolder(*this, folder);
+    return std::make_unique<FolderLock>(folder, Sharing::withReaders);
+}
+
+void FileSystem::settle(const std::string& folder) { syncFileSystemOf(folder); }
 
 std::uint64_t FileSystem::freeMemory() const {
     std::uint64_t free = numberIn("/proc/meminfo", "MemAvailable:") * 1024;

@@ -23,6 +23,8 @@ class FileSystem : public IFileSystem {
     std::string readBeginning(const std::string& path, std::size_t most) const override;
     void writeOver(const std::string& path, const std::string& bytes) override;
     std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) override;
+    std::unique_ptr<IFolderLock> shareFolder(const std::string& folder) override;
+    void settle(const std::string& folder) override;
     std::uint64_t freeMemory() const override;
 };
 

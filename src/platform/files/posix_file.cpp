@@ -2,98 +2,128 @@
 #include "platform/files/posix_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 #include "gis/errors.h"
-#include "gis/files.h"
-#include "gis/text.h"
 
 namespace velmora::platform {
+
+namespace {
+
+// Repeats a call that a signal interrupts.
+template <class Call>
+auto repeated(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
+}  // namespace
 
 void throwFileError(const std::string& what, const std::string& path) {
     const int reason = errno;
     throw PlatformError(what + " " + path + ": " + std::strerror(reason));
 }
 
+PosixFile::PosixFile(std::string path, int flags, const std::string& what)
+    : path_(std::move(path)),
+      file_(repeated([&] { return ::open(path_.c_str(), flags | O_CLOEXEC, 0666); })) {
+    if (file_ < 0) throwFileError(what, path_);
+}
+
+PosixFile::~PosixFile() {
+    if (file_ >= 0) ::close(file_);
+}
+
+void PosixFile::write(const char* data, std::size_t size) {
+    while (size > 0) {
+        const ssize_t written = repeated([&] { return ::write(file_, data, size); });
+        if (written < 0) throwFileError("Cannot write", path_);
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+void PosixFile::writeAt(const char* data, std::size_t size, std::size_t offset) {
+    while (size > 0) {
+        const ssize_t written =
+            repeated([&] { return ::pwrite(file_, data, size, static_cast<off_t>(offset)); });
+        if (written < 0) throwFileError("Cannot write", path_);
+        data += written;
+        offset += static_cast<std::size_t>(written);
+        size -= static_cast<std::size_t>(written);
+    }
+}
+
+std::size_t PosixFile::read(char* data, std::size_t size) {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t got = repeated([&] { return ::read(file_, data + done, size - done); });
+        if (got < 0) throwFileError("Cannot read", path_);
+        if (got == 0) break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+std::size_t PosixFile::readAt(char* data, std::size_t size, std::size_t offset) const {
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t got = repeated([&] {
+            return ::pread(file_, data + done, size - done, static_cast<off_t>(offset + done));
+        });
+        if (got < 0) throwFileError("Cannot read", path_);
+        if (got == 0) break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+std::size_t PosixFile::size() const {
+    struct stat status {};
+    if (::fstat(file_, &status) != 0) throwFileError("Cannot read", path_);
+    return static_cast<std::size_t>(status.st_size);
+}
+
+// An interrupted close has closed the file all the same.
+void PosixFile::close() {
+    if (::close(std::exchange(file_, -1)) != 0 && errno != EINTR) {
+        throwFileError("Cannot write", path_);
+    }
+}
+
 void writeWholeFile(const std::string& path, const std::string& bytes, OldContent old) {
     const int truncate = old == OldContent::dropped ? O_TRUNC : 0;
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | truncate | O_CLOEXEC, 0666);
-    if (file < 0) throwFileError("Cannot create", path);
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t written = ::write(file, bytes.data() + done, bytes.size() - done);
-        if (written < 0) {
-            const int reason = errno;
-            ::close(file);
-            errno = reason;
-            throwFileError("Cannot write", path);
-        }
-        done += static_cast<std::size_t>(written);
-    }
-    if (::close(file) != 0) throwFileError("Cannot write", path);
+    PosixFile file(path, O_WRONLY | O_CREAT | truncate, "Cannot create");
+    file.write(bytes.data(), bytes.size());
+    file.close();
 }
 
 std::string readWholeFile(const std::string& path, std::size_t most) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) throwFileError("Cannot open", path);
+    constexpr std::size_t kPiece = 65536;
+    PosixFile file(path, O_RDONLY, "Cannot open");
     std::string bytes;
-    char buffer[65536];
     while (bytes.size() < most) {
-        const ssize_t got = ::read(file, buffer, std::min(sizeof buffer, most - bytes.size()));
-        if (got < 0) {
-            const int reason = errno;
-            ::close(file);
-            errno = reason;
-            throwFileError("Cannot read", path);
-        }
-        if (got == 0) break;
-        bytes.append(buffer, static_cast<std::size_t>(got));
+        const std::size_t before = bytes.size();
+        const std::size_t wanted = std::min(kPiece, most - before);
+        bytes.resize(before + wanted);
+        const std::size_t got = file.read(bytes.data() + before, wanted);
+        bytes.resize(before + got);
+        if (got < wanted) break;
     }
-    ::close(file);
     return bytes;
-}
-
-namespace {
-
-std::atomic<bool> syncingOn = true;
-
-}  // namespace
-
-void setSyncing(bool on) { syncingOn = on; }
-bool syncing() { return syncingOn; }
-
-void syncToDisk(const std::string& path) {
-    if (!syncing()) return;
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) throwFileError("Cannot open", path);
-    const int status = ::fsync(file);
-    const int reason = errno;
-    ::close(file);
-    errno = reason;
-    if (status != 0) throwFileError("Cannot store on the disk", path);
-}
-
-void replaceDurably(const std::string& finished, const std::string& target) {
-    syncToDisk(finished);
-    if (::rename(finished.c_str(), target.c_str()) != 0) throwFileError("Cannot replace", target);
-    const std::string folder = parentFolderName(target);
-    syncToDisk(folder.empty() ? "." : folder);
 }
 
 void removeTree(const std::string& path) noexcept {
     std::error_code ignored;
     std::filesystem::remove_all(path, ignored);
-}
-
-std::string unfinishedPath(const std::string& path) {
-    return joinedPath(parentFolderName(path),
-                      kUnfinishedPrefix + std::to_string(::getpid()) + "-" + fileName(path));
 }
 
 }  // namespace velmora::platform
