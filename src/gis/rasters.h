@@ -58,8 +58,9 @@ class IRasterWorkspace {
     virtual bool exists(const std::string& name) const = 0;
 
     // Saves every raster under its name, all in one pass over the blocks. Each dataset is written
-    // beside under a temporary name and put in its place, replacing an older one, when it is whole;
-    // on failure no final name is touched. Throws PlatformError.
+    // beside under a temporary name; when all are whole and have reached the disk, each is put in
+    // its place in one step, replacing an older one, so that a name always stands for a whole
+    // dataset. What is no raster is never replaced. Throws PlatformError.
     virtual void save(std::span<const RasterToSave> rasters) = 0;
 };
 

@@ -131,10 +131,11 @@ TEST_F(EsriGrid, TooLargeForOneFileIsRefused) {
 TEST_F(EsriGrid, DamagedGridsAreErrorsNotCrashes) {
     writeGrid(sample(600, 50), folder.file("g"));
     const std::string tiles = test::contentOf(folder.file("g") + "/w001001.adf");
-    test::write(folder.file("g") + "/w001001.adf", tiles.substr(0, tiles.size() / 2));
     const RasterPtr raster = openEsriGrid(folder.file("g"));
     ASSERT_TRUE(raster);
+    test::write(folder.file("g") + "/w001001.adf", tiles.substr(0, tiles.size() / 2));
     EXPECT_THROW(wholeGrid(*raster), PlatformError);
+    test::write(folder.file("g") + "/w001001.adf", tiles);
 
     const std::string header = test::contentOf(folder.file("g") + "/hdr.adf");
     for (std::size_t at = 256; at < 308; at += 4) {
@@ -159,6 +160,39 @@ TEST_F(EsriGrid, DamagedGridsAreErrorsNotCrashes) {
     test::write(folder.file("g") + "/hdr.adf", huge);
     test::write(folder.file("g") + "/w001001x.adf", index);
     EXPECT_FALSE(openEsriGrid(folder.file("g")));
+}
+
+// Writes bytes into a file of the grid.
+void patch(const std::string& path, std::size_t at, const std::string& bytes) {
+    std::string content = test::contentOf(path);
+    content.replace(at, bytes.size(), bytes);
+    test::write(path, content);
+}
+
+TEST_F(EsriGrid, AnIndexThatDisagreesWithItsTilesIsRefused) {
+    const auto indexed = [&](const std::string& entry) {
+        writeGrid(sample(600, 50), folder.file("g"));
+        patch(folder.file("g/w001001x.adf"), 100 + 8, entry);  // of the second tile
+        return folder.file("g");
+    };
+    const auto says = [](const std::string& text) {
+        return testing::ThrowsMessage<PlatformError>(testing::HasSubstr(text));
+    };
+    EXPECT_THAT([&] { openEsriGrid(indexed(std::string(4, '\0'))); },
+                says("points into the header"));
+    EXPECT_THAT([&] { openEsriGrid(indexed(std::string("\x7f\xff\xff\xff", 4))); },
+                says("is cut short"));
+    const RasterPtr raster = openEsriGrid(indexed(std::string("\0\0\0\x64", 4)));
+    ASSERT_TRUE(raster);
+    EXPECT_THAT([&] { wholeGrid(*raster); }, says("tile 2 of w001001.adf has a length of"));
+}
+
+TEST_F(EsriGrid, ATileFileThatIsCutIsRefusedWhenItIsOpened) {
+    writeGrid(sample(600, 50), folder.file("g"));
+    const std::string tiles = folder.file("g/w001001.adf");
+    std::filesystem::resize_file(tiles, std::filesystem::file_size(tiles) - 1);
+    EXPECT_THAT([&] { openEsriGrid(folder.file("g")); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("is cut short")));
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "platform/grid/gdal_raster.h"
 #include "platform/grid/statistics_files.h"
 #include "platform/platform.h"
+#include "tests/support/small_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace velmora::platform {
@@ -120,6 +121,60 @@ TEST_F(RasterWorkspace, AFileOfTheNameIsFoundByItsStem) {
     save("faef_500", flat(4));
     EXPECT_EQ(first("faef_500"), 4);
     EXPECT_FALSE(fs::exists(folder.file("faef_500.tif")));
+}
+
+TEST_F(RasterWorkspace, OtherFilesOfTheNameStopNothing) {
+    const std::array others = {"png", "pgw", "gif", "jgw", "sld", "xlsx", "tif"};
+    for (const char* other : others) test::write(folder.file("PPT_Mar.") + other, "mine");
+    EXPECT_THROW(workspace->openRasterDataset("PPT_Mar"), PlatformError);
+    save("PPT_Mar", flat(7));
+    EXPECT_EQ(first("PPT_Mar"), 7);
+    for (const char* other : others) {
+        EXPECT_EQ(test::contentOf(folder.file("PPT_Mar.") + other), "mine") << other;
+    }
+    EXPECT_EQ(entries(), others.size() + 1);
+    exportGeoTiff(*flat(9), folder.file("Kc_Jan.tiff"));
+    test::write(folder.file("Kc_Jan.tif"), "no raster");  // the first of the two by name
+    EXPECT_EQ(first("Kc_Jan"), 9);
+}
+
+// A name that cannot be had: the old rasters stay, and nothing unfinished lies about.
+TEST_F(RasterWorkspace, AFileThatIsNoRasterIsNotReplaced) {
+    test::write(folder.file("TM_Jan"), "mine");
+    EXPECT_THAT([&] { save("TM_Jan", flat(1)); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("is no raster")));
+    EXPECT_EQ(test::contentOf(folder.file("TM_Jan")), "mine");
+    EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(RasterWorkspace, AFullDiskLeavesTheOldGridAndNothingElse) {
+    save("A", flat(1));
+    exportGeoTiff(*flat(2), folder.file("A.tif"));
+    exportGeoTiff(*flat(2), folder.file("B.tif"));
+    for (const rlim_t bytes : {0U, 10U, 100U, 400U, 10000U}) {
+        const test::SmallFiles full(bytes);
+        EXPECT_THROW(save("A", flat(3)), PlatformError) << bytes;
+        EXPECT_THROW(save("B", flat(3)), PlatformError) << bytes;
+    }
+    for (const rlim_t bytes : {0U, 10U, 100U, 300U}) {
+        const test::SmallFiles full(bytes);
+        EXPECT_THROW(exportGeoTiff(*flat(3), folder.file("A.tif")), PlatformError) << bytes;
+    }
+    EXPECT_EQ(first("A"), 1);
+    EXPECT_EQ(first("A.tif"), 2);
+    EXPECT_EQ(first("B"), 2);
+    EXPECT_EQ(entries(), 3U);
+}
+
+// The last bytes of a GeoTIFF are written when it is closed.
+TEST_F(RasterWorkspace, AnExportThatAnySizeOfDiskCutsIsNone) {
+    exportGeoTiff(*flat(2), folder.file("whole.tif"));
+    const auto size = fs::file_size(folder.file("whole.tif"));
+    for (rlim_t bytes = 0; bytes < size; bytes += 7) {
+        const test::SmallFiles full(bytes);
+        EXPECT_THROW(exportGeoTiff(*flat(2), folder.file("cut.tif")), PlatformError) << bytes;
+    }
+    EXPECT_EQ(entries(), 1U);
 }
 
 TEST_F(RasterWorkspace, AFolderThatIsNoGridIsNotReplaced) {

@@ -8,11 +8,13 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "gis/rasters.h"
+#include "platform/files/posix_file.h"
 
 namespace velmora::platform {
 
@@ -33,7 +35,8 @@ struct GridTiles {
     CellBlock block(std::size_t index, const GridGeometry& geometry) const;
 };
 
-// Writes a grid folder tile by tile, in any order and from several threads.
+// Writes a grid folder tile by tile, in any order and from several threads. A folder that is not
+// finished goes with the writer.
 class EsriGridWriter {
   public:
     // Creates the folder. Throws PlatformError when that fails or the grid is too large.
@@ -66,7 +69,8 @@ class EsriGridWriter {
     GridGeometry geometry_;
     GridTiles tiles_;
     std::vector<TileStatistics> statistics_;
-    int file_ = -1;
+    std::optional<PosixFile> file_;
+    bool finished_ = false;
 };
 
 // Reads a grid folder of uncompressed single precision tiles straight from its files, or returns

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <bit>
-#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
@@ -23,32 +20,26 @@ namespace velmora::platform {
 
 namespace {
 
-struct FileCloser {
-    int file = -1;
-    explicit FileCloser(int descriptor) : file(descriptor) {}
-    FileCloser(const FileCloser&) = delete;
-    FileCloser& operator=(const FileCloser&) = delete;
-    ~FileCloser() {
-        if (file >= 0) ::close(file);
-    }
-};
+constexpr std::size_t kHeaderBytes = 100;
+constexpr std::size_t kLengthBytes = 2;  // in front of a tile's cells
 
 class EsriGridRaster : public IRaster {
   public:
     EsriGridRaster(std::string folder, GridGeometry geometry, int tileColumns, int tileRows,
-                   int tilesAcross, std::vector<std::uint64_t> offsets, int file)
+                   int tilesAcross, std::vector<std::uint64_t> offsets,
+                   std::unique_ptr<const PosixFile> file)
         : folder_(std::move(folder)),
           geometry_(std::move(geometry)),
           tileColumns_(tileColumns),
           tileRows_(tileRows),
           tilesAcross_(tilesAcross),
           offsets_(std::move(offsets)),
-          file_(file) {}
+          file_(std::move(file)) {}
 
     const GridGeometry& geometry() const override { return geometry_; }
 
     void read(const CellBlock& block, std::span<float> values) const override {
-        std::vector<std::uint32_t> tile(tileCells());
+        std::vector<std::uint32_t> tile(tileCells() + 1);
         const int lastRow = block.row + block.rows - 1;
         const int lastColumn = block.column + block.columns - 1;
         for (int tr = block.row / tileRows_; tr <= lastRow / tileRows_; ++tr) {
@@ -66,16 +57,21 @@ class EsriGridRaster : public IRaster {
         return static_cast<std::size_t>(tileColumns_) * static_cast<std::size_t>(tileRows_);
     }
 
+    // Reads a tile into one word more than it has cells, so that the length in front of them, which
+    // must be the one that the index tells, leaves the cells aligned.
     void readTile(std::size_t index, std::vector<std::uint32_t>& tile) const {
-        auto* bytes = reinterpret_cast<char*>(tile.data());
-        const std::size_t size = tile.size() * 4;
-        std::size_t done = 0;
-        while (done < size) {
-            const ssize_t got = ::pread(file_.file, bytes + done, size - done,
-                                        static_cast<off_t>(offsets_[index] + done));
-            if (got < 0) throwFileError("Cannot read the grid", folder_);
-            if (got == 0) throw PlatformError("The grid " + folder_ + " is cut short");
-            done += static_cast<std::size_t>(got);
+        auto* bytes = reinterpret_cast<char*>(tile.data()) + kLengthBytes;
+        const std::size_t size = kLengthBytes + tileCells() * 4;
+        if (file_->readAt(bytes, size, offsets_[index] - kLengthBytes) != size) {
+            throw PlatformError("The grid " + folder_ + " is cut short");
+        }
+        const std::size_t words =
+            static_cast<unsigned char>(bytes[0]) * 256U + static_cast<unsigned char>(bytes[1]);
+        if (words != tileCells() * 2) {
+            throw PlatformError("The grid " + folder_ + " is damaged: tile " +
+                                std::to_string(index + 1) + " of w001001.adf has a length of " +
+                                std::to_string(words) + " words, its index tells " +
+                                std::to_string(tileCells() * 2));
         }
     }
 
@@ -88,7 +84,7 @@ class EsriGridRaster : public IRaster {
         const int bottom = std::min(row + tileRows_, block.row + block.rows);
         for (int r = top; r < bottom; ++r) {
             const std::uint32_t* from =
-                tile.data() +
+                tile.data() + 1 +
                 static_cast<std::size_t>(r - row) * static_cast<std::size_t>(tileColumns_) +
                 static_cast<std::size_t>(left - column);
             float* to =
@@ -105,7 +101,7 @@ class EsriGridRaster : public IRaster {
     int tileRows_;
     int tilesAcross_;
     std::vector<std::uint64_t> offsets_;  // in bytes, of each tile's first cell
-    FileCloser file_;
+    std::unique_ptr<const PosixFile> file_;
 };
 
 std::string optionalFile(const std::string& path, std::size_t most) {
@@ -114,6 +110,20 @@ std::string optionalFile(const std::string& path, std::size_t most) {
 
 int nearestInt(double value) {
     return value > 0 && value < 2.0e9 ? static_cast<int>(std::lround(value)) : 0;
+}
+
+// Throws when the index names places that the tile file does not have.
+void requireWhole(const std::string& folder, const PosixFile& file,
+                  const std::vector<std::uint64_t>& offsets, std::uint64_t tileBytes) {
+    const std::uint64_t size = file.size();
+    for (const std::uint64_t offset : offsets) {
+        if (offset < kHeaderBytes + kLengthBytes) {
+            throw PlatformError("The grid " + folder +
+                                " is damaged: its index w001001x.adf points into the header of "
+                                "w001001.adf");
+        }
+        if (offset + tileBytes > size) throw PlatformError("The grid " + folder + " is cut short");
+    }
 }
 
 }  // namespace
@@ -160,13 +170,13 @@ RasterPtr openEsriGrid(const std::string& folder) {
         const char* entry = index.data() + 100 + tile * 8;
         if (int32At(entry + 4) != words)
             return nullptr;  // empty tiles and the like: GDAL's business
-        offsets.push_back(static_cast<std::uint64_t>(int32At(entry)) * 2 + 2);
+        offsets.push_back(static_cast<std::uint64_t>(int32At(entry)) * 2 + kLengthBytes);
     }
     geometry.crs = wktFromEsri(optionalFile(joinedPath(folder, "prj.adf"), 65536));
-    const int file = ::open(tilePath.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) throwFileError("Cannot open the grid", tilePath);
+    auto file = std::make_unique<const PosixFile>(tilePath, O_RDONLY, "Cannot open the grid");
+    requireWhole(folder, *file, offsets, words * 2);
     return std::make_shared<EsriGridRaster>(folder, std::move(geometry), tileColumns, tileRows,
-                                            tilesAcross, std::move(offsets), file);
+                                            tilesAcross, std::move(offsets), std::move(file));
 }
 
 }  // namespace velmora::platform

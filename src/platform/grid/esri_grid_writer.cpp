@@ -39,17 +39,6 @@ std::size_t tileFileBytes(const GridTiles& tiles) {
     return kHeaderBytes + tiles.count() * kTileBytes;
 }
 
-void writeAt(int file, const std::string& path, const char* data, std::size_t size,
-             std::size_t offset) {
-    while (size > 0) {
-        const ssize_t written = ::pwrite(file, data, size, static_cast<off_t>(offset));
-        if (written < 0) throwFileError("Cannot write the grid", path);
-        data += written;
-        offset += static_cast<std::size_t>(written);
-        size -= static_cast<std::size_t>(written);
-    }
-}
-
 }  // namespace
 
 CellBlock GridTiles::block(std::size_t index, const GridGeometry& geometry) const {
@@ -71,12 +60,16 @@ EsriGridWriter::EsriGridWriter(std::string folder, GridGeometry geometry)
     removeTree(folder_);
     if (::mkdir(folder_.c_str(), 0777) != 0) throwFileError("Cannot create the grid", folder_);
     const std::string path = joinedPath(folder_, "w001001.adf");
-    file_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-    if (file_ < 0) throwFileError("Cannot create the grid", path);
+    try {
+        file_.emplace(path, O_WRONLY | O_CREAT, "Cannot create the grid");
+    } catch (...) {
+        removeTree(folder_);
+        throw;
+    }
 }
 
 EsriGridWriter::~EsriGridWriter() {
-    if (file_ >= 0) ::close(file_);
+    if (!finished_) removeTree(folder_);
 }
 
 // Partial sums in several lanes, so that the additions of a row do not wait for each other. Which
@@ -117,13 +110,13 @@ void EsriGridWriter::writeTile(std::size_t tile, std::span<const float> values) 
     char* bytes = reinterpret_cast<char*>(buffer.data()) + 2;
     const std::uint16_t words = __builtin_bswap16(static_cast<std::uint16_t>(kTileWords));
     std::memcpy(bytes, &words, 2);
-    writeAt(file_, folder_, bytes, kTileBytes, kHeaderBytes + tile * kTileBytes);
+    file_->writeAt(bytes, kTileBytes, kHeaderBytes + tile * kTileBytes);
 }
 
 void EsriGridWriter::finish() {
     const std::string header = fileHeader(tileFileBytes(tiles_));
-    writeAt(file_, folder_, header.data(), header.size(), 0);
-    if (::close(std::exchange(file_, -1)) != 0) throwFileError("Cannot write the grid", folder_);
+    file_->writeAt(header.data(), header.size(), 0);
+    file_->close();
 
     std::string hdr("GRID1.2");
     hdr.resize(16, '\0');
@@ -150,6 +143,7 @@ void EsriGridWriter::finish() {
     if (!geometry_.crs.empty()) {
         writeWholeFile(joinedPath(folder_, "prj.adf"), esriWkt(geometry_.crs) + "\n");
     }
+    finished_ = true;
 }
 
 void EsriGridWriter::writeIndex() const {

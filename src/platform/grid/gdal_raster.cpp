@@ -4,16 +4,20 @@
 #include <cpl_error.h>
 #include <gdal_priv.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <mutex>
 #include <utility>
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "gis/text.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/files/posix_file.h"
+#include "platform/grid/raster_formats.h"
 
 namespace velmora::platform {
 
@@ -44,9 +48,11 @@ class GdalRaster : public IRaster {
     void read(const CellBlock& block, std::span<float> values) const override {
         {
             const std::lock_guard lock(mutex_);  // a GDAL dataset serves one thread at a time
+            CPLErrorReset();
             if (dataset_->GetRasterBand(1)->RasterIO(
                     GF_Read, block.column, block.row, block.columns, block.rows, values.data(),
-                    block.columns, block.rows, GDT_Float32, 0, 0, nullptr) != CE_None) {
+                    block.columns, block.rows, GDT_Float32, 0, 0, nullptr) != CE_None ||
+                CPLGetLastErrorType() >= CE_Failure) {
                 throw PlatformError("Cannot read the raster " + path_ + ": " +
                                     gdalMessage("it may be damaged"));
             }
@@ -98,6 +104,65 @@ GridGeometry geometryOf(GDALDataset& dataset, const std::string& path) {
     return geometry;
 }
 
+// The file of the cells of a raster whose header is a file of its own.
+std::string cellFile(const std::string& driver, const std::string& path) {
+    if (driver == "RRASTER") return withoutExtension(path) + ".gri";
+    if (driver == "SAGA") return withoutExtension(path) + ".sdat";
+    return path;
+}
+
+// GDAL reads zeros where a plain file of cells is cut short.
+void requireWhole(GDALDataset& dataset, const std::string& path) {
+    static constexpr std::array kPlain = {"EHdr", "ENVI", "SAGA", "RST", "RRASTER"};
+    const std::string driver = dataset.GetDriverName();
+    GDALRasterBand* band = dataset.GetRasterBand(1);
+    if (std::ranges::find(kPlain, driver) == kPlain.end() ||
+        band->GetMetadataItem("NBITS", "IMAGE_STRUCTURE") ||
+        dataset.GetMetadataItem("file_compression", "ENVI")) {
+        return;
+    }
+    std::error_code error;
+    const auto bytes = std::filesystem::file_size(cellFile(driver, path), error);
+    const auto needed =
+        static_cast<std::uintmax_t>(dataset.GetRasterXSize()) *
+        static_cast<std::uintmax_t>(dataset.GetRasterYSize()) *
+        static_cast<std::uintmax_t>(dataset.GetRasterCount()) *
+        static_cast<std::uintmax_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType()));
+    if (!error && bytes < needed) {
+        throw PlatformError("The raster " + path + " is cut short: its header tells of " +
+                            std::to_string(needed) + " bytes, it has " + std::to_string(bytes));
+    }
+}
+
+// Throws unless everything is written, what the closing writes too.
+void writeCog(GDALDriver& driver, GDALDataset& whole, const std::string& path) {
+    CPLErrorReset();
+    const char* const options[] = {"COMPRESS=DEFLATE", "PREDICTOR=YES", nullptr};
+    DatasetPtr copy(
+        driver.CreateCopy(path.c_str(), &whole, 0, const_cast<char**>(options), nullptr, nullptr));
+    const bool made = copy != nullptr;
+    copy.reset();
+    if (!made || CPLGetLastErrorType() >= CE_Failure) {
+        throw PlatformError(gdalMessage("the folder may not be writable"));
+    }
+}
+
+// Throws when a file does not hold the values that were written into it.
+void requireSame(const IRaster& written, const IRaster& found) {
+    const GridGeometry& geometry = written.geometry();
+    const auto columns = static_cast<std::size_t>(geometry.columns);
+    std::vector<float> expected(columns);
+    std::vector<float> values(columns);
+    for (int row = 0; row < geometry.rows; ++row) {
+        written.read({0, row, geometry.columns, 1}, expected);
+        found.read({0, row, geometry.columns, 1}, values);
+        if (std::memcmp(expected.data(), values.data(), columns * sizeof(float)) != 0) {
+            throw PlatformError("row " + std::to_string(row + 1) +
+                                " does not read back as it was written: the disk may be full");
+        }
+    }
+}
+
 }  // namespace
 
 void initialiseGdal() {
@@ -112,11 +177,14 @@ std::string gdalMessage(const std::string& otherwise) {
 
 RasterPtr openGdalRaster(const std::string& path) {
     CPLErrorReset();
-    DatasetPtr dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY));
+    requireLocalPath(path);
+    DatasetPtr dataset(
+        GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, rasterDrivers()));
     if (!dataset || dataset->GetRasterCount() < 1) {
         throw PlatformError("Cannot open the raster " + path + ": " +
-                            gdalMessage("it has no band of values"));
+                            gdalMessage("it is of none of the formats that serve"));
     }
+    requireWhole(*dataset, path);
     GridGeometry geometry = geometryOf(*dataset, path);
     return std::make_shared<GdalRaster>(path, std::move(dataset), std::move(geometry));
 }
@@ -145,19 +213,15 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
             throw PlatformError("Cannot export " + path + ": " + gdalMessage("out of memory"));
         }
     }
+    sweepUnfinished(parentFolderName(path));
     const std::string unfinished = unfinishedPath(path);
-    CPLErrorReset();
-    const char* const options[] = {"COMPRESS=DEFLATE", "PREDICTOR=YES", nullptr};
-    DatasetPtr copy(driver->CreateCopy(unfinished.c_str(), whole.get(), 0,
-                                       const_cast<char**>(options), nullptr, nullptr));
-    const bool good = copy && CPLGetLastErrorType() != CE_Failure;
-    const std::string reason = gdalMessage("the folder may not be writable");
-    copy.reset();
-    std::error_code error;
-    if (good) std::filesystem::rename(unfinished, path, error);
-    if (!good || error) {
+    try {
+        writeCog(*driver, *whole, unfinished);
+        requireSame(raster, *openGdalRaster(unfinished));
+        replaceDurably(unfinished, path);
+    } catch (const PlatformError& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot write " + path + ": " + (error ? error.message() : reason));
+        throw PlatformError("Cannot write " + path + ": " + e.what());
     }
 }
 

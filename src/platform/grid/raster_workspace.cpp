@@ -13,6 +13,7 @@
 #include "platform/files/posix_file.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/grid/gdal_raster.h"
+#include "platform/grid/raster_formats.h"
 
 namespace velmora::platform {
 
@@ -20,35 +21,27 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isGridFolder(const fs::path& path) { return fs::is_regular_file(path / "hdr.adf"); }
-
-// Files that lie beside a raster and describe it, and vectors of the same name.
-bool isRasterFile(const fs::path& path) {
-    static const std::vector<std::string> others = {".xml", ".prj", ".ovr", ".tfw", ".aux", ".shp",
-                                                    ".shx", ".dbf", ".cpg", ".qix", ".qml", ".png",
-                                                    ".csv", ".txt", ".inf", ".mdb", ".qmd", ".sbn",
-                                                    ".sbx", ".hdr", ".stx", ".clr", ".rrd", ".ige"};
-    const std::string extension = path.extension().string();
-    return !extension.empty() && fs::is_regular_file(path) &&
-           std::none_of(others.begin(), others.end(),
-                        [&](const std::string& o) { return sameIgnoringCase(o, extension); });
+bool isGridFolder(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path / "hdr.adf", error);
 }
 
-// The dataset that a path means: the grid folder or file of that very name, else the first raster
-// file (in order of name) of that name plus an extension; empty when there is none.
-fs::path resolved(const std::string& path) {
-    fs::path exact(path);
-    if (isGridFolder(exact) || fs::is_regular_file(exact)) return exact;
+// The datasets that a path may mean: the grid folder or file of that very name, else the raster
+// files of that name plus an ending, in order of name.
+std::vector<fs::path> candidates(const std::string& path) {
+    std::error_code error;
+    const fs::path exact(path);
+    if (isGridFolder(exact) || fs::is_regular_file(exact, error)) return {exact};
     const fs::path folder = exact.has_parent_path() ? exact.parent_path() : fs::path(".");
     std::vector<fs::path> found;
-    std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
-        if (entry.path().stem() == exact.filename() && isRasterFile(entry.path())) {
+        if (entry.path().stem() == exact.filename() && entry.is_regular_file(error) &&
+            hasRasterEnding(entry.path().string())) {
             found.push_back(entry.path());
         }
     }
-    if (found.empty()) return {};
-    return *std::min_element(found.begin(), found.end());
+    std::ranges::sort(found);
+    return found;
 }
 
 // What other programs put beside a dataset to describe its values; it goes with them.
@@ -89,13 +82,44 @@ class Dataset : public IRasterDataset {
     RasterPtr raster_;
 };
 
+// The first candidate that opens; when none does, the failure of the first.
 std::unique_ptr<IRasterDataset> openDataset(const std::string& path) {
-    const fs::path found = resolved(path);
-    if (found.empty()) {
-        throw PlatformError("There is no raster dataset " + path +
-                            " (neither a grid folder nor a raster file of that name)");
+    requireLocalPath(path);
+    std::string failure = "There is no raster dataset " + path +
+                          " (neither a grid folder nor a raster file of that name)";
+    bool first = true;
+    for (const fs::path& candidate : candidates(path)) {
+        try {
+            return std::make_unique<Dataset>(candidate);
+        } catch (const PlatformError& e) {
+            if (std::exchange(first, false)) failure = e.what();
+        }
     }
-    return std::make_unique<Dataset>(found);
+    throw PlatformError(failure);
+}
+
+// The raster file that a grid of this name stands for from now on, if there is one that opens.
+std::unique_ptr<IRasterDataset> fileReplacedBy(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) return nullptr;
+    try {
+        return openDataset(path);
+    } catch (const PlatformError&) {
+        return nullptr;
+    }
+}
+
+// Throws when the name belongs to something that is no raster: it is the user's.
+void requireReplaceable(const std::string& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error) && !isGridFolder(path)) {
+        throw PlatformError("The folder " + path +
+                            " is no grid, so it is not replaced: move it away");
+    }
+    if (fs::is_regular_file(path, error) && !fileReplacedBy(path)) {
+        throw PlatformError("The file " + path +
+                            " is no raster, so it is not replaced: move it away");
+    }
 }
 
 // A raster on its way to its final name.
@@ -120,36 +144,40 @@ class Workspace : public IRasterWorkspace {
         return openDataset(joinedPath(folder_, name));
     }
     bool exists(const std::string& name) const override {
-        return !resolved(joinedPath(folder_, name)).empty();
+        return !candidates(joinedPath(folder_, name)).empty();
     }
 
     void save(std::span<const RasterToSave> rasters) override {
         std::vector<Unfinished> unfinished;
         try {
-            for (const RasterToSave& entry : rasters) {
-                checkName(entry.name);
-                if (!sameIgnoringCase(entry.format, "GRID")) {
-                    throw PlatformError("The format " + entry.format + " is not known: GRID is");
-                }
-                const std::string path = unfinishedPath(joinedPath(folder_, entry.name));
-                unfinished.push_back({path, entry.raster, nullptr});
-                unfinished.back().writer =
-                    std::make_unique<EsriGridWriter>(path, entry.raster->geometry());
-            }
+            for (const RasterToSave& entry : rasters) unfinished.push_back(begun(entry));
             writeTiles(unfinished);
             parallelFor(unfinished.size(), 1, [&](std::size_t begin, std::size_t end) {
                 for (std::size_t i = begin; i < end; ++i) unfinished[i].writer->finish();
             });
+            syncFileSystemOf(folder_);  // no name may stand for what a power cut could lose
+            for (std::size_t i = 0; i < rasters.size(); ++i) {
+                moveInPlace(unfinished[i].path, joinedPath(folder_, rasters[i].name));
+            }
         } catch (...) {
             for (const Unfinished& entry : unfinished) removeTree(entry.path);
             throw;
         }
-        for (std::size_t i = 0; i < rasters.size(); ++i) {
-            moveInPlace(unfinished[i].path, joinedPath(folder_, rasters[i].name));
-        }
     }
 
   private:
+    Unfinished begun(const RasterToSave& entry) const {
+        checkName(entry.name);
+        if (!sameIgnoringCase(entry.format, "GRID")) {
+            throw PlatformError("The format " + entry.format + " is not known: GRID is");
+        }
+        const std::string target = joinedPath(folder_, entry.name);
+        requireReplaceable(target);
+        const std::string path = unfinishedPath(target);
+        return {path, entry.raster,
+                std::make_unique<EsriGridWriter>(path, entry.raster->geometry())};
+    }
+
     // Rasters of one shape go through their tiles together, so that what they share is made once.
     static void writeTiles(std::vector<Unfinished>& entries) {
         std::map<std::pair<int, int>, std::vector<Unfinished*>> byShape;
@@ -179,23 +207,13 @@ class Workspace : public IRasterWorkspace {
         }
     }
 
-    // The old dataset steps aside, the new one takes its name, the old one goes.
+    // The new dataset takes its name; then the old one goes.
     static void moveInPlace(const std::string& from, const std::string& to) {
-        const std::string aside = unfinishedPath(to + ".old");
-        std::error_code error;
-        const fs::path old = resolved(to);
-        if (!old.empty() && fs::is_directory(old)) {
-            fs::rename(old, aside, error);
-        } else if (fs::is_directory(to)) {
-            throw PlatformError("The folder " + to +
-                                " is no grid, so it is not replaced: move it away");
-        } else if (!old.empty()) {
-            Dataset(old).remove();
-        }
-        if (!error) fs::rename(from, to, error);
-        if (!error) removeDescriptions(to);
-        removeTree(aside);
-        if (error) throw PlatformError("Cannot replace " + to + ": " + error.message());
+        requireReplaceable(to);
+        const auto old = fileReplacedBy(to);
+        replaceTree(from, to);
+        removeDescriptions(to);
+        if (old && old->path() != to) old->remove();
     }
 
     std::string folder_;

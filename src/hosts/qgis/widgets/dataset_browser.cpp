@@ -13,11 +13,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "platform/grid/raster_formats.h"
+
 namespace velmora::qt {
 
 namespace {
-
-const QStringList kRasterEndings = {"tif", "tiff", "asc", "img", "vrt", "bil", "flt", "dem"};
 
 bool isGrid(const QFileInfo& folder) {
     return folder.isDir() && QFileInfo::exists(folder.filePath() + "/hdr.adf");
@@ -29,7 +29,8 @@ bool DatasetBrowser::isDataset(DatasetKind kind, const QString& path) {
     const QFileInfo file(path);
     const QString ending = file.suffix().toLower();
     if (kind == DatasetKind::featureClass) return file.isFile() && ending == "shp";
-    return isGrid(file) || (file.isFile() && kRasterEndings.contains(ending));
+    return isGrid(file) ||
+           (file.isFile() && platform::hasRasterEnding(file.fileName().toStdString()));
 }
 
 DatasetBrowser::DatasetBrowser(DatasetKind kind, const QString& title, const QString& startFolder,
