@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/platform.h"
 
+#include <cpl_conv.h>
 #include <cpl_error.h>
+#include <gdal.h>
 
 #include "platform/analysis/analysis_factory.h"
 #include "platform/analysis/parallel_loop.h"
@@ -42,5 +44,10 @@ IFileSystem& Platform::files() { return parts_->files; }
 IClock& Platform::clock() { return parts_->clock; }
 
 void keepLibrariesQuiet() { CPLSetErrorHandler(CPLQuietErrorHandler); }
+
+void boundLibrariesMemory() {
+    constexpr GIntBig kCache = GIntBig{128} << 20U;
+    if (CPLGetConfigOption("GDAL_CACHEMAX", nullptr) == nullptr) GDALSetCacheMax64(kCache);
+}
 
 }  // namespace velmora::platform

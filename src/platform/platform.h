@@ -36,4 +36,8 @@ class Platform : public IPlatform {
 // terminal with this; a guest in another program leaves the matter to its host.
 void keepLibrariesQuiet();
 
+// GDAL keeps what it has read of rasters in a twentieth of the machine's memory. A program of its
+// own bounds that with this to 128 MB, unless the user has set GDAL_CACHEMAX; a guest leaves it.
+void boundLibrariesMemory();
+
 }  // namespace velmora::platform

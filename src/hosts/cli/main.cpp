@@ -4,5 +4,6 @@
 
 int main(int argc, char** argv) {
     velmora::platform::keepLibrariesQuiet();
+    velmora::platform::boundLibrariesMemory();
     return velmora::cli::CommandLine().run(argc, argv);
 }
