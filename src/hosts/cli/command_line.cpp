@@ -10,6 +10,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
 #include "platform/analysis/parallel_loop.h"
+#include "platform/files/posix_file.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -47,6 +48,9 @@ CommandLine::CommandLine()
     app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
     app_.add_option("--threads", threads_, "Threads to use (default: all that the machine has)")
         ->check(CLI::NonNegativeNumber);
+    app_.add_flag("--no-sync", noSync_,
+                  "Do not wait until what is written has reached the disk: faster, but a power cut "
+                  "may lose it");
     app_.add_flag("--man-page", manPage_, "Print the manual page")->group("");
     addSettings();
     addRun();
@@ -343,6 +347,7 @@ int CommandLine::runChosen() {
     if (no_) session_.terminal.answer = false;
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
     platform::useThreads(threads_);
+    if (noSync_) platform::setSyncing(false);
     return action_(session_);
 }
 

@@ -50,6 +50,7 @@ class CommandLine {
     int threads_ = 0;
     bool yes_ = false;
     bool no_ = false;
+    bool noSync_ = false;
     bool manPage_ = false;
     bool diagnose_ = false;
     bool newCrop_ = false;
