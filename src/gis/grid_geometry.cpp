@@ -12,9 +12,13 @@ namespace velmora {
 
 namespace {
 
+// A point this close before a border, in cells, counts as on it: cell sizes in files carry
+// rounding.
+constexpr double kOnBorder = 1e-6;
+
 int cellHolding(double cellsFromEdge, int count) {
     return static_cast<int>(
-        std::floor(std::clamp(cellsFromEdge, -1.0, static_cast<double>(count))));
+        std::floor(std::clamp(cellsFromEdge + kOnBorder, -1.0, static_cast<double>(count))));
 }
 
 int cellsAcross(double length, double cellSize) {

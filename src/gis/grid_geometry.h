@@ -26,9 +26,9 @@ struct GridGeometry {
     double columnCentre(int column) const { return xMin + (column + 0.5) * cellSize; }
     double rowCentre(int row) const { return yMax - (row + 0.5) * cellSize; }
 
-    // The column (row) that holds a coordinate; a coordinate on a border belongs to the right
-    // (lower) cell. Outside the grid the result is below 0 or not below columns (rows), clamped to
-    // one cell beyond.
+    // The column (row) that holds a coordinate; a coordinate on a border, or within a millionth of
+    // a cell of it, belongs to the right (lower) cell. Outside the grid the result is below 0 or
+    // not below columns (rows), clamped to one cell beyond.
     int columnAt(double x) const;
     int rowAt(double y) const;
 

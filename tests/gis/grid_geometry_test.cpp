@@ -42,6 +42,40 @@ TEST(GridGeometry, BordersBelongToTheRightAndLowerCell) {
     EXPECT_EQ(g.rowAt(701), -1);
 }
 
+// Cells of twice a size on the same corner: every centre lies on a border of the smaller cells.
+TEST(GridGeometry, CellSizesOfFilesCarryRounding) {
+    for (const auto& [small, large] : {std::pair{92.7662, 185.5324},
+                                       {9.2592592593, 18.5185185186},
+                                       {830.0000000000001, 1660.0},
+                                       {30.0, 60.0}}) {
+        for (const double corner : {0.0, 412345.678, -1234567.89}) {
+            const GridGeometry fine{400, 400, corner, -corner, small, ""};
+            const GridGeometry coarse{200, 200, corner, -corner, large, ""};
+            for (int i = 0; i < 200; ++i) {
+                ASSERT_EQ(fine.columnAt(coarse.columnCentre(i)), 2 * i + 1)
+                    << small << " " << corner;
+                ASSERT_EQ(fine.rowAt(coarse.rowCentre(i)), 2 * i + 1) << small << " " << corner;
+            }
+        }
+    }
+}
+
+TEST(GridGeometry, AMillionthOfACellBeforeABorderIsOnIt) {
+    const GridGeometry g{10, 5, 0, 500, 100, ""};
+    EXPECT_EQ(g.columnAt(300 - 0.9e-4), 3);
+    EXPECT_EQ(g.columnAt(300 - 1.1e-4), 2);
+    EXPECT_EQ(g.columnAt(300 + 1e-9), 3);
+    EXPECT_EQ(g.rowAt(200 + 0.9e-4), 3);
+    EXPECT_EQ(g.rowAt(200 + 1.1e-4), 2);
+    // The outer borders too.
+    EXPECT_EQ(g.columnAt(-0.9e-4), 0);
+    EXPECT_EQ(g.columnAt(-1.1e-4), -1);
+    EXPECT_EQ(g.columnAt(1000 - 0.9e-4), 10);
+    EXPECT_EQ(g.columnAt(1000 - 1.1e-4), 9);
+    EXPECT_EQ(g.rowAt(500 + 0.9e-4), 0);
+    EXPECT_EQ(g.rowAt(0.9e-4), 5);
+}
+
 TEST(GridGeometry, RefusesWhatMakesNoGrid) {
     const Envelope extent{0, 0, 300000, 250000};
     EXPECT_THROW(GridGeometry::covering(extent, 0, ""), PlatformError);

@@ -32,6 +32,15 @@ struct MapAlgebra : testing::Test {
     }
 };
 
+TEST_F(MapAlgebra, CellsOfTwiceTheSizeTakeEverySecondOne) {
+    Grid dem({40, 1, 412345.678, 92.7662, 92.7662, ""});
+    for (int c = 0; c < 40; ++c) dem.at(c, 0) = static_cast<float>(c);
+    op.BindRaster(std::make_shared<MemoryRaster>(dem), "DEM");
+    useCells(op.environment(), {20, 1, 412345.678, 92.7662 + 40, 185.5324, ""});
+    const Grid sampled = wholeGrid(*op.Execute("[DEM]"));
+    for (int c = 0; c < 20; ++c) EXPECT_EQ(sampled.at(c, 0), static_cast<float>(2 * c + 1));
+}
+
 TEST_F(MapAlgebra, CellByCell) {
     environment({0, 0, 3, 2}, 1);
     op.BindRaster(raster(cells, {1, 2, 3, 4, kNoData, 6}), "A");
