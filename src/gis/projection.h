@@ -25,4 +25,8 @@ class ISpatialReferenceFactory {
                                        const std::string& to) = 0;
 };
 
+// What the coordinates of a system are in, for a message ("degrees", "units of 0.3048 m"); "" for
+// metres.
+std::string unitOtherThanMetres(ISpatialReferenceFactory& systems, const std::string& crs);
+
 }  // namespace velmora

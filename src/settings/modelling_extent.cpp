@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "gis/errors.h"
-#include "gis/numbers.h"
+#include "gis/projection.h"
 #include "gis/text.h"
 
 namespace velmora {
@@ -48,10 +48,12 @@ std::string domainCrs(IPlatform& platform, const RunSettings& settings) {
 }
 
 void requireMetres(IPlatform& platform, const IFeatureClass& layer, const std::string& what) {
+    if (layer.crs().empty()) return;  // nothing tells that it is not
     ISpatialReferenceFactory& systems = platform.spatialReferences();
-    if (!systems.isGeographic(layer.crs())) return;
-    throw PlatformError("The " + what + " " + withoutEnding(layer.path(), ".shp") +
-                        " is in degrees (" + systems.name(layer.crs()) +
+    const std::string unit = unitOtherThanMetres(systems, layer.crs());
+    if (unit.empty()) return;
+    throw PlatformError("The " + what + " " + withoutEnding(layer.path(), ".shp") + " is in " +
+                        unit + " (" + systems.name(layer.crs()) +
                         "), but cell sizes are metres: project it, or set an extent provider in "
                         "metres in the General Settings");
 }
@@ -65,17 +67,12 @@ GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings) {
                             "computed from it");
     }
     auto& systems = platform.spatialReferences();
-    if (systems.isGeographic(crs)) {
-        throw PlatformError("The extent provider " + settings.ExtentProvider + " is in degrees (" +
-                            systems.name(crs) +
+    const std::string unit = unitOtherThanMetres(systems, crs);
+    if (!unit.empty()) {
+        throw PlatformError("The extent provider " + settings.ExtentProvider + " is in " + unit +
+                            " (" + systems.name(crs) +
                             "), but cell sizes are metres: project it to a system in metres, such "
                             "as UTM");
-    }
-    const double metres = systems.metresPerUnit(crs);
-    if (std::fabs(metres - 1) > 1e-9) {
-        throw PlatformError("The extent provider " + settings.ExtentProvider + " is in units of " +
-                            numberText(metres) + " m (" + systems.name(crs) +
-                            "), but cell sizes are metres: project it to a system in metres");
     }
     return GridGeometry::covering(provider->extent(), settings.CellSize, crs);
 }

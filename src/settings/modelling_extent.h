@@ -30,12 +30,12 @@ std::optional<CellCounts> roundedCounts(const Envelope& extent, double cellSize)
 // The coordinate system of the domain (WKT), "" when no extent provider is set.
 std::string domainCrs(IPlatform& platform, const RunSettings& settings);
 
-// Throws PlatformError, naming the layer as `what`, when its coordinates are degrees: cell sizes
-// are metres.
+// Throws PlatformError, naming the layer as `what`, when its coordinates are degrees or feet:
+// cell sizes are metres. A layer without a coordinate system is taken to be in metres.
 void requireMetres(IPlatform& platform, const IFeatureClass& layer, const std::string& what);
 
 // The grid that every step of a run shares. Throws PlatformError when the extent provider has no
-// coordinate system, or one in degrees, or when the cell size makes no grid.
+// coordinate system, or one in degrees or feet, or when the cell size makes no grid.
 GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings);
 
 }  // namespace velmora

@@ -81,6 +81,82 @@ TEST_F(MinimumOfInputs, AnInputInAnotherSystemCoversWhatItsImageCovers) {
     EXPECT_NEAR(common.extent().xMax, 410000, 1e-6);
 }
 
+TEST_F(MinimumOfInputs, ALatticeInFeetIsNotTaken) {
+    const std::string utm = systems.createProjected(26912);
+    const std::string feet = systems.createProjected(3566);  // Utah Central, US survey feet
+    const GridGeometry metres{20, 20, 420000, 4500000, 190, utm};
+    // Cells of 60 m, which count 197 feet, and of 30 m, which count 98: neither is compared with
+    // 190.
+    const Point corner = systems.project({{419000, 4501500}}, utm, feet)[0];
+    for (const double metresWide : {60.0, 30.0}) {
+        const double size = metresWide / 0.3048006096012192;
+        const int count = static_cast<int>(8000 / metresWide);
+        const GridGeometry cellsInFeet{count, count, corner.x, corner.y, size, feet};
+        EXPECT_EQ(cells({metres, cellsInFeet}), metres);
+        EXPECT_EQ(cells({cellsInFeet, metres}), metres);
+    }
+}
+
+TEST_F(MinimumOfInputs, ARasterInFeetIsSampledOnTheLatticeInMetres) {
+    const std::string utm = systems.createProjected(26912);
+    const std::string feet = systems.createProjected(3566);
+    const GridGeometry metres{20, 20, 420000, 4500000, 190, utm};
+    const Point corner = systems.project({{419000, 4501500}}, utm, feet)[0];
+    Grid kc({200, 200, corner.x, corner.y, 131, feet});
+    for (int r = 0; r < 200; ++r) {
+        for (int c = 0; c < 200; ++c) kc.at(c, r) = static_cast<float>(1000 * r + c);
+    }
+    MapAlgebraOp op(systems);
+    useInputs(op.environment());
+    op.BindRaster(std::make_shared<MemoryRaster>(Grid(metres, 2)), "ETR");
+    op.BindRaster(std::make_shared<MemoryRaster>(kc), "Kc");
+    const Grid result = wholeGrid(*op.Execute("[Kc] * [ETR]"));
+    ASSERT_EQ(result.geometry, metres);
+    for (int r = 0; r < 20; r += 3) {
+        for (int c = 0; c < 20; c += 3) {
+            const Point p =
+                systems.project({{metres.columnCentre(c), metres.rowCentre(r)}}, utm, feet)[0];
+            EXPECT_EQ(result.at(c, r),
+                      2 * kc.at(kc.geometry.columnAt(p.x), kc.geometry.rowAt(p.y)));
+        }
+    }
+}
+
+TEST_F(MinimumOfInputs, WithoutALatticeInMetresTheInputsAreNamed) {
+    const std::string feet = systems.createProjected(3566);
+    const std::string degrees = systems.createGeographic(4269);
+    const GridGeometry a{20, 20, 1500000, 7000000, 98.4, feet};
+    const GridGeometry b{20, 20, -112, 41, 0.01, degrees};
+    EXPECT_THAT(
+        [&] {
+            cells({a, a});
+        },
+        ThrowsMessage<PlatformError>(testing::AllOf(
+            HasSubstr("[R0] is in units of 0.30480060960121924 m (NAD83 / Utah Central"),
+            HasSubstr("[R1] is in units"), HasSubstr("project one to a system in metres"))));
+    EXPECT_THAT([&] { cells({b}); }, ThrowsMessage<PlatformError>(HasSubstr("[R0] is in degrees")));
+}
+
+TEST_F(MinimumOfInputs, ALatticeWithoutASystemIsInThatOfTheOthersInMetres) {
+    const std::string utm = systems.createProjected(26912);
+    const std::string feet = systems.createProjected(3566);
+    const GridGeometry fine{60, 60, 420000, 4500000, 50, ""};
+    const GridGeometry coarse{20, 20, 420000, 4500000, 190, utm};
+    const Point corner = systems.project({{419000, 4501500}}, utm, feet)[0];
+    const GridGeometry inFeet{200, 200, corner.x, corner.y, 131, feet};
+    GridGeometry expected = fine;
+    EXPECT_EQ(cells({fine, coarse}), expected);
+    expected.crs = utm;
+    EXPECT_EQ(cells({fine, coarse, inFeet}), expected);
+    EXPECT_THAT(
+        [&] {
+            cells({fine, inFeet});
+        },
+        ThrowsMessage<PlatformError>(
+            testing::AllOf(HasSubstr("[R1] is in units of 0.30480060960121924 m"),
+                           HasSubstr("no input in metres has a coordinate system"))));
+}
+
 TEST_F(MinimumOfInputs, OnlyRastersThatTheExpressionNamesCount) {
     MapAlgebraOp op(systems);
     useInputs(op.environment());

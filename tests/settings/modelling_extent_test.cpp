@@ -61,5 +61,24 @@ TEST(ModellingExtent, DegreesAndFeetAndNothingAreRefused) {
                 ThrowsMessage<PlatformError>(HasSubstr("no coordinate system")));
 }
 
+TEST(ModellingExtent, LayersMustBeInMetresWhereTheySayAnything) {
+    test::RunFixture f;
+    auto& platform = f.application.platform();
+    const auto require = [&](const std::string& crs) {
+        f.makeDomain({-112, 43, -111, 44}, crs);
+        requireMetres(platform, *platform.features().openFeatureClass(f.settings.ExtentProvider),
+                      "land cover");
+    };
+    auto& systems = platform.spatialReferences();
+    EXPECT_NO_THROW(require(""));
+    EXPECT_NO_THROW(require(systems.createProjected(26912)));
+    EXPECT_THAT([&] { require(systems.createGeographic(4326)); },
+                ThrowsMessage<PlatformError>(HasSubstr("The land cover")));
+    EXPECT_THAT([&] { require(systems.createProjected(3566)); },
+                ThrowsMessage<PlatformError>(testing::AllOf(
+                    HasSubstr("The land cover"), HasSubstr("is in units of 0.30480060960121"),
+                    HasSubstr("but cell sizes are metres: project it"))));
+}
+
 }  // namespace
 }  // namespace velmora

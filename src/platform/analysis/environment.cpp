@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 #include <vector>
 
 #include "gis/errors.h"
@@ -47,19 +46,46 @@ int firstCentre(double distance, double cellSize) {
     return static_cast<int>(std::ceil(distance / cellSize - 0.5 - kRounding));
 }
 
-// The input of the smallest cells, the first of several. Cells in degrees give way to any others,
-// since areas are taken in square metres.
+// What the coordinates of an input are in, "" for metres; so is one without a coordinate system.
+std::string otherUnit(const GridGeometry& g, ISpatialReferenceFactory& spatialReferences) {
+    if (g.crs.empty()) return {};
+    const std::string unit = unitOtherThanMetres(spatialReferences, g.crs);
+    return unit.empty() ? unit : unit + " (" + spatialReferences.name(g.crs) + ")";
+}
+
+// The input of the smallest cells among those in metres, the first of several: areas are taken in
+// square metres, and sizes in degrees or feet are no numbers to compare with. Where others have to
+// be transformed to it and it has no coordinate system, it is taken to be in that of the first
+// input in metres that has one.
 GridGeometry finestOf(std::span<const AnalysisEnvironment::Input> inputs,
                       ISpatialReferenceFactory& spatialReferences) {
-    const auto inDegrees = [&](const GridGeometry& g) {
-        return !g.crs.empty() && spatialReferences.isGeographic(g.crs);
-    };
-    return std::ranges::min_element(inputs, {},
-                                    [&](const AnalysisEnvironment::Input& input) {
-                                        return std::pair(inDegrees(input.geometry),
-                                                         input.geometry.cellSize);
-                                    })
-        ->geometry;
+    std::vector<const GridGeometry*> metric;
+    std::string others;
+    for (const AnalysisEnvironment::Input& input : inputs) {
+        const std::string unit = otherUnit(input.geometry, spatialReferences);
+        if (unit.empty()) {
+            metric.push_back(&input.geometry);
+        } else {
+            others += (others.empty() ? "[" : ", [") + input.name + "] is in " + unit;
+        }
+    }
+    if (metric.empty()) {
+        throw PlatformError(others +
+                            ", and none of the inputs is in metres, in which cell sizes and areas "
+                            "are taken: project one to a system in metres, such as UTM");
+    }
+    GridGeometry finest =
+        **std::ranges::min_element(metric, {}, [](const GridGeometry* g) { return g->cellSize; });
+    if (others.empty() || !finest.crs.empty()) return finest;
+    const auto known =
+        std::ranges::find_if(metric, [](const GridGeometry* g) { return !g->crs.empty(); });
+    if (known == metric.end()) {
+        throw PlatformError(others +
+                            ", and no input in metres has a coordinate system to convert "
+                            "it to: give the others theirs");
+    }
+    finest.crs = (*known)->crs;
+    return finest;
 }
 
 std::string extentText(const Envelope& e) {

@@ -17,7 +17,8 @@ class AnalysisEnvironment : public IRasterAnalysisEnvironment {
     GridGeometry geometry() const override;
 
     // The cells of a result of these inputs, under whichever settings. Throws PlatformError, which
-    // names the inputs and their extents, when there is no place that all of them cover.
+    // names the inputs and their extents, when there is no place that all of them cover, or
+    // their units when none is in metres.
     struct Input {
         std::string name;
         GridGeometry geometry;
