@@ -66,8 +66,8 @@ struct Sample {
 enum class SemivariogramType { spherical = 2 };
 
 // Surfaces from stations. Both methods take the `nearest` nearest stations of a cell (a variable
-// search radius without a maximum; of equal distances the earlier sample is nearer), and count
-// coincident stations as one with their mean value.
+// search radius without a maximum; of equal distances the smaller x, then y, is nearer), and count
+// coincident stations as one with their mean value. The order of the samples changes nothing.
 class IInterpolationOp {
   public:
     virtual ~IInterpolationOp() = default;

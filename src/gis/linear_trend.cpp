@@ -2,7 +2,6 @@
 #include "gis/linear_trend.h"
 
 #include <algorithm>
-#include <string>
 
 #include "gis/errors.h"
 
@@ -14,8 +13,7 @@ constexpr double kRounding = 1e-12;
 
 LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs) {
     if (pairs.size() < 2) {
-        throw PlatformError("a regression on elevation needs at least two stations, there are " +
-                            std::to_string(pairs.size()));
+        throw PlatformError("a regression on elevation needs at least two");
     }
     const auto n = static_cast<double>(pairs.size());
     double sx = 0;
@@ -30,9 +28,8 @@ LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs) {
     }
     const double spread = n * sxx - sx * sx;
     if (spread <= kRounding * n * sxx) {
-        throw PlatformError("all " + std::to_string(pairs.size()) +
-                            " stations stand at one elevation, so there is no regression on "
-                            "elevation");
+        throw PlatformError(
+            "all of them stand at one elevation, so there is no regression on elevation");
     }
     const double b = (n * sxy - sx * sy) / spread;
     return {(sy - b * sx) / n, b};

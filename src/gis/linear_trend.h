@@ -21,7 +21,8 @@ struct LinearTrend {
 
 // Ordinary least squares over the n pairs:
 //   b = (n Sxy - Sx Sy) / (n Sxx - Sx^2),  a = (Sy - b Sx) / n.
-// Throws PlatformError for fewer than two pairs, or when all stand at one elevation.
+// Throws PlatformError for fewer than two pairs, or when all stand at one elevation; the text goes
+// on after a count of stations.
 LinearTrend fitLinearTrend(std::span<const ElevationPair> pairs);
 
 // The share of the values' variance that the line explains, 0 to 1; nothing for values without

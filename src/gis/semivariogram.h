@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace velmora {
@@ -36,6 +37,9 @@ struct Semivariogram {
     std::vector<SemivariogramLag> lags;  // by rising distance
     SphericalModel model;
     double weightedError = 0;  // sum of pairs / distance^2 * (semivariance - model)^2
+    // Where the lags do not tell the range: the longest range that fits as well as the model's,
+    // which is the shortest.
+    std::optional<double> longestEqualRange;
 };
 
 }  // namespace velmora

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <tuple>
 
 #include "gis/month_names.h"
 #include "gis/numbers.h"
@@ -22,6 +23,15 @@ std::string someKeys(const ITable& table, const std::string& field) {
 }
 
 }  // namespace
+
+std::vector<ElevationPair> pairsByPosition(std::vector<StationValue> stations) {
+    std::ranges::sort(stations, {}, [](const StationValue& s) {
+        return std::tuple(s.at.x, s.at.y, s.elevation, s.value);
+    });
+    std::vector<ElevationPair> pairs;
+    for (const StationValue& s : stations) pairs.push_back({s.elevation, s.value});
+    return pairs;
+}
 
 WeatherStations::WeatherStations(IPlatform& platform, const RunSettings& settings,
                                  const std::string& workingField, const std::string& crs)
@@ -89,14 +99,31 @@ std::vector<std::size_t> WeatherStations::selected(const std::string& whereClaus
     return joined_->select(whereClause);
 }
 
+WeatherStations::Zeros WeatherStations::zeros(const std::string& qualified) const {
+    Zeros zeros;
+    for (std::size_t station = 0; station < count(); ++station) {
+        const auto value = number(station, qualified);
+        if (value) ++zeros.stations;
+        if (value == 0.0) ++zeros.zero;
+    }
+    return zeros;
+}
+
+std::string WeatherStations::zerosText(const std::string& qualified) const {
+    const std::size_t zero = zeros(qualified).zero;
+    if (zero == 0) return {};
+    return "; " + std::to_string(zero) + (zero == 1 ? " station holds 0" : " stations hold 0");
+}
+
 LinearTrend WeatherStations::detrend(const std::string& qualified,
                                      std::vector<std::size_t>& stations) {
     std::erase_if(stations, [&](std::size_t station) { return !elevation(station); });
-    std::vector<ElevationPair> pairs;
+    std::vector<StationValue> values;
     for (const std::size_t station : stations) {
-        pairs.push_back({*elevation(station), number(station, qualified).value()});
+        values.push_back(
+            {positions_[station], *elevation(station), number(station, qualified).value()});
     }
-    const LinearTrend trend = fitLinearTrend(pairs);
+    const LinearTrend trend = fitLinearTrend(pairsByPosition(std::move(values)));
     calculate(stations, "[" + qualified + "]-" + numberText(trend.b) + " * [" +
                             layerField("ELEVATION") + "]" + (inFeet() ? " * 0.3048" : "") + " -" +
                             numberText(trend.a));
@@ -104,11 +131,12 @@ LinearTrend WeatherStations::detrend(const std::string& qualified,
 }
 
 LinearTrend WeatherStations::detrendFor(const std::string& surface, const std::string& qualified,
-                                        int month, std::vector<std::size_t>& stations) {
+                                        int month, std::vector<std::size_t>& stations,
+                                        const std::string& aside) {
     try {
         return detrend(qualified, stations);
     } catch (const PlatformError& e) {
-        throw surfaceFailure(surface, qualified, month, stations.size(), e.what());
+        throw surfaceFailure(surface, qualified, month, stations.size(), e.what() + aside);
     }
 }
 
@@ -149,7 +177,7 @@ PlatformError surfaceFailure(const std::string& surface, const std::string& qual
                              std::size_t validStations, const std::string& reason) {
     return PlatformError("The surface " + surface + " (field " + qualified + ", month " +
                          GetMonthName(month) + ") has " + std::to_string(validStations) +
-                         " valid stations: " + reason);
+                         (validStations == 1 ? " valid station: " : " valid stations: ") + reason);
 }
 
 std::string retrendExpression(const std::string& name, const LinearTrend& trend) {

@@ -17,6 +17,17 @@
 
 namespace velmora {
 
+// A station's part in a regression.
+struct StationValue {
+    Point at;
+    double elevation = 0;  // metres
+    double value = 0;
+};
+
+// The pairs of the stations by rising x, then y (elevation and value where several stand at one
+// place), so that no sum over them depends on the order of the records.
+std::vector<ElevationPair> pairsByPosition(std::vector<StationValue> stations);
+
 class WeatherStations {
   public:
     // Opens the station shapefile and the weather table and joins them by "staname" and "STN".
@@ -46,15 +57,24 @@ class WeatherStations {
     // Stations whose value lies strictly between, in record order.
     std::vector<std::size_t> between(const std::string& qualified, double low, double high) const;
     std::vector<std::size_t> selected(const std::string& whereClause) const;
+    // How many stations have a number in the field, and how many of them hold 0.
+    struct Zeros {
+        std::size_t stations = 0;
+        std::size_t zero = 0;
+        bool all() const { return stations > 0 && zero == stations; }
+    };
+    Zeros zeros(const std::string& qualified) const;
+    // "; 15 stations hold 0", "" when none does.
+    std::string zerosText(const std::string& qualified) const;
 
     // Fits value = a + b * elevation (metres) over the stations and puts what it leaves of each
     // into the working field. Stations without an elevation take no part and are dropped. Throws
     // PlatformError for fewer than two stations, or when all stand at one elevation.
     LinearTrend detrend(const std::string& qualified, std::vector<std::size_t>& stations);
 
-    // The same for a surface of a month, which the failure then names.
+    // The same for a surface of a month, which the failure then names; `aside` ends its text.
     LinearTrend detrendFor(const std::string& surface, const std::string& qualified, int month,
-                           std::vector<std::size_t>& stations);
+                           std::vector<std::size_t>& stations, const std::string& aside = {});
 
     // Puts the expression's value of each station into the working field, null where an operand is
     // null or the value has no number.

@@ -95,11 +95,24 @@ TEST_F(Idw, AStationInACellCentreGivesItsValue) {
     EXPECT_EQ(surface(samples, g).at(10, 10), static_cast<float>(samples[7].value));
 }
 
-TEST_F(Idw, EqualDistancesGoToTheEarlierRecord) {
-    // Two stations left and right of the only centre, one neighbour allowed.
+TEST_F(Idw, EqualDistancesGoToTheSmallerXThenY) {
+    // Two stations beside the only centre, one neighbour allowed.
     const GridGeometry g{1, 1, 0, 10, 10, ""};
     EXPECT_EQ(surface({{{0, 5}, 1}, {{10, 5}, 2}}, g, 2, 1).values[0], 1.0F);
-    EXPECT_EQ(surface({{{10, 5}, 2}, {{0, 5}, 1}}, g, 2, 1).values[0], 2.0F);
+    EXPECT_EQ(surface({{{10, 5}, 2}, {{0, 5}, 1}}, g, 2, 1).values[0], 1.0F);
+    EXPECT_EQ(surface({{{5, 10}, 2}, {{5, 0}, 1}}, g, 2, 1).values[0], 1.0F);
+    EXPECT_EQ(surface({{{5, 0}, 1}, {{5, 10}, 2}}, g, 2, 1).values[0], 1.0F);
+}
+
+TEST_F(Idw, TheMeanOfCoincidentStationsDoesNotDependOnTheirOrder) {
+    // 1e16 + 1 is 1e16 in doubles.
+    const Sample a{{3, 3}, 1e16};
+    const Sample b{{3, 3}, 1};
+    const Sample c{{3, 3}, -1e16};
+    const double mean = mergedCoincident({a, b, c})[0].value;
+    for (const auto& order : {std::vector{a, c, b}, {b, a, c}, {b, c, a}, {c, a, b}, {c, b, a}}) {
+        EXPECT_EQ(mergedCoincident(order)[0].value, mean);
+    }
 }
 
 TEST_F(Idw, CoincidentStationsCountOnceWithTheirMean) {

@@ -68,9 +68,16 @@ TEST(SphericalFit, FindsTheModelThatMadeTheLags) {
          {SphericalModel{0.1, 2, 8000}, SphericalModel{0, 1e-9, 3000},
           SphericalModel{3e6, 1e6, 60000}, SphericalModel{1, 0.3, 1900}}) {
         const Semivariogram fitted = fitSpherical(lagsOf(model), 150000);
-        EXPECT_NEAR(fitted.model.range, model.range, 1e-4 * model.range);
-        EXPECT_NEAR(fitted.model.nugget, model.nugget, 1e-5 * model.sill());
-        EXPECT_NEAR(fitted.model.partialSill, model.partialSill, 1e-4 * model.sill());
+        // Beyond the lags the error is flat: ranges of 0.4 % less fit 60 km as well.
+        const double flat = model.range > 15000 ? 40 : 1;
+        EXPECT_NEAR(fitted.model.range, model.range, flat * 1e-4 * model.range);
+        EXPECT_LE(fitted.model.range, model.range * (1 + 1e-7));
+        EXPECT_NEAR(fitted.model.nugget, model.nugget, flat * 2e-5 * model.sill());
+        EXPECT_NEAR(fitted.model.partialSill, model.partialSill, flat * 1e-4 * model.sill());
+        for (std::size_t i = 0; i < 15; ++i) {
+            const double h = fitted.lags[i].distance;
+            EXPECT_NEAR(fitted.model.semivariance(h), model.semivariance(h), 1e-5 * model.sill());
+        }
         EXPECT_LT(fitted.weightedError, 1e-12 * model.sill() * model.sill());
         EXPECT_EQ(fitted.lags.size(), 15U);
     }
@@ -162,6 +169,62 @@ TEST(SphericalFit, LagsWithoutStructureAreAllNugget) {
     for (std::size_t i = 0; i < lags.size(); ++i)
         lags[i].semivariance -= 0.05 * static_cast<double>(i);
     EXPECT_EQ(fitSpherical(lags, 150000).model.partialSill, 0);
+}
+
+// The share of a range at which the model has the given share of its sill.
+double shareOf(double semivariance) {
+    double low = 0;
+    double high = 1;
+    for (int i = 0; i < 100; ++i) {
+        const double u = (low + high) / 2;
+        (u * (1.5 - 0.5 * u * u) < semivariance ? low : high) = u;
+    }
+    return low;
+}
+
+TEST(SphericalFit, OfEqualModelsTheShortestRangeHolds) {
+    // One class at half of the others' semivariance: every range up to the second class fits all
+    // of them, from that on whose nugget is 0.
+    for (const double scale : {1.0, 0.37, 1.09, 1234.5}) {
+        std::vector<SemivariogramLag> lags = {
+            {1000, 0.5, 3}, {3000, 1, 4}, {4000, 1, 5}, {5000, 1, 7}};
+        for (SemivariogramLag& lag : lags) lag.distance *= scale;
+        const Semivariogram fitted = fitSpherical(lags, 60000 * scale);
+        const double shortest = 1000 / shareOf(0.5) * scale;
+        EXPECT_NEAR(fitted.model.range, shortest, 5e-6 * shortest) << scale;
+        EXPECT_NEAR(fitted.model.nugget, 0, 1e-5);
+        EXPECT_NEAR(fitted.model.sill(), 1, 1e-5);
+        ASSERT_TRUE(fitted.longestEqualRange);
+        EXPECT_NEAR(*fitted.longestEqualRange, 3000 * scale, 6 * scale);
+    }
+}
+
+TEST(SphericalFit, TwoClassesLeaveTheRangeOpen) {
+    // Two numbers fit two classes whatever the range.
+    const std::vector<SemivariogramLag> lags = {{1000, 0.9, 3}, {2000, 1, 4}};
+    const Semivariogram fitted = fitSpherical(lags, 50000);
+    const double shortest = 1000 / shareOf(0.9);
+    EXPECT_NEAR(fitted.model.range, shortest, 2e-5 * shortest);
+    EXPECT_EQ(fitted.longestEqualRange, 50000);
+    // One class: all is nugget.
+    const Semivariogram one = fitSpherical({{1000, 0.9, 3}}, 50000);
+    EXPECT_EQ(one.model, (SphericalModel{0.9, 0, 1000}));
+    EXPECT_FALSE(one.longestEqualRange);
+}
+
+TEST(SphericalFit, ARangeThatTheClassesTellHasNoEqual) {
+    for (const SphericalModel& model :
+         {SphericalModel{0.1, 2, 8000}, SphericalModel{1, 0.3, 1900}}) {
+        EXPECT_FALSE(fitSpherical(lagsOf(model), 150000).longestEqualRange);
+    }
+}
+
+TEST(SphericalFit, ErrorsThatDifferByMoreThanRoundingAreNotEqual) {
+    // The third class is off by 3e-6 of its semivariance, an error of some 1e-11 of the weighted
+    // squares for ranges between the first two classes: a longer range that meets it better wins.
+    std::vector<SemivariogramLag> lags = {
+        {1000, 0.5, 3}, {3000, 0.9999, 40}, {4000, 1, 50}, {5000, 1, 70}};
+    EXPECT_GT(fitSpherical(lags, 60000).model.range, 3000);
 }
 
 TEST(Semivariogram, WhenThereIsNone) {

@@ -1,27 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "platform/analysis/coincident.h"
 
-#include <map>
-#include <utility>
+#include <algorithm>
+#include <tuple>
 
 namespace velmora::platform {
 
-std::vector<Sample> mergedCoincident(const std::vector<Sample>& samples) {
+std::vector<Sample> mergedCoincident(std::vector<Sample> samples) {
+    std::ranges::sort(samples, {},
+                      [](const Sample& s) { return std::tuple(s.at.x, s.at.y, s.value); });
     std::vector<Sample> merged;
-    std::vector<int> counts;
-    std::map<std::pair<double, double>, std::size_t> places;
-    for (const Sample& sample : samples) {
-        const auto [place, fresh] =
-            places.emplace(std::pair{sample.at.x, sample.at.y}, counts.size());
-        if (fresh) {
-            merged.push_back(sample);
-            counts.push_back(1);
-        } else {
-            merged[place->second].value += sample.value;
-            ++counts[place->second];
-        }
+    for (auto first = samples.begin(); first != samples.end();) {
+        Sample station{first->at, 0};
+        auto next = first;
+        for (; next != samples.end() && next->at == first->at; ++next) station.value += next->value;
+        station.value /= static_cast<double>(next - first);
+        merged.push_back(station);
+        first = next;
     }
-    for (std::size_t i = 0; i < merged.size(); ++i) merged[i].value /= counts[i];
     return merged;
 }
 

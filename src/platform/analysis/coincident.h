@@ -7,7 +7,8 @@
 
 namespace velmora::platform {
 
-// Stations at equal x and y become one, with the mean of their values, in the place of the first.
-std::vector<Sample> mergedCoincident(const std::vector<Sample>& samples);
+// Stations at equal x and y become one, with the mean of their values; all by rising x, then y.
+// The order of the samples changes nothing: the values of one place are added by rising value.
+std::vector<Sample> mergedCoincident(std::vector<Sample> samples);
 
 }  // namespace velmora::platform

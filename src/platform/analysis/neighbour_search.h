@@ -10,7 +10,7 @@
 namespace velmora::platform {
 
 // A rectangle of cells whose nearest stations are known: `sure` stations are among the nearest of
-// every cell; each cell takes the missing ones from `open`, by distance and then by record.
+// every cell; each cell takes the missing ones from `open`, by distance and then by number.
 struct NeighbourLeaf {
     CellBlock cells;        // in the columns and rows of the grid
     std::vector<int> sure;  // ascending
