@@ -40,6 +40,14 @@ TEST(Semivariogram, ALagIsClosedAbove) {
     EXPECT_EQ(shared[0].pairs, 2U);
 }
 
+TEST(Semivariogram, RoundingPutsNoPairIntoAnotherLag) {
+    // As 0.9 and 1, and as 15, but for the last digits.
+    const std::vector<Sample> beside = {{{0, 0}, 0}, {{0.9, 0}, 1}, {{1.9 + 1e-12, 0}, 3}};
+    EXPECT_EQ(empiricalSemivariogram(beside, 15)[0].pairs, 2U);
+    const std::vector<Sample> far = {{{0, 0}, 0}, {{15 + 1e-12, 0}, 1}};
+    EXPECT_EQ(empiricalSemivariogram(far, 15).size(), 1U);
+}
+
 TEST(Semivariogram, FifteenLags) {
     // 14 and 14.01 lie on the two sides of the last border.
     const std::vector<Sample> samples = {{{0, 0}, 0}, {{14, 0}, 1}, {{0, 14.01}, 3}};
