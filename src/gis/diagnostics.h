@@ -16,7 +16,8 @@ struct ExcludedStation {
     std::string reason;
 };
 
-// What the surface's method says at a station when it does not know the station.
+// What the surface's method says at a station when it does not know the station. One that holds 0
+// and takes no part is never known: the surface itself is asked.
 struct LeftOutStation {
     std::string station;
     double observed = 0;
@@ -31,6 +32,7 @@ struct SurfaceDiagnostics {
     bool kriged = false;  // else inverse distance weighting
     std::size_t validStations = 0;
     std::vector<ExcludedStation> excluded;
+    std::size_t zeroStations = 0;      // of the excluded: those that hold 0 and have an error below
     std::optional<LinearTrend> trend;  // over elevation in metres, where the values are detrended
     std::optional<double> rSquared;
     std::optional<Semivariogram> semivariogram;  // of what is interpolated

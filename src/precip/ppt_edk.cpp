@@ -9,8 +9,7 @@ namespace velmora {
 void PrecipitationRun::PPT_EDK() {
     prepare();
     stations_->requireElevations();
-    algebra_->BindRaster(
-        platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster(), "DEM");
+    bindDem();
     if (settings_.DemUnit == "Feet") {
         application_.prompts().message("The DEM " + settings_.DEM +
                                        " is in feet, but precipitation takes its elevations as "
@@ -23,7 +22,10 @@ void PrecipitationRun::edkMonth(int month) {
     const std::string field = stations_->weatherField("P_", month);
     const std::string surface = "PPT_" + GetMonthName(month);
     std::vector<std::size_t> valid = stations_->between(field, 0, 1000);
-    const LinearTrend trend = stations_->detrendFor(surface, field, month, valid);
+    if (rainlessMonth(month, field)) return;
+    tellZeros(month, field, valid);
+    const LinearTrend trend =
+        stations_->detrendFor(surface, field, month, valid, stations_->zerosText(field));
     const std::vector<Sample> residuals = stations_->samples(valid, stations_->workingField());
 
     algebra_->BindRaster(krigedSurface(*interpolation_, residuals), "P");
@@ -31,7 +33,7 @@ void PrecipitationRun::edkMonth(int month) {
     algebra_->BindRaster(allCell, "AllCell");
     algebra_->BindRaster(algebra_->Execute("[AllCell] >= 0"), "Positive");
     finishMonth(month, algebra_->Execute("[AllCell] * [Positive]"));
-    explain({surface, field, field, valid, "between 0 and 1000", true, true, true, {}});
+    explain({surface, field, field, valid, "between 0 and 1000", true, true, true, true, {}});
 }
 
 }  // namespace velmora

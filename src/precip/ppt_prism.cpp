@@ -38,17 +38,19 @@ void PrecipitationRun::prismMonth(int month) {
     stations_->calculate(all, "2540 * [" + field + "] / [" + ratio + "]");
     const std::vector<std::size_t> valid =
         stations_->selected("[" + ratio + "] >= 0 AND [" + ratio + "] < 1000");
+    if (rainlessMonth(month, field)) return;
+    tellZeros(month, field, valid);
     if (valid.empty()) {
         throw surfaceFailure("PPT_" + GetMonthName(month), field, month, 0,
                              "no ratio of a station to the reference grid " + path +
-                                 " is at least 0 and below 1000");
+                                 " is at least 0 and below 1000" + stations_->zerosText(field));
     }
 
     algebra_->BindRaster(krigedSurface(*interpolation_, stations_->samples(valid, ratio)),
                          "RefPPT");
     finishMonth(month, algebra_->Execute("[SfcPPT] * [RefPPT] / 2540.0"));
     explain({"PPT_" + GetMonthName(month), field, ratio, valid, "a ratio of 0 to below 1000", false,
-             true, false, factors});
+             true, false, true, factors});
 }
 
 // A station without a reference value that has something in the working field gets a ratio to that,

@@ -97,6 +97,35 @@ void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {
     application_.prompts().message("PPT Calculation for " + label + " is Over!");
 }
 
+bool PrecipitationRun::rainlessMonth(int month, const std::string& field) {
+    const WeatherStations::Zeros zeros = stations_->zeros(field);
+    if (!zeros.all()) return false;
+    bindDem();
+    finishMonth(month, algebra_->Execute("[DEM] * 0"));
+    application_.prompts().notice("PPT_" + GetMonthName(month) + ": all " +
+                                  std::to_string(zeros.stations) + " stations with a value of " +
+                                  field +
+                                  " hold 0, a month without rain: the grid is 0 where the DEM has "
+                                  "data");
+    return true;
+}
+
+void PrecipitationRun::tellZeros(int month, const std::string& field,
+                                 const std::vector<std::size_t>& valid) {
+    const WeatherStations::Zeros zeros = stations_->zeros(field);
+    std::size_t left = zeros.zero;
+    for (const std::size_t station : valid) left -= stations_->number(station, field) == 0.0;
+    if (left == 0) return;
+    application_.prompts().notice("PPT_" + GetMonthName(month) + ": " + std::to_string(left) +
+                                  " of " + std::to_string(zeros.stations) +
+                                  " stations hold 0 in field " + field + " and take no part");
+}
+
+void PrecipitationRun::bindDem() {
+    algebra_->BindRaster(
+        platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster(), "DEM");
+}
+
 void PrecipitationRun::explain(const SurfaceRecipe& recipe) {
     if (IDiagnostics* diagnostics = application_.diagnostics()) {
         diagnostics->add(diagnose(platform_.analysis(), *stations_, recipe));

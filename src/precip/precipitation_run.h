@@ -49,6 +49,12 @@ class PrecipitationRun {
     // Every month of the period; then the working field goes into the stations' table.
     void makeMonths(void (PrecipitationRun::*make)(int month));
     void finishMonth(int month, const RasterPtr& grid);
+    // When every station that has a value holds 0, makes and tells a grid of 0 where the DEM has
+    // data, and returns true.
+    bool rainlessMonth(int month, const std::string& field);
+    // Tells how many stations hold 0 and are not among the valid ones.
+    void tellZeros(int month, const std::string& field, const std::vector<std::size_t>& valid);
+    void bindDem();
     void explain(const SurfaceRecipe& recipe);
 
     IApplication& application_;

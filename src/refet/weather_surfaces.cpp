@@ -101,6 +101,7 @@ void WeatherSurfaces::prepareTemperature(const std::string& prefix, int month) {
                                     true,
                                     false,
                                     false,
+                                    false,
                                     {}}));
     }
 }

@@ -12,11 +12,8 @@ namespace velmora {
 namespace {
 
 // A station as the recipe uses it.
-struct Member {
+struct Member : StationValue {
     std::size_t station = 0;
-    Point at;
-    double elevation = 0;
-    double value = 0;
 };
 
 class Diagnosis {
@@ -25,8 +22,9 @@ class Diagnosis {
               const SurfaceRecipe& recipe)
         : analysis_(analysis), stations_(stations), recipe_(recipe) {
         for (const std::size_t s : recipe.valid) {
-            members_.push_back({s, stations.positions()[s], stations.elevation(s).value_or(0),
-                                stations.number(s, recipe.value).value()});
+            members_.push_back({{stations.positions()[s], stations.elevation(s).value_or(0),
+                                 stations.number(s, recipe.value).value()},
+                                s});
         }
     }
 
@@ -46,15 +44,22 @@ class Diagnosis {
         const auto interpolation = analysis_.interpolation();
         found.semivariogram = interpolation->semivariogram(samples);
         found.kriged = recipe_.kriged && found.semivariogram.has_value();
-        for (std::size_t i = 0; i < members_.size(); ++i) leaveOut(i, found.leaveOneOut);
+        for (std::size_t i = 0; i < members_.size(); ++i) {
+            std::vector<Member> others = members_;
+            others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
+            leaveOut(members_[i], others, found.leaveOneOut);
+        }
+        if (recipe_.zerosCount) {
+            const std::size_t before = found.leaveOneOut.size();
+            for (const Member& zero : zeros()) leaveOut(zero, members_, found.leaveOneOut);
+            found.zeroStations = found.leaveOneOut.size() - before;
+        }
         return found;
     }
 
   private:
     static std::vector<ElevationPair> pairsOf(const std::vector<Member>& members) {
-        std::vector<ElevationPair> pairs;
-        for (const Member& m : members) pairs.push_back({m.elevation, m.value});
-        return pairs;
+        return pairsByPosition({members.begin(), members.end()});
     }
 
     static std::vector<Sample> residuals(const std::vector<Member>& members,
@@ -71,6 +76,19 @@ class Diagnosis {
         for (std::size_t s = 0; s < stations_.count(); ++s) {
             if (std::ranges::find(recipe_.valid, s) != recipe_.valid.end()) continue;
             found.push_back({stations_.name(s), reason(s)});
+        }
+        return found;
+    }
+
+    // The stations that hold 0 and take no part, where the surface has a value for them.
+    std::vector<Member> zeros() const {
+        std::vector<Member> found;
+        for (std::size_t s = 0; s < stations_.count(); ++s) {
+            if (stations_.number(s, recipe_.field) != 0.0) continue;
+            if (std::ranges::find(recipe_.valid, s) != recipe_.valid.end()) continue;
+            const auto elevation = stations_.elevation(s);
+            if (recipe_.detrended && !elevation) continue;
+            found.push_back({{stations_.positions()[s], elevation.value_or(0), 0}, s});
         }
         return found;
     }
@@ -96,13 +114,11 @@ class Diagnosis {
     }
 
     // A station without which the surface cannot be made has no error of its own.
-    void leaveOut(std::size_t left, std::vector<LeftOutStation>& results) {
-        const Member& member = members_[left];
+    void leaveOut(const Member& member, const std::vector<Member>& others,
+                  std::vector<LeftOutStation>& results) {
         const auto factor =
             recipe_.factors.empty() ? std::optional(1.0) : recipe_.factors[member.station];
         if (!factor) return;
-        std::vector<Member> others = members_;
-        others.erase(others.begin() + static_cast<std::ptrdiff_t>(left));
         try {
             LinearTrend trend;
             if (recipe_.detrended) trend = fitLinearTrend(pairsOf(others));

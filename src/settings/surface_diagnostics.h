@@ -20,6 +20,7 @@ struct SurfaceRecipe {
     bool detrended = false;
     bool kriged = false;
     bool notNegative = false;  // negative estimates count as 0
+    bool zerosCount = false;  // stations whose field holds 0 have an error though they take no part
     // What a station's interpolated value is multiplied by to give a value of the weather table;
     // empty for 1 everywhere.
     std::vector<std::optional<double>> factors;

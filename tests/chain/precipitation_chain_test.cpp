@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <map>
+#include <random>
 
 #include "gis/month_names.h"
 #include "platform/analysis/parallel_loop.h"
+#include "precip/precipitation_run.h"
 #include "tests/support/plain_kriging.h"
 #include "tests/support/run_fixture.h"
 
@@ -135,6 +138,162 @@ TEST_F(PrecipitationChain, FeetAreConverted) {
         EXPECT_NEAR(imperial.values[i], metric.values[i], 1e-3);
     }
     EXPECT_NEAR(f.application.diagnosed()[1].trend->b, detrended(7).b, 1e-6);
+    // A foot is 0.3048 m, in the line and in what it leaves.
+    for (std::size_t i = 0; i < feet.size(); ++i)
+        stations[i].elevation = 0.3048 * feet[i].elevation;
+    const Detrended exact = detrended(7);
+    EXPECT_NEAR(f.application.diagnosed()[1].trend->b, exact.b, 1e-12);
+    for (std::size_t i = 0; i < feet.size(); ++i) {
+        EXPECT_NEAR(std::get<double>(stationValue(i, "RefPPT")), exact.residuals[i].value, 1e-9);
+    }
+}
+
+// Records in any order, some at one place: the same files.
+void shuffleRecords(RunFixture& f, std::vector<Station> stations, const test::Weather& weather,
+                    unsigned seed, const std::vector<std::string>& prefixes) {
+    std::mt19937 random(seed);
+    for (const bool table : {false, true}) {
+        for (std::size_t i = stations.size(); i > 1; --i) {
+            std::swap(stations[i - 1], stations[random() % i]);
+        }
+        if (table) {
+            f.makeWeather(stations, weather, prefixes);
+        } else {
+            f.makeStations(stations);
+        }
+    }
+}
+
+TEST(CanonicalRun, TheOrderOfTheRecordsChangesNoGrid) {
+    RunFixture f;
+    std::vector<Station> stations = RunFixture::stations();
+    for (const std::size_t i : {2U, 2U, 7U}) {  // stations at one place, at other elevations
+        Station twin = stations[i];
+        twin.name = "S" + std::to_string(40 + stations.size());
+        twin.elevation += 13.37;
+        stations.push_back(twin);
+    }
+    const test::Weather weather = [](const std::string& p, const Station& s, int m) -> FieldValue {
+        return s.name == "S4" && p == "P_" ? FieldValue(0.0) : RunFixture::usualWeather(p, s, m);
+    };
+    const std::vector<std::string> prefixes = {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"};
+    f.makeReferenceGrid(6, f.geometry(),
+                        [](int c, int r) { return static_cast<float>(2000 + 9 * c + 5 * r); });
+    f.makeReferenceGrid(7, f.geometry(),
+                        [](int c, int r) { return static_cast<float>(1000 + 3 * c + 7 * r); });
+    std::map<std::string, std::vector<float>> first;
+    for (const unsigned seed : {0U, 1U, 2U, 3U, 4U}) {
+        shuffleRecords(f, stations, weather, seed, prefixes);
+        for (const char* method : {"EDK", "PRISM_REF"}) {
+            f.settings.PrecipitationMethod = method;
+            ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+            for (const char* grid : {"PPT_Jun", "PPT_Jul"}) {
+                const auto values = f.output(grid).values;
+                EXPECT_EQ(first.emplace(method + std::string(grid), values).first->second, values)
+                    << method << grid << seed;
+            }
+        }
+        ASSERT_TRUE(f.run()) << f.allMessages();
+        for (const char* grid : {"TM_Jul", "TN_Jun", "TD_Jul", "SR_Jun", "WS_Jul", "RefET_Jul_2"}) {
+            const auto values = f.output(grid).values;
+            EXPECT_EQ(first.emplace(grid, values).first->second, values) << grid << seed;
+        }
+    }
+}
+
+// Notes when a layer is added among the messages.
+class NotingDocument : public test::FakeDocument {
+  public:
+    explicit NotingDocument(test::FakePrompts& prompts) : prompts_(prompts) {}
+    void addLayer(std::unique_ptr<IRasterLayer> layer) override {
+        prompts_.messages.push_back("layer " + layer->name());
+        FakeDocument::addLayer(std::move(layer));
+    }
+
+  private:
+    test::FakePrompts& prompts_;
+};
+
+class NotingApplication : public test::TestApplication {
+  public:
+    using TestApplication::TestApplication;
+    NotingDocument& document() override { return noting_; }
+
+  private:
+    NotingDocument noting_{prompts()};
+};
+
+TEST_F(PrecipitationChain, AMonthIsOverWhenItsLayerIsAdded) {
+    NotingApplication application(f.folder.file("settings"));
+    ASSERT_TRUE(PrecipitationRun(application, f.settings).run());
+    EXPECT_EQ(application.messages(),
+              (std::vector<std::string>{"Using EDK to interpolate precipitation...",
+                                        "layer PPT_Jun", "PPT Calculation for Jun is Over!",
+                                        "layer PPT_Jul", "PPT Calculation for Jul is Over!"}));
+}
+
+// Zeros in July, of all stations that have a value or of some.
+test::Weather zerosInJuly(const std::function<bool(const Station&)>& dry) {
+    return [dry](const std::string& p, const Station& s, int m) -> FieldValue {
+        if (s.name == "S9") return FieldValue();
+        return m == 7 && dry(s) ? FieldValue(0.0) : RunFixture::usualWeather(p, s, m);
+    };
+}
+
+TEST_F(PrecipitationChain, AMonthWithoutRainIsAGridOfZero) {
+    weather = zerosInJuly([](const Station&) { return true; });
+    makeWeather();
+    f.settings.EndMonth = "Aug";
+    f.application.askForDiagnostics = true;
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    const Grid july = f.output("PPT_Jul");
+    ASSERT_TRUE(july.geometry.sameCells(f.geometry()));
+    for (int r = 0; r < july.geometry.rows; ++r) {
+        for (int c = 0; c < july.geometry.columns; ++c) {
+            EXPECT_EQ(july.at(c, r), hasData(c, r) ? 0 : kNoData);
+            EXPECT_FALSE(hasData(c, r) && std::signbit(july.at(c, r)));
+        }
+    }
+    EXPECT_GT(f.output("PPT_Aug").at(3, 3), 0);
+    EXPECT_EQ(f.application.messages(),
+              (std::vector<std::string>{
+                  "Using EDK to interpolate precipitation...", "PPT Calculation for Jun is Over!",
+                  "PPT Calculation for Jul is Over!", "PPT Calculation for Aug is Over!"}));
+    EXPECT_EQ(f.application.prompts().notices,
+              std::vector<std::string>{
+                  "PPT_Jul: all 15 stations with a value of weather.P_Jul hold 0, a month without "
+                  "rain: the grid is 0 where the DEM has data"});
+    EXPECT_EQ(f.application.document().layers.size(), 3U);
+    EXPECT_EQ(f.application.diagnosed().size(), 2U);
+}
+
+TEST_F(PrecipitationChain, StationsThatHoldZeroAreToldAndHaveErrors) {
+    weather = zerosInJuly([](const Station& s) { return s.name < "S13"; });  // S0, S1, S10 to S12
+    makeWeather();
+    f.application.askForDiagnostics = true;
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_EQ(f.application.prompts().notices,
+              std::vector<std::string>{
+                  "PPT_Jul: 5 of 15 stations hold 0 in field weather.P_Jul and take no part"});
+    EXPECT_EQ(f.application.diagnosed()[0].zeroStations, 0U);
+    const SurfaceDiagnostics& d = f.application.diagnosed()[1];
+    EXPECT_EQ(d.validStations, 10U);
+    EXPECT_EQ(d.zeroStations, 5U);
+    ASSERT_EQ(d.leaveOneOut.size(), 15U);
+    // A dry station is predicted by the surface of the wet ones.
+    const Detrended wet = detrended(7);
+    double squares = 0;
+    for (const LeftOutStation& left : d.leaveOneOut) squares += left.error() * left.error() / 15;
+    EXPECT_NEAR(*d.rmse(), std::sqrt(squares), 1e-12);
+    for (std::size_t i = 10; i < 15; ++i) {
+        const auto s = std::ranges::find(stations, d.leaveOneOut[i].station, &Station::name);
+        ASSERT_LT(s->name, "S13");
+        EXPECT_EQ(d.leaveOneOut[i].observed, 0);
+        const double residual =
+            test::plainKriging(wet.residuals, {s->x, s->y}, d.semivariogram->model);
+        EXPECT_NEAR(d.leaveOneOut[i].predicted,
+                    std::max(0.0, residual + wet.a + wet.b * s->elevation), 1e-6);
+    }
 }
 
 TEST_F(PrecipitationChain, EdkMessagesAndLayers) {
@@ -507,6 +666,101 @@ TEST_F(PrismChain, RatiosBelowZeroOrFromAThousandAreLeftOut) {
     EXPECT_EQ(std::get<double>(stationValue(9, "RefPPT")), 0);
     EXPECT_LT(std::get<double>(stationValue(2, "RefPPT")), 0);
     EXPECT_NEAR(std::get<double>(stationValue(0, "RefPPT")), ratios(7)[0].value, 1e-9);
+}
+
+TEST_F(PrismChain, AMonthWithoutRainIsAGridOfZero) {
+    weather = zerosInJuly([](const Station&) { return true; });
+    makeWeather();
+    for (const bool reference : {true, false}) {  // also where the reference itself is 0
+        f.makeReferenceGrid(7, coarse, [&](int, int) { return reference ? 900.0F : 0.0F; });
+        ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+        const Grid july = f.output("PPT_Jul");
+        for (int r = 0; r < july.geometry.rows; ++r) {
+            for (int c = 0; c < july.geometry.columns; ++c) {
+                EXPECT_EQ(july.at(c, r), hasData(c, r) ? 0 : kNoData);
+            }
+        }
+        EXPECT_EQ(f.application.prompts().notices.back(),
+                  "PPT_Jul: all 15 stations with a value of weather.P_Jul hold 0, a month without "
+                  "rain: the grid is 0 where the DEM has data");
+    }
+}
+
+TEST_F(PrismChain, ZerosTakePartWhereTheReferenceIsNotZero) {
+    weather = zerosInJuly([](const Station& s) { return s.name < "S13"; });
+    makeWeather();
+    f.application.askForDiagnostics = true;
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_TRUE(f.application.prompts().notices.empty());
+    EXPECT_EQ(f.application.diagnosed()[1].zeroStations, 0U);
+    // Western cells without reference rain: their stations have no ratio.
+    std::size_t dry = 0;
+    for (const Station& s : stations) dry += s.name < "S13" && s.x < 399000 + 3 * 1500 ? 1U : 0U;
+    ASSERT_GT(dry, 0U);
+    f.makeReferenceGrid(7, coarse, [&](int c, int r) { return c < 3 ? 0.0F : reference(7, c, r); });
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_EQ(f.application.prompts().notices,
+              std::vector<std::string>{"PPT_Jul: " + std::to_string(dry) +
+                                       " of 15 stations hold 0 in field weather.P_Jul and take no "
+                                       "part"});
+}
+
+TEST_F(PrismChain, ARatioOfAThousandIsLeftOut) {
+    weather = [](const std::string& p, const Station& s, int m) -> FieldValue {
+        if (m == 7 && s.name == "S7") return 100.0;  // 254000 over 254 is 1000
+        if (m == 7 && s.name == "S11") return 99.9;  // a ratio of 999
+        return RunFixture::usualWeather(p, s, m);
+    };
+    makeWeather();
+    const auto isCellOf = [&](std::size_t i, int c, int r) {
+        return coarse.columnAt(stations[i].x) == c && coarse.rowAt(stations[i].y) == r;
+    };
+    f.makeReferenceGrid(7, coarse, [&](int c, int r) {
+        return isCellOf(7, c, r) || isCellOf(11, c, r) ? 254.0F : reference(7, c, r);
+    });
+    f.application.askForDiagnostics = true;
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_EQ(std::get<double>(stationValue(7, "RefPPT")), 1000);
+    const auto& excluded = f.application.diagnosed()[1].excluded;
+    ASSERT_EQ(excluded.size(), 1U);
+    EXPECT_EQ(excluded[0].station, "S7");
+}
+
+TEST_F(PrismChain, CellsAreNotCutAtZero) {
+    const auto holdsStation = [&](int c, int r) {
+        return std::ranges::any_of(stations, [&](const Station& s) {
+            return coarse.columnAt(s.x) == c && coarse.rowAt(s.y) == r;
+        });
+    };
+    f.makeReferenceGrid(7, coarse, [&](int c, int r) {
+        return holdsStation(c, r) ? reference(7, c, r) : -reference(7, c, r);
+    });
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    const Grid july = f.output("PPT_Jul");
+    std::size_t negative = 0;
+    for (int r = 0; r < july.geometry.rows; ++r) {
+        for (int c = 0; c < july.geometry.columns; ++c) {
+            const bool with = holdsStation(coarse.columnAt(july.geometry.columnCentre(c)),
+                                           coarse.rowAt(july.geometry.rowCentre(r)));
+            EXPECT_EQ(july.at(c, r) < 0, !with);
+            negative += with ? 0U : 1U;
+        }
+    }
+    EXPECT_GT(negative, 20U);
+}
+
+TEST_F(PrismChain, KeptValuesAreToldOnce) {
+    coarse.columns = 8;
+    for (const int month : {7, 8}) {
+        f.makeReferenceGrid(month, coarse, [&](int c, int r) { return reference(month, c, r); });
+    }
+    f.settings.EndMonth = "Aug";
+    ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
+    EXPECT_EQ(std::ranges::count_if(f.application.messages(),
+                                    [](const std::string& m) {
+                                        return m.find("has no value at S") != std::string::npos;
+                                    }),
+              1);
 }
 
 TEST_F(PrismChain, AStationWithoutReferenceIsLeftOutWhenItsFieldIsEmpty) {

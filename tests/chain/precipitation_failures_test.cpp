@@ -79,12 +79,31 @@ TEST_F(PrecipitationFailures, MonthWithoutValidStationsKeepsTheEarlierGrids) {
     rewriteWeather([](const std::string& p, const Station& s, int m) -> FieldValue {
         return m == 7 && s.name != "S3" ? FieldValue(0.0) : RunFixture::usualWeather(p, s, m);
     });
-    EXPECT_THAT(failed(), testing::AllOf(HasSubstr("PPT Calculation for Jun is Over!"),
-                                         HasSubstr("The surface PPT_Jul (field weather.P_Jul, "
-                                                   "month Jul) has 1 valid stations: ")));
+    EXPECT_THAT(failed(),
+                testing::AllOf(HasSubstr("PPT Calculation for Jun is Over!"),
+                               HasSubstr("The surface PPT_Jul (field weather.P_Jul, "
+                                         "month Jul) has 1 valid station: a regression on "
+                                         "elevation needs at least two; 15 stations hold 0")));
     EXPECT_TRUE(f.hasOutput("PPT_Jun"));
     EXPECT_FALSE(f.hasOutput("PPT_Jul"));
     EXPECT_EQ(f.application.document().layers.size(), 1U);
+}
+
+TEST_F(PrecipitationFailures, AMonthOfZerosAndOfNoRainAtAllDiffer) {
+    // A number that is no precipitation is not 0 either.
+    rewriteWeather([](const std::string& p, const Station& s, int m) -> FieldValue {
+        if (m == 7) return s.name == "S3" ? FieldValue(-999.0) : FieldValue(0.0);
+        return RunFixture::usualWeather(p, s, m);
+    });
+    EXPECT_THAT(failed(),
+                HasSubstr("has 0 valid stations: a regression on elevation needs at least "
+                          "two; 15 stations hold 0"));
+    // Nor is a month without any value one without rain.
+    rewriteWeather([](const std::string& p, const Station& s, int m) -> FieldValue {
+        return m == 7 ? FieldValue() : RunFixture::usualWeather(p, s, m);
+    });
+    EXPECT_THAT(failed(), testing::EndsWith("needs at least two\n"));
+    EXPECT_FALSE(f.hasOutput("PPT_Jul"));
 }
 
 TEST_F(PrecipitationFailures, StationsAtOneElevation) {

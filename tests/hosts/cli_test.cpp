@@ -105,10 +105,11 @@ TEST_F(Command, DiagnosesTheSurfaces) {
     EXPECT_THAT(ran.output, HasSubstr("S9 -999 is not between 0 and 1000; left out of PPT_Jun, "
                                       "PPT_Jul"));
     const std::string csv = test::contentOf(folder + "/out/PPT_diagnostics.csv");
-    EXPECT_THAT(csv, testing::StartsWith("surface,field,method,valid,excluded,a,b,n,r_squared,"
-                                         "nugget,partial_sill,range_m,weighted_error,bias,rmse,"
-                                         "worst_station,worst_error,excluded_stations\n"
-                                         "\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",15,1,"));
+    EXPECT_THAT(csv, testing::StartsWith("surface,field,method,valid,excluded,zeros,a,b,n,"
+                                         "r_squared,nugget,partial_sill,range_m,equal_to_range_m,"
+                                         "weighted_error,bias,rmse,worst_station,worst_error,"
+                                         "excluded_stations\n"
+                                         "\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",15,1,0,"));
     EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 3);
     EXPECT_EQ(test::contentOf(folder + "/out/PPT_Jul_semivariogram.png").substr(1, 3), "PNG");
 
@@ -124,6 +125,34 @@ TEST_F(Command, DiagnosesTheSurfaces) {
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/RefET_diagnostics.csv"));
     EXPECT_TRUE(std::filesystem::exists(folder + "/out/TM_Jun_semivariogram.png"));
     EXPECT_THAT(run("run nir --diagnose").output, HasSubstr("There are no diagnostics"));
+}
+
+TEST_F(Command, DiagnosesTellOfZerosAndOfRangesThatAreNotIdentified) {
+    // Six stations with rain make few distance classes.
+    std::vector<test::Station> few = test::RunFixture::stations();
+    few.resize(8);
+    few[1] = {"S1", few[0].x + 700, few[0].y + 300, few[0].elevation + 40};
+    fixture.makeStations(few);
+    fixture.makeWeather(few,
+                        [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                            return s.name == "S7" || s.name == "S6"
+                                       ? FieldValue(0.0)
+                                       : test::RunFixture::usualWeather(p, s, m);
+                        },
+                        {"P_"});
+    ASSERT_EQ(apply("PrecipitationMethod=EDK").status, 0);
+    const Outcome ran = run("run ppt --diagnose");
+    EXPECT_EQ(ran.status, 0) << ran.output;
+    EXPECT_THAT(ran.output,
+                HasSubstr("note: PPT_Jun: 2 of 8 stations hold 0 in field weather.P_Jun "
+                          "and take no part"));
+    EXPECT_THAT(ran.output,
+                HasSubstr("PPT_Jun: of the errors 2 are of stations that hold 0 and take no part"));
+    EXPECT_THAT(ran.output,
+                testing::ContainsRegex("PPT_Jun: the range is not identified, [0-9.]* to "
+                                       "[0-9.]* km fit equally; the shortest is taken"));
+    const std::string csv = test::contentOf(folder + "/out/PPT_diagnostics.csv");
+    EXPECT_THAT(csv, HasSubstr("\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",6,2,2,"));
 }
 
 // The command on a domain with fields, zones and coefficients.

@@ -32,11 +32,9 @@ std::string excludedText(const SurfaceDiagnostics& s) {
 Json figures(const SurfaceDiagnostics& s) {
     const auto number = [](const auto& value) { return value ? Json(*value) : Json(); };
     const LeftOutStation* worst = s.worst();
-    Json row = {{"surface", s.surface},
-                {"field", s.field},
-                {"method", methodOf(s)},
-                {"valid", s.validStations},
-                {"excluded", s.excluded.size()}};
+    Json row = {{"surface", s.surface},          {"field", s.field},
+                {"method", methodOf(s)},         {"valid", s.validStations},
+                {"excluded", s.excluded.size()}, {"zeros", s.zeroStations}};
     row["a"] = s.trend ? Json(s.trend->a) : Json();
     row["b"] = s.trend ? Json(s.trend->b) : Json();
     row["n"] = s.trend ? Json(s.validStations) : Json();
@@ -44,6 +42,7 @@ Json figures(const SurfaceDiagnostics& s) {
     row["nugget"] = s.semivariogram ? Json(s.semivariogram->model.nugget) : Json();
     row["partial_sill"] = s.semivariogram ? Json(s.semivariogram->model.partialSill) : Json();
     row["range_m"] = s.semivariogram ? Json(s.semivariogram->model.range) : Json();
+    row["equal_to_range_m"] = s.semivariogram ? number(s.semivariogram->longestEqualRange) : Json();
     row["weighted_error"] = s.semivariogram ? Json(s.semivariogram->weightedError) : Json();
     row["bias"] = number(s.bias());
     row["rmse"] = number(s.rmse());
@@ -95,6 +94,19 @@ std::string DiagnosticsReport::table() const {
         "spherical semivariogram model of what it leaves;\nbias, RMSE, worst station: errors of "
         "the "
         "whole prediction at each station when it is left out, in the weather table's unit\n";
+    for (const SurfaceDiagnostics& s : surfaces_) {
+        if (s.zeroStations > 0) {
+            text +=
+                fmt::format("{}: of the errors {} are of stations that hold 0 and take no part\n",
+                            s.surface, s.zeroStations);
+        }
+        if (!s.semivariogram || !s.semivariogram->longestEqualRange) continue;
+        text += fmt::format(
+            "{}: the range is not identified, {:.4g} to {:.4g} km fit equally; the shortest is "
+            "taken\n",
+            s.surface, s.semivariogram->model.range / 1000,
+            *s.semivariogram->longestEqualRange / 1000);
+    }
     for (const auto& [station, surfaces] : exclusions()) {
         text += fmt::format("{}; left out of {}\n", station, joinedNames(surfaces));
     }
