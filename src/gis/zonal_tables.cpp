@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -12,27 +13,15 @@
 #include "gis/numbers.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "gis/zone_keys.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr int kKeyWidth = 25;
-
 // Acres as the tables keep them: three decimals at most.
 double roundedAcres(double squareMetres) {
     return lenientNumber(formatPlaces(squareMetres / kSquareMetresPerAcre, 3));
-}
-
-// The beginning of a text in UTF-8, so many characters long at most.
-std::string firstCharacters(const std::string& text, int most) {
-    std::size_t end = 0;
-    for (int n = 0; end < text.size(); ++n) {
-        if (n == most) return text.substr(0, end);
-        ++end;
-        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) ++end;
-    }
-    return text;
 }
 
 double numberOf(const ITable& table, std::size_t record, const std::string& field) {
@@ -68,6 +57,28 @@ void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared
     }
 }
 
+// All zones say how keys are held, those without data in this month too.
+ZoneKeys keysOf(const IFeatureClass& zones, const ITable& zonalResult, const std::string& field) {
+    return zones.fieldIndex(field) >= 0 ? ZoneKeys(zones, field) : ZoneKeys(zonalResult, field);
+}
+
+// Tells of each key that its table does not show whole, in the first month in which it comes.
+void tellCutKeys(IPrompts& prompts, const ZoneKeys& keys, const ITable& zonalResult,
+                 const std::string& field, const ITable& statTable) {
+    std::set<std::string> told;
+    for (std::size_t r = 0; r < statTable.recordCount(); ++r) {
+        told.insert(keyText(statTable.value(r, "ZoneUnit")));
+    }
+    std::set<std::string> now;
+    for (std::size_t r = 0; r < zonalResult.recordCount(); ++r) {
+        const std::string key = keyText(zonalResult.value(r, field));
+        const std::string warning = keys.warning(key);
+        if (warning.empty() || told.contains(keys.inTable(key)) || !now.insert(key).second)
+            continue;
+        prompts.notice(statTable.name() + ": the zone key \"" + key + "\" " + warning);
+    }
+}
+
 }  // namespace
 
 int zonalDaysOfMonth(int month, int year) {
@@ -82,7 +93,7 @@ bool CreateStatTable(IPlatform& platform, IPrompts& prompts, const std::string& 
     try {
         const std::string tag = name.substr(name.size() - std::min<std::size_t>(3, name.size()));
         platform.features().createTable(joinedPath(workspacePath, name + ".dbf"),
-                                        {{"ZoneUnit", FieldType::text, kKeyWidth, 0},
+                                        {{"ZoneUnit", FieldType::text, kZoneKeyWidth, 0},
                                          {"Area_T_ac", FieldType::number, 20, 15},
                                          {"Area_C_ac", FieldType::number, 50, 15},
                                          {"Month", FieldType::integer, 10, 0},
@@ -119,17 +130,18 @@ void GotoStatTable(IPlatform& platform, IPrompts& prompts, int month, int year,
         const std::vector<double> polygonAreas = zoneClass.areas();
         const int days = zonalDaysOfMonth(month, year);
         const std::string volumeField = depthField.substr(0, 3) + "_V_acft";
+        const ZoneKeys keys = keysOf(zoneClass, zonalResult, zoneField);
+        tellCutKeys(prompts, keys, zonalResult, zoneField, *statTable);
         std::vector<Row> rows;
         for (std::size_t i = 0; i < zonalResult.recordCount(); ++i) {
             const double countedArea = numberOf(zonalResult, i, "Area");
             const double depth = days * numberOf(zonalResult, i, "Mean") / kMillimetresPerFoot;
-            rows.push_back(
-                {{"ZoneUnit", firstCharacters(keyText(zonalResult.value(i, zoneField)), kKeyWidth)},
-                 {"Area_T_ac", roundedAcres(polygonAreas.at(i))},
-                 {"Area_C_ac", roundedAcres(countedArea)},
-                 {"Month", static_cast<double>(month)},
-                 {depthField, depth},
-                 {volumeField, depth * (countedArea / kSquareMetresPerAcre)}});
+            rows.push_back({{"ZoneUnit", keys.inTable(keyText(zonalResult.value(i, zoneField)))},
+                            {"Area_T_ac", roundedAcres(polygonAreas.at(i))},
+                            {"Area_C_ac", roundedAcres(countedArea)},
+                            {"Month", static_cast<double>(month)},
+                            {depthField, depth},
+                            {volumeField, depth * (countedArea / kSquareMetresPerAcre)}});
         }
         appendAsFarAsPossible(platform.features(), statTable, rows);
     } catch (const std::exception& e) {

@@ -38,7 +38,7 @@ void MakeZonalStat(IPlatform& platform, IPrompts& prompts, const ZonalTableSetti
                    const RasterPtr& values, const std::string& tableName, int month);
 
 // The rows of a zonal result: row i takes the polygon area of zone feature i, whatever its key. A
-// key longer than its field is cut. A failure is shown; rows before it stay.
+// key longer than its field is cut, which is told once. A failure is shown; rows before it stay.
 void GotoStatTable(IPlatform& platform, IPrompts& prompts, int month, int year,
                    const ITable& zonalResult, const std::shared_ptr<ITable>& statTable,
                    const std::string& zoneField, const std::string& depthField,

@@ -13,12 +13,14 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "gis/zone_keys.h"
 #include "settings/irrigation_inputs.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/old_results.h"
 #include "settings/precipitation_check.h"
 #include "settings/station_check.h"
+#include "settings/type_check.h"
 
 namespace velmora {
 
@@ -201,15 +203,9 @@ class InputCheck {
     // What the irrigation efficiency needs beside the settings.
     void checkIrrigationInputs() {
         try {
-            if (!settings_.LandCover.empty() &&
-                platform_.features().openFeatureClass(settings_.LandCover)->fieldIndex(kCropField) <
-                    0) {
-                findings_.push_back({Severity::warning,
-                                     settings_.LandCover,
-                                     kCropField,
-                                     {},
-                                     "the field is missing, in which the irrigation efficiency "
-                                     "looks for crop types"});
+            if (!settings_.LandCover.empty()) {
+                appendFindings(checkTypes(
+                    *platform_.features().openFeatureClass(settings_.LandCover), kCropField));
             }
         } catch (const PlatformError&) {
             return;  // which checkPolygons tells
@@ -248,17 +244,18 @@ class InputCheck {
         }
     }
 
-    // The zone tables hold 25 characters of a key, and a polygon's area by position.
+    // The zone tables hold the beginning of a key, and a polygon's area by position.
     void checkKeys(const IFeatureClass& layer, const std::string& field) {
         std::map<std::string, int> counts;
         for (std::size_t r = 0; r < layer.recordCount(); ++r) {
             ++counts[keyText(layer.value(r, field))];
         }
+        const ZoneKeys keys(layer, field);
         const auto warn = [&](const std::string& key, const std::string& text) {
             findings_.push_back({Severity::warning, layer.path(), field, key, text});
         };
         for (const auto& [key, count] : counts) {
-            if (key.size() > 25) warn(key, "has more than 25 characters, of which tables keep 25");
+            if (const std::string text = keys.warning(key); !text.empty()) warn(key, text);
             if (count > 1) {
                 warn(key, "is the key of " + std::to_string(count) +
                               " polygons: tables then show polygon areas of other zones");

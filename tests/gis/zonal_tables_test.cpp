@@ -171,6 +171,50 @@ TEST_F(ZonalTables, KeysWithApostrophesNumbersAndMoreThanTwentyFiveCharacters) {
     EXPECT_TRUE(f.application.messages().empty()) << f.allMessages();
 }
 
+TEST_F(ZonalTables, KeysInAnyScriptReachTheTable) {
+    const std::vector<std::string> keys = {"Győr-Moson", "Łódź", "Αθήνα", "Écija", "UINTAH"};
+    std::vector<Shape> zones;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        zones.push_back(square(keys[i], 400000 + 2000 * static_cast<double>(i), 4500000, 1000));
+    }
+    f.makeZones(zones);
+    create("StatCET");
+    const std::string cpg = f.folder.file("out/StatCET.cpg");
+    EXPECT_FALSE(platform.files().fileExists(cpg));
+    for (const int month : {6, 7}) add(Grid(cells, 1), "StatCET", month);
+    const auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 10U) << f.allMessages();
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+        EXPECT_EQ(std::get<std::string>(rows[r][0]), keys[r % 5]);
+    }
+    EXPECT_EQ(test::contentOf(cpg), "UTF-8");
+    // A table of other names is as it always was.
+    f.makeZones({square("Écija", 400000, 4500000, 1000)});
+    create("StatCET");
+    EXPECT_FALSE(platform.files().fileExists(cpg));
+    add(Grid(cells, 1), "StatCET", 6);
+    EXPECT_FALSE(platform.files().fileExists(cpg));
+    EXPECT_THAT(test::contentOf(f.folder.file("out/StatCET.dbf")), HasSubstr("\xC9"
+                                                                             "cija"));
+}
+
+TEST_F(ZonalTables, KeysThatAreCutAreToldOnce) {
+    f.makeZones({square("Ύδρευση και άρδευση Α", 400000, 4500000, 1000),
+                 square("Ύδρευση και άρδευση Β", 402000, 4500000, 1000),
+                 square("Kurz", 404000, 4500000, 1000)});
+    create("StatCET");
+    for (const int month : {6, 7}) add(Grid(cells, 1), "StatCET", month);
+    const auto rows = f.tableRows("StatCET");
+    ASSERT_EQ(rows.size(), 6U) << f.allMessages();
+    EXPECT_EQ(std::get<std::string>(rows[0][0]), "Ύδρευση και ά");  // 24 bytes; the next has two
+    const auto& notices = f.application.prompts().notices;
+    ASSERT_EQ(notices.size(), 2U);
+    EXPECT_EQ(notices[0],
+              "StatCET: the zone key \"Ύδρευση και άρδευση Α\" has more than 25 bytes in UTF-8, of "
+              "which tables keep \"Ύδρευση και ά\", as of Ύδρευση και άρδευση Β: their rows look "
+              "the same");
+}
+
 TEST_F(ZonalTables, NegativeMeansStayNegative) {
     create("StatNIR");
     add(Grid(cells, -2), "StatNIR", 6);

@@ -236,6 +236,39 @@ TEST_F(InputCheck, ZoneKeys) {
     EXPECT_THAT(lines(), Contains(HasSubstr("NAME: the field is missing")));
 }
 
+TEST_F(InputCheck, ZoneKeysAreCountedAsTablesHoldThem) {
+    const auto make = [&](const std::vector<std::string>& keys) {
+        std::vector<NewFeature> zones;
+        for (const std::string& key : keys) zones.push_back(rectangle({0, 0, 1, 1}, {key}));
+        f.application.platform().features().createFeatureClass(
+            f.folder.file("zones.shp"), true, f.geometry().crs, {{"ZONE", FieldType::text, 60, 0}},
+            zones);
+    };
+    f.settings.Zones = f.folder.file("zones.shp");
+    f.settings.ZoneField = "ZONE";
+    make({"Señorío de Ibáñez y Núñez"});  // 25 letters, a byte each
+    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("ZONE: "))));
+    make({"Señorío de Ibáñez y Núñez", "Łódź"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("Núñez: has more than 25 bytes in UTF-8, of which "
+                                            "tables keep \"Señorío de Ibáñez y N\"")));
+    make({"Irrigation District of the North", "Irrigation District of the South"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("of which tables keep \"Irrigation District of th\", "
+                                            "as of Irrigation District of the South: their rows")));
+}
+
+TEST_F(InputCheck, TypesThatDifferInCapitals) {
+    f.application.platform().features().createFeatureClass(
+        f.folder.file("land.shp"), true, f.geometry().crs, {{"Descriptio", FieldType::text, 60, 0}},
+        {rectangle({0, 0, 1, 1}, {std::string("alfalfa")}),
+         rectangle({0, 0, 1, 1}, {std::string("Alfalfa")}),
+         rectangle({0, 0, 1, 1}, {std::string("Corn")})});
+    f.settings.LandCover = f.folder.file("land.shp");
+    EXPECT_THAT(lines(), Contains("warning: " + f.settings.LandCover +
+                                  ": Descriptio: \"Alfalfa\" and \"alfalfa\" differ in capitals "
+                                  "alone: they are crop types of their own, each with its own "
+                                  "coefficients"));
+}
+
 TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
     f.settings.Zones = f.folder.file("domain.shp");
     f.settings.LandCover = f.folder.file("domain.shp");

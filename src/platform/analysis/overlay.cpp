@@ -163,6 +163,19 @@ std::vector<Field> fieldsOf(const OverlayLayer& first, const OverlayLayer& secon
     return fields;
 }
 
+TextEncoding encodingOf(const IFeatureClass& a, const IFeatureClass& b) {
+    EncodingChoice choice;
+    for (const IFeatureClass* layer : {&a, &b}) {
+        choice.add(layer->fields());
+        for (const Field& field : layer->fields()) {
+            for (std::size_t r = 0; r < layer->recordCount(); ++r) {
+                choice.add(layer->value(r, field.name));
+            }
+        }
+    }
+    return choice.encoding();
+}
+
 }  // namespace
 
 OverlayResult OverlayOp::Intersect(const OverlayLayer& first, const OverlayLayer& second,
@@ -180,7 +193,7 @@ OverlayResult OverlayOp::Intersect(const OverlayLayer& first, const OverlayLayer
     OverlayResult result;
     result.repairs = shapesA.repairs;
     result.repairs.insert(result.repairs.end(), shapesB.repairs.begin(), shapesB.repairs.end());
-    writeLayer(path, wkbPolygon, a.crs(), fields, [&](const LayerWriter& add) {
+    writeLayer(path, wkbPolygon, a.crs(), fields, encodingOf(a, b), [&](const LayerWriter& add) {
         for (std::size_t r = 0; r < pieces.size(); ++r) {
             for (Piece& piece : pieces[r]) {
                 std::vector<FieldValue> values;

@@ -32,7 +32,12 @@ OGRGeometryUniquePtr shapeOf(const NewFeature& feature, bool polygons) {
 // Makes a layer of features or bare records.
 void create(const std::string& path, OGRwkbGeometryType type, const std::string& crs,
             const std::vector<Field>& fields, const std::vector<NewFeature>& features) {
-    writeLayer(path, type, crs, fields, [&](const LayerWriter& add) {
+    EncodingChoice choice;
+    choice.add(fields);
+    for (const NewFeature& feature : features) {
+        for (const FieldValue& value : feature.values) choice.add(value);
+    }
+    writeLayer(path, type, crs, fields, choice.encoding(), [&](const LayerWriter& add) {
         for (const NewFeature& feature : features) {
             add(feature.values, type == wkbNone ? nullptr : shapeOf(feature, type == wkbPolygon));
         }

@@ -2,6 +2,7 @@
 #include "platform/features/shapefile_writer.h"
 
 #include <cpl_error.h>
+#include <cpl_string.h>
 
 #include <filesystem>
 #include <optional>
@@ -9,6 +10,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "gis/zone_keys.h"
 #include "platform/features/shapefile_check.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/features/vector_dataset.h"
@@ -79,6 +81,7 @@ void moveInPlace(const fs::path& folder, const std::string& stem, const std::str
     if (shapes) fs::remove(target + ".shp");
     for (auto part = kShapefileParts.rbegin(); part != kShapefileParts.rend(); ++part) {
         const fs::path from = folder / (stem + "." + *part);
+        if (std::string(*part) == "cpg") fs::remove(target + ".CPG");  // which readers know, too
         const fs::path to = target + "." + *part;
         if (fs::exists(from)) {
             fs::rename(from, to);
@@ -90,8 +93,17 @@ void moveInPlace(const fs::path& folder, const std::string& stem, const std::str
 
 }  // namespace
 
+void EncodingChoice::add(const std::vector<Field>& fields) {
+    for (const Field& field : fields) add(FieldValue(field.name));
+}
+
+void EncodingChoice::add(const FieldValue& value) {
+    const auto* text = std::get_if<std::string>(&value);
+    if (text && !fitsLatin1(*text)) encoding_ = TextEncoding::utf8;
+}
+
 void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::string& crs,
-                const std::vector<Field>& fields,
+                const std::vector<Field>& fields, TextEncoding encoding,
                 const std::function<void(const LayerWriter& add)>& fill) {
     const std::string stem = baseName(path);
     const std::string unfinished = unfinishedPath(withoutExtension(path));
@@ -100,12 +112,14 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
     try {
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
         VectorDatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        CPLStringList options;
+        if (encoding == TextEncoding::utf8) options.SetNameValue("ENCODING", "UTF-8");
         OGRSpatialReference system;
         if (!crs.empty()) system = spatialReference(crs);
-        OGRLayer* layer =
-            dataset
-                ? dataset->CreateLayer(stem.c_str(), crs.empty() ? nullptr : &system, type, nullptr)
-                : nullptr;
+        OGRLayer* layer = dataset
+                              ? dataset->CreateLayer(stem.c_str(), crs.empty() ? nullptr : &system,
+                                                     type, options.List())
+                              : nullptr;
         if (!layer) throw PlatformError(gdalMessage("the folder may not be writable"));
         for (const Field& field : fields) createField(*layer, field);
         std::size_t records = 0;

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/dbase_edit.h"
 
-#include <cpl_conv.h>
-#include <cpl_error.h>
-#include <cpl_string.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -15,8 +11,8 @@
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
-#include "platform/features/vector_dataset.h"
 #include "platform/files/posix_file.h"
+#include "platform/tables/dbase_encoding.h"
 
 namespace velmora::platform {
 
@@ -141,17 +137,7 @@ void appendNumberField(DbaseFile& file, const std::string& name, const std::stri
 // The text in the table's own encoding, filled up with blanks.
 std::string encodedText(const std::string& text, const DbaseField& field,
                         const std::string& encoding) {
-    std::string bytes = text;
-    if (!encoding.empty() && !sameIgnoringCase(encoding, "UTF-8")) {
-        CPLErrorReset();
-        char* recoded = CPLRecode(text.c_str(), "UTF-8", encoding.c_str());
-        bytes = recoded;
-        CPLFree(recoded);
-        if (CPLGetLastErrorType() != CE_None) {
-            throw PlatformError("\"" + text + "\" cannot be written in the table's encoding " +
-                                encoding);
-        }
-    }
+    std::string bytes = encodedIn(encoding, text);
     if (bytes.size() > field.width) {
         throw PlatformError("\"" + text + "\" is longer than the " + std::to_string(field.width) +
                             " characters of the field");
@@ -177,15 +163,6 @@ std::string fieldText(const FieldValue& value, const DbaseField& field,
 
 bool belongsToShapefile(const std::string& table) {
     return withoutExtension(table) != table && fs::exists(withoutExtension(table) + ".shp");
-}
-
-// The encoding in which the table's texts are read, "" when it is not known.
-std::string encodingOf(const std::string& path) {
-    const VectorDatasetPtr dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, kVectorDrivers.data()));
-    OGRLayer* layer = dataset && dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
-    const char* encoding = layer ? layer->GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE") : nullptr;
-    return encoding ? encoding : "";
 }
 
 }  // namespace
@@ -244,6 +221,20 @@ void DbaseEdit::appendRecord(const std::vector<std::pair<std::string, FieldValue
     asked_.appended.push_back(values);
 }
 
+std::vector<std::string> DbaseEdit::newTexts() const {
+    std::vector<std::string> texts;
+    const auto take = [&](const FieldValue& value) {
+        if (const auto* text = std::get_if<std::string>(&value)) texts.push_back(*text);
+    };
+    for (const auto& [name, values] : asked_.values) {
+        for (const auto& [record, value] : values) take(value);
+    }
+    for (const auto& values : asked_.appended) {
+        for (const auto& [name, value] : values) take(value);
+    }
+    return texts;
+}
+
 // The whole file with the changes made in it.
 std::string DbaseEdit::changed(const std::string& before, const std::string& encoding) const {
     DbaseFile file = parsed(before, target_);
@@ -251,7 +242,7 @@ std::string DbaseEdit::changed(const std::string& before, const std::string& enc
         if (!file.find(name)) appendNumberField(file, name, target_);
     }
     const auto put = [&](std::size_t record, const std::string& name, const FieldValue& value) {
-        const DbaseField* field = file.find(name);
+        const DbaseField* field = file.find(encodedIn(encoding, name));
         if (!field) throw PlatformError("The table " + target_ + " has no field " + name);
         if (record >= file.records.size()) {
             throw PlatformError("The table " + target_ + " has no record " +
@@ -285,8 +276,8 @@ void DbaseEdit::write(const std::string& unfinished, const std::string& bytes) {
 }
 
 void DbaseEdit::save() {
+    const std::string encoding = encodingForTexts(target_, newTexts());
     const std::string before = readWholeFile(target_, kLargestFile);
-    const std::string encoding = encodingOf(target_);
     const std::string after = changed(before, encoding);
     const std::string unfinished = unfinishedPath(target_);
     try {

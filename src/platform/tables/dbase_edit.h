@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Changes values in a dBASE file and appends records to it. Every byte that does not belong to a
 // changed value stays as it is: other columns, deleted records, the language mark, trailing memo
-// references. (A rewrite through a general library would reformat the other numbers and recode the
-// texts.) Before the changed file takes the table's name it is read again and compared with the old
-// one.
+// references. Only a text with characters that the table's encoding lacks has the table rewritten
+// in UTF-8 first, with the same values. (A rewrite through a general library would reformat the
+// other numbers and recode the texts.) Before the changed file takes the table's name it is read
+// again and compared with the old one.
 #pragma once
 
 #include <cstddef>
@@ -32,6 +33,7 @@ class DbaseEdit : public IEditSession {
 
   private:
     std::string changed(const std::string& before, const std::string& encoding) const;
+    std::vector<std::string> newTexts() const;
 
     std::shared_ptr<ITable> table_;
     std::string target_;

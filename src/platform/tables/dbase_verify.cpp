@@ -11,6 +11,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/tables/dbase_encoding.h"
 #include "platform/tables/dbase_layout.h"
 
 namespace velmora::platform {
@@ -139,13 +140,14 @@ class Comparison {
     }
 
     void takeBack(std::size_t record, const std::string& field, const FieldValue& value) {
-        const DbaseColumn* column = new_.find(field);
+        const std::string name = encodedIn(encoding_, field);
+        const DbaseColumn* column = new_.find(name);
         require(column && record < new_.records, "a place for " + field + " is missing");
         const std::size_t inNew = record * new_.recordLength + column->offset;
         require(holds(after_.substr(new_.headerLength + inNew, column->width), value, encoding_),
                 "record " + std::to_string(record + 1) + " has another value in " + field);
         std::string was(column->width, ' ');
-        if (record < old_.records && old_.find(field)) {
+        if (record < old_.records && old_.find(name)) {
             was = before_.substr(old_.headerLength + record * old_.recordLength + column->offset,
                                  column->width);
         }
