@@ -17,6 +17,8 @@ TEST(Calendar, DayOfYearCountsTheRealLeapDay) {
 TEST(Calendar, MonthLengthsTurnTheLeapRuleAround) {
     EXPECT_EQ(DaysInMonth(2, 2000), 28);
     EXPECT_EQ(DaysInMonth(2, 2001), 29);
+    EXPECT_EQ(DaysInMonth(2, 1900), 28);  // every fourth year, centuries too
+    EXPECT_EQ(DaysInMonth(2, 2100), 28);
     EXPECT_EQ(DaysInMonth(1, 2001), 31);
     EXPECT_EQ(DaysInMonth(4, 2001), 30);
     EXPECT_EQ(DaysInMonth(13, 2001), 0);

@@ -40,9 +40,21 @@ TEST_F(Models, EveryConstantCounts) {
     EXPECT_NEAR(models.Hargreaves1985(30, 14, 40, 16, 7, 2001), 7.437632775379624, kRounding);
 }
 
+// The same, for the one method that the figures above leave out.
+TEST_F(Models, EveryConstantOfBlaneyCriddleCounts) {
+    EXPECT_NEAR(models.SCS_Blaney_Criddle(30, 14, 40, 7, 2001), 6.819653479408902, 1e-12);
+    EXPECT_NEAR(models.SCS_Blaney_Criddle(9, -4, 43.5, 4, 2004), 1.0481540405312553, 1e-12);
+    EXPECT_NEAR(models.SCS_Blaney_Criddle(12, 999, 61.75, 10, 2001), 2.1996804450703262, 1e-12);
+}
+
 TEST_F(Models, HeatFluxCountsWhenItsFlagSaysSo) {
     EXPECT_LT(pm(true, 1, 7, 2001), pm(false, 1, 7, 2001));
     EXPECT_EQ(pm(false, 1, 7, 2001, 5), pm(false, 1, 7, 2001, 0));
+    const auto pt = [&](bool useG, double G) {
+        return models.Taylor(useG, 0, 30, 14, 8, 999, 999, 25, 2, G, 1500, 40, 15, 7, 2001);
+    };
+    EXPECT_LT(pt(true, 1), pt(false, 1));
+    EXPECT_EQ(pt(false, 5), pt(false, 0));
 }
 
 TEST_F(Models, ResultsAreInchesOfTheMonth) {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "refet/equations/blaney_criddle.h"
 #include "refet/equations/energy_balance.h"
@@ -105,6 +108,33 @@ TEST(BlaneyCriddle, MissingMinimumLeavesTheMaximum) {
     EXPECT_NEAR(blaneyCriddle(30, kMissing, 10), 10.09468, 1e-5);
     EXPECT_NEAR(blaneyCriddle(30, 30, 10), 10.09468, 1e-5);
     EXPECT_EQ(blaneyCriddle(30, 10, 0), 0);
+}
+
+// Computed from the definition by another program, with the table of hours in single precision: the
+// day that stands for each month, its length, and the digits of the constants all count.
+TEST(BlaneyCriddle, DaylightOfEveryMonth) {
+    const std::vector<std::pair<double, std::array<double, 12>>> expected = {
+        {40.0,
+         {6.710613518953323, 6.671331450343132, 8.301537693478167, 8.949610171839595,
+          10.080851637758315, 10.155355324968696, 10.300488490611315, 9.586081374436617,
+          8.389179361984134, 7.692961557768285, 6.672175833955407, 6.554077845066786}},
+        {50.25,
+         {5.884942261036485, 6.227501016110182, 8.218525629490614, 9.269481059163809,
+          10.805506515316665, 11.06960722245276, 11.139362095855176, 10.07089763879776,
+          8.462825557217002, 7.342043938115239, 5.965559743344784, 5.643702682573348}},
+        {61.75,
+         {4.162332403939217, 5.386523576453328, 8.06781540159136, 9.860795689746737,
+          12.26211846806109, 13.089699670672417, 12.899245135486126, 10.9883927507326,
+          8.59649945050478, 6.6916929092258215, 4.542619222775102, 3.668862779159099}},
+    };
+    for (const auto& [degrees, shares] : expected) {
+        for (int month = 1; month <= 12; ++month) {
+            double latitude = degrees;
+            EXPECT_NEAR(MonthlyDaylightPercentage(latitude, month),
+                        shares[static_cast<std::size_t>(month - 1)], 1e-12)
+                << degrees << " " << month;
+        }
+    }
 }
 
 }  // namespace

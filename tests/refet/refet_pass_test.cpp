@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "gis/errors.h"
 #include "gis/grid.h"
 #include "platform/analysis/parallel_loop.h"
@@ -102,6 +104,35 @@ TEST_F(RefEtPass, NoDataGoesThrough) {
                        kNone);
         EXPECT_EQ(at(CellField::RefET, 3), kNone);
         EXPECT_GT(at(CellField::RefET, 8), 0);  // wind plays no part
+    }
+}
+
+TEST_F(RefEtPass, NoDataInAnInputOfTheMethodGoesThrough) {
+    using enum CellField;
+    const std::vector<CellField> temperatures = {Elevation, TM, TN};
+    const std::vector<CellField> energy = {Elevation, TM, TN, TD, SR, GG};
+    const std::vector<CellField> all = {Elevation, TM, TN, TD, SR, GG, WS};
+    const std::vector<std::pair<RefEtMethod, std::vector<CellField>>> inputs = {
+        {RefEtMethod::asceTall, all},
+        {RefEtMethod::asceShort, all},
+        {RefEtMethod::fao56, all},
+        {RefEtMethod::hargreaves, temperatures},
+        {RefEtMethod::blaneyCriddle, temperatures},
+        {RefEtMethod::priestleyTaylor, energy}};
+    const auto resultWithout = [&](RefEtMethod method, CellField field) {
+        const double before = at(field, 8);
+        table.writable(field)[8] = kNone;
+        calculateRefEt(loop, table, elevationParts(loop, table), method, {16, 7, 2006}, kRows,
+                       kNone);
+        table.writable(field)[8] = before;
+        return at(RefET, 8);
+    };
+    for (const auto& [method, needed] : inputs) {
+        for (const CellField field : all) {
+            const bool counts = std::ranges::find(needed, field) != needed.end();
+            EXPECT_EQ(resultWithout(method, field) == kNone, counts)
+                << static_cast<int>(method) << " " << cellFieldName(field);
+        }
     }
 }
 
