@@ -51,13 +51,19 @@ void judgeInput(const std::string& path, const Undisturbed& step, const Contents
     }
 }
 
-// Tables of the irrigation database that no step makes are the user's.
+// Tables of a database that the step does not fill are the user's.
 bool keepsUsersTables(const std::string& path, const Undisturbed& step, const Contents& now,
                       const std::string& folder) {
-    DatabaseText old = databaseText(path, step.before, folder);
-    DatabaseText is = databaseText(path, now, folder);
-    for (DatabaseText* text : {&old, &is}) text->tables.erase("IREF");
-    return is.whole && is == old;
+    const DatabaseText old = databaseText(path, step.before, folder);
+    const DatabaseText made = databaseText(path, step.after, folder);
+    const DatabaseText is = databaseText(path, now, folder);
+    return is.whole && std::ranges::all_of(old.tables, [&](const auto& table) {
+               const auto& [name, rows] = table;
+               const auto found = is.tables.find(name);
+               const auto filled = made.tables.find(name);
+               if (filled == made.tables.end() || filled->second != rows) return true;
+               return found != is.tables.end() && found->second == rows;
+           });
 }
 
 // A file that is neither as before nor as it should be: whether a run that ended early may leave it
