@@ -240,7 +240,11 @@ class StationCheck {
         for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
             const std::string station = keyText(weather_->value(r, "STN"));
             const double* number = numberIn(r, field);
-            if (!number) {
+            if (const auto* text = std::get_if<std::string>(&value_); text && !text->empty()) {
+                add(Severity::error, weather_->path(), field, station,
+                    "holds the text \"" + *text +
+                        "\", but it should be a number: make the field a numeric one");
+            } else if (!number) {
                 add(Severity::note, weather_->path(), field, station, "has no value");
             } else if (!(*number > quantity.above && *number < quantity.below)) {
                 add(Severity::warning, weather_->path(), field, station,

@@ -56,6 +56,20 @@ TEST_F(InputCheck, OddValuesNameFieldAndStation) {
     EXPECT_THAT(all, Contains(HasSubstr("WS_Jul: S5: has no value")));
 }
 
+// As a table of comma-separated values reads.
+TEST_F(InputCheck, TextWhereNumbersBelong) {
+    f.settings.WeatherData = f.folder.file("texts.dbf");
+    f.application.platform().features().createTable(
+        f.settings.WeatherData,
+        {{"STN", FieldType::text, 20, 0}, {"TM_Jun", FieldType::text, 10, 0}},
+        {{std::string("S1"), std::string("-2.16")}, {std::string("S2"), FieldValue()}});
+    EXPECT_THAT(lines(), Contains("error: " + f.settings.WeatherData +
+                                  ": TM_Jun: S1: holds the text \"-2.16\", but it should be a "
+                                  "number: make the field a numeric one"));
+    EXPECT_THAT(lines(),
+                Contains("note: " + f.settings.WeatherData + ": TM_Jun: S2: has no value"));
+}
+
 TEST_F(InputCheck, MissingFieldsAndKeys) {
     f.makeWeather(f.stations(), test::RunFixture::usualWeather, {"TM_", "SR_"});
     EXPECT_THAT(lines(), Contains(HasSubstr("TN_Jun: the field is missing")));
