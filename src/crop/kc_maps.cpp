@@ -61,6 +61,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
                                     kcGridName(settings, month));
         recorder.made(kcGridName(settings, month));
     }
+    platform.files().settle(settings.OutputWorkspace);
     prompts.message("Kc-Maps have been generated successfully");
 }
 

@@ -149,6 +149,7 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings) 
     conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace,
                                 kEfficiency);
     recorder.made(kEfficiency);
+    platform.files().settle(settings.OutputWorkspace);
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");
 }

@@ -83,6 +83,7 @@ void PrecipitationRun::prepare() {
 void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     for (const int month : settings_.months()) (this->*make)(month);
     stations_->storeWorkingField(application_.prompts());
+    platform_.files().settle(settings_.OutputWorkspace);
 }
 
 void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {

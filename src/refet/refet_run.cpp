@@ -5,6 +5,7 @@
 #include <array>
 #include <exception>
 
+#include "gis/error_trap.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
@@ -81,6 +82,9 @@ void ReferenceEtRun::runSteps() {
     for (const int month : settings_.months()) {
         if (!runMonth(month)) return;
     }
+    storeCells();
+    settle();
+    if (!runStatus_) return;
     const double minutes = (platform_.clock().seconds() - start) / 60;
     const std::string time =
         "Time for estimating referece ET: " + formatPlaces(minutes, 2) + " Minutes";
@@ -196,6 +200,13 @@ void ReferenceEtRun::GetParameters() {
                         [this](const std::string& line) { show(line); });
         surfaces_->storeWorkingField(application_.prompts());
     });
+}
+
+// Nothing is said to be done before it has reached the disk.
+void ReferenceEtRun::settle() {
+    runStatus_ = runStatus_ && velmora::trapped(application_.prompts(), [&] {
+                     platform_.files().settle(settings_.OutputWorkspace);
+                 });
 }
 
 bool ReferenceEtRun::hasGrid(const std::string& prefix, int month) const {
@@ -320,7 +331,8 @@ void ReferenceEtRun::GridReadOut(const std::string& label) {
 
 // The work database shows the cells as the run left them, after a failure too.
 void ReferenceEtRun::storeCells() {
-    if (!lock_ || cells_.rowCount() == 0) return;
+    if (!lock_ || cells_.rowCount() == 0 || cellsStored_) return;
+    cellsStored_ = true;
     trapped("SetupWorkDatabase", [&] {
         storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), cells_);
     });

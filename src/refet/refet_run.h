@@ -53,6 +53,7 @@ class ReferenceEtRun {
     RasterPtr weatherGrid(const std::string& prefix, int month);
     bool hasGrid(const std::string& prefix, int month) const;
     void storeCells();
+    void settle();
 
     IApplication& application_;
     IPlatform& platform_;
@@ -71,6 +72,7 @@ class ReferenceEtRun {
     double noData_ = static_cast<double>(kNoData);
     std::unique_ptr<WeatherSurfaces> surfaces_;
     bool toldAboutHeatFlux_ = false;
+    bool cellsStored_ = false;
 };
 
 }  // namespace velmora

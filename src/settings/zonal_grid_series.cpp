@@ -59,6 +59,7 @@ void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
 }
 
 void ZonalGridSeries::showTable() {
+    application_.platform().files().settle(settings_.OutputWorkspace);
     if (!tableMade_) {
         application_.prompts().failure("Error in opening table");
         return;

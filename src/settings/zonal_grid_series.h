@@ -31,7 +31,8 @@ class ZonalGridSeries {
     // Saves a month's grid under the name, adds it to the map and its zones to the table. Throws
     // PlatformError.
     void add(int month, const std::string& name, const RasterPtr& grid);
-    // Adds the table to the map document.
+    // Asks that the grids and the table reach the disk, and adds the table to the map document.
+    // Throws PlatformError.
     void showTable();
 
   private:
