@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "gis/zonal_tables.h"
@@ -128,23 +129,25 @@ TEST_F(Command, DiagnosesTheSurfaces) {
 }
 
 TEST_F(Command, DiagnosesTellOfZerosAndOfRangesThatAreNotIdentified) {
-    // Six stations with rain make few distance classes.
-    std::vector<test::Station> few = test::RunFixture::stations();
-    few.resize(8);
-    few[1] = {"S1", few[0].x + 700, few[0].y + 300, few[0].elevation + 40};
+    // Of the stations with rain two pairs stand near each other: two distance classes.
+    const std::vector<test::Station> few = {
+        {"A1", 400100, 4499900, 1500},  {"A2", 400500, 4499900, 1500},
+        {"B", 411000, 4492100, 1700},   {"D", 414500, 4492100, 1700},
+        {"E", 407000, 4496200, 1900},   {"dry1", 403000, 4495000, 1400},
+        {"dry2", 409000, 4498000, 1600}};
+    const std::map<std::string, double> rain = {{"A1", 1.0}, {"A2", 1.7}, {"B", 2.0}, {"D", 3.0},
+                                                {"E", 1.4},  {"dry1", 0}, {"dry2", 0}};
     fixture.makeStations(few);
     fixture.makeWeather(few,
-                        [](const std::string& p, const test::Station& s, int m) -> FieldValue {
-                            return s.name == "S7" || s.name == "S6"
-                                       ? FieldValue(0.0)
-                                       : test::RunFixture::usualWeather(p, s, m);
+                        [&](const std::string&, const test::Station& s, int) -> FieldValue {
+                            return rain.at(s.name);
                         },
                         {"P_"});
     ASSERT_EQ(apply("PrecipitationMethod=EDK").status, 0);
     const Outcome ran = run("run ppt --diagnose");
     EXPECT_EQ(ran.status, 0) << ran.output;
     EXPECT_THAT(ran.output,
-                HasSubstr("note: PPT_Jun: 2 of 8 stations hold 0 in field weather.P_Jun "
+                HasSubstr("note: PPT_Jun: 2 of 7 stations hold 0 in field weather.P_Jun "
                           "and take no part"));
     EXPECT_THAT(ran.output,
                 HasSubstr("PPT_Jun: of the errors 2 are of stations that hold 0 and take no part"));
@@ -152,7 +155,7 @@ TEST_F(Command, DiagnosesTellOfZerosAndOfRangesThatAreNotIdentified) {
                 testing::ContainsRegex("PPT_Jun: the range is not identified, [0-9.]* to "
                                        "[0-9.]* km fit equally; the shortest is taken"));
     const std::string csv = test::contentOf(folder + "/out/PPT_diagnostics.csv");
-    EXPECT_THAT(csv, HasSubstr("\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",6,2,2,"));
+    EXPECT_THAT(csv, HasSubstr("\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",5,2,2,"));
 }
 
 // The command on a domain with fields, zones and coefficients.
