@@ -19,6 +19,7 @@
 #include "settings/modelling_extent.h"
 #include "settings/old_results.h"
 #include "settings/precipitation_check.h"
+#include "settings/settings_fields.h"
 #include "settings/station_check.h"
 #include "settings/type_check.h"
 
@@ -43,6 +44,10 @@ class InputCheck {
         appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
         checkOldResults();
+        // That such a path does not exist has been told, with the reason.
+        std::erase_if(findings_, [&](const Finding& finding) {
+            return std::find(lost_.begin(), lost_.end(), finding.file) != lost_.end();
+        });
         return findings_;
     }
 
@@ -57,6 +62,7 @@ class InputCheck {
     void checkRun() {
         for (const LostText& lost : lostPaths(platform_.files(), settings_)) {
             add(Severity::error, lost.field, lost.text);
+            lost_.push_back(settingsText(settings_, *findSettingsField(lost.field)));
         }
         if (settings_.methodNumber() == 0) {
             add(Severity::error, "RefETMethod", "\"" + settings_.RefETMethod + "\" is not 1 to 6");
@@ -272,6 +278,7 @@ class InputCheck {
     IPlatform& platform_;
     const RunSettings& settings_;
     std::optional<GridGeometry> geometry_;
+    std::vector<std::string> lost_;  // paths that lost characters in the settings file
     std::vector<Finding> findings_;
 };
 

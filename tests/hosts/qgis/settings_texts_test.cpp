@@ -117,7 +117,7 @@ TEST_F(SettingsWindow, ApplyByItsLetterInspectsTheTableTypedLast) {
         qt::FormWindow window(form, prompts, nullptr);
         window.show();
         window.activateWindow();
-        QTest::qWait(20);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         auto& box = widget<QLineEdit>(window, "txtWeatherData");
         box.setFocus();
         box.selectAll();
