@@ -46,10 +46,10 @@ void require(bool holds) {
 // The parts of a dBASE file, taken apart by nothing but the format's description.
 struct Parts {
     explicit Parts(const std::string& file) : bytes(file) {
-        const auto number = [&](std::size_t at, std::size_t size) {
+        const auto number = [&](std::size_t from, std::size_t size) {
             std::size_t value = 0;
             for (std::size_t i = 0; i < size; ++i) {
-                value += static_cast<std::size_t>(static_cast<unsigned char>(bytes.at(at + i)))
+                value += static_cast<std::size_t>(static_cast<unsigned char>(bytes.at(from + i)))
                          << 8 * i;
             }
             return value;
