@@ -97,7 +97,6 @@ void frmKcEditor::createTable() {
     const std::string folder = parentFolderName(path);
     const std::string name = fileName(withoutDbf(path));
     createKcTable(platform(), folder, name);
-    platform().files().deleteFile(joinedPath(folder, name + ".DBF"));  // an older one of that name
     openTable(joinedPath(folder, name + ".dbf"));
 }
 

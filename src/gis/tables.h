@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -77,6 +78,14 @@ class IConnectionFactory {
     // Creates an empty database file. Throws PlatformError when the file exists already.
     virtual void createDatabase(const std::string& connectionString) = 0;
     virtual std::unique_ptr<IConnection> open(const std::string& connectionString) = 0;
+    // Makes a database file of the user's: `fill` makes it under the name that it is given, and
+    // when it is whole and on the disk it takes the place of `path`. After a failure the old file
+    // stays. Throws PlatformError, or what `fill` throws.
+    virtual void makeDatabase(const std::string& path,
+                              const std::function<void(const std::string& unfinished)>& fill) = 0;
+    // What to tell the user of a database that stands for another file which has changed since, ""
+    // when there is nothing to tell. Throws PlatformError.
+    virtual std::string staleCopy(const std::string& path) = 0;
 };
 
 }  // namespace velmora

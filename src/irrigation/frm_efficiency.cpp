@@ -98,6 +98,8 @@ void frmEfficiency::InitializeEnv() {
     cmbZone.clear();
     dgdShares.show({}, {});
     database_ = std::make_unique<IrrigationDatabase>(platform(), databasePath_);
+    const std::string stale = platform().connections().staleCopy(databasePath_);
+    if (!stale.empty()) prompts().notice(stale);
     showRows(dgdMethods, *database().query("Select * from IRMDDef"));
     CreateEFTable();
     CreateSummaryTable(kSummary);

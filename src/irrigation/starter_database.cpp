@@ -140,13 +140,7 @@ IrrigationDefaults starterDefaults(const std::vector<std::string>& zones,
 
 void createIrrigationDatabase(IPlatform& platform, const std::string& path,
                               const IrrigationDefaults& defaults) {
-    IFileSystem& files = platform.files();
-    const std::string unfinished =
-        joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
-    // What a killed run left, also of its transaction, which would be undone in the new file.
-    for (const std::string& database : {unfinished, path}) files.deleteFile(database + "-journal");
-    files.deleteFile(unfinished);
-    try {
+    platform.connections().makeDatabase(path, [&](const std::string& unfinished) {
         const std::string connection = irrigationConnection(unfinished);
         platform.connections().createDatabase(connection);
         makeTables(*platform.connections().open(connection), defaults);
@@ -170,11 +164,7 @@ void createIrrigationDatabase(IPlatform& platform, const std::string& path,
             sources->update();
         }
         transaction->commit();
-    } catch (...) {
-        files.deleteFile(unfinished);
-        throw;
-    }
-    files.replaceFile(unfinished, path);
+    });
 }
 
 }  // namespace velmora

@@ -220,6 +220,17 @@ class InputCheck {
         if (!settings_.Zones.empty() && !platform_.files().fileExists(database)) {
             add(Severity::note, database,
                 "there is no irrigation database yet: velmora irdb create makes one");
+        } else if (!settings_.Zones.empty()) {
+            checkCopy(database);
+        }
+    }
+
+    void checkCopy(const std::string& database) {
+        try {
+            const std::string stale = platform_.connections().staleCopy(database);
+            if (!stale.empty()) add(Severity::warning, database, stale);
+        } catch (const PlatformError& e) {
+            add(Severity::error, database, e.what());
         }
     }
 

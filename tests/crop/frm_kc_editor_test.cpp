@@ -164,6 +164,30 @@ TEST_F(KcEditor, ANewTableIsEmptyAndOpened) {
     EXPECT_EQ(form.txtKcDBName.text(), f.folder.file("new crops.dbf"));
 }
 
+TEST_F(KcEditor, WhereCapitalsMakeNoOtherNameTheNewTableStays) {
+    // As on such a folder, the name in capitals leads to the same file.
+    const std::string lower = f.folder.file("new.dbf");
+    const std::string upper = f.folder.file("new.DBF");
+    test::write(lower, "an old table");
+    std::filesystem::create_symlink("new.dbf", upper);
+    form.load();
+    f.application.browsers().answers = {lower};
+    form.cmdCreateDB.click();
+    EXPECT_TRUE(messages().empty()) << f.allMessages();
+    EXPECT_EQ(records(lower), 0U);
+    EXPECT_TRUE(std::filesystem::exists(upper));
+}
+
+TEST_F(KcEditor, AnOldTableStaysWhenTheNewOneCannotBeMade) {
+    test::write(f.folder.file("new.DBF"), "an old table");
+    test::write(f.folder.file("new.shp"), "whose attributes they may be");
+    form.load();
+    f.application.browsers().answers = {f.folder.file("new.dbf")};
+    form.cmdCreateDB.click();
+    EXPECT_THAT(f.allMessages(), HasSubstr("belongs to a shapefile"));
+    EXPECT_EQ(test::contentOf(f.folder.file("new.DBF")), "an old table");
+}
+
 TEST_F(KcEditor, SaveNewCopiesTheTableWithItsChanges) {
     form.load();
     form.grdKc.edit(0, 3, "0.55");

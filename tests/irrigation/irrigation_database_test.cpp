@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "gis/errors.h"
+#include "gis/files.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/default_names.h"
 #include "irrigation/starter_database.h"
@@ -232,6 +233,23 @@ TEST(StarterDatabase, IsMadeInOneStep) {
     for (const auto& entry : std::filesystem::directory_iterator(f.folder.path())) {
         EXPECT_THAT(entry.path().string(), testing::Not(HasSubstr("mdb")));
     }
+}
+
+TEST(StarterDatabase, TheOldOneStaysUntilTheNewOneIsWhole) {
+    test::IrrigationFixture f;
+    const std::string path = f.folder.file("new.mdb");
+    IrrigationDefaults defaults = starterDefaults({"z"}, {});
+    createIrrigationDatabase(f.application.platform(), path, defaults);
+    const std::string old = test::contentOf(path);
+    const std::string dead = f.folder.file(std::string(kUnfinishedPrefix) + "999999999-new.mdb");
+    test::write(dead, "of a killed program");
+    test::write(path + "-journal", "of an edit that was cut off");
+    defaults.perZone[0].shares.clear();
+    EXPECT_THROW(createIrrigationDatabase(f.application.platform(), path, defaults),
+                 std::out_of_range);
+    EXPECT_EQ(test::contentOf(path), old);
+    EXPECT_TRUE(std::filesystem::exists(path + "-journal"));
+    EXPECT_FALSE(std::filesystem::exists(dead));
 }
 
 TEST(CropSummary, EachTypeOnceWithItsPolygonsAndArea) {

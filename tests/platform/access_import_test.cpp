@@ -3,11 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 
 #include "gis/errors.h"
+#include "gis/files.h"
 #include "platform/files/posix_file.h"
 #include "platform/platform.h"
 #include "tests/support/jet_writer.h"
@@ -98,6 +103,86 @@ TEST_F(AccessFile, WorkGoesToTheCopyAndTheFileStays) {
     EXPECT_EQ(std::get<double>(count->value("n")), 0);  // not imported again
     EXPECT_EQ(readWholeFile(path, 1 << 20), bytes);
     EXPECT_THAT(files(), testing::UnorderedElementsAre("IrDB.mdb", "IrDB.mdb.sqlite"));
+}
+
+TEST_F(AccessFile, ACopyOfAnotherStateIsTold) {
+    using std::chrono::hours;
+    IConnectionFactory& connections = platform.connections();
+    const std::string bytes = sample();
+    writeWholeFile(path, bytes);
+    EXPECT_EQ(connections.staleCopy(path), "");  // no copy yet
+    ASSERT_EQ(importing(bytes), "");
+    connections.open(text)->execute("DELETE FROM Long");
+    EXPECT_EQ(connections.staleCopy(path), "");
+    // Another time alone, as after copying both, means nothing.
+    const auto time = std::filesystem::last_write_time(path);
+    std::filesystem::last_write_time(path, time + hours(1));
+    EXPECT_EQ(connections.staleCopy(path), "");
+    // One other byte does, whichever file is newer.
+    std::string changed = bytes;
+    changed.back() ^= 1;
+    writeWholeFile(path, changed);
+    std::filesystem::last_write_time(path, time - hours(1));
+    EXPECT_THAT(connections.staleCopy(path),
+                testing::AllOf(HasSubstr(path + " has changed since its copy " + path + ".sqlite"),
+                               HasSubstr("delete or rename the copy")));
+    writeWholeFile(path, bytes + "x");
+    EXPECT_NE(connections.staleCopy(path), "");
+    EXPECT_EQ(connections.staleCopy(path + ".sqlite"), "");  // no Access file
+    EXPECT_EQ(connections.staleCopy(folder.file("none.mdb")), "");
+    // The record is no table of the user.
+    EXPECT_THAT(connections.open(text)->tableNames(), ElementsAre("IRMDDef", "All kinds", "Long"));
+}
+
+TEST_F(AccessFile, ACopyWithoutARecordIsJudgedByTimes) {
+    ASSERT_EQ(importing(sample()), "");
+    platform.connections().open(text)->execute("DROP TABLE velmora_access_file");
+    const auto made = std::filesystem::last_write_time(path + ".sqlite");
+    std::filesystem::last_write_time(path, made - std::chrono::hours(1));
+    EXPECT_EQ(platform.connections().staleCopy(path), "");
+    std::filesystem::last_write_time(path, made + std::chrono::hours(1));
+    EXPECT_NE(platform.connections().staleCopy(path), "");
+}
+
+TEST_F(AccessFile, LeftoversOfKilledImportsGo) {
+    const std::string beside = folder.file(std::string(kUnfinishedPrefix));
+    const std::string dead = "999999999";  // above any process number
+    const std::string alive = std::to_string(::getppid());
+    for (const std::string& process : {dead, alive}) {
+        writeWholeFile(beside + process + "-IrDB.mdb.sqlite", "x");
+        writeWholeFile(beside + process + "-IrDB.mdb.sqlite-journal", "x");
+    }
+    writeWholeFile(beside + dead + "-other", "x");
+    ASSERT_EQ(importing(sample()), "");
+    EXPECT_THAT(files(),
+                testing::UnorderedElementsAre(
+                    "IrDB.mdb", "IrDB.mdb.sqlite", kUnfinishedPrefix + alive + "-IrDB.mdb.sqlite",
+                    kUnfinishedPrefix + alive + "-IrDB.mdb.sqlite-journal",
+                    kUnfinishedPrefix + dead + "-other"));
+}
+
+TEST_F(AccessFile, TwoImportsAtOnceBothWork) {
+    for (int round = 0; round < 10; ++round) {
+        removeTree(path + ".sqlite");
+        writeWholeFile(path, sample());
+        const pid_t child = ::fork();
+        if (child == 0) {
+            try {
+                Platform own;
+                own.connections().open(text)->execute("INSERT INTO Long VALUES('x', 1.0)");
+                ::_exit(0);
+            } catch (const std::exception&) {
+                ::_exit(1);
+            }
+        }
+        platform.connections().open(text)->execute("INSERT INTO Long VALUES('y', 1.0)");
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+        const auto count =
+            platform.connections().open(text)->open("SELECT count(*) AS n FROM Long");
+        EXPECT_EQ(std::get<double>(count->value("n")), 302);  // neither is lost
+    }
 }
 
 TEST_F(AccessFile, ACutFileIsAnErrorWhereverItIsCut) {

@@ -172,6 +172,11 @@ class RecordingConnections : public IConnectionFactory {
         real_.createDatabase(connectionString);
     }
     std::unique_ptr<IConnection> open(const std::string& connectionString) override;
+    void makeDatabase(const std::string& path,
+                      const std::function<void(const std::string& unfinished)>& fill) override {
+        real_.makeDatabase(path, fill);
+    }
+    std::string staleCopy(const std::string& path) override { return real_.staleCopy(path); }
     std::vector<std::string> opened;      // connection strings
     std::vector<std::string> statements;  // and queries
 

@@ -2,6 +2,7 @@
 #include "platform/tables/access_import.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,7 +14,9 @@
 
 #include "gis/errors.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_sweep.h"
 #include "platform/tables/access_reader.h"
+#include "platform/tables/access_state.h"
 
 namespace velmora::platform {
 
@@ -32,10 +35,12 @@ constexpr rlim_t kMostSeconds = 300;  // of processor time; a damaged file may l
     if (nowhere >= 0) ::dup2(nowhere, STDERR_FILENO);  // the library complains there
     std::string failure;
     try {
+        const AccessState state = accessState(path, true);
         SqliteConnection::create(made);
         sqlite3* database = nullptr;
         sqlite3_open(made.c_str(), &database);
         copyAccessTables(path, database);
+        keepAccessState(database, state);
         if (sqlite3_close(database) != SQLITE_OK) throw PlatformError("its copy cannot be stored");
     } catch (const std::exception& e) {
         failure = e.what();
@@ -75,6 +80,26 @@ std::string readApart(const std::string& path, const std::string& made) {
     return failure;
 }
 
+std::string copyOf(const std::string& path) { return path + ".sqlite"; }
+
+// One import of a file at a time. Where the file system has no locks there is none.
+class ImportLock {
+  public:
+    explicit ImportLock(const std::string& path)
+        : file_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        while (file_ >= 0 && ::flock(file_, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    ~ImportLock() {
+        if (file_ >= 0) ::close(file_);
+    }
+    ImportLock(const ImportLock&) = delete;
+    ImportLock& operator=(const ImportLock&) = delete;
+
+  private:
+    int file_;
+};
+
 }  // namespace
 
 bool isAccessFile(const std::string& path) {
@@ -84,19 +109,31 @@ bool isAccessFile(const std::string& path) {
 }
 
 std::string importedDatabase(const std::string& path) {
-    std::string sidecar = path + ".sqlite";
+    std::string sidecar = copyOf(path);
     if (std::filesystem::exists(sidecar)) return sidecar;
+    const ImportLock lock(path);
+    if (std::filesystem::exists(sidecar)) return sidecar;  // made while we waited
+    sweepUnfinished(sidecar);
     const std::string unfinished = unfinishedPath(sidecar);
     removeTree(unfinished);
     const std::string failure = readApart(path, unfinished);
     if (failure.empty()) {
         removeTree(sidecar + "-journal");  // of an older copy, which would be undone in this one
-        std::filesystem::rename(unfinished, sidecar);
+        replaceDurably(unfinished, sidecar);
         return sidecar;
     }
     removeTree(unfinished);
     removeTree(unfinished + "-journal");
     throw PlatformError("The Access database " + path + " cannot be imported: " + failure);
+}
+
+std::string staleAccessCopy(const std::string& path) {
+    const std::string copy = copyOf(path);
+    if (!std::filesystem::is_regular_file(copy) || !std::filesystem::is_regular_file(path) ||
+        !isAccessFile(path)) {
+        return {};
+    }
+    return staleAccessText(path, copy);
 }
 
 }  // namespace velmora::platform

@@ -4,6 +4,9 @@
 #include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/files/posix_file.h"
+#include "platform/files/unfinished_sweep.h"
+#include "platform/tables/access_import.h"
 #include "platform/tables/dbase_recordset.h"
 #include "platform/tables/sqlite_connection.h"
 
@@ -41,5 +44,26 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
     }
     return std::make_unique<SqliteConnection>(databasePath(connectionString), tables_);
 }
+
+void ConnectionFactory::makeDatabase(
+    const std::string& path, const std::function<void(const std::string& unfinished)>& fill) {
+    sweepUnfinished(path);
+    const std::string unfinished = unfinishedPath(path);
+    const auto drop = [&] {
+        removeTree(unfinished);
+        removeTree(unfinished + "-journal");
+    };
+    drop();
+    try {
+        fill(unfinished);
+        removeTree(path + "-journal");  // of the old file, which would be undone in the new one
+        replaceDurably(unfinished, path);
+    } catch (...) {
+        drop();
+        throw;
+    }
+}
+
+std::string ConnectionFactory::staleCopy(const std::string& path) { return staleAccessCopy(path); }
 
 }  // namespace velmora::platform

@@ -14,6 +14,9 @@ class ConnectionFactory : public IConnectionFactory {
     explicit ConnectionFactory(IFeatureWorkspaceFactory& tables) : tables_(tables) {}
     void createDatabase(const std::string& connectionString) override;
     std::unique_ptr<IConnection> open(const std::string& connectionString) override;
+    void makeDatabase(const std::string& path,
+                      const std::function<void(const std::string& unfinished)>& fill) override;
+    std::string staleCopy(const std::string& path) override;
 
   private:
     IFeatureWorkspaceFactory& tables_;

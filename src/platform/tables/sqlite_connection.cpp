@@ -9,7 +9,9 @@
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "platform/files/posix_file.h"
 #include "platform/tables/access_import.h"
+#include "platform/tables/access_state.h"
 #include "platform/tables/column_table.h"
 #include "platform/tables/sqlite_recordset.h"
 #include "platform/tables/sqlite_statement.h"
@@ -123,6 +125,9 @@ SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFac
     harden(database_.get());
     try {
         runStatements(database_.get(), "SELECT count(*) FROM sqlite_master;");
+        // Each edit reaches the disk before it counts as made.
+        runStatements(database_.get(),
+                      syncing() ? "PRAGMA synchronous=FULL;" : "PRAGMA synchronous=OFF;");
     } catch (const PlatformError& e) {
         throw PlatformError("Cannot open it. " + std::string(e.what()));
     }
@@ -144,7 +149,10 @@ std::vector<std::string> SqliteConnection::tableNames() {
     std::vector<std::string> names;
     SqliteStatement statement(database_.get(),
                               "SELECT name FROM sqlite_master WHERE type='table' ORDER BY rowid");
-    while (statement.step()) names.push_back(statement.text(0));
+    while (statement.step()) {
+        const std::string name = statement.text(0);
+        if (name != kAccessStateTable) names.push_back(name);
+    }
     return names;
 }
 
@@ -176,6 +184,11 @@ void SqliteConnection::exportToDbase(const std::string& table, const std::string
         records.push_back(std::move(record));
     }
     tables_.createTable(path, fields, records);
+    // An older table of that name in capitals, unless capitals make no other name here.
+    const std::string older = withoutExtension(path) + ".DBF";
+    if (std::filesystem::exists(older) && !std::filesystem::equivalent(older, path)) {
+        std::filesystem::remove(older);
+    }
 }
 
 void SqliteConnection::createTable(const std::string& name,
