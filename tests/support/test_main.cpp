@@ -7,6 +7,7 @@
 #include <iostream>
 #include <locale>
 
+#include "platform/files/posix_file.h"
 #include "platform/platform.h"
 
 int main(int argc, char** argv) {
@@ -18,6 +19,7 @@ int main(int argc, char** argv) {
         std::locale::global(std::locale(""));
     }
     velmora::platform::keepLibrariesQuiet();
+    velmora::platform::setSyncing(false);  // no test cuts the power
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }
