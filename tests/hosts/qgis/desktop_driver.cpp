@@ -40,6 +40,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <functional>
 #include <map>
 #include <set>
@@ -53,12 +54,37 @@ const QStringList kSteps = {"Tarnwick.clsET_ReferenceET", "Tarnwick.clsET_CropCo
                             "Tarnwick.clsIR_NIR",         "Tarnwick.clsIR_EFF",
                             "Tarnwick.clsIR_IRR"};
 
+// A layout of one label that tells when the label asks for another size, which it does at the
+// moment when its text is set: no text is missed, however fast the next one follows.
+class ListeningLayout : public QVBoxLayout {
+  public:
+    ListeningLayout(QWidget* frame, std::function<void()> changed)
+        : QVBoxLayout(frame), changed_(std::move(changed)) {
+        setContentsMargins(0, 0, 0, 0);
+    }
+    void invalidate() override {
+        QVBoxLayout::invalidate();
+        changed_();
+    }
+
+  private:
+    std::function<void()> changed_;
+};
+
 class Driver : public QObject {
   public:
     explicit Driver(QgisInterface& desktop)
-        : desktop_(desktop), window_(*qobject_cast<QMainWindow*>(desktop.mainWindow())) {}
-
+        : desktop_(desktop), window_(*qobject_cast<QMainWindow*>(desktop.mainWindow())) {
+        qApp->installEventFilter(this);
+        connect(QgsProject::instance(), &QgsProject::layerWasAdded, this,
+                [this](QgsMapLayer* layer) {
+                    if (running_) progress_ << "layer " + layer->name();
+                });
+    }
+    // Waits for the main window: QGIS loads plugins long before it shows it, and handles events
+    // meanwhile.
     void start() {
+        if (!window_.isVisible()) return QTimer::singleShot(200, this, [this] { start(); });
         QTimer::singleShot(1500, this, [this] {
             watch();
             // A check that throws would end the process without a report.
@@ -110,7 +136,6 @@ class Driver : public QObject {
     void watch() {
         QTimer::singleShot(60, this, [this] {
             watch();
-            observeRun();
             QWidget* modal = QApplication::activeModalWidget();
             if (!modal || answering_.contains(modal)) return;
             answering_.insert(modal);
@@ -148,18 +173,32 @@ class Driver : public QObject {
         QTest::mouseClick(box.button(asks ? QMessageBox::Yes : QMessageBox::Ok), Qt::LeftButton);
     }
 
-    // What can be seen of a step while it works.
-    void observeRun() {
-        if (!running_) return;
-        for (QWidget* top : QApplication::topLevelWidgets()) {
-            if (top->objectName() != "frmMonitor" || !top->isVisible()) continue;
-            const QString text = top->findChild<QLabel*>("lblMessage")->text();
-            progress_.insert(text);
-            if (text.contains("is ready") && !pictures_.contains("progress-monitor")) {
-                picture(*top, "progress-monitor");
-            }
+    // What the progress window says while a step works.
+    void hearProgress(QLabel& label) {
+        const QString text = label.text();
+        if (!running_ || text.isEmpty() || text == heard_) return;
+        heard_ = text;
+        progress_ << text;
+        if (text.contains("is ready") && !pictures_.contains("progress-monitor")) {
+            picture(*label.window(), "progress-monitor");
         }
-        layerCounts_.insert(QgsProject::instance()->count());
+    }
+    void listenTo(QLabel& label) {
+        auto* frame = new QWidget;
+        delete label.parentWidget()->layout()->replaceWidget(&label, frame);
+        auto* layout = new ListeningLayout(frame, [this, &label] { hearProgress(label); });
+        layout->addWidget(&label);
+        frame->show();
+        label.show();
+    }
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (!running_) return false;
+        if (event->type() == QEvent::Show && object->objectName() == "frmMonitor") {
+            listenTo(part<QLabel>(*qobject_cast<QWidget*>(object), "lblMessage"));
+        }
+        auto* label = event->type() == QEvent::Paint ? qobject_cast<QLabel*>(object) : nullptr;
+        if (label && label->objectName() == "lblMessage") painted_.insert(label->text());
+        return false;
     }
 
     // --- what a user does -----------------------------------------------------------------------
@@ -175,8 +214,9 @@ class Driver : public QObject {
 
     void run(const QString& name) {
         running_ = true;
+        heard_.clear();
         progress_.clear();
-        layerCounts_.clear();
+        painted_.clear();
         action(name).trigger();
         running_ = false;
         QTest::qWait(200);
@@ -344,10 +384,13 @@ class Driver : public QObject {
         run(kSteps[0]);
         check(boxes_.size() == 1 && boxes_[0].startsWith("Time for estimating referece ET: "),
               "reference ET tells its time");
-        check(progress_.size() > 5,
-              QString("the progress window is alive (%1 texts seen)").arg(progress_.size()));
-        check(layerCounts_.size() > 3,
-              QString("months appear as they are done (%1 states seen)").arg(layerCounts_.size()));
+        const QStringList told = referenceEtTold(boxes_.value(0));
+        check(progress_ == told,
+              "the progress window tells all, and months appear as they are done");
+        if (progress_ != told) showDifference(told);
+        for (const QString& month : kMonths.mid(1, 10)) {
+            check(painted_.contains(monthTold(month)), "it is painted at work: " + month);
+        }
         for (QWidget* top : QApplication::topLevelWidgets()) {
             if (top->objectName() != "frmMonitor" || !top->isVisible()) continue;
             check(part<QPushButton>(*top, "cmdClose").isEnabled(), "the monitor can be closed");
@@ -362,6 +405,37 @@ class Driver : public QObject {
         check(
             first && shown.contains(first->extent()) && shown.width() < 3 * first->extent().width(),
             "the first result is zoomed to");
+    }
+
+    static QString monthTold(const QString& month) {
+        return "Reference ET in " + month + "are estimated successfully ...";
+    }
+    // The texts of the progress window and the layers of a year, in their order.
+    static QStringList referenceEtTold(const QString& time) {
+        QStringList all = {"Velmora is starting to run ...",
+                           "Previous setttings has been loaded ...",
+                           "Access MDB has been created for operations ..."};
+        for (const QString& month : kMonths) {
+            for (const char* surface : {"TM_", "TN_", "TD_"}) {
+                all << surface + month + " is ready...";
+            }
+            all << "Interpolation of <Soalr radiation> is done!"
+                << "Interpolation of <Wind Speed> is done!";
+        }
+        all << "All parameter layers are ready now..."
+            << "use ASCE Std  Penman-Monteith (Short Crop: Grass) ...";
+        for (const QString& month : kMonths)
+            all << "layer RefET_" + month + "_2" << monthTold(month);
+        return all << "Estimation of Reference ET is done ... " << time;
+    }
+    void showDifference(const QStringList& told) {
+        for (int i = 0; i < std::max(told.size(), progress_.size()); ++i) {
+            if (told.value(i) == progress_.value(i)) continue;
+            check(false, QString("entry %1 is \"%2\", not \"%3\"")
+                             .arg(i + 1)
+                             .arg(progress_.value(i), told.value(i)));
+            return;
+        }
     }
 
     void makeKcMaps() {
@@ -541,8 +615,7 @@ class Driver : public QObject {
             desktop_.setActiveLayer(layer(name));
             auto* view = desktop_.layerTreeView();
             view->scrollTo(view->currentIndex(), QAbstractItemView::PositionAtTop);
-            desktop_.mapCanvas()->refresh();
-            QTest::qWait(1500);
+            check(drawn(layer(name)), "the map draws " + name);
             picture(window_, shown);
             const QImage map = desktop_.mapCanvas()->grab().toImage();
             std::set<QRgb> colors;
@@ -552,6 +625,19 @@ class Driver : public QObject {
             check(colors.size() > 40,
                   QString("the map shows %1 (%2 colours)").arg(name).arg(colors.size()));
         }
+    }
+
+    // Draws the map with this layer alone and waits for its end.
+    bool drawn(QgsMapLayer* layer) {
+        auto* canvas = desktop_.mapCanvas();
+        const auto shows = [&] { return canvas->layers() == QList<QgsMapLayer*>{layer}; };
+        if (!QTest::qWaitFor(shows, 60000)) return false;
+        canvas->stopRendering();
+        bool ended = false;
+        QObject here;
+        connect(canvas, &QgsMapCanvas::mapCanvasRefreshed, &here, [&] { ended = true; });
+        canvas->refresh();
+        return QTest::qWaitFor([&] { return ended && !canvas->isDrawing(); }, 60000);
     }
 
     void lookAtPluginMenu() {
@@ -647,8 +733,9 @@ class Driver : public QObject {
     QSet<QString> pictures_;
     QString file_;  // what the next file chooser gets
     bool running_ = false;
-    QSet<QString> progress_;
-    QSet<int> layerCounts_;
+    QString heard_;          // the progress window's text
+    QStringList progress_;   // texts of the progress window and new layers, as they came
+    QSet<QString> painted_;  // texts that were painted
 };
 
 class DriverPlugin : public QgisPlugin {
