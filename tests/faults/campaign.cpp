@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/faults/campaign.h"
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -56,6 +58,7 @@ pid_t startWork(const Campaign& campaign, int process, const Project* made,
                 const std::vector<Point>& points) {
     const pid_t child = ::fork();
     if (child != 0) return child;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing works on when the campaign is stopped
     try {
         std::unique_ptr<Project> own;
         if (!made) own = std::make_unique<Project>(campaign.program, folderOf(campaign, process));

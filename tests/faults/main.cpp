@@ -6,9 +6,12 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 
 #include "tests/faults/campaign.h"
@@ -19,14 +22,16 @@ namespace {
 using namespace velmora::faults;
 namespace fs = std::filesystem;
 
-// A folder of its own, in memory where the system has such a place; it goes with the program.
+// A folder of its own, in memory where the system has such a place; it goes with the program, and
+// at the latest when the program is started the next time.
 class WorkFolder {
   public:
     WorkFolder() {
         const bool inMemory = ::access("/dev/shm", W_OK | X_OK) == 0;
-        path_ = (inMemory ? std::string("/dev/shm") : fs::temp_directory_path().string()) +
-                "/velmora-faults-XXXXXX";
-        if (!::mkdtemp(path_.data())) throw std::runtime_error("no folder can be made: " + path_);
+        const fs::path place = inMemory ? fs::path("/dev/shm") : fs::temp_directory_path();
+        for (const auto& entry : fs::directory_iterator(place)) removeStale(entry.path());
+        path_ = (place / (kName + std::to_string(::getpid()))).string();
+        if (!fs::create_directory(path_)) throw std::runtime_error(path_ + " is there already");
     }
     ~WorkFolder() {
         if (!kept) fs::remove_all(path_);
@@ -37,6 +42,16 @@ class WorkFolder {
     bool kept = false;
 
   private:
+    // The name ends with the number of the process that made it.
+    static void removeStale(const fs::path& path) {
+        const std::string name = path.filename().string();
+        if (!name.starts_with(kName)) return;
+        const int process = std::atoi(name.substr(kName.size()).c_str());
+        std::error_code ignored;
+        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) fs::remove_all(path, ignored);
+    }
+
+    inline static const std::string kName = "velmora-faults-";
     std::string path_;
 };
 
