@@ -82,6 +82,53 @@ TEST_F(Report, BothReadingsOfTheTables) {
     EXPECT_THAT(page, HasSubstr("<td class=\"n\">1.2205</td>"));
 }
 
+TEST_F(Report, EachFigureOfTheTablesStandsInItsColumn) {
+    constexpr double july = 31 / 25.4;  // table over inches
+    makeTable("StatCET", 0.5 * july, 50 * july);
+    const auto table = platform.features().openTable(f.folder.file("out/StatCET"));
+    const auto session = platform.features().edit(table);
+    session->appendRecord({{"ZoneUnit", std::string("East")},
+                           {"Area_T_ac", 40.0},
+                           {"Area_C_ac", 30.0},
+                           {"Month", 6.0},
+                           {"CET_D_ft", 2 * 30 / 25.4},
+                           {"CET_V_acft", 60 * 30 / 25.4}});
+    session->save();
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    const auto row = [](const std::vector<std::string>& texts, const std::vector<std::string>& n) {
+        std::string html = "<tr>";
+        for (const auto& text : texts) html += "<td>" + text + "</td>";
+        for (const auto& number : n) html += "<td class=\"n\">" + number + "</td>";
+        return html + "</tr>";
+    };
+    const std::string none = "&ndash;";
+    // Polygon and counted acres; depth and volume of inches, of the table; their ratio.
+    EXPECT_THAT(page, HasSubstr(row({"West", "Jul"}, {"200.0", "100.0", "0.5000", "50.0", "0.6102",
+                                                      "61.0", "1.2205"})));
+    EXPECT_THAT(page, HasSubstr(row({"East", "Jun"}, {"40.0", "30.0", "2.0000", "60.0", "2.3622",
+                                                      "70.9", "1.1811"})));
+    EXPECT_THAT(page, HasSubstr(row({"West"}, {"50.0", none, none, "61.0", none, none})));
+    EXPECT_THAT(page, HasSubstr(row({"East"}, {"60.0", none, none, "70.9", none, none})));
+    EXPECT_THAT(page, HasSubstr(row({"All zones"}, {"110.0", none, none, "131.9", none, none})));
+}
+
+TEST_F(Report, EachProductHasItsUnit) {
+    f.save("PPT_Jun", f.filled(1));
+    f.save("PPT_Jul", f.filled(3));
+    const RunResults results = readResults(platform, f.settings);
+    std::vector<std::pair<std::string, std::string>> units;
+    for (const Product& product : results.products) units.emplace_back(product.title, product.unit);
+    const std::string depth = "inches per month";
+    EXPECT_THAT(units,
+                testing::ElementsAre(std::pair("Reference ET", depth),
+                                     std::pair("Crop coefficients", "ratio"),
+                                     std::pair("Crop ET", depth), std::pair("Precipitation", depth),
+                                     std::pair("Net irrigation requirement", depth),
+                                     std::pair("Irrigation efficiency", "fraction"),
+                                     std::pair("Irrigation water requirement", depth)));
+    EXPECT_THAT(reportPage(platform, results), HasSubstr("</i>3 inches per month &middot;"));
+}
+
 TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
     makeTable("StatCET", 0.5, 50);
     f.save("PPT_Jul", f.filled(1.5F));

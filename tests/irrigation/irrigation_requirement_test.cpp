@@ -34,6 +34,37 @@ TEST_F(IrrigationRequirement, TheRequirementOverTheEfficiency) {
                 ElementsAre(6.8F, 0, kNoData, kNoData, kNoData, kNoData, testing::FloatEq(1.2F)));
 }
 
+TEST_F(IrrigationRequirement, ASmallRequirementCountsToo) {
+    const auto algebra = f.application.platform().analysis().mapAlgebra();
+    useInputs(algebra->environment());
+    const RasterPtr result = irrigationRequirement(
+        *algebra, test::rowOf({2.1F, 2}), test::rowOf({2.5F, 2.5F}), test::rowOf({0.5, 1}));
+    EXPECT_THAT(wholeGrid(*result).values, ElementsAre(testing::FloatNear(0.2F, 1e-6F), 0));
+}
+
+TEST_F(IrrigationRequirement, TheExpressionsAreThoseOfTheDesign) {
+    const auto algebra = f.application.platform().analysis().mapAlgebra();
+    test::RecordingAlgebra recording(*algebra);
+    useInputs(recording.environment());
+    irrigationRequirement(recording, test::rowOf({5}), test::rowOf({2}), test::rowOf({0.5}));
+    EXPECT_THAT(recording.done,
+                ElementsAre("ET", "PPT", "[ET] - 0.8 * [PPT]", "AllCell", "[AllCell] >= 0",
+                            "PosiOne", "EF", "[AllCell] * [PosiOne] / [EF]"));
+}
+
+TEST_F(IrrigationRequirement, CropEtIsThatOfTheChosenMethod) {
+    f.settings.RefETMethod = "2";
+    f.storeSettings();
+    f.saveMonths(6, 7);  // of method 4
+    for (const char* month : {"Jun", "Jul"}) {
+        f.save(std::string("ET_") + month + "_2", f.filled(9));
+    }
+    f.save("faef_500", f.filled(0.5F));
+    ASSERT_TRUE(run()) << f.allMessages();
+    EXPECT_EQ(f.output("IRR_Jul").at(4, 4),
+              static_cast<float>(static_cast<double>(9 - 1.6F) / 0.5));
+}
+
 TEST_F(IrrigationRequirement, EachMonthMakesAGridALayerAndRows) {
     f.saveMonths(6, 7);
     Grid efficiency(f.cells, 0.5F);

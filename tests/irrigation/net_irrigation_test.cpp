@@ -31,6 +31,33 @@ TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {
     EXPECT_THAT(grid.values, ElementsAre(0, 3.4F, 0, kNoData, kNoData, 0));
 }
 
+TEST_F(NetIrrigation, ASmallShortageCountsToo) {
+    const auto algebra = platform.analysis().mapAlgebra();
+    useInputs(algebra->environment());
+    const RasterPtr result =
+        netIrrigationRequirement(*algebra, test::rowOf({2.001F, 2.4F}), test::rowOf({2.5F, 2.5F}));
+    EXPECT_THAT(wholeGrid(*result).values,
+                ElementsAre(testing::FloatNear(0.001F, 1e-6F), testing::FloatNear(0.4F, 1e-6F)));
+}
+
+TEST_F(NetIrrigation, TheExpressionsAreThoseOfTheDesign) {
+    const auto algebra = platform.analysis().mapAlgebra();
+    test::RecordingAlgebra recording(*algebra);
+    useInputs(recording.environment());
+    netIrrigationRequirement(recording, test::rowOf({5}), test::rowOf({2}));
+    EXPECT_THAT(recording.done, ElementsAre("ET", "PPT", "[ET] - 0.8 * [PPT]", "AllCell",
+                                            "[AllCell] >= 0", "PosiOne", "[AllCell] * [PosiOne]"));
+}
+
+TEST_F(NetIrrigation, CropEtIsThatOfTheChosenMethod) {
+    f.settings.BeginMonth = f.settings.EndMonth = "Jul";
+    f.settings.RefETMethod = "2";
+    f.saveMonths(7, 7);  // of method 4
+    f.save("ET_Jul_2", f.filled(9));
+    ASSERT_TRUE(run()) << f.allMessages();
+    EXPECT_EQ(f.output("NIR_Jul").at(4, 4), static_cast<float>(9 - 0.8 * 2));
+}
+
 TEST_F(NetIrrigation, SevenMonthsMakeSevenGridsLayersAndRowsPerZone) {
     f.settings.BeginMonth = "Apr";
     f.settings.EndMonth = "Oct";
