@@ -4,11 +4,15 @@
 #include <tbb/blocked_range.h>
 #include <tbb/global_control.h>
 #include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
 
 #include <algorithm>
+#include <future>
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace velmora::platform {
 
@@ -30,13 +34,38 @@ void setHeartbeat(std::function<void()> beat) {
     heartbeat() = {std::this_thread::get_id(), std::move(beat)};
 }
 
-void useThreads(int threads) {
+namespace {
+
+// How many of the wanted threads the system gives, this one included: the library that runs the
+// loops ends the program when it gets none.
+int threadsToBeHad(int wanted) {
+    std::vector<std::thread> threads;
+    std::promise<void> counted;
+    const std::shared_future<void> end = counted.get_future().share();
+    try {
+        while (static_cast<int>(threads.size()) < wanted - 1) {
+            threads.emplace_back([end] { end.wait(); });
+        }
+    } catch (const std::system_error&) {
+        // as many as there are
+    }
+    counted.set_value();
+    for (std::thread& thread : threads) thread.join();
+    return static_cast<int>(threads.size()) + 1;
+}
+
+}  // namespace
+
+int useThreads(int threads) {
     static std::unique_ptr<tbb::global_control> limit;
     limit.reset();
-    if (threads > 0) {
+    const int wanted = threads > 0 ? threads : tbb::this_task_arena::max_concurrency();
+    const int given = threadsToBeHad(wanted);
+    if (threads > 0 || given < wanted) {
         limit = std::make_unique<tbb::global_control>(tbb::global_control::max_allowed_parallelism,
-                                                      static_cast<std::size_t>(threads));
+                                                      static_cast<std::size_t>(given));
     }
+    return given;
 }
 
 void parallelFor(std::size_t count, std::size_t grain,

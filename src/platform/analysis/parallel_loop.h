@@ -8,8 +8,9 @@
 
 namespace velmora::platform {
 
-// The threads that parallel loops of this process may use; 0 for all that the machine has.
-void useThreads(int threads);
+// The threads that parallel loops of this process may use; 0 for all that the machine has. Gives
+// how many they use, which are fewer where the system gives no more.
+int useThreads(int threads);
 
 // Something to do now and then on this thread while its loops run; {} for nothing. A host with
 // windows keeps them painted so.
