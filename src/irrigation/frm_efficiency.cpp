@@ -92,6 +92,7 @@ void frmEfficiency::apply() {
             throw PlatformError("Incorrect IRDB information!");
         }
     });
+    if (failed() && !reason_.empty()) prompts().reason(reason_);
 }
 
 void frmEfficiency::InitializeEnv() {

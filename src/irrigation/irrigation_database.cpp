@@ -84,6 +84,10 @@ bool IrrigationDatabase::hasEfficiencyTable() const {
 
 void IrrigationDatabase::dropEfficiencyTable() { connection_->execute("DROP TABLE IREF"); }
 
+void IrrigationDatabase::copyEfficiencyTable(const std::string& name) {
+    connection_->execute("CREATE TABLE [" + name + "] AS SELECT * FROM IREF");
+}
+
 void IrrigationDatabase::createEfficiencyTable() {
     std::string statement = "CREATE TABLE IREF(ZoneUnit Char(50),CropType Char(50),";
     const auto methods = query("Select * from IRMDDef");
@@ -136,11 +140,13 @@ void IrrigationDatabase::ensureCrops(const std::string& zone, const std::vector<
     transaction->commit();
 }
 
-void IrrigationDatabase::addDefaultShares(const std::string& zone, DefaultShares source) {
+void IrrigationDatabase::addDefaultShares(const std::string& zone, DefaultShares source,
+                                          const std::function<bool(const IRecordset& row)>& takes) {
     const auto transaction = connection_->beginTransaction();
     const auto rows = query(efficienciesOf(zone));
     const std::vector<std::string> methods = methodColumns(*rows);
     for (; !rows->eof(); rows->moveNext()) {
+        if (takes && !takes(*rows)) continue;
         if (source == DefaultShares::ofZone) {
             AddDefaultPM1(*rows, methods, zone);
         } else {

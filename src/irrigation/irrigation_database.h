@@ -31,6 +31,8 @@ class IrrigationDatabase {
 
     bool hasEfficiencyTable() const;
     void dropEfficiencyTable();
+    // Copies table IREF into a new one. Throws PlatformError when the name is taken.
+    void copyEfficiencyTable(const std::string& name);
     // Makes table IREF: zone, crop, a share per method in the order of the default method list,
     // then FAEF, CVEF and IREF (fractions). Throws PlatformError.
     void createEfficiencyTable();
@@ -43,8 +45,10 @@ class IrrigationDatabase {
     void ensureMethods(const std::string& zone);
     // Gives a zone without rows in IREF one per crop, and all its rows the conveyance efficiency.
     void ensureCrops(const std::string& zone, const std::vector<std::string>& crops, double cvef);
-    // Copies default shares into the zone's rows; rows without defaults get shares of 0.
-    void addDefaultShares(const std::string& zone, DefaultShares source);
+    // Copies default shares into those of the zone's rows that `takes` accepts, or into all; rows
+    // without defaults get shares of 0.
+    void addDefaultShares(const std::string& zone, DefaultShares source,
+                          const std::function<bool(const IRecordset& row)>& takes = {});
 
     // For every row of the zone whose shares are not all 0: FAEF = 1 / sum(share / efficiency of
     // the method), methods of efficiency 0 left out, and IREF = FAEF x CVEF. Shares are taken as
