@@ -12,6 +12,11 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     exit 1
 fi
 
+# demo/ belongs to ./demo.sh, which makes its sample in no folder that is not marked as its own.
+if [ ! -e demo ]; then
+    mkdir demo
+    echo "$PWD/demo" >demo/.velmora-demo
+fi
 home=$PWD/demo/desktop
 profile=$home/profiles/default/QGIS
 if [ ! -f "$profile/QGIS3.ini" ]; then

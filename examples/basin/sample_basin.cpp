@@ -8,6 +8,7 @@
 #include "examples/basin/crops.h"
 #include "examples/basin/irrigation.h"
 #include "examples/basin/land.h"
+#include "examples/basin/sample_folder.h"
 #include "examples/basin/stations.h"
 #include "examples/basin/terrain.h"
 #include "gis/errors.h"
@@ -157,6 +158,7 @@ void makeLand(IPlatform& platform, const std::string& folder, const Grid& terrai
 }  // namespace
 
 void makeSampleBasin(IPlatform& platform, const std::string& folder) {
+    claimSampleFolder(folder);
     platform.files().createFolder(joinedPath(folder, "output"));
     const std::string crs = platform.spatialReferences().createProjected(26912);
     const Grid terrain = basinTerrain(basinGeometry(crs));
