@@ -2,10 +2,7 @@
 // The command `velmora` as a user types it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -15,46 +12,15 @@
 #include "hosts/cli/grid_picture.h"
 #include "hosts/cli/man_page.h"
 #include "settings/settings_fields.h"
-#include "tests/support/crop_fixture.h"
-#include "tests/support/irrigation_fixture.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/command_fixture.h"
 
 namespace velmora {
 namespace {
 
+using test::Command;
+using test::CropCommand;
+using test::Outcome;
 using testing::HasSubstr;
-
-struct Outcome {
-    int status = -1;
-    std::string output;
-};
-
-struct Command : testing::Test {
-    test::RunFixture fixture;
-    std::string folder = fixture.folder.path();
-
-    // Runs the program with a home of its own; both outputs together.
-    Outcome run(const std::string& arguments) {
-        const std::string line = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
-                                 "/config' '" VELMORA_PROGRAM "' " + arguments + " 2>&1 </dev/null";
-        Outcome outcome;
-        FILE* pipe = popen(line.c_str(), "r");
-        std::array<char, 4096> buffer{};
-        for (std::size_t n = 0; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
-            outcome.output.append(buffer.data(), n);
-        }
-        const int status = pclose(pipe);
-        outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128;
-        return outcome;
-    }
-    Outcome apply(const std::string& more = "") {
-        return run(
-            "settings apply DEM=dem WeatherStations=stations.shp WeatherData=weather.dbf "
-            "OutputWorkspace=out ExtentProvider=domain.shp CellSize=400 RefETMethod=2 "
-            "BeginMonth=Jun EndMonth=Jul Year=2006 " +
-            more);
-    }
-};
 
 TEST_F(Command, RunsReferenceEt) {
     EXPECT_EQ(run("run refet").status, 1);
@@ -116,7 +82,7 @@ TEST_F(Command, DiagnosesTheSurfaces) {
 
     const Outcome json = run("--quiet --json run refet --diagnose");
     EXPECT_EQ(json.status, 0) << json.output;
-    const auto list = nlohmann::json::parse(json.output.substr(json.output.find("[\n")));
+    const auto list = nlohmann::json::parse(json.results).at("diagnostics");
     std::vector<std::string> surfaces;
     for (const auto& entry : list) surfaces.push_back(entry.at("surface"));
     EXPECT_THAT(surfaces, testing::IsSupersetOf({"TM_Jun", "TN_Jun", "TM_Jul", "TN_Jul"}));
@@ -158,18 +124,6 @@ TEST_F(Command, DiagnosesTellOfZerosAndOfRangesThatAreNotIdentified) {
     EXPECT_THAT(csv, HasSubstr("\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",5,2,2,"));
 }
 
-// The command on a domain with fields, zones and coefficients.
-struct CropCommand : Command {
-    test::CropFixture crops;
-    CropCommand() {
-        folder = crops.folder.path();
-        EXPECT_EQ(apply("RefETMethod=4 LandCover=land.shp KcTable=crops.dbf Zones=zones.shp "
-                        "ZoneField=ZONE")
-                      .status,
-                  0);
-    }
-};
-
 TEST_F(CropCommand, TheChainToTheZoneTable) {
     EXPECT_EQ(run("run refet").status, 0);
     const Outcome maps = run("run kc");
@@ -205,8 +159,8 @@ TEST_F(CropCommand, KcTablesAreMadeFilledAndShown) {
     EXPECT_EQ(apply("RefETMethod=4 KcTable=crops.dbf").status, 0);
     const Outcome matched = run("kc match --table made.dbf");
     EXPECT_EQ(matched.status, 0) << matched.output;
-    EXPECT_THAT(matched.output, HasSubstr("message: match-1\nmessage: match-2\n"
-                                          "4 land use types, 4 new crop types in "));
+    EXPECT_EQ(matched.told, "message: match-1\nmessage: match-2\n");
+    EXPECT_THAT(matched.results, testing::StartsWith("4 land use types, 4 new crop types in "));
     EXPECT_EQ(run("kc set --table made.dbf Barley May=0.6 jun=1.15").status, 0);
     EXPECT_EQ(run("kc set --table made.dbf Rye Jul=0.5").status, 1);
     EXPECT_EQ(run("kc set --table made.dbf --new Rye Jul=0.5").status, 0);
@@ -322,102 +276,6 @@ TEST_F(Command, RefusedSettingsAreOne) {
     EXPECT_EQ(apply("BeginMonth=June").status, 1);
 }
 
-struct ChainCommand : Command {
-    test::IrrigationFixture crops;
-    ChainCommand() {
-        folder = crops.folder.path();
-        crops.makeCropLand(crops.fields());
-        crops.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
-                          {"TM_", "TN_", "P_"});
-        EXPECT_EQ(apply("RefETMethod=4 KcTable=crops.dbf LandCover=land.shp Zones=zones.shp "
-                        "ZoneField=ZONE PrecipitationMethod=EDK")
-                      .status,
-                  0);
-    }
-};
-
-TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
-    const Outcome ran = run("run all --cvef 0.9 --default-shares crop --diagnose");
-    ASSERT_EQ(ran.status, 0) << ran.output;
-    EXPECT_THAT(ran.output, HasSubstr("out/Kc_Jul_4 is copied to "));
-    EXPECT_THAT(ran.output, HasSubstr("out/PPT_diagnostics.csv is written"));
-    EXPECT_THAT(ran.output, testing::Not(HasSubstr("There are no diagnostics")));
-    EXPECT_THAT(ran.output, HasSubstr("so a starter database is made"));
-    EXPECT_THAT(ran.output, HasSubstr("out/IREF is copied to "));
-    EXPECT_THAT(ran.output, HasSubstr("IRR_<month>, StatIRR"));
-    EXPECT_THAT(ran.output, HasSubstr("\nall zones "));
-    for (const char* name : {"RefET_Jul_4", "Kc_Jul", "ET_Jul_4", "PPT_Jul", "NIR_Jul", "IREF",
-                             "faef_500", "IRR_Jul"}) {
-        EXPECT_TRUE(crops.hasOutput(name)) << name;
-    }
-    EXPECT_THAT(run("report").output, HasSubstr("/out/report.html: open it in a browser"));
-    EXPECT_THAT(test::contentOf(crops.folder.file("out/report.html")), HasSubstr("<td>irr</td>"));
-    EXPECT_EQ(run("report none/x.html").status, 1);
-    EXPECT_EQ(run("--settings-folder none report").status, 1);
-    // Drip irrigation has no share of barley, a close-growing crop.
-    const auto rows = nlohmann::json::parse(run("--json eff show West").output);
-    EXPECT_EQ(rows.at(1).at("CropType"), "Barley");
-    EXPECT_EQ(rows.at(1).at("Drip"), 0);
-    EXPECT_NEAR(rows.at(1).at("IREF").get<double>(), 0.9 / (0.402 / 0.6 + 0.598 / 0.75), 1e-12);
-    EXPECT_TRUE(rows.at(3).at("IREF").is_null());  // water
-}
-
-TEST_F(ChainCommand, StopsAtTheStepThatFailsAndGoesOnFromThere) {
-    const Outcome stopped = run("run all");
-    EXPECT_EQ(stopped.status, 1);
-    EXPECT_THAT(stopped.output, HasSubstr("No zone has shares of irrigation methods yet"));
-    EXPECT_THAT(stopped.output, HasSubstr("velmora run all --from eff\n"));
-    EXPECT_TRUE(crops.hasOutput("NIR_Jul"));
-    EXPECT_FALSE(crops.hasOutput("IREF"));
-    const Outcome rest = run("--quiet run all --from eff --default-shares zone --cvef 1");
-    EXPECT_EQ(rest.status, 0) << rest.output;
-    EXPECT_THAT(rest.output, testing::Not(HasSubstr("refet")));
-    EXPECT_TRUE(crops.hasOutput("IRR_Jul"));
-    // A copy that stands is the user's when this chain has not made its source.
-    const Outcome only = run("--quiet run all --only cropet");
-    EXPECT_EQ(only.status, 0);
-    EXPECT_THAT(only.output, HasSubstr("Kc_Jun is used as it stands"));
-    EXPECT_EQ(run("run all --only irr --from ppt").status, 2);
-    EXPECT_EQ(run("run all --from nowhere").status, 2);
-    EXPECT_EQ(run("--settings-folder none run all").status, 1);
-}
-
-TEST_F(ChainCommand, EfficienciesAreFilledSetAndMapped) {
-    EXPECT_EQ(run("eff apply").status, 1);  // no database
-    EXPECT_THAT(run("eff apply").output,
-                HasSubstr("message: Incorrect IRDB information!\nreason: "));
-    EXPECT_EQ(run("irdb create").status, 0);
-    EXPECT_EQ(run("--no irdb create").status, 1);
-    EXPECT_EQ(run("--yes irdb create").status, 0);
-    EXPECT_THAT(run("irdb info").output, HasSubstr("3 rows  IRMDDef"));
-    EXPECT_EQ(run("eff show").status, 1);
-    const Outcome applied = run("eff apply");
-    EXPECT_EQ(applied.status, 0);
-    EXPECT_THAT(applied.output, HasSubstr("message: New <IREF> table is created!"));
-    EXPECT_THAT(applied.output, HasSubstr("zones: West, Middle Valley Irrigators' District"));
-    EXPECT_EQ(run("eff map").status, 1);
-    EXPECT_EQ(run("eff zone \"O'Dell's\" --cvef 0.9 --default-shares zone").status, 0);
-    EXPECT_EQ(run("eff zone Nowhere").status, 1);
-    EXPECT_EQ(run("eff zone West --cvef 1.2").status, 2);
-    EXPECT_EQ(run("run all --cvef 0,9 --default-shares zone").status, 2);
-    EXPECT_EQ(run("run all --cvef 0.9").status, 2);
-    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Sprinkler=1 surface=0 Drip=0").status, 0);
-    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Rain=1").status, 1);
-    EXPECT_EQ(run("eff set \"O'Dell's\" Barley Drip=-1").status, 1);
-    EXPECT_EQ(run("eff set \"O'Dell's\" Rye Drip=1").status, 1);
-    const auto rows = nlohmann::json::parse(run("--json eff show \"O'Dell's\"").output);
-    EXPECT_EQ(rows.at(1).at("FAEF"), 0.75);
-    EXPECT_EQ(rows.at(1).at("IREF"), 0.675);
-    EXPECT_THAT(run("eff show --csv").output,
-                testing::StartsWith("ZoneUnit,CropType,Surface,Sprinkler,Drip,FAEF,CVEF,IREF\n"));
-    EXPECT_THAT(run("eff map").output, HasSubstr("cells with efficiencies of 0.6"));
-    EXPECT_EQ(run("--quiet eff all-zones --default-shares crop").output, "");
-    EXPECT_THAT(run("--quiet eff all-zones").output,
-                HasSubstr("question: Add default IR percentage? no"));
-    EXPECT_EQ(run("run eff").status, 0);
-    EXPECT_EQ(run("eff").status, 2);
-}
-
 TEST_F(Command, CommandsShowTheTree) {
     const auto tree = nlohmann::json::parse(run("--json commands").output);
     EXPECT_EQ(tree.at("caption"), "Velmora:  Water Use Estimation");
@@ -449,48 +307,6 @@ TEST_F(Command, GridsAreCopiedExportedAndDrawn) {
     EXPECT_EQ(run("grid picture none f2.png").status, 1);
     EXPECT_EQ(run("grid picture dem none/f2.png").status, 1);
     EXPECT_EQ(run("grid info none").status, 1);
-}
-
-TEST_F(Command, TheDemoMakesInputsAlone) {
-    const Outcome made = run("demo basin --inputs-only");
-    ASSERT_EQ(made.status, 0) << made.output;
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/stations.shp"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/settings/Zav.inf"));
-    EXPECT_TRUE(std::filesystem::is_empty(folder + "/basin/output"));
-}
-
-TEST_F(Command, TheDemoMakesAYearOfGridsByEitherMethod) {
-    const Outcome made = run("--quiet demo basin");
-    ASSERT_EQ(made.status, 0) << made.output;
-    EXPECT_THAT(made.output, HasSubstr("Reference ET of the sample basin, inches"));
-    for (const char* month :
-         {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"}) {
-        EXPECT_TRUE(
-            std::filesystem::exists(folder + "/basin/output/RefET_" + month + "_2/hdr.adf"));
-        EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/PPT_" + month + "/hdr.adf"));
-    }
-    EXPECT_THAT(made.output, HasSubstr("Precipitation of the sample basin, inches"));
-    EXPECT_THAT(made.output, HasSubstr("message: Kc-Maps have been generated successfully"));
-    EXPECT_THAT(made.output, HasSubstr("O'Dell Creek"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/StatCET.dbf"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/output/ET_Jul_2/hdr.adf"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/PPT_Jul.png"));
-    EXPECT_TRUE(std::filesystem::exists(folder + "/basin/RefET_Jul_2.png"));
-    const auto july =
-        nlohmann::json::parse(run("--json grid stats basin/output/RefET_Jul_2").output).at(0);
-    EXPECT_EQ(july.at("cells"), 250 * 300);
-    EXPECT_GT(july.at("mean").get<double>(), 6);  // inches; a dry mountain valley in July
-    EXPECT_LT(july.at("mean").get<double>(), 10);
-    const auto dem = nlohmann::json::parse(run("--json grid stats basin/dem").output).at(0);
-    EXPECT_NEAR(dem.at("minimum").get<double>(), 1200, 0.1);
-    EXPECT_NEAR(dem.at("maximum").get<double>(), 3400, 0.1);
-    EXPECT_EQ(run("--settings-folder basin/settings check").status, 0);
-    EXPECT_EQ(
-        run("--settings-folder basin/settings settings apply PrecipitationMethod=PRISM_REF").status,
-        0);
-    EXPECT_EQ(run("--settings-folder basin/settings check").status, 0);
-    EXPECT_EQ(run("--settings-folder basin/settings run ppt").status, 0);
-    EXPECT_EQ(run("settings show").status, 1);  // the user's own settings are left alone
 }
 
 TEST(ManPage, NamesEveryCommandAndField) {

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -10,6 +7,7 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
+#include "hosts/cli/step_run.h"
 #include "hosts/cli/zone_results.h"
 #include "hosts/components/step_names.h"
 #include "platform/platform.h"
@@ -18,6 +16,8 @@
 namespace velmora::cli {
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 // What a step makes in the output folder, as the summary says it.
 const std::map<std::string, std::string> kProducts = {
@@ -29,6 +29,8 @@ const std::map<std::string, std::string> kProducts = {
     {"eff", "Lu_Intersected, IREF"},
     {"irr", "IRR_<month>, StatIRR"}};
 
+const std::vector<std::string> kZoneTables = {"StatCET", "StatNIR", "StatIRR"};
+
 class Chain {
   public:
     Chain(const Session& session, const ChainOptions& options)
@@ -38,44 +40,41 @@ class Chain {
             options.from.empty() ? steps.begin() : std::ranges::find(steps, options.from);
         steps_.assign(first, steps.end());
         if (!options.only.empty()) steps_ = {options.only};
-        // Whoever asks for default shares in every zone begins with empty tables.
-        auto& efficiency = options_.efficiency;
-        if (!efficiency.defaultShares.empty() && !efficiency.replaceTables) {
-            efficiency.replaceTables = session.terminal.answer.value_or(true);
-        }
     }
 
     int run() {
+        std::string stoppedAt;
         for (const std::string& step : steps_) {
-            if (!session_.terminal.quiet) {
-                fmt::print("== {}\n", step);
-                std::fflush(stdout);
-            }
-            if (!runOne(step)) {
-                fmt::print(
-                    "The chain stops at {}. Mend what its message says, then go on with:\n"
-                    "  velmora run all --from {}{}\n",
-                    step, step, sharesOptions());
-                return kFailed;
-            }
+            if (!session_.terminal.quiet) tell("== {}\n", step);
+            results_.push_back(runOne(step));
+            if (results_.back().done) continue;
+            stoppedAt = step;
+            tell("The chain stops at {}. Mend what its message says, then go on with:\n  {}\n",
+                 step, goOnWith(step));
+            break;
         }
-        printSummary();
-        return kDone;
+        if (session_.json) {
+            printSummaryJson(stoppedAt);
+        } else if (stoppedAt.empty()) {
+            printSummary();
+        }
+        return stoppedAt.empty() ? kDone : kFailed;
     }
 
   private:
-    bool runOne(const std::string& step) {
-        const double began = clock().seconds();
-        bool done = false;
+    StepResult runOne(const std::string& step) {
+        const double began = platform_.clock().seconds();
+        StepResult result;
+        result.step = step;
         try {
             if (step == "eff") ensureIrrigationDatabase(session_, options_.efficiency);
-            done = copyFor(step) &&
-                   runStep(session_, step, diagnoses(step), options_.efficiency) == kDone;
+            copyFor(step);
+            result = carryOut(session_, step, diagnoses(step), options_.efficiency);
         } catch (const PlatformError& e) {
-            fmt::print("message: {}\n", oneLine(e.what()));
+            tellError(result, e.what());
         }
-        seconds_.emplace_back(step, clock().seconds() - began);
-        return done;
+        result.seconds = platform_.clock().seconds() - began;
+        return result;
     }
 
     // Only these make surfaces over stations.
@@ -83,15 +82,20 @@ class Chain {
         return options_.diagnose && (step == "refet" || step == "ppt");
     }
 
-    IClock& clock() { return platform_.clock(); }
-
-    std::string sharesOptions() const {
-        std::string text;
-        if (!options_.efficiency.cvef.empty()) text += " --cvef " + options_.efficiency.cvef;
-        if (!options_.efficiency.defaultShares.empty()) {
-            text += " --default-shares " + options_.efficiency.defaultShares;
+    // The command line that goes on where the chain stopped, with all of its options.
+    std::string goOnWith(const std::string& step) const {
+        std::string line = "velmora" + repeatedOptions(session_) + " run all" +
+                           (options_.only.empty() ? " --from " : " --only ") + step;
+        const EfficiencyOptions& efficiency = options_.efficiency;
+        for (const auto& [option, value] :
+             {std::pair{" --database ", wholePath(efficiency.database)},
+              {" --cvef ", efficiency.cvef},
+              {" --default-shares ", efficiency.defaultShares}}) {
+            if (!value.empty()) line += option + shellWord(value);
         }
-        return text;
+        if (efficiency.overwriteShares) line += " --overwrite-shares";
+        if (options_.diagnose) line += " --diagnose";
+        return line;
     }
 
     // The settings as they stand now, when they can be read; the steps say when they cannot.
@@ -101,81 +105,138 @@ class Chain {
         return readSettings(platform_.files(), path);
     }
 
-    bool copyFor(const std::string& step) {
+    void copyFor(const std::string& step) {
         const auto now = settings();
-        if (!now) return true;
+        if (!now) return;
         const auto copyAll = [&](const std::string& maker, const std::vector<StepName>& names) {
-            return std::ranges::all_of(names, [&](const StepName& name) {
-                return copyMadeGrid(*now, maker, name.made, name.read);
-            });
+            for (const StepName& name : names) copyMadeGrid(*now, maker, name.made, name.read);
         };
-        if (step == "cropet") return copyAll("kc", namesForCropEt(*now));
-        if (step == "irr") return copyAll("eff", namesForIrrigationRequirement());
-        return true;
+        if (step == "cropet") copyAll("kc", namesForCropEt(*now));
+        if (step == "irr") copyAll("eff", namesForIrrigationRequirement());
     }
 
     // Copies a grid that this chain has made, or that stands for one that is missing.
-    bool copyMadeGrid(const RunSettings& now, const std::string& maker, const std::string& from,
+    void copyMadeGrid(const RunSettings& now, const std::string& maker, const std::string& from,
                       const std::string& to) {
-        if (!platform_.files().folderExists(now.OutputWorkspace)) return true;
+        if (!platform_.files().folderExists(now.OutputWorkspace)) return;
         const auto workspace = platform_.rasters().openFromFolder(now.OutputWorkspace);
-        const bool made =
-            std::ranges::find(seconds_, maker, &std::pair<std::string, double>::first) !=
-            seconds_.end();
-        if (!workspace->exists(from)) return true;  // the step says what it misses
+        const bool made = std::ranges::find(results_, maker, &StepResult::step) != results_.end();
+        if (!workspace->exists(from)) return;  // the step says what it misses
         if (!made && workspace->exists(to)) {
-            fmt::print("{} is used as it stands; velmora grid copy {} {} renews it\n", to, from,
-                       to);
-            return true;
+            tell("note: {} is used as it stands; velmora{} grid copy {} {} renews it\n", to,
+                 repeatedOptions(session_), from, to);
+            return;
         }
-        return gridCopy(session_, joinedPath(now.OutputWorkspace, from), to) == kDone;
+        gridCopy(session_, joinedPath(now.OutputWorkspace, from), to);
+    }
+
+    static bool hasMonths(const RunSettings& now) { return !now.months().empty(); }
+
+    double allSeconds() const {
+        return std::accumulate(
+            results_.begin(), results_.end(), 0.0,
+            [](double sum, const StepResult& result) { return sum + result.seconds; });
     }
 
     void printSummary() {
         const auto now = settings();
         if (!now) return;
-        fmt::print("\nMade in {}\n", now->OutputWorkspace);
-        for (const auto& [step, seconds] : seconds_) {
-            fmt::print("  {:<8}{:>8.2f} s  {}\n", step, seconds, kProducts.at(step));
+        if (hasMonths(*now)) {
+            print("\nMade in {}\n", now->OutputWorkspace);
+        } else {
+            print("\nNo grids of months are made in {}: the period begins in {} and ends in {}\n",
+                  now->OutputWorkspace, now->BeginMonth, now->EndMonth);
         }
-        const double all =
-            std::accumulate(seconds_.begin(), seconds_.end(), 0.0,
-                            [](double sum, const auto& entry) { return sum + entry.second; });
-        fmt::print("  {:<8}{:>8.2f} s\n", "all", all);
-        printTotals(*now);
+        for (const StepResult& result : results_) {
+            print("  {:<8}{:>8.2f} s  {}\n", result.step, result.seconds,
+                  hasMonths(*now) ? kProducts.at(result.step) : std::string());
+        }
+        print("  {:<8}{:>8.2f} s\n", "all", allSeconds());
+        if (hasMonths(*now)) printTotals(*now);
+    }
+
+    // "-" where a table has no value.
+    static std::string figure(const std::map<std::string, double>& volumes,
+                              const std::string& table, int width) {
+        const auto found = volumes.find(table);
+        return found == volumes.end() ? fmt::format("{:>{}}", "-", width)
+                                      : fmt::format("{:>{}.1f}", found->second, width);
+    }
+
+    static void printLine(const ZoneTotals& totals) {
+        std::string line = fmt::format("{:<26}", oneLine(totals.zone));
+        for (const std::string& table : kZoneTables) line += figure(totals.table, table, 14);
+        line += figure(totals.inches, "StatCET", 16) + figure(totals.inches, "StatNIR", 12) +
+                figure(totals.inches, "StatIRR", 12);
+        print("{}\n", line);
+    }
+
+    static ZoneTotals sumOf(const std::vector<ZoneTotals>& totals) {
+        ZoneTotals all{"all zones", {}, {}};
+        for (const ZoneTotals& zone : totals) {
+            for (const auto& [name, volume] : zone.table) all.table[name] += volume;
+            for (const auto& [name, volume] : zone.inches) all.inches[name] += volume;
+        }
+        return all;
+    }
+
+    std::vector<ZoneTotals> totalsOf(const RunSettings& now) {
+        return zoneTotals(platform_, now.OutputWorkspace, kZoneTables, now.yearNumber());
     }
 
     void printTotals(const RunSettings& now) {
-        const std::vector<std::string> tables = {"StatCET", "StatNIR", "StatIRR"};
-        const auto totals = zoneTotals(platform_, now.OutputWorkspace, tables, now.yearNumber());
+        const auto totals = totalsOf(now);
         if (totals.empty()) return;
-        fmt::print(
+        print(
             "\nZone totals, acre-feet, {} to {}: as the tables take them (a grid's mean as "
             "mm per day), and as inches per month, the grids' own unit\n",
             now.BeginMonth, now.EndMonth);
-        fmt::print("{:<26}{:>14}{:>14}{:>14}{:>16}{:>12}{:>12}\n", "zone", "StatCET", "StatNIR",
-                   "StatIRR", "inches: crop ET", "net irr.", "irrigation");
-        std::map<std::string, double> table;
-        std::map<std::string, double> inches;
-        const auto line = [&](const std::string& zone, std::map<std::string, double> a,
-                              std::map<std::string, double> b) {
-            fmt::print("{:<26}{:>14.1f}{:>14.1f}{:>14.1f}{:>16.1f}{:>12.1f}{:>12.1f}\n", zone,
-                       a["StatCET"], a["StatNIR"], a["StatIRR"], b["StatCET"], b["StatNIR"],
-                       b["StatIRR"]);
-        };
-        for (const ZoneTotals& zone : totals) {
-            line(zone.zone, zone.table, zone.inches);
-            for (const auto& [name, volume] : zone.table) table[name] += volume;
-            for (const auto& [name, volume] : zone.inches) inches[name] += volume;
+        print("{:<26}{:>14}{:>14}{:>14}{:>16}{:>12}{:>12}\n", "zone", "StatCET", "StatNIR",
+              "StatIRR", "inches: crop ET", "net irr.", "irrigation");
+        for (const ZoneTotals& zone : totals) printLine(zone);
+        printLine(sumOf(totals));
+    }
+
+    static Json totalsJson(const ZoneTotals& totals) {
+        Json json = {{"zone", totals.zone}};
+        for (const auto& [key, volumes] :
+             {std::pair{"asTables", &totals.table}, {"asInches", &totals.inches}}) {
+            for (const std::string& table : kZoneTables) {
+                const auto found = volumes->find(table);
+                json[key][table] = found == volumes->end() ? Json() : Json(found->second);
+            }
         }
-        line("all zones", table, inches);
+        return json;
+    }
+
+    void printSummaryJson(const std::string& stoppedAt) {
+        Json json = {{"done", stoppedAt.empty()}, {"seconds", allSeconds()}};
+        json["steps"] = Json::array();
+        for (const StepResult& result : results_) json["steps"].push_back(jsonOf(result));
+        if (!stoppedAt.empty()) {
+            json["stoppedAt"] = stoppedAt;
+            json["goOnWith"] = goOnWith(stoppedAt);
+        }
+        const auto now = stoppedAt.empty() ? settings() : std::nullopt;
+        if (now) {
+            json["outputFolder"] = now->OutputWorkspace;
+            json["beginMonth"] = now->BeginMonth;
+            json["endMonth"] = now->EndMonth;
+            json["zoneTotalsAcreFeet"] = Json::array();
+            if (hasMonths(*now)) {
+                for (const ZoneTotals& zone : totalsOf(*now)) {
+                    json["zoneTotalsAcreFeet"].push_back(totalsJson(zone));
+                }
+            }
+        }
+        printJson(json);
     }
 
     const Session& session_;
     ChainOptions options_;
     platform::Platform platform_;
     std::vector<std::string> steps_;
-    std::vector<std::pair<std::string, double>> seconds_;  // of the steps done, in order
+    std::vector<StepResult> results_;  // of the steps so far, in order
 };
 
 }  // namespace

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/command_line.h"
 
-#include <fmt/core.h>
-
+#include <cmath>
 #include <exception>
-#include <iostream>
+#include <sstream>
 
 #include "gis/numbers.h"
+#include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
 #include "platform/analysis/parallel_loop.h"
@@ -33,6 +33,13 @@ std::string isFraction(const std::string& text) {
                                                  : text + " is no fraction such as 0.9";
 }
 
+// What is wrong with the text of a number of threads, "" for nothing.
+std::string isThreadCount(const std::string& text) {
+    const auto number = strictNumber(text);
+    const bool good = number && *number >= 0 && *number <= 4096 && *number == std::floor(*number);
+    return good ? std::string() : text + " is no number of threads such as 4";
+}
+
 }  // namespace
 
 CommandLine::CommandLine()
@@ -46,8 +53,9 @@ CommandLine::CommandLine()
     app_.add_flag("--json", session_.json, "Print results as JSON, where there are any");
     app_.add_flag("--yes", yes_, "Answer every question with yes");
     app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
-    app_.add_option("--threads", threads_, "Threads to use (default: all that the machine has)")
-        ->check(CLI::NonNegativeNumber);
+    app_.add_option("--threads", session_.threads,
+                    "Threads to use (default: all that the machine has)")
+        ->check(isThreadCount, "COUNT");
     app_.add_flag("--no-sync", noSync_,
                   "Do not wait until what is written has reached the disk: faster, but a power cut "
                   "may lose it");
@@ -141,13 +149,18 @@ std::pair<CLI::Option*, CLI::Option*> CommandLine::withShares(CLI::App* command)
     CLI::Option* cvef =
         command
             ->add_option("--cvef", efficiency_.cvef,
-                         "The conveyance efficiency of the zones, a fraction (default: 1.0)")
+                         "The conveyance efficiency of the zones, a fraction (default: theirs, 1.0 "
+                         "for new rows)")
             ->check(isFraction, "FRACTION");
     CLI::Option* shares = command
                               ->add_option("--default-shares", efficiency_.defaultShares,
-                                           "Take the default shares of each zone (zone) or of "
-                                           "zone and crop (crop)")
+                                           "Give rows without shares the default shares of each "
+                                           "zone (zone) or of zone and crop (crop)")
                               ->check(CLI::IsMember({"zone", "crop"}));
+    command
+        ->add_flag("--overwrite-shares", efficiency_.overwriteShares,
+                   "Give default shares to rows that have shares, or are not irrigated, too")
+        ->needs(shares);
     return {cvef, shares};
 }
 
@@ -160,7 +173,10 @@ void CommandLine::addEfficiency() {
                            "efficiencies and default shares, with their sources",
                            "velmora irdb create");
     create->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
-    whenChosen(create, [this](const Session& s) { return irdbCreate(s, first_); });
+    create->add_flag("--replace-database", replaceDatabase_,
+                     "Replace a database, of which a copy is kept beside");
+    whenChosen(create,
+               [this](const Session& s) { return irdbCreate(s, first_, replaceDatabase_); });
     CLI::App* info = add(*irdb, "info", "Show a database's tables; an Access file is imported",
                          "velmora irdb info IrDB.mdb");
     info->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
@@ -170,20 +186,13 @@ void CommandLine::addEfficiency() {
                         "velmora eff all-zones --cvef 0.9 --default-shares crop");
     eff->require_subcommand(1);
     CLI::App* apply = add(*eff, "apply", "Open the database, make its tables and list the zones",
-                          "velmora eff apply --no");
+                          "velmora eff apply");
+    apply->add_flag("--new-tables", efficiency_.newTables,
+                    "Make the table IREF of shares and efficiencies and the list of crops anew; "
+                    "the old IREF is kept in the database as IREF_<date>_<time>");
     withDatabase(apply);
     whenChosen(apply, [this](const Session& s) { return effApply(s, efficiency_); });
-    CLI::App* zone = add(*eff, "zone", "Choose a zone: default shares, then its efficiencies",
-                         "velmora eff zone \"O'Dell Creek\" --cvef 0.9 --default-shares zone");
-    zone->add_option("name", first_, "The zone's key")->required();
-    withShares(zone);
-    withDatabase(zone);
-    whenChosen(zone, [this](const Session& s) { return effZones(s, efficiency_, {first_}); });
-    CLI::App* all = add(*eff, "all-zones", "Choose one zone after the other",
-                        "velmora eff all-zones --cvef 0.9 --default-shares crop");
-    withShares(all);
-    withDatabase(all);
-    whenChosen(all, [this](const Session& s) { return effZones(s, efficiency_, {}); });
+    addZones(*eff);
     CLI::App* map = add(*eff, "map", "Make the efficiency map, the grid IREF", "velmora eff map");
     withDatabase(map);
     whenChosen(map, [this](const Session& s) { return effMap(s, efficiency_); });
@@ -195,15 +204,39 @@ void CommandLine::addEfficiency() {
     whenChosen(show, [this](const Session& s) {
         return effShow(s, efficiency_, first_, csv_ ? TableForm::csv : TableForm::aligned);
     });
-    CLI::App* set = add(*eff, "set", "Set shares of a zone's crop, and estimate the zone anew",
+    addShareSetting(*eff);
+}
+
+void CommandLine::addZones(CLI::App& eff) {
+    CLI::App* zone = add(eff, "zone",
+                         "Fill in a zone: its methods, a row for each crop, default shares where "
+                         "they are asked for, and its efficiencies",
+                         "velmora eff zone \"O'Dell Creek\" --cvef 0.9 --default-shares zone");
+    zone->add_option("name", first_, "The zone's key")->required();
+    withShares(zone);
+    withDatabase(zone);
+    whenChosen(zone, [this](const Session& s) { return effZones(s, efficiency_, {first_}); });
+    CLI::App* all = add(eff, "all-zones", "Fill in one zone after the other",
+                        "velmora eff all-zones --cvef 0.9 --default-shares crop");
+    withShares(all);
+    withDatabase(all);
+    whenChosen(all, [this](const Session& s) { return effZones(s, efficiency_, {}); });
+}
+
+void CommandLine::addShareSetting(CLI::App& eff) {
+    CLI::App* set = add(eff, "set",
+                        "Set shares of a zone's crop or conveyance efficiencies, and estimate the "
+                        "zone anew",
                         "velmora eff set \"O'Dell Creek\" Corn Furrow=0.4 Pivot=0.6");
-    set->add_option("zone", first_, "The zone's key")->required();
-    set->add_option("crop", second_, "The crop type")->required();
-    set->add_option("shares", assignments_, "METHOD=SHARE ...")->required();
+    set->add_option("zone", change_.zone, "The zone's key")->required();
+    set->add_option("crop", change_.crop, "The crop type (--cvef without one: all of the zone)");
+    set->add_option("shares", change_.shares, "METHOD=SHARE ...");
+    set->add_option("--cvef", change_.cvef, "The conveyance efficiency, a fraction")
+        ->check(isFraction, "FRACTION");
+    set->add_flag("--not-irrigated", change_.notIrrigated,
+                  "The crop is not irrigated: no shares, no efficiency, no requirement");
     withDatabase(set);
-    whenChosen(set, [this](const Session& s) {
-        return effSet(s, efficiency_, first_, second_, assignments_);
-    });
+    whenChosen(set, [this](const Session& s) { return effSet(s, efficiency_, change_); });
 }
 
 void CommandLine::addKc() {
@@ -325,30 +358,52 @@ std::optional<int> CommandLine::parse(int argc, const char* const* argv, std::os
 }
 
 int CommandLine::run(int argc, const char* const* argv) {
-    if (const auto ended = parse(argc, argv, std::cout, std::cerr)) return *ended;
+    std::ostringstream asked;
+    std::ostringstream wrong;
+    if (const auto ended = parse(argc, argv, asked, wrong)) {
+        printText(asked.str());
+        if (!wrong.str().empty()) tellText(wrong.str());
+        return *ended;
+    }
     try {
         return runChosen();
     } catch (const std::exception& e) {
-        fmt::print(stderr, "velmora: {}\n", e.what());
+        tell("velmora: {}\n", oneLine(e.what()));
         return kFailed;
     }
 }
 
 int CommandLine::runChosen() {
     if (manPage_) {
-        fmt::print("{}", manPage(app_));
+        printText(manPage(app_));
         return kDone;
     }
     if (!action_) {
-        fmt::print("{}", app_.help());
+        printText(app_.help());
         return kBadUsage;
     }
     if (yes_) session_.terminal.answer = true;
     if (no_) session_.terminal.answer = false;
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
-    platform::useThreads(threads_);
     if (noSync_) platform::setSyncing(false);
+    const int threads = platform::useThreads(session_.threads);
+    if (session_.threads > threads) {
+        tell("note: the system gives {} instead of {}\n", counted(threads, "thread"),
+             session_.threads);
+    }
     return action_(session_);
+}
+
+std::string repeatedOptions(const Session& session) {
+    std::string options;
+    if (session.settingsFolder != defaultSettingsFolder()) {
+        options += " --settings-folder " + shellWord(wholePath(session.settingsFolder));
+    }
+    if (session.terminal.quiet) options += " --quiet";
+    if (session.json) options += " --json";
+    if (session.terminal.answer) options += *session.terminal.answer ? " --yes" : " --no";
+    if (session.threads > 0) options += fmt::format(" --threads {}", session.threads);
+    return options;
 }
 
 }  // namespace velmora::cli

@@ -38,8 +38,10 @@ class CommandLine {
     void addKc();
     void addEfficiency();
     void withDatabase(CLI::App* command);
-    // The options --cvef and --default-shares.
+    // The options --cvef and --default-shares, with --overwrite-shares.
     std::pair<CLI::Option*, CLI::Option*> withShares(CLI::App* command);
+    void addZones(CLI::App& eff);
+    void addShareSetting(CLI::App& eff);
     void addTable();
     void addGrid();
     void addDemo();
@@ -47,7 +49,6 @@ class CommandLine {
 
     CLI::App app_;
     Session session_;
-    int threads_ = 0;
     bool yes_ = false;
     bool no_ = false;
     bool noSync_ = false;
@@ -56,8 +57,10 @@ class CommandLine {
     bool newCrop_ = false;
     bool csv_ = false;
     bool inputsOnly_ = false;
+    bool replaceDatabase_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;
+    RowChange change_;
     ChainOptions chain_;
     Action action_;
     std::vector<std::string> assignments_;

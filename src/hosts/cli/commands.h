@@ -3,7 +3,6 @@
 // failure that has been reported, 2 bad usage.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,9 +10,12 @@
 
 namespace velmora {
 class Form;
-}
+struct RunSettings;
+}  // namespace velmora
 
 namespace velmora::cli {
+
+class HeadlessApplication;
 
 constexpr int kDone = 0;
 constexpr int kFailed = 1;
@@ -24,7 +26,19 @@ struct Session {
     std::string settingsFolder;
     TerminalOptions terminal;
     bool json = false;
+    int threads = 0;
 };
+
+// The options that all subcommands share as another command line repeats them: " --json ...".
+std::string repeatedOptions(const Session& session);
+
+// Says that a command has done what it was asked for: on standard output, but where that is to hold
+// JSON alone on standard error.
+template <class... T>
+void sayDone(const Session& session, fmt::format_string<T...> format, T&&... values) {
+    const std::string text = fmt::vformat(format, fmt::make_format_args(values...));
+    session.json ? tellText(text) : printText(text);
+}
 
 // A path as the user types it, made whole; "" stays "".
 std::string wholePath(const std::string& path);
@@ -37,19 +51,31 @@ int showSettings(const Session& session);
 int saveSettingsAs(const Session& session, const std::string& file);
 int loadSettings(const Session& session, const std::string& file);
 
-// How the efficiency dialog is answered.
+// How zones are filled in.
 struct EfficiencyOptions {
     std::string database;       // another irrigation database than the one beside the zones
     std::string cvef;           // the conveyance efficiency of the zones
-    std::string defaultShares;  // "zone" or "crop": which default shares zones take
-    // Whether IREF and the crop summary are made anew; unset: as the terminal's option says, else
-    // no.
-    std::optional<bool> replaceTables;
+    std::string defaultShares;  // "zone" or "crop": which default shares rows without shares take
+    bool overwriteShares = false;  // rows with shares take default shares too
+    bool newTables = false;        // IREF, after a copy of it, and the crop summary are made anew
 };
 
 // `velmora irdb`: the irrigation database.
-int irdbCreate(const Session& session, const std::string& file);
+int irdbCreate(const Session& session, const std::string& file, bool replace);
 int irdbInfo(const Session& session, const std::string& file);
+// Makes a starter database, and says so, when there is none.
+void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options);
+// The database that the options name, or the one beside the zones.
+std::string irrigationDatabaseOf(const RunSettings& settings, const EfficiencyOptions& options);
+
+// What `velmora eff set` changes in a zone.
+struct RowChange {
+    std::string zone;
+    std::string crop;                 // "": all crops, which may get another cvef
+    std::vector<std::string> shares;  // METHOD=SHARE of the crop
+    std::string cvef;
+    bool notIrrigated = false;  // the crop has neither shares nor an efficiency
+};
 
 // `velmora eff`: the irrigation efficiency dialog.
 int effApply(const Session& session, const EfficiencyOptions& options);
@@ -58,16 +84,14 @@ int effZones(const Session& session, const EfficiencyOptions& options,
 int effMap(const Session& session, const EfficiencyOptions& options);
 int effShow(const Session& session, const EfficiencyOptions& options, const std::string& zone,
             TableForm form);
-int effSet(const Session& session, const EfficiencyOptions& options, const std::string& zone,
-           const std::string& crop, const std::vector<std::string>& assignments);
+int effSet(const Session& session, const EfficiencyOptions& options, const RowChange& change);
 // Does with the open dialog what `velmora run eff` asks for: applies the database, fills all zones
 // when default shares are asked for, and makes the map.
-void useEfficiencyDialog(TerminalPrompts& prompts, Form& form, const EfficiencyOptions& options);
+void useEfficiencyDialog(HeadlessApplication& application, Form& form,
+                         const EfficiencyOptions& options);
 // Throws PlatformError when there are settings, but neither shares in the database nor an option
 // that makes some.
 void requireShares(const Session& session, const EfficiencyOptions& options);
-// Makes a starter database, and says so, when there is none.
-void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options);
 
 // `velmora run all`: the steps in their order.
 struct ChainOptions {
@@ -78,8 +102,9 @@ struct ChainOptions {
 };
 int runAll(const Session& session, const ChainOptions& options);
 
-// `velmora run STEP [--diagnose]`: clicks the step's command; with diagnostics, shows what stands
-// behind the step's surfaces and writes it into the output folder.
+// `velmora run STEP [--diagnose]`: carries out the step and prints what came of it; with
+// diagnostics, also what stands behind the step's surfaces, which is written into the output
+// folder.
 int runStep(const Session& session, const std::string& step, bool diagnose = false,
             const EfficiencyOptions& efficiency = {});
 std::vector<std::string> stepNames();

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
+#include <array>
 #include <filesystem>
 #include <utility>
 
@@ -19,7 +18,7 @@ namespace {
 void printMonthlyTable(platform::Platform& platform, const std::string& output,
                        const std::string& title, const std::string& prefix,
                        const std::string& suffix) {
-    fmt::print("\n{}\n{:<8}{:>10}{:>10}{:>10}\n", title, "month", "mean", "minimum", "maximum");
+    print("\n{}\n{:<8}{:>10}{:>10}{:>10}\n", title, "month", "mean", "minimum", "maximum");
     const auto workspace = platform.rasters().openFromFolder(output);
     double year = 0;
     for (int month = 1; month <= 12; ++month) {
@@ -27,13 +26,26 @@ void printMonthlyTable(platform::Platform& platform, const std::string& output,
         const GridStatistics s = statisticsOf(
             *workspace->openRasterDataset(prefix + label + suffix)->createDefaultRaster());
         if (s.cells == 0) {
-            fmt::print("{:<8}{:>10}{:>10}{:>10}\n", label, "-", "-", "-");
+            print("{:<8}{:>10}{:>10}{:>10}\n", label, "-", "-", "-");
             continue;
         }
-        fmt::print("{:<8}{:>10.2f}{:>10.2f}{:>10.2f}\n", label, s.mean, s.minimum, s.maximum);
+        print("{:<8}{:>10.2f}{:>10.2f}{:>10.2f}\n", label, s.mean, s.minimum, s.maximum);
         year += s.mean;
     }
-    fmt::print("{:<8}{:>10.2f}\n\n", "year", year);
+    print("{:<8}{:>10.2f}\n\n", "year", year);
+}
+
+void printTables(platform::Platform& platform, const std::string& output) {
+    for (const auto& [title, prefix, suffix] :
+         {std::array{"Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",
+                     "_2"},
+          std::array{"Precipitation of the sample basin, inches (elevation-detrended kriging)",
+                     "PPT_", ""},
+          std::array{"Crop ET of the sample basin's fields, inches", "ET_", "_2"},
+          std::array{"Irrigation water requirement of the sample basin's fields, inches", "IRR_",
+                     ""}}) {
+        printMonthlyTable(platform, output, title, prefix, suffix);
+    }
 }
 
 }  // namespace
@@ -42,7 +54,7 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     const std::string path = std::filesystem::absolute(folder).lexically_normal().string();
     const std::string output = joinedPath(path, "output");
     platform::Platform platform;
-    fmt::print("The sample basin goes into {}\n", path);
+    if (!session.terminal.quiet) tell("The sample basin goes into {}\n", path);
     examples::makeSampleBasin(platform, path);
 
     // The demo has settings of its own, so that it leaves the user's alone.
@@ -50,19 +62,9 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
     if (applied != kDone || inputsOnly) return applied;
-    const int ran = runAll(own, {{{}, "0.9", "crop", true}, {}, {}, false});
+    const int ran = runAll(own, {{{}, "0.9", "crop", false, false}, {}, {}, false});
     if (ran != kDone) return ran;
-    printMonthlyTable(platform, output,
-                      "Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",
-                      "_2");
-    printMonthlyTable(platform, output,
-                      "Precipitation of the sample basin, inches (elevation-detrended kriging)",
-                      "PPT_", "");
-    printMonthlyTable(platform, output, "Crop ET of the sample basin's fields, inches", "ET_",
-                      "_2");
-    printMonthlyTable(platform, output,
-                      "Irrigation water requirement of the sample basin's fields, inches", "IRR_",
-                      "");
+    if (!session.json) printTables(platform, output);
     for (const auto& [name, title] :
          {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
           std::pair{"ET_Jul_2", "Crop ET in July, inches"},
@@ -74,12 +76,12 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     }
     const int reported = report(own, joinedPath(path, "report.html"));
     if (reported != kDone) return reported;
-    fmt::print(
-        "\nGo on with:\n  velmora --settings-folder {0} eff show\n  velmora --settings-folder {0} "
-        "table StatIRR --columns ZoneUnit,Month,IRR_V_acft\n  velmora --settings-folder {0} run "
-        "ppt "
-        "--diagnose\n",
-        own.settingsFolder);
+    sayDone(
+        session,
+        "\nGo on with:\n  velmora --settings-folder {0} eff show\n  velmora --settings-folder "
+        "{0} table StatIRR --columns ZoneUnit,Month,IRR_V_acft\n  velmora --settings-folder {0} "
+        "run ppt --diagnose\n",
+        shellWord(own.settingsFolder));
     return kDone;
 }
 

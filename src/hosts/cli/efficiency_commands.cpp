@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "gis/errors.h"
@@ -10,13 +9,14 @@
 #include "gis/record_rows.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
-#include "hosts/cli/grid_statistics.h"
+#include "hosts/cli/efficiency_map_result.h"
 #include "hosts/cli/grid_text.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/time_stamp.h"
 #include "irrigation/crop_summary.h"
+#include "irrigation/efficiency_check.h"
 #include "irrigation/frm_efficiency.h"
-#include "irrigation/starter_database.h"
-#include "platform/tables/access_import.h"
+#include "irrigation/zone_filling.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
@@ -25,30 +25,47 @@ namespace velmora::cli {
 
 namespace {
 
-constexpr const char* kDefaultsQuestion = "Add default IR percentage?";
+constexpr const char* kSummaryQuestion = "Table<SumCrop> Exists, Replace it?";
 
-// The dialog's questions as the options answer them; the others go to the terminal.
+// The dialog's questions as the options answer them. No general "yes" may cost shares, so that the
+// terminal is not asked. The crop summary is a list of what the land cover has: whoever fills in
+// rows from it takes a new one.
 std::optional<bool> answerTo(const std::string& question, const EfficiencyOptions& options) {
-    if (question != kDefaultsQuestion) return options.replaceTables;
-    if (options.defaultShares.empty()) return std::nullopt;
-    return options.defaultShares == "zone";
-}
-
-// A failure whose message has a fixed text gets its reason behind it.
-void tellReason(const Form& form) {
-    const auto* dialog = dynamic_cast<const frmEfficiency*>(&form);
-    if (dialog && !dialog->reason().empty()) fmt::print("reason: {}\n", oneLine(dialog->reason()));
+    if (question != kSummaryQuestion) return options.newTables;
+    return options.newTables || !options.defaultShares.empty();
 }
 
 bool failed(const Form& form) { return dynamic_cast<const TrappedForm&>(form).failed(); }
 
-// Applies the database, answering that its tables stay unless the options say otherwise.
-bool apply(Form& form, const EfficiencyOptions& options) {
+RunSettings settingsOf(HeadlessApplication& application) {
+    return readSettings(application.platform().files(),
+                        defaultSettingsPath(application.extensionFolder()));
+}
+
+std::string databaseIn(const Form& form) { return form.control<TextBox>("txtIRDB").text(); }
+
+// What a new table would cost is kept in the database under another name.
+void keepEfficiencies(HeadlessApplication& application, const std::string& path) {
+    if (!application.platform().files().fileExists(path)) return;
+    IrrigationDatabase database(application.platform(), path);
+    if (!database.hasEfficiencyTable() || database.query("Select * from IREF")->eof()) return;
+    const std::string name = "IREF_" + timeStamp();
+    database.copyEfficiencyTable(name);
+    application.prompts().notice("The old shares and efficiencies are kept as table " + name +
+                                 " of " + path);
+}
+
+// Applies the database. Its tables stay unless the options say otherwise.
+bool apply(HeadlessApplication& application, Form& form, const EfficiencyOptions& options) {
     if (!options.database.empty()) {
         form.control<TextBox>("txtIRDB").enter(wholePath(options.database));
     }
+    if (options.newTables) keepEfficiencies(application, databaseIn(form));
+    application.prompts().script = [&](const std::string& question) {
+        return answerTo(question, options);
+    };
     form.control<CommandButton>("cmdApplyIRDB").click();
-    if (failed(form)) tellReason(form);
+    application.prompts().script = nullptr;
     return !failed(form);
 }
 
@@ -62,140 +79,134 @@ std::vector<std::string> zonesOf(const ListBox& list) {
     return zones;
 }
 
-// Chooses one zone after the other. False at the first that fails.
-bool fillZones(Form& form, const EfficiencyOptions& options,
-               const std::vector<std::string>& zones) {
-    if (!options.cvef.empty()) form.control<TextBox>("txtCvef").enter(options.cvef);
-    auto& list = form.control<ListBox>("cmbZone");
-    for (const std::string& zone : zones) {
-        if (std::ranges::find(list.items(), zone) == list.items().end()) {
-            throw PlatformError("There is no zone \"" + zone + "\": choose one of " +
-                                joinedNames(zonesOf(list)));
-        }
-        list.setText(zone);
-        if (failed(form)) return false;
+ZoneFilling fillingOf(const EfficiencyOptions& options) {
+    ZoneFilling filling;
+    if (!options.cvef.empty()) filling.cvef = strictNumber(options.cvef);
+    if (!options.defaultShares.empty()) {
+        filling.defaults =
+            options.defaultShares == "zone" ? DefaultShares::ofZone : DefaultShares::ofZoneAndCrop;
     }
-    return true;
+    filling.overwrite = options.overwriteShares;
+    return filling;
 }
 
-// Opens the dialog behind the run gate and lets `use` work with it; 1 when it refused something.
+void tellGaps(IPrompts& prompts, const std::string& zone, const FilledZone& filled) {
+    if (!filled.withoutDefaults.empty()) {
+        prompts.notice("The default tables have no row of zone \"" + zone + "\" for " +
+                       joinedNames(filled.withoutDefaults) + ": shares of 0");
+    }
+    if (filled.withEfficiency == 0) {
+        prompts.notice("No crop of zone \"" + zone +
+                       "\" has an efficiency: give it shares with --default-shares or velmora eff "
+                       "set");
+    }
+}
+
+void tellDoubts(IPrompts& prompts, const IrrigationDatabase& database,
+                const std::vector<std::string>& zones = {}) {
+    for (const std::string& doubt : efficiencyDoubts(database, zones)) prompts.notice(doubt);
+}
+
+// What filling zones came to.
+struct Filling {
+    bool done = true;
+    std::size_t rows = 0;
+    std::size_t withEfficiency = 0;
+    std::size_t kept = 0;
+};
+
+// Fills one zone after the other, and stops at the first that fails.
+Filling fillZones(HeadlessApplication& application, const Form& form,
+                  const EfficiencyOptions& options, const std::vector<std::string>& zones) {
+    IPlatform& platform = application.platform();
+    IPrompts& prompts = application.prompts();
+    IrrigationDatabase database(platform, databaseIn(form));
+    const auto crops =
+        summarizedCrops(platform, joinedPath(parentFolderName(databaseIn(form)), "SumCrop.dbf"));
+    Filling sum;
+    for (const std::string& zone : zones) {
+        try {
+            const FilledZone filled =
+                fillZone(database, zone, crops, fillingOf(options), [&sum] { sum.done = false; });
+            sum.rows += filled.rows;
+            sum.withEfficiency += filled.withEfficiency;
+            sum.kept += filled.kept;
+            tellGaps(prompts, zone, filled);
+            if (!sum.done) prompts.failure("Error in getting Method Efficiency");
+        } catch (const PlatformError& e) {
+            prompts.failure(e.what());
+            sum.done = false;
+        }
+        if (!sum.done) return sum;
+    }
+    if (sum.kept > 0) {
+        prompts.notice("Default shares are not given to " +
+                       counted(static_cast<long long>(sum.kept), "row") +
+                       " with shares, or not irrigated: --overwrite-shares would");
+    }
+    return sum;
+}
+
+// Opens the dialog behind the run gate and lets `use` work with it; 1 when something failed.
 int withDialog(const Session& session, const EfficiencyOptions& options,
-               const std::function<void(frmEfficiency&)>& use) {
+               const std::function<void(HeadlessApplication&, frmEfficiency&)>& use) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     frmEfficiency form(application);
     form.load();
     if (!form.isOpen()) return kFailed;
-    EfficiencyOptions answers = options;
-    answers.replaceTables = options.replaceTables.value_or(session.terminal.answer.value_or(false));
-    application.prompts().script = [&](const std::string& question) {
-        return answerTo(question, answers);
-    };
-    if (apply(form, options)) use(form);
-    const bool failure = form.failed();
+    if (apply(application, form, options)) use(application, form);
+    const bool failure = form.failed() || application.prompts().failures() > 0;
     form.close();
     return failure ? kFailed : kDone;
 }
 
-// The settings, after the run gate, or nothing after its message.
-const RunSettings* gatedSettings(HeadlessApplication& application) {
-    return passRunGate(application) ? &processState().settings : nullptr;
-}
-
-std::string databaseOf(const RunSettings& settings, const EfficiencyOptions& options) {
-    return options.database.empty() ? irrigationDatabasePath(settings)
-                                    : wholePath(options.database);
-}
-
-IrrigationDefaults defaultsFor(IPlatform& platform, const RunSettings& settings) {
-    const auto valuesOf = [&](const std::string& path, const std::string& field) {
-        std::set<std::string> values;
-        const auto layer = platform.features().openFeatureClass(path);
-        for (std::size_t r = 0; r < layer->recordCount(); ++r) {
-            const std::string value = keyText(layer->value(r, field));
-            if (!value.empty()) values.insert(value);
-        }
-        return std::vector<std::string>(values.begin(), values.end());
-    };
-    return starterDefaults(valuesOf(settings.Zones, settings.ZoneField),
-                           valuesOf(settings.LandCover, kCropField));
-}
-
-void createStarter(IPlatform& platform, const RunSettings& settings, const std::string& path) {
-    const IrrigationDefaults defaults = defaultsFor(platform, settings);
-    createIrrigationDatabase(platform, path, defaults);
-    fmt::print(
-        "{} is made: {} methods, default shares for {} zones and {} pairs of zone and crop "
-        "(national figures: table IR_Sources; replace them by your own)\n",
-        path, defaults.methods.size(), defaults.perZone.size(), defaults.perZoneAndCrop.size());
+// Makes the map, and tells what is doubtful in it and in what it is made of.
+EfficiencyMapResult makeMap(HeadlessApplication& application, Form& form) {
+    form.control<CommandButton>("cmdEFMap").click();
+    if (failed(form)) return {};
+    const EfficiencyMapResult result =
+        efficiencyMapResult(application.platform(), settingsOf(application).OutputWorkspace);
+    tellDoubts(application.prompts(), IrrigationDatabase(application.platform(), databaseIn(form)));
+    if (result.cells == 0) {
+        application.prompts().reason(
+            "No cell has an efficiency: give the zones shares with velmora eff all-zones "
+            "--default-shares crop, or velmora eff set");
+    } else if (!result.bare.empty()) {
+        application.prompts().notice(result.bare);
+    }
+    return result;
 }
 
 }  // namespace
 
-int irdbCreate(const Session& session, const std::string& file) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
-    const RunSettings* settings = gatedSettings(application);
-    if (!settings) return kFailed;
-    const std::string path = databaseOf(*settings, {file, {}, {}, {}});
-    if (application.platform().files().fileExists(path)) {
-        if (platform::isAccessFile(path)) {
-            throw PlatformError(path +
-                                " is a genuine Access database, which is never changed: "
-                                "give another file");
-        }
-        if (!application.prompts().confirm(path + " exists, replace it?", {})) return kFailed;
-    }
-    createStarter(application.platform(), *settings, path);
-    return kDone;
-}
-
-int irdbInfo(const Session& session, const std::string& file) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
-    std::string path = wholePath(file);
-    if (path.empty()) {
-        const RunSettings* settings = gatedSettings(application);
-        if (!settings) return kFailed;
-        path = irrigationDatabasePath(*settings);
-    }
-    const auto connection = application.platform().connections().open(irrigationConnection(path));
-    nlohmann::ordered_json info;
-    info["database"] = path;
-    if (platform::isAccessFile(path)) info["copy"] = platform::importedDatabase(path);
-    info["tables"] = nlohmann::ordered_json::object();
-    for (const std::string& table : connection->tableNames()) {
-        const auto count = connection->open("SELECT count(*) AS n FROM [" + table + "]");
-        info["tables"][table] = std::get<double>(count->value("n"));
-    }
-    if (session.json) {
-        fmt::print("{}\n", info.dump(2));
-        return kDone;
-    }
-    fmt::print("{}\n", path);
-    if (info.contains("copy")) {
-        fmt::print("an Access database, which stays as it is; work goes to its copy {}\n",
-                   info["copy"].get<std::string>());
-    }
-    for (const auto& [table, rows] : info["tables"].items()) {
-        fmt::print("{:>8} rows  {}\n", rows.get<double>(), table);
-    }
-    return kDone;
-}
-
 int effApply(const Session& session, const EfficiencyOptions& options) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
-    frmEfficiency form(application);
-    form.load();
-    if (!form.isOpen() || !apply(form, options)) return kFailed;
-    fmt::print("zones: {}\n", joinedNames(zonesOf(form.cmbZone)));
-    return kDone;
+    return withDialog(session, options, [&](HeadlessApplication&, frmEfficiency& form) {
+        if (session.json) {
+            printJson({{"zones", zonesOf(form.cmbZone)}});
+        } else {
+            print("zones: {}\n", joinedNames(zonesOf(form.cmbZone)));
+        }
+    });
 }
 
 int effZones(const Session& session, const EfficiencyOptions& options,
              const std::vector<std::string>& zones) {
-    return withDialog(session, options, [&](frmEfficiency& form) {
-        const auto chosen = zones.empty() ? zonesOf(form.cmbZone) : zones;
-        if (fillZones(form, options, chosen) && !session.terminal.quiet) {
-            fmt::print("{} zone(s) have shares and efficiencies; velmora eff show shows them\n",
-                       chosen.size());
+    return withDialog(session, options, [&](HeadlessApplication& application, frmEfficiency& form) {
+        const auto all = zonesOf(form.cmbZone);
+        for (const std::string& zone : zones) {
+            if (std::ranges::find(all, zone) == all.end()) {
+                throw PlatformError("There is no zone \"" + zone + "\": choose one of " +
+                                    joinedNames(all));
+            }
+        }
+        const auto& chosen = zones.empty() ? all : zones;
+        const Filling filled = fillZones(application, form, options, chosen);
+        tellDoubts(application.prompts(),
+                   IrrigationDatabase(application.platform(), databaseIn(form)), chosen);
+        if (filled.done && !session.terminal.quiet) {
+            sayDone(session, "{} of {} of {} have an efficiency; velmora eff show shows them\n",
+                    filled.withEfficiency, counted(static_cast<long long>(filled.rows), "row"),
+                    counted(static_cast<long long>(chosen.size()), "zone"));
         }
     });
 }
@@ -205,8 +216,7 @@ void requireShares(const Session& session, const EfficiencyOptions& options) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     const IFileSystem& files = application.platform().files();
     if (!files.fileExists(defaultSettingsPath(session.settingsFolder))) return;
-    const RunSettings settings = readSettings(files, defaultSettingsPath(session.settingsFolder));
-    const std::string path = databaseOf(settings, options);
+    const std::string path = irrigationDatabaseOf(settingsOf(application), options);
     if (files.fileExists(path)) {
         const IrrigationDatabase database(application.platform(), path);
         if (database.hasEfficiencyTable() && !database.query("Select * from IREF")->eof()) return;
@@ -216,42 +226,37 @@ void requireShares(const Session& session, const EfficiencyOptions& options) {
         "fill in the zones with velmora eff zone");
 }
 
-void useEfficiencyDialog(TerminalPrompts& prompts, Form& form, const EfficiencyOptions& options) {
-    prompts.script = [&](const std::string& question) { return answerTo(question, options); };
-    if (apply(form, options)) {
-        auto& zones = form.control<ListBox>("cmbZone");
-        const bool filled =
-            options.defaultShares.empty() || fillZones(form, options, zonesOf(zones));
-        if (filled) form.control<CommandButton>("cmdEFMap").click();
-    }
-    prompts.script = nullptr;
+void useEfficiencyDialog(HeadlessApplication& application, Form& form,
+                         const EfficiencyOptions& options) {
+    if (!apply(application, form, options)) return;
+    const auto zones = zonesOf(form.control<ListBox>("cmbZone"));
+    const bool filled =
+        options.defaultShares.empty() || fillZones(application, form, options, zones).done;
+    if (filled) makeMap(application, form);
 }
 
 int effMap(const Session& session, const EfficiencyOptions& options) {
-    return withDialog(session, options, [&](frmEfficiency& form) {
-        form.cmdEFMap.click();
-        if (form.failed()) return;
-        platform::Platform platform;
-        const auto grid = platform.rasters()
-                              .openFromFolder(processState().settings.OutputWorkspace)
-                              ->openRasterDataset("IREF");
-        const GridStatistics s = statisticsOf(*grid->createDefaultRaster());
-        if (s.cells == 0) {
-            throw PlatformError(
-                "No cell has an efficiency: give the zones shares with velmora eff "
-                "all-zones first");
+    return withDialog(session, options, [&](HeadlessApplication& application, frmEfficiency& form) {
+        const EfficiencyMapResult map = makeMap(application, form);
+        if (map.cells == 0) return;
+        if (session.json) {
+            printJson({{"grid", map.path},
+                       {"cells", map.cells},
+                       {"minimum", map.minimum},
+                       {"maximum", map.maximum}});
+        } else {
+            print("{}: {} cells with efficiencies of {:.3g} to {:.3g}\n", map.path, map.cells,
+                  map.minimum, map.maximum);
         }
-        fmt::print("{}: {} cells with efficiencies of {:.3g} to {:.3g}\n", grid->path(), s.cells,
-                   s.minimum, s.maximum);
     });
 }
 
 int effShow(const Session& session, const EfficiencyOptions& options, const std::string& zone,
             TableForm form) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
-    const RunSettings* settings = gatedSettings(application);
-    if (!settings) return kFailed;
-    const IrrigationDatabase database(application.platform(), databaseOf(*settings, options));
+    if (!passRunGate(application)) return kFailed;
+    const IrrigationDatabase database(application.platform(),
+                                      irrigationDatabaseOf(processState().settings, options));
     if (!database.hasEfficiencyTable()) {
         throw PlatformError("There are no efficiencies yet: velmora eff apply makes their table");
     }
@@ -259,26 +264,20 @@ int effShow(const Session& session, const EfficiencyOptions& options, const std:
     showRows(grid, *database.query(zone.empty() ? "Select * from IREF"
                                                 : IrrigationDatabase::efficienciesOf(zone)));
     if (session.json) {
-        fmt::print("{}\n", rowsOf(grid, [](std::size_t column) { return column > 1; }).dump(2));
+        printJson(rowsOf(grid, [](std::size_t column) { return column > 1; }));
+    } else if (form == TableForm::csv) {
+        printData(csvText(grid));
     } else {
-        fmt::print("{}", form == TableForm::csv ? csvText(grid) : alignedText(grid));
+        printText(alignedText(grid));
     }
     return kDone;
 }
 
-int effSet(const Session& session, const EfficiencyOptions& options, const std::string& zone,
-           const std::string& crop, const std::vector<std::string>& assignments) {
-    HeadlessApplication application(session.settingsFolder, session.terminal);
-    const RunSettings* settings = gatedSettings(application);
-    if (!settings) return kFailed;
-    IrrigationDatabase database(application.platform(), databaseOf(*settings, options));
-    const auto row = database.query(IrrigationDatabase::efficienciesOf(zone) +
-                                    " AND [CropType]=" + quotedText(crop));
-    if (row->eof()) {
-        throw PlatformError("There is no row of zone \"" + zone + "\" and crop \"" + crop +
-                            "\": velmora eff show lists the rows, velmora eff zone makes them");
-    }
-    const std::vector<std::string> methods = methodColumns(*row);
+namespace {
+
+// Sets the shares METHOD=SHARE of a row. Throws PlatformError, and stores nothing then.
+void setShares(IRecordset& row, const std::vector<std::string>& assignments) {
+    const std::vector<std::string> methods = methodColumns(row);
     for (const std::string& assignment : assignments) {
         const auto equals = assignment.find('=');
         const std::string method = assignment.substr(0, equals);
@@ -291,23 +290,63 @@ int effSet(const Session& session, const EfficiencyOptions& options, const std::
             throw PlatformError(assignment + ": give METHOD=SHARE, as in " + methods.front() +
                                 "=0.4; the methods are " + joinedNames(methods));
         }
-        row->setValue(method, *share);
+        row.setValue(method, *share);
     }
-    row->update();
-    bool bad = false;
-    database.estimateEfficiencies(zone, [&] { bad = true; });
-    if (bad) application.prompts().message("Error in getting Method Efficiency", {});
-    return bad ? kFailed : kDone;
 }
 
-void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options) {
+// No shares, and an efficiency of 0: such land is left out of the map.
+void declareNotIrrigated(IRecordset& row) {
+    for (const std::string& method : methodColumns(row)) row.setValue(method, 0.0);
+    row.setValue("FAEF", 0.0);
+    row.setValue("IREF", 0.0);
+}
+
+// "" for a change that can be made.
+std::string misuse(const RowChange& change) {
+    if (change.notIrrigated && (!change.shares.empty() || !change.cvef.empty())) {
+        return "--not-irrigated goes with neither shares nor --cvef";
+    }
+    if (change.crop.empty() && change.cvef.empty()) {
+        return "give a crop with METHOD=SHARE ... or --not-irrigated, or --cvef";
+    }
+    if (change.shares.empty() && change.cvef.empty() && !change.notIrrigated) {
+        return "give METHOD=SHARE ..., --cvef or --not-irrigated";
+    }
+    return {};
+}
+
+}  // namespace
+
+int effSet(const Session& session, const EfficiencyOptions& options, const RowChange& change) {
+    if (const std::string wrong = misuse(change); !wrong.empty()) {
+        tell("velmora: {}\n", wrong);
+        return kBadUsage;
+    }
     HeadlessApplication application(session.settingsFolder, session.terminal);
-    const RunSettings* settings = gatedSettings(application);
-    if (!settings || settings->Zones.empty()) return;  // which the dialog tells
-    const std::string path = databaseOf(*settings, options);
-    if (application.platform().files().fileExists(path)) return;
-    fmt::print("There is no irrigation database {}, so a starter database is made\n", path);
-    createStarter(application.platform(), *settings, path);
+    if (!passRunGate(application)) return kFailed;
+    IrrigationDatabase database(application.platform(),
+                                irrigationDatabaseOf(processState().settings, options));
+    std::string query = IrrigationDatabase::efficienciesOf(change.zone);
+    if (!change.crop.empty()) query += " AND [CropType]=" + quotedText(change.crop);
+    const auto row = database.query(query);
+    if (row->eof()) {
+        throw PlatformError("There is no row of zone \"" + change.zone + "\"" +
+                            (change.crop.empty() ? "" : " and crop \"" + change.crop + "\"") +
+                            ": velmora eff show lists the rows, velmora eff zone makes them");
+    }
+    const auto transaction = database.beginTransaction();
+    for (; !row->eof(); row->moveNext()) {
+        setShares(*row, change.shares);
+        if (!change.cvef.empty()) row->setValue("CVEF", *strictNumber(change.cvef));
+        if (change.notIrrigated) declareNotIrrigated(*row);
+        row->update();
+    }
+    transaction->commit();
+    bool bad = false;
+    database.estimateEfficiencies(change.zone, [&] { bad = true; });
+    if (bad) application.prompts().failure("Error in getting Method Efficiency");
+    tellDoubts(application.prompts(), database, {change.zone});
+    return bad ? kFailed : kDone;
 }
 
 }  // namespace velmora::cli

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <array>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -56,7 +54,40 @@ nlohmann::ordered_json geometryJson(const IRasterDataset& dataset, platform::Pla
 
 void printPairs(const nlohmann::ordered_json& object) {
     for (const auto& [key, value] : object.items()) {
-        fmt::print("{:<10}{}\n", key, value.is_string() ? value.get<std::string>() : value.dump());
+        print("{:<10}{}\n", key, value.is_string() ? value.get<std::string>() : value.dump());
+    }
+}
+
+void printStatisticsJson(const std::vector<std::string>& datasets,
+                         const std::vector<GridStatistics>& all) {
+    auto list = nlohmann::ordered_json::array();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const GridStatistics& s = all[i];
+        nlohmann::ordered_json entry = {{"dataset", datasets[i]}, {"cells", s.cells}};
+        if (s.cells > 0) {
+            entry.update({{"minimum", s.minimum},
+                          {"maximum", s.maximum},
+                          {"mean", s.mean},
+                          {"deviation", s.deviation}});
+        }
+        list.push_back(entry);
+    }
+    printJson(list);
+}
+
+void printStatistics(const std::vector<std::string>& datasets,
+                     const std::vector<GridStatistics>& all) {
+    print("{:<20}{:>12}{:>14}{:>14}{:>14}{:>14}\n", "dataset", "cells", "minimum", "maximum",
+          "mean", "deviation");
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const GridStatistics& s = all[i];
+        const std::string name = oneLine(fileName(datasets[i]));
+        if (s.cells == 0) {
+            print("{:<20}{:>12}  no cell has data\n", name, 0);
+        } else {
+            print("{:<20}{:>12}{:>14.6g}{:>14.6g}{:>14.6g}{:>14.6g}\n", name, s.cells, s.minimum,
+                  s.maximum, s.mean, s.deviation);
+        }
     }
 }
 
@@ -66,7 +97,7 @@ int gridInfo(const Session& session, const std::string& dataset) {
     platform::Platform platform;
     const auto object = geometryJson(*opened(session, platform, dataset), platform);
     if (session.json) {
-        fmt::print("{}\n", object.dump(2));
+        printJson(object);
     } else {
         printPairs(object);
     }
@@ -75,31 +106,15 @@ int gridInfo(const Session& session, const std::string& dataset) {
 
 int gridStatistics(const Session& session, const std::vector<std::string>& datasets) {
     platform::Platform platform;
-    auto list = nlohmann::ordered_json::array();
-    if (!session.json) {
-        fmt::print("{:<20}{:>12}{:>14}{:>14}{:>14}{:>14}\n", "dataset", "cells", "minimum",
-                   "maximum", "mean", "deviation");
-    }
+    std::vector<GridStatistics> all;  // nothing is printed before every dataset has been read
     for (const std::string& name : datasets) {
-        const GridStatistics s =
-            statisticsOf(*opened(session, platform, name)->createDefaultRaster());
-        if (session.json) {
-            nlohmann::ordered_json entry = {{"dataset", name}, {"cells", s.cells}};
-            if (s.cells > 0) {
-                entry.update({{"minimum", s.minimum},
-                              {"maximum", s.maximum},
-                              {"mean", s.mean},
-                              {"deviation", s.deviation}});
-            }
-            list.push_back(entry);
-        } else if (s.cells == 0) {
-            fmt::print("{:<20}{:>12}  no cell has data\n", fileName(name), 0);
-        } else {
-            fmt::print("{:<20}{:>12}{:>14.6g}{:>14.6g}{:>14.6g}{:>14.6g}\n", fileName(name),
-                       s.cells, s.minimum, s.maximum, s.mean, s.deviation);
-        }
+        all.push_back(statisticsOf(*opened(session, platform, name)->createDefaultRaster()));
     }
-    if (session.json) fmt::print("{}\n", list.dump(2));
+    if (session.json) {
+        printStatisticsJson(datasets, all);
+    } else {
+        printStatistics(datasets, all);
+    }
     return kDone;
 }
 
@@ -113,14 +128,14 @@ int gridCopy(const Session& session, const std::string& from, const std::string&
     const auto lock = platform.files().lockFolder(folder);
     workspace->save(std::array{RasterToSave{fileName(to), source->createDefaultRaster(), "GRID"}});
     platform.files().settle(folder);
-    fmt::print("{} is copied to {}\n", source->path(), joinedPath(folder, fileName(to)));
+    sayDone(session, "{} is copied to {}\n", source->path(), joinedPath(folder, fileName(to)));
     return kDone;
 }
 
 int gridExport(const Session& session, const std::string& dataset, const std::string& file) {
     platform::Platform platform;
     platform::exportGeoTiff(*opened(session, platform, dataset)->createDefaultRaster(), file);
-    fmt::print("{} is written\n", file);
+    sayDone(session, "{} is written\n", file);
     return kDone;
 }
 
@@ -131,7 +146,7 @@ int gridPicture(const Session& session, const std::string& dataset, const std::s
     const std::string name = fileName(dataset);
     drawGridPicture(*source->createDefaultRaster(), rampOf(name), title.empty() ? name : title,
                     file);
-    fmt::print("{} is written\n", file);
+    sayDone(session, "{} is written\n", file);
     return kDone;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gis/numbers.h"
+#include "hosts/cli/console.h"
 
 namespace velmora::cli {
 
@@ -47,11 +48,11 @@ nlohmann::ordered_json rowsOf(const DataGrid& grid, const NumberColumns& isNumbe
 std::string alignedText(const DataGrid& grid,
                         const std::function<std::string(const std::string&)>& heading) {
     std::vector<std::vector<std::string>> lines(1);
-    for (const std::string& name : grid.columns()) lines[0].push_back(heading(name));
+    for (const std::string& name : grid.columns()) lines[0].push_back(oneLine(heading(name)));
     for (std::size_t r = 0; r < grid.rowCount(); ++r) {
         lines.emplace_back();
         for (std::size_t c = 0; c < grid.columns().size(); ++c) {
-            lines.back().push_back(grid.cell(r, c));
+            lines.back().push_back(oneLine(grid.cell(r, c)));
         }
     }
     std::vector<std::size_t> widths(grid.columns().size());

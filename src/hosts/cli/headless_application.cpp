@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/headless_application.h"
 
-#include <fmt/core.h>
-
 #include <cstdio>
 #include <filesystem>
 
@@ -46,7 +44,7 @@ void HeadlessDialogs::show(Form& form) {
         auto& label = form.control<Label>(name);
         label.hostRefresh = [&label] {
             if (label.text().empty()) return;
-            fmt::print(stderr, "{}\n", oneLine(label.text()));
+            tell("{}\n", oneLine(label.text()));
         };
     }
 }
@@ -61,6 +59,13 @@ void HeadlessDocument::addLayer(std::unique_ptr<IRasterLayer> layer) {
 
 void HeadlessDocument::addTable(std::shared_ptr<ITable> table) {
     tables_.push_back(std::move(table));
+}
+
+std::vector<std::string> HeadlessDocument::paths() const {
+    std::vector<std::string> paths;
+    for (const auto& layer : layers_) paths.push_back(layer->path());
+    for (const auto& table : tables_) paths.push_back(table->path());
+    return paths;
 }
 
 HeadlessApplication::HeadlessApplication(std::string settingsFolder, const TerminalOptions& options)

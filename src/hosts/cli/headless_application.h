@@ -55,6 +55,7 @@ class HeadlessDocument : public IMxDocument {
     void addTable(std::shared_ptr<ITable> table) override;
     void refreshContents() override {}
     const std::vector<std::unique_ptr<IRasterLayer>>& layers() const { return layers_; }
+    std::vector<std::string> paths() const;  // of the layers and tables, in their order
 
   private:
     std::vector<std::unique_ptr<IRasterLayer>> layers_;

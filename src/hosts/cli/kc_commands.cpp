@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <functional>
 #include <nlohmann/json.hpp>
@@ -73,8 +71,8 @@ int kcNew(const Session& session, const std::string& file) {
             application.browsers().answer(wholePath(file));
             form.cmdCreateDB.click();
             if (!form.failed()) {
-                fmt::print("{} is made; velmora settings apply KcTable={} uses it\n",
-                           form.txtKcDBName.text(), form.txtKcDBName.text());
+                sayDone(session, "{} is made; velmora settings apply KcTable={} uses it\n",
+                        form.txtKcDBName.text(), shellWord(form.txtKcDBName.text()));
             }
         },
         true);
@@ -89,14 +87,14 @@ int kcList(const Session& session, const KcOptions& options) {
             nlohmann::ordered_json both;
             both["table"] = rowsOf(form.grdKc);
             both["landUse"] = rowsOf(form.grdSummary);
-            fmt::print("{}\n", both.dump(2));
+            printJson(both);
             return;
         }
-        fmt::print("{}\n", form.txtKcDBName.text());
-        fmt::print("{}", alignedText(form.grdKc, kcHeading));
+        print("{}\n", form.txtKcDBName.text());
+        print("{}", alignedText(form.grdKc, kcHeading));
         if (withLand) {
-            fmt::print("\n{} (field {})\n", form.txtLandCover.text(), form.cboFieldList.text());
-            fmt::print("{}", alignedText(form.grdSummary));
+            print("\n{} (field {})\n", form.txtLandCover.text(), form.cboFieldList.text());
+            print("{}", alignedText(form.grdSummary));
         }
     });
 }
@@ -108,11 +106,11 @@ int kcMatch(const Session& session, const KcOptions& options) {
         if (form.failed()) return;
         form.cmdMatch.click();
         if (form.failed()) return;
-        fmt::print("{} land use types, {} new crop types in {}\n",
-                   form.cboLuTypeList.items().size(), form.grdKc.rowCount() - before,
-                   form.txtKcDBName.text());
+        sayDone(session, "{} land use types, {} new crop types in {}\n",
+                form.cboLuTypeList.items().size(), form.grdKc.rowCount() - before,
+                form.txtKcDBName.text());
         for (std::size_t row = before; row < form.grdKc.rowCount(); ++row) {
-            fmt::print("  {}\n", form.grdKc.cell(row, 0));
+            sayDone(session, "  {}\n", oneLine(form.grdKc.cell(row, 0)));
         }
     });
 }
@@ -154,10 +152,9 @@ int kcSet(const Session& session, const KcOptions& options, const std::string& c
 void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& options) {
     useOptions(form, options);
     if (!session.terminal.quiet) {
-        fmt::print("Kc maps of field {} of {} with {}\n",
-                   form.control<ListBox>("cboFieldList").text(),
-                   form.control<TextBox>("txtLandCover").text(),
-                   form.control<TextBox>("txtKcDBName").text());
+        tell("Kc maps of field {} of {} with {}\n", form.control<ListBox>("cboFieldList").text(),
+             form.control<TextBox>("txtLandCover").text(),
+             form.control<TextBox>("txtKcDBName").text());
     }
     form.control<CommandButton>("cmdMakeMap").click();
 }

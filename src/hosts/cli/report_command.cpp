@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
 #include <unistd.h>
 
 #include <memory>
@@ -27,7 +26,7 @@ int report(const Session& session, const std::string& file) {
         file.empty() ? joinedPath(settings.OutputWorkspace, "report.html") : wholePath(file);
     const RunResults results = readResults(application.platform(), settings);
     writeOutput(path, reportPage(application.platform(), results));
-    fmt::print("The report is {}: open it in a browser\n", path);
+    sayDone(session, "The report is {}: open it in a browser\n", path);
     return kDone;
 }
 

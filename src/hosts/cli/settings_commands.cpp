@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <map>
@@ -125,22 +123,22 @@ void tellChanges(const Session& session, const std::string& what, const std::str
             list.push_back(
                 {{"field", change.name}, {"before", change.before}, {"after", change.after}});
         }
-        fmt::print("{}\n", nlohmann::ordered_json{{"file", path}, {"changes", list}}.dump(2));
+        printJson({{"file", path}, {"changes", list}});
         return;
     }
     const auto shown = [](const std::string& text) {
         return text.empty() ? std::string("\"\"") : oneLine(text);
     };
     for (const FieldChange& change : changes) {
-        fmt::print("{}: {} -> {}\n", change.name, shown(change.before), shown(change.after));
+        print("{}: {} -> {}\n", change.name, shown(change.before), shown(change.after));
     }
-    fmt::print("{}: {}\n", what, path);
+    print("{}: {}\n", what, path);
 }
 
 void printSettings(const RunSettings& settings, bool json) {
     if (!json) {
         for (const SettingsField& field : settingsFields()) {
-            fmt::print("{}={}\n", field.name, settingsText(settings, field));
+            print("{}={}\n", field.name, settingsText(settings, field));
         }
         return;
     }
@@ -149,7 +147,7 @@ void printSettings(const RunSettings& settings, bool json) {
         std::visit([&](auto member) { object[std::string(field.name)] = settings.*member; },
                    field.member);
     }
-    fmt::print("{}\n", object.dump(2));
+    printJson(object);
 }
 
 }  // namespace
@@ -159,7 +157,7 @@ int applySettings(const Session& session, const std::vector<std::string>& assign
     try {
         named = parsed(assignments);
     } catch (const PlatformError& e) {
-        fmt::print(stderr, "velmora: {}\n", e.what());
+        tell("velmora: {}\n", e.what());
         return kBadUsage;
     }
     const std::string path = defaultSettingsPath(session.settingsFolder);
@@ -189,8 +187,8 @@ int showSettings(const Session& session) {
     const platform::FileSystem files;
     const std::string path = defaultSettingsPath(session.settingsFolder);
     if (!files.fileExists(path)) {
-        fmt::print("message: Run Settings First,Please!\n");
-        fmt::print(stderr, "velmora: there is no {} yet: velmora settings apply makes it\n", path);
+        tell("message: Run Settings First,Please!\n");
+        tell("velmora: there is no {} yet: velmora settings apply makes it\n", path);
         return kFailed;
     }
     printSettings(readSettings(files, path), session.json);
@@ -205,7 +203,7 @@ int saveSettingsAs(const Session& session, const std::string& file) {
     const std::string path = wholePath(file);
     platform::FileSystem files;
     writeSettings(files, path, *record);
-    fmt::print("Settings are saved: {}\n", path);
+    sayDone(session, "Settings are saved: {}\n", path);
     return kDone;
 }
 

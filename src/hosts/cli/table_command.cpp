@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <fmt/core.h>
-
 #include <algorithm>
 
 #include "gis/errors.h"
@@ -48,11 +46,11 @@ int showTable(const Session& session, const std::string& name,
             const FieldType type = file->fields().at(static_cast<std::size_t>(field)).type;
             return type == FieldType::number || type == FieldType::integer;
         };
-        fmt::print("{}\n", rowsOf(viewer.dgdResult, isNumber).dump(2));
+        printJson(rowsOf(viewer.dgdResult, isNumber));
     } else if (form == TableForm::csv) {
-        fmt::print("{}", csvText(viewer.dgdResult));
+        printData(csvText(viewer.dgdResult));
     } else {
-        fmt::print("{}{}\n", alignedText(viewer.dgdResult), viewer.lblNote.text());
+        print("{}{}\n", alignedText(viewer.dgdResult), viewer.lblNote.text());
     }
     return kDone;
 }

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// What an efficiency map holds, and which land it leaves out.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "gis/application.h"
+
+namespace velmora::cli {
+
+struct EfficiencyMapResult {
+    std::string path;
+    std::int64_t cells = 0;  // with an efficiency
+    double minimum = 0;
+    double maximum = 0;
+    std::string
+        bare;  // how many pieces of land have no efficiency, and of which crops; "" for none
+};
+
+// Of the grid IREF and the pieces Lu_Intersected of the output folder. Throws PlatformError.
+EfficiencyMapResult efficiencyMapResult(IPlatform& platform, const std::string& outputFolder);
+
+}  // namespace velmora::cli

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "gis/errors.h"
+#include "gis/text.h"
+#include "hosts/cli/commands.h"
+#include "hosts/cli/headless_application.h"
+#include "hosts/cli/time_stamp.h"
+#include "irrigation/irrigation_database.h"
+#include "irrigation/starter_database.h"
+#include "platform/tables/access_import.h"
+#include "settings/run_gate.h"
+#include "settings/run_state.h"
+
+namespace velmora::cli {
+
+namespace {
+
+// The settings, after the run gate, or nothing after its message.
+const RunSettings* gatedSettings(HeadlessApplication& application) {
+    return passRunGate(application) ? &processState().settings : nullptr;
+}
+
+IrrigationDefaults defaultsFor(IPlatform& platform, const RunSettings& settings) {
+    const auto valuesOf = [&](const std::string& path, const std::string& field) {
+        std::set<std::string> values;
+        const auto layer = platform.features().openFeatureClass(path);
+        for (std::size_t r = 0; r < layer->recordCount(); ++r) {
+            const std::string value = keyText(layer->value(r, field));
+            if (!value.empty()) values.insert(value);
+        }
+        return std::vector<std::string>(values.begin(), values.end());
+    };
+    return starterDefaults(valuesOf(settings.Zones, settings.ZoneField),
+                           valuesOf(settings.LandCover, kCropField));
+}
+
+// Makes a starter database, and gives what to say of it.
+std::string createStarter(IPlatform& platform, const RunSettings& settings,
+                          const std::string& path) {
+    const IrrigationDefaults defaults = defaultsFor(platform, settings);
+    createIrrigationDatabase(platform, path, defaults);
+    return fmt::format(
+        "{} is made: {}, default shares for {} and {} of zone and crop (national figures: table "
+        "IR_Sources; replace them by your own)\n",
+        path, counted(static_cast<long long>(defaults.methods.size()), "method"),
+        counted(static_cast<long long>(defaults.perZone.size()), "zone"),
+        counted(static_cast<long long>(defaults.perZoneAndCrop.size()), "pair"));
+}
+
+// A database gives way to a new one under another name beside it, which it keeps.
+void setAside(HeadlessApplication& application, const std::string& path) {
+    const std::string kept = withoutExtension(path) + "_" + timeStamp() + ".mdb";
+    if (application.platform().files().fileExists(kept)) {
+        throw PlatformError(kept + " exists already: try again in a second");
+    }
+    application.platform().files().copyFile(path, kept);
+    application.prompts().notice("The old database is kept as " + kept);
+}
+
+}  // namespace
+
+std::string irrigationDatabaseOf(const RunSettings& settings, const EfficiencyOptions& options) {
+    return options.database.empty() ? irrigationDatabasePath(settings)
+                                    : wholePath(options.database);
+}
+
+int irdbCreate(const Session& session, const std::string& file, bool replace) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const RunSettings* settings = gatedSettings(application);
+    if (!settings) return kFailed;
+    EfficiencyOptions named;
+    named.database = file;
+    const std::string path = irrigationDatabaseOf(*settings, named);
+    if (application.platform().files().fileExists(path)) {
+        if (platform::isAccessFile(path)) {
+            throw PlatformError(path +
+                                " is a genuine Access database, which is never changed: "
+                                "give another file");
+        }
+        if (!replace) {
+            throw PlatformError(path +
+                                " exists, with the shares that are filled in there: give another "
+                                "file, or say --replace-database, which keeps a copy of it");
+        }
+        setAside(application, path);
+    }
+    sayDone(session, "{}", createStarter(application.platform(), *settings, path));
+    return kDone;
+}
+
+int irdbInfo(const Session& session, const std::string& file) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    std::string path = wholePath(file);
+    if (path.empty()) {
+        const RunSettings* settings = gatedSettings(application);
+        if (!settings) return kFailed;
+        path = irrigationDatabasePath(*settings);
+    }
+    const auto connection = application.platform().connections().open(irrigationConnection(path));
+    nlohmann::ordered_json info;
+    info["database"] = path;
+    if (platform::isAccessFile(path)) info["copy"] = platform::importedDatabase(path);
+    info["tables"] = nlohmann::ordered_json::object();
+    for (const std::string& table : connection->tableNames()) {
+        const auto count = connection->open("SELECT count(*) AS n FROM [" + table + "]");
+        info["tables"][table] = std::get<double>(count->value("n"));
+    }
+    if (session.json) {
+        printJson(info);
+        return kDone;
+    }
+    print("{}\n", path);
+    if (info.contains("copy")) {
+        print("an Access database, which stays as it is; work goes to its copy {}\n",
+              info["copy"].get<std::string>());
+    }
+    for (const auto& [table, rows] : info["tables"].items()) {
+        print("{:>8} rows  {}\n", rows.get<double>(), oneLine(table));
+    }
+    return kDone;
+}
+
+void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    const RunSettings* settings = gatedSettings(application);
+    if (!settings || settings->Zones.empty()) return;  // which the dialog tells
+    const std::string path = irrigationDatabaseOf(*settings, options);
+    if (application.platform().files().fileExists(path)) return;
+    application.prompts().notice("There is no irrigation database " + path +
+                                 ", so a starter database is made");
+    tell("note: {}", createStarter(application.platform(), *settings, path));
+}
+
+}  // namespace velmora::cli

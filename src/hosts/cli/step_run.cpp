@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/step_run.h"
+
+#include <exception>
+
+#include "gis/errors.h"
+#include "hosts/cli/headless_application.h"
+#include "hosts/cli/run_log.h"
+#include "hosts/components/loaded_extension.h"
+#include "settings/settings_file.h"
+#include "shell/interfaces.h"
+
+namespace velmora::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// The steps in their order, with the classes of their commands.
+const std::vector<std::pair<std::string, std::string>> kSteps = {
+    {"refet", "Tarnwick.clsET_ReferenceET"},
+    {"kc", "Tarnwick.clsET_CropCoefficient"},
+    {"cropet", "Tarnwick.clsET_CropET"},
+    {"ppt", "Tarnwick.clsPPT"},
+    {"nir", "Tarnwick.clsIR_NIR"},
+    {"eff", "Tarnwick.clsIR_EFF"},
+    {"irr", "Tarnwick.clsIR_IRR"}};
+
+// Writes the diagnostics into the output folder and shows them.
+Json showDiagnostics(const Session& session, HeadlessApplication& application,
+                     const std::string& step) {
+    const DiagnosticsReport& report = application.report();
+    if (report.surfaces().empty()) {
+        tell("There are no diagnostics: the step made no surface over stations\n");
+        return Json::array();
+    }
+    if (!session.json) print("{}\n", report.table());
+    const std::string settings = defaultSettingsPath(session.settingsFolder);
+    const std::string folder =
+        readSettings(application.platform().files(), settings).OutputWorkspace;
+    const auto files =
+        report.write(folder, step == "ppt" ? "PPT_diagnostics" : "RefET_diagnostics");
+    const std::string pictures =
+        files.size() > 1
+            ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +
+                  " *_semivariogram.png beside it"
+            : std::string();
+    sayDone(session, "{} is written{}\n", files.front(), pictures);
+    return Json::parse(report.json());
+}
+
+// Uses the dialogs that steps open.
+void drive(const Session& session, HeadlessApplication& application, Form& form,
+           const EfficiencyOptions& efficiency) {
+    if (form.name() == "frmKcEditor") pressMakeKcMaps(session, form, {});
+    if (form.name() == "frmEfficiency") useEfficiencyDialog(application, form, efficiency);
+    if (form.name() == "frmStatistics" && !session.terminal.quiet) {
+        tell("{}; velmora table StatIRR shows them\n", form.control<Label>("lblNote").text());
+    }
+}
+
+void click(HeadlessApplication& application, const std::string& step) {
+    const LoadedExtension extension;
+    const auto command = extension.create<ICommand>(progIdOf(step));
+    command->OnCreate(&application);
+    command->OnClick();
+}
+
+}  // namespace
+
+std::string progIdOf(const std::string& step) {
+    for (const auto& [name, progId] : kSteps) {
+        if (name == step) return progId;
+    }
+    throw PlatformError("There is no step " + step);
+}
+
+std::string stepOfProgId(const std::string& progId) {
+    for (const auto& [name, id] : kSteps) {
+        if (id == progId) return name;
+    }
+    return {};
+}
+
+std::vector<std::string> stepNames() {
+    std::vector<std::string> names;
+    for (const auto& [step, id] : kSteps) names.push_back(step);
+    return names;
+}
+
+void tellError(StepResult& result, const std::string& text) {
+    tell("velmora: {}\n", oneLine(text));
+    result.told.push_back({"error", text});
+    result.done = false;
+}
+
+StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
+                    const EfficiencyOptions& efficiency) {
+    StepResult result;
+    result.step = step;
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    if (diagnose) application.askForDiagnostics();
+    application.dialogs().driver = [&](Form& form) {
+        drive(session, application, form, efficiency);
+    };
+    const IClock& clock = application.platform().clock();
+    const double began = clock.seconds();
+    std::string failure;
+    try {
+        if (step == "eff") requireShares(session, efficiency);
+        click(application, step);
+        result.done = application.outcome() == StepOutcome::done;
+        if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
+    } catch (const std::exception& e) {
+        failure = e.what();
+    }
+    result.seconds = clock.seconds() - began;
+    result.told = application.prompts().told();
+    if (!failure.empty()) tellError(result, failure);
+    result.made = application.document().paths();
+    StepRun run{step, result.done, result.seconds, {}, {}};
+    for (const Told& told : result.told) run.messages.push_back(told.text);
+    noteRun(application.platform().files(), session.settingsFolder, run);
+    return result;
+}
+
+Json jsonOf(const StepResult& result) {
+    Json json = {{"step", result.step}, {"done", result.done}, {"seconds", result.seconds}};
+    for (const auto& [kind, name] : {std::pair{"error", "errors"},
+                                     {"message", "messages"},
+                                     {"reason", "reasons"},
+                                     {"note", "notices"}}) {
+        json[name] = Json::array();
+        for (const Told& told : result.told) {
+            if (told.kind == kind) json[name].push_back(told.text);
+        }
+    }
+    json["made"] = result.made;
+    if (!result.diagnostics.is_null()) json["diagnostics"] = result.diagnostics;
+    return json;
+}
+
+int runStep(const Session& session, const std::string& step, bool diagnose,
+            const EfficiencyOptions& efficiency) {
+    const StepResult result = carryOut(session, step, diagnose, efficiency);
+    if (session.json) printJson(jsonOf(result));
+    return result.done ? kDone : kFailed;
+}
+
+}  // namespace velmora::cli
