@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "gis/errors.h"
 #include "platform/files/file_system.h"
@@ -58,6 +60,43 @@ TEST_F(Commands, WithoutSettingsAllModelCommandsRefuse) {
     EXPECT_EQ(application.outcomes, std::vector<StepOutcome>(7, StepOutcome::failed));
     EXPECT_EQ(application.dialogs().modal, 0);
     EXPECT_EQ(outputs(), 0U);
+}
+
+// A step that does what a test wants.
+class ScriptedStep : public ModelCommand {
+  public:
+    explicit ScriptedStep(std::function<bool(IPrompts&)> step)
+        : ModelCommand({"", "", ""}), step_(std::move(step)) {}
+
+  protected:
+    bool runStep() override { return step_(application().prompts()); }
+
+  private:
+    std::function<bool(IPrompts&)> step_;
+};
+
+TEST_F(Commands, AStepThatShowsAFailureAndGoesOnHasFailed) {
+    storeSettings();
+    const auto outcomeOf = [&](const std::function<bool(IPrompts&)>& step) {
+        auto* command = new ScriptedStep(step);
+        command->OnCreate(&application);
+        command->OnClick();
+        command->Release();
+        return application.outcomes.back();
+    };
+    const auto tells = [&](void (*tell)(IPrompts&)) {
+        return outcomeOf([tell](IPrompts& prompts) {
+            tell(prompts);
+            return true;
+        });
+    };
+    EXPECT_EQ(tells([](IPrompts& p) { p.failure("Error in 'GridReadin'"); }), StepOutcome::failed);
+    EXPECT_EQ(tells([](IPrompts& p) { p.reason("cannot be read"); }), StepOutcome::failed);
+    EXPECT_EQ(tells([](IPrompts& p) { p.notice("is used as it stands"); }), StepOutcome::done);
+    EXPECT_EQ(tells([](IPrompts& p) { p.message("RefET_Jul_2"); }), StepOutcome::done);
+    EXPECT_EQ(outcomeOf([](IPrompts&) { return false; }), StepOutcome::failed);
+    EXPECT_EQ(application.messages(),
+              (std::vector<std::string>{"Error in 'GridReadin'", "RefET_Jul_2"}));
 }
 
 TEST_F(Commands, SettingsAlwaysOpenAndOnce) {
