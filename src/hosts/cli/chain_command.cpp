@@ -7,10 +7,12 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
+#include "hosts/cli/console.h"
 #include "hosts/cli/step_run.h"
 #include "hosts/cli/zone_results.h"
 #include "hosts/components/step_names.h"
 #include "platform/platform.h"
+#include "settings/old_results.h"
 #include "settings/settings_file.h"
 
 namespace velmora::cli {
@@ -69,6 +71,7 @@ class Chain {
         try {
             if (step == "eff") ensureIrrigationDatabase(session_, options_.efficiency);
             copyFor(step);
+            refuseOld(step);
             result = carryOut(session_, step, diagnoses(step), options_.efficiency);
         } catch (const PlatformError& e) {
             tellError(result, e.what());
@@ -95,6 +98,7 @@ class Chain {
         }
         if (efficiency.overwriteShares) line += " --overwrite-shares";
         if (options_.diagnose) line += " --diagnose";
+        if (options_.useOld) line += " --use-old";
         return line;
     }
 
@@ -128,6 +132,26 @@ class Chain {
             return;
         }
         gridCopy(session_, joinedPath(now.OutputWorkspace, from), to);
+    }
+
+    // What the step would read though it is old: grids of earlier runs, and for the efficiencies the
+    // copy of an Access file that has changed.
+    std::vector<std::string> oldInputsOf(const std::string& step, const RunSettings& now) {
+        if (step != "eff") return oldInputs(platform_, now, step);
+        const std::string database = irrigationDatabaseOf(now, options_.efficiency);
+        if (!platform_.files().fileExists(database)) return {};
+        const std::string stale = platform_.connections().staleCopy(database);
+        return stale.empty() ? std::vector<std::string>() : std::vector{stale};
+    }
+
+    void refuseOld(const std::string& step) {
+        const auto now = settings();
+        if (!now || options_.useOld) return;
+        const std::vector<std::string> old = oldInputsOf(step, *now);
+        if (old.empty()) return;
+        for (const std::string& sentence : old) tell("note: {}\n", oneLine(sentence));
+        throw PlatformError("The step would read what is old (" + counted(std::ssize(old), "note") +
+                            " above): run the steps that make it first, or say --use-old");
     }
 
     static bool hasMonths(const RunSettings& now) { return !now.months().empty(); }

@@ -133,6 +133,9 @@ void CommandLine::addRun() {
     run->add_option("--only", chain_.only, "Run this step of run all, with its copies, alone")
         ->check(CLI::IsMember(stepNames()))
         ->excludes(from);
+    run->add_flag("--use-old", chain_.useOld,
+                  "Let run all read grids that are left from earlier runs, or copies older than "
+                  "their source, rather than stop");
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;

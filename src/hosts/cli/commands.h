@@ -99,6 +99,7 @@ struct ChainOptions {
     std::string from;  // the first step, "" for the first of all
     std::string only;  // the only step, "" for all
     bool diagnose = false;
+    bool useOld = false;  // read grids of earlier runs rather than stop
 };
 int runAll(const Session& session, const ChainOptions& options);
 

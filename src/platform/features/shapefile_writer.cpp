@@ -78,6 +78,10 @@ std::optional<std::size_t> recordsWritten(const std::string& path, bool shapes) 
 
 void moveInPlace(const fs::path& folder, const std::string& stem, const std::string& target,
                  bool shapes) {
+    for (const char* part : kShapefileParts) {  // a name must never be stored before its contents
+        const fs::path from = folder / (stem + "." + part);
+        if (fs::exists(from)) syncToDisk(from.string());
+    }
     if (shapes) fs::remove(target + ".shp");
     for (auto part = kShapefileParts.rbegin(); part != kShapefileParts.rend(); ++part) {
         const fs::path from = folder / (stem + "." + *part);

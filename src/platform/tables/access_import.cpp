@@ -13,8 +13,8 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "platform/files/posix_file.h"
-#include "platform/files/unfinished_sweep.h"
 #include "platform/tables/access_reader.h"
 #include "platform/tables/access_state.h"
 
@@ -113,7 +113,7 @@ std::string importedDatabase(const std::string& path) {
     if (std::filesystem::exists(sidecar)) return sidecar;
     const ImportLock lock(path);
     if (std::filesystem::exists(sidecar)) return sidecar;  // made while we waited
-    sweepUnfinished(sidecar);
+    sweepUnfinished(parentFolderName(sidecar));
     const std::string unfinished = unfinishedPath(sidecar);
     removeTree(unfinished);
     const std::string failure = readApart(path, unfinished);

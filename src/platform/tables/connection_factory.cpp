@@ -5,7 +5,6 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
-#include "platform/files/unfinished_sweep.h"
 #include "platform/tables/access_import.h"
 #include "platform/tables/dbase_recordset.h"
 #include "platform/tables/sqlite_connection.h"
@@ -47,7 +46,7 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
 
 void ConnectionFactory::makeDatabase(
     const std::string& path, const std::function<void(const std::string& unfinished)>& fill) {
-    sweepUnfinished(path);
+    sweepUnfinished(parentFolderName(path));
     const std::string unfinished = unfinishedPath(path);
     const auto drop = [&] {
         removeTree(unfinished);

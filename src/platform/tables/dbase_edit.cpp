@@ -279,6 +279,7 @@ void DbaseEdit::save() {
     const std::string encoding = encodingForTexts(target_, newTexts());
     const std::string before = readWholeFile(target_, kLargestFile);
     const std::string after = changed(before, encoding);
+    sweepUnfinished(parentFolderName(target_));
     const std::string unfinished = unfinishedPath(target_);
     try {
         write(unfinished, after);
