@@ -130,7 +130,7 @@ struct Kill : testing::Test {
 
     static std::vector<std::string> step(const std::string& name) {
         if (name != "eff") return {"run", name};
-        return {"--yes", "run", "eff", "--default-shares", "crop", "--cvef", "0.9"};
+        return {"run", "eff", "--default-shares", "crop", "--overwrite-shares", "--cvef", "0.9"};
     }
 };
 
@@ -179,7 +179,7 @@ TEST_F(Kill, AStarterDatabaseIsWholeOrNotThere) {
     const std::string undisturbed = test::contentOf(path);
     for (int i = 0; i < 2 * kKills; ++i) {
         if (i % 2 == 0) fs::remove(path);
-        const pid_t child = start({"--yes", "irdb", "create"});
+        const pid_t child = start({"irdb", "create", "--replace-database"});
         std::this_thread::sleep_for(whole * std::uniform_real_distribution<>(0, 1)(random));
         ::kill(child, SIGKILL);
         end(child);
@@ -187,7 +187,7 @@ TEST_F(Kill, AStarterDatabaseIsWholeOrNotThere) {
             EXPECT_TRUE(test::contentOf(path) == undisturbed) << i;
         }
     }
-    ASSERT_EQ(run({"--yes", "irdb", "create"}), 0);
+    ASSERT_EQ(run({"irdb", "create", "--replace-database"}), 0);
     EXPECT_TRUE(test::contentOf(path) == undisturbed);
     for (const auto& entry : fs::directory_iterator(f.folder.path())) {
         EXPECT_FALSE(entry.path().filename().string().starts_with(".velmora")) << entry;

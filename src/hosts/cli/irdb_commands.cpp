@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <system_error>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -52,11 +53,15 @@ std::string createStarter(IPlatform& platform, const RunSettings& settings,
 
 // A database gives way to a new one under another name beside it, which it keeps.
 void setAside(HeadlessApplication& application, const std::string& path) {
-    const std::string kept = withoutExtension(path) + "_" + timeStamp() + ".mdb";
-    if (application.platform().files().fileExists(kept)) {
-        throw PlatformError(kept + " exists already: try again in a second");
-    }
-    application.platform().files().copyFile(path, kept);
+    IFileSystem& files = application.platform().files();
+    const std::string stem = withoutExtension(path) + "_" + timeStamp();
+    std::string kept = stem + ".mdb";
+    for (int i = 2; files.fileExists(kept); ++i) kept = stem + "_" + std::to_string(i) + ".mdb";
+    // The new database is another file, so that a second name keeps the old one; some file systems
+    // have no second names.
+    std::error_code error;
+    std::filesystem::create_hard_link(path, kept, error);
+    if (error) files.copyFile(path, kept);
     application.prompts().notice("The old database is kept as " + kept);
 }
 
