@@ -21,9 +21,11 @@ using nlohmann::json;
 
 json jsonOf(std::size_t index, const Outcome& outcome) {
     const Ending& e = outcome.ending;
-    return {{"point", index},     {"status", e.status},     {"signal", e.signal},
-            {"hung", e.hung},     {"reached", e.reached},   {"met", e.met},
-            {"errors", e.errors}, {"fault", outcome.fault}, {"nextRun", outcome.nextRun}};
+    return {{"point", index},         {"text", textOf(outcome.point)},
+            {"status", e.status},     {"signal", e.signal},
+            {"hung", e.hung},         {"reached", e.reached},
+            {"met", e.met},           {"errors", e.errors},
+            {"fault", outcome.fault}, {"nextRun", outcome.nextRun}};
 }
 
 Outcome outcomeOf(const json& line, const Point& point) {
