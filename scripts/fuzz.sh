@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-[[ ${1:-} =~ ^[0-9]+$ ]] || {
+[[ ${1:-} =~ ^[1-9][0-9]*$ ]] || {
     echo "usage: scripts/fuzz.sh MINUTES [NAME ...]" >&2
     exit 2
 }
@@ -49,12 +49,12 @@ bad=0
 printf '%-20s %10s %8s %8s  %s\n' fuzzer inputs 'a second' edges findings
 for name in "${names[@]}"; do
     found=build/fuzz/found/$name
-    inputs=$(awk '/number_of_executed_units/ { print $2 }' "$found/log")
-    rate=$(awk '/average_exec_per_sec/ { print $2 }' "$found/log")
-    edges=$(grep -oE 'cov: [0-9]+' "$found/log" | tail -1 | cut -d' ' -f2 || true)
+    inputs=$(awk '/number_of_executed_units/ { n = $2 } END { print n }' "$found/log")
+    rate=$(awk '/average_exec_per_sec/ { n = $2 } END { print n }' "$found/log")
+    edges=$(grep -aoE 'cov: [0-9]+' "$found/log" | tail -1 | cut -d' ' -f2 || true)
     findings=$(find "$found" -maxdepth 1 -name '*-*' -printf '%f ')
     # A fuzzer that did not come to its end found something, or could not run at all.
-    grep -qE '^Done [0-9]+ runs' "$found/log" || findings=${findings:-"see $found/log"}
+    grep -aqE '^Done [0-9]+ runs' "$found/log" || findings=${findings:-"see $found/log"}
     [ -z "$findings" ] || bad=1
     printf '%-20s %10s %8s %8s  %s\n' "$name" "${inputs:-?}" "${rate:-?}" "${edges:-?}" "${findings:-none}"
 done

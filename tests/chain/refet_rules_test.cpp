@@ -133,7 +133,10 @@ TEST_F(RefEtRules, AFootIs3048TenThousandthsOfAMetre) {
                   });
     f.settings.SiteElevationUnit = "Feet";
     ASSERT_TRUE(f.run()) << f.allMessages();
-    EXPECT_NEAR(f.output("TM_Jul").at(10, 3), 30 - 0.0065 * 1661, 5e-4);
+    const Grid surface = f.output("TM_Jul");
+    EXPECT_NEAR(surface.at(10, 3), 30 - 0.0065 * 1661, 3e-4);
+    EXPECT_NEAR(surface.at(36, 20), 30 - 0.0065 * 2756, 3e-4);  // far above the stations
+    EXPECT_NEAR(surface.at(0, 0), 30 - 0.0065 * 1300, 3e-4);
 }
 
 TEST_F(RefEtRules, AQuantityIsUsedWhenItsFlagSaysSo) {
