@@ -22,7 +22,8 @@ class ITable {
     virtual std::size_t recordCount() const = 0;  // deleted records do not count
     // The place of a record in the file, where deleted records have places too.
     virtual std::size_t placeInFile(std::size_t record) const { return record; }
-    // Whether an edit session can store changes in it: it is a dBASE file or a shapefile's own.
+    // Whether an edit session can store changes in it: it is a dBASE file or a shapefile's own,
+    // and both file and folder can be written to.
     virtual bool takesEdits() const { return true; }
     // Throws PlatformError naming table and field when there is no such field.
     virtual FieldValue value(std::size_t record, const std::string& field) const = 0;

@@ -40,6 +40,12 @@ void append(IFeatureWorkspaceFactory& features, const std::shared_ptr<ITable>& t
     session->save();
 }
 
+// Whether a failed append has reached the table all the same: its new file had the table's name
+// before something else failed.
+bool hasGrown(IFeatureWorkspaceFactory& features, const ITable& before) {
+    return features.openTable(before.path())->recordCount() > before.recordCount();
+}
+
 // Appends all rows at once; when that fails, one after the other up to the one that fails.
 void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared_ptr<ITable>& table,
                            const std::vector<Row>& rows) {
@@ -47,6 +53,7 @@ void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared
         append(features, table, rows);
         return;
     } catch (const PlatformError&) {
+        if (hasGrown(features, *table)) throw;
         for (const Row& row : rows) {
             try {
                 append(features, table, {row});

@@ -22,8 +22,8 @@ class PrecipitationRun {
         : application_(application), platform_(application.platform()), settings_(settings) {}
 
     // Shows which method it uses and runs it; a method that is neither "EDK" nor "PRISM_REF" makes
-    // nothing, and that is told. An output folder that does not exist is made. True when no failure was shown.
-    // Throws PlatformError when the output folder cannot be made or opened.
+    // nothing, and that is told. An output folder that does not exist is made. True when no failure
+    // was shown. Throws PlatformError when the output folder cannot be made or opened.
     bool run();
 
   private:

@@ -162,13 +162,13 @@ std::vector<Sample> WeatherStations::samples(const std::vector<std::size_t>& sta
 void WeatherStations::storeWorkingField(IPrompts& prompts) {
     if (!layer_->takesEdits()) {
         prompts.notice("The working field " + workingField_ + " is kept in memory only: " +
-                       layer_->path() + " has no dBASE table of its own to take it");
+                       layer_->path() + " has no dBASE table of its own that can be written to");
         return;
     }
     try {
         layer_->store(platform_.features());
     } catch (const PlatformError& e) {
-        prompts.message("The working field " + workingField_ +
+        prompts.failure("The working field " + workingField_ +
                         " is not stored: " + std::string(e.what()));
     }
 }

@@ -69,7 +69,10 @@ struct Kill : testing::Test {
         Files all;
         for (const auto& entry : fs::recursive_directory_iterator(out)) {
             const std::string name = fs::relative(entry.path(), out).string();
-            if (!entry.is_regular_file() || name == "velmora_runs.json") continue;
+            if (!entry.is_regular_file() || name == "velmora_runs.json" ||
+                name.find("velmora_made_") != std::string::npos) {
+                continue;
+            }
             if (name == ".velmora-lock" || name.starts_with(kUnfinishedPrefix)) continue;
             all[name] = test::contentOf(entry.path().string());
         }

@@ -21,12 +21,19 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 struct OldResults : testing::Test {
-    test::IrrigationFixture f;
+    mutable test::IrrigationFixture f;
 
     std::vector<std::string> old(const std::string& step) {
         return oldInputs(f.application.platform(), f.settings, step);
     }
-    std::vector<std::string>& told() { return f.application.prompts().notices; }
+    // What was told, but for zone keys that the tables cut.
+    std::vector<std::string> told() const {
+        std::vector<std::string> notices = f.application.prompts().notices;
+        std::erase_if(notices, [](const std::string& text) {
+            return text.find("zone key") != std::string::npos;
+        });
+        return notices;
+    }
     // Moves the time of a grid of the output folder.
     void age(const std::string& grid, std::chrono::hours by) {
         const std::filesystem::path values = f.folder.file("out/" + grid + "/w001001.adf");
@@ -54,7 +61,7 @@ TEST_F(OldResults, AMonthThatFailedIsToldByTheStepThatReadsIt) {
     ASSERT_FALSE(f.run());
     f.save("Kc_Jun", f.filled(0.9F));
     f.save("Kc_Jul", f.filled(0.9F));
-    told().clear();
+    f.application.prompts().notices.clear();
     ASSERT_TRUE(f.runCropEt()) << f.allMessages();
     EXPECT_THAT(told(), ElementsAre(AllOf(HasSubstr("RefET_Jun_4, RefET_Jul_4"),
                                           HasSubstr("not made by the last run of reference ET"))));

@@ -108,6 +108,56 @@ class NoNewTables : public IFeatureWorkspaceFactory {
     IFeatureWorkspaceFactory& real_;
 };
 
+// Edits that are stored, of which the first says that it failed.
+class LateFailure : public IEditSession {
+  public:
+    LateFailure(std::unique_ptr<IEditSession> real, bool& failed)
+        : real_(std::move(real)), failed_(failed) {}
+    void addNumericField(const std::string& field) override { real_->addNumericField(field); }
+    void setValue(std::size_t record, const std::string& field, const FieldValue& v) override {
+        real_->setValue(record, field, v);
+    }
+    void appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) override {
+        real_->appendRecord(values);
+    }
+    void save() override {
+        real_->save();
+        if (!std::exchange(failed_, true)) throw PlatformError("the disk does not answer");
+    }
+
+  private:
+    std::unique_ptr<IEditSession> real_;
+    bool& failed_;
+};
+
+class TablesThatFailLate : public NoNewTables {
+  public:
+    explicit TablesThatFailLate(IFeatureWorkspaceFactory& real) : NoNewTables(real), all_(real) {}
+    std::unique_ptr<IEditSession> edit(std::shared_ptr<ITable> table) override {
+        return std::make_unique<LateFailure>(all_.edit(std::move(table)), failed_);
+    }
+    void createTable(const std::string& path, const std::vector<Field>& fields,
+                     const std::vector<std::vector<FieldValue>>& records) override {
+        all_.createTable(path, fields, records);
+    }
+
+  private:
+    IFeatureWorkspaceFactory& all_;
+    bool failed_ = false;
+};
+
+TEST_F(UnfinishedMonths, RowsThatWereStoredBeforeAFailureAreNotAddedAgain) {
+    f.settings.RefETMethod = "4";
+    f.saveMonths(6, 7);
+    TablesThatFailLate late(f.application.platform().features());
+    f.application.platform().otherFeatures = &late;
+    EXPECT_TRUE(runNetIrrigation(f.application, f.settings));
+    f.application.platform().otherFeatures = nullptr;
+    EXPECT_EQ(f.tableRows("StatNIR").size(), 6U);
+    EXPECT_EQ(f.application.prompts().failures(), 1U);
+    EXPECT_THAT(f.allMessages(), HasSubstr("the disk does not answer"));
+}
+
 TEST_F(UnfinishedMonths, NoRowGoesIntoAnOldTable) {
     f.settings.RefETMethod = "4";
     f.saveMonths(6, 7);

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <regex>
+#include <sstream>
 
 #include "tests/faults/database_text.h"
 
@@ -52,6 +53,18 @@ std::string withExtension(const std::string& path, const char* extension) {
     return path.substr(0, path.rfind('.')) + extension;
 }
 
+// What a step made, without the numbers that mark its run and those before it.
+std::string withoutMarks(const std::string& bytes) {
+    std::istringstream lines(bytes);
+    std::string kept;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("run ")) continue;
+        kept += line.starts_with("used ") ? line.substr(0, line.find('=')) : line;
+        kept += '\n';
+    }
+    return kept;
+}
+
 }  // namespace
 
 Contents contentsOf(const std::string& folder) {
@@ -73,6 +86,7 @@ void copyFolder(const std::string& from, const std::string& to) {
 
 std::string comparable(const std::string& path, const std::string& bytes) {
     if (path.ends_with("velmora_runs.json")) return runNotes(bytes);
+    if (path.find("velmora_made_") != std::string::npos) return withoutMarks(bytes);
     if (path.ends_with(".html")) return withoutTimes(bytes);
     std::string masked = bytes;
     if (path.ends_with(".dbf") && bytes.size() > 4) masked.replace(1, 3, "day");
@@ -105,6 +119,9 @@ std::string datasetOf(const std::string& path, const Contents& all) {
     return path;
 }
 
-bool isUnfinished(const std::string& path) { return path.find(".velmora-") != std::string::npos; }
+bool isUnfinished(const std::string& path) {
+    return path.find(".velmora-unfinished-") != std::string::npos ||
+           path.find(".velmora-lock") != std::string::npos;
+}
 
 }  // namespace velmora::faults

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 
 #include "tests/faults/contents.h"
@@ -63,6 +64,7 @@ struct Tracing : testing::Test {
     test::TempFolder folder;
 
     void SetUp() override {
+        ::setenv("LC_ALL", "C", 1);  // dd's own words
         const std::string why = whyNoTracing(folder.path());
         if (!why.empty()) GTEST_SKIP() << why;
         test::write(folder.file("in"), "abcdefgh");

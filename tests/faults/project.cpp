@@ -34,7 +34,7 @@ std::vector<Part> parts(const std::string& share, const std::string& basin) {
             {"", {"grid", "copy", "IREF", "faef_500"}},
             {"irr", {"run", "irr"}},
             {"report", {"report"}},
-            {"irdb", {"irdb", "create", basin + "/made.mdb"}}};
+            {"irdb", {"irdb", "create", basin + "/made.mdb", "--replace-database"}}};
 }
 
 }  // namespace

@@ -185,7 +185,6 @@ class Trace {
     }
 
     std::string describe(const Registers& registers) const {
-        const std::string process = "/proc/" + std::to_string(process_);
         switch (registers.call()) {
             case SYS_open:
             case SYS_creat:
@@ -203,22 +202,26 @@ class Trace {
             case SYS_openat:
             case SYS_unlinkat:
             case SYS_mkdirat:
-            case SYS_newfstatat:
-            case SYS_statx:
                 return path(registers.argument(1));
+            case SYS_newfstatat:
+            case SYS_statx: {
+                const std::string named = path(registers.argument(1));
+                return named.empty() ? openFile(registers.argument(0)) : named;
+            }
             case SYS_mmap:
             case SYS_clone:
             case SYS_clone3:
                 return {};
-            default: {
-                std::array<char, 4096> target{};
-                const auto file = static_cast<int>(registers.argument(0));
-                const std::string link = process + "/fd/" + std::to_string(file);
-                const auto length = ::readlink(link.c_str(), target.data(), target.size());
-                return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length))
-                                  : "";
-            }
+            default:
+                return openFile(registers.argument(0));
         }
+    }
+    std::string openFile(unsigned long descriptor) const {
+        std::array<char, 4096> target{};
+        const std::string link = "/proc/" + std::to_string(process_) + "/fd/" +
+                                 std::to_string(static_cast<int>(descriptor));
+        const auto length = ::readlink(link.c_str(), target.data(), target.size());
+        return length > 0 ? std::string(target.data(), static_cast<std::size_t>(length)) : "";
     }
     std::string path(unsigned long address) const {
         const std::string memory = "/proc/" + std::to_string(process_) + "/mem";

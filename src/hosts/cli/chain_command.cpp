@@ -134,8 +134,8 @@ class Chain {
         gridCopy(session_, joinedPath(now.OutputWorkspace, from), to);
     }
 
-    // What the step would read though it is old: grids of earlier runs, and for the efficiencies the
-    // copy of an Access file that has changed.
+    // What the step would read though it is old: grids of earlier runs, and for the efficiencies
+    // the copy of an Access file that has changed.
     std::vector<std::string> oldInputsOf(const std::string& step, const RunSettings& now) {
         if (step != "eff") return oldInputs(platform_, now, step);
         const std::string database = irrigationDatabaseOf(now, options_.efficiency);

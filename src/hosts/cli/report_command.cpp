@@ -25,9 +25,16 @@ int report(const Session& session, const std::string& file) {
     const std::string path =
         file.empty() ? joinedPath(settings.OutputWorkspace, "report.html") : wholePath(file);
     const RunResults results = readResults(application.platform(), settings);
-    writeOutput(path, reportPage(application.platform(), results));
+    std::vector<std::string> missing;
+    for (const Finding& finding : results.findings) {  // of what the report itself stands on
+        if (finding.severity == Severity::error && finding.file == settings.OutputWorkspace) {
+            missing.push_back(findingLine(finding));
+        }
+    }
+    writeOutput(path, reportPage(application.platform(), results, &missing));
     sayDone(session, "The report is {}: open it in a browser\n", path);
-    return kDone;
+    for (const std::string& text : missing) application.prompts().reason(text);
+    return missing.empty() ? kDone : kFailed;
 }
 
 }  // namespace velmora::cli

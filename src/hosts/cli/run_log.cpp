@@ -44,12 +44,13 @@ bool isOf(const Json& entry, const std::string& step) {
 
 }  // namespace
 
-void noteRun(const IFileSystem& files, const std::string& settingsFolder, const StepRun& run) {
+std::string noteRun(const IFileSystem& files, const std::string& settingsFolder,
+                    const StepRun& run) {
     try {
         const std::string settings = defaultSettingsPath(settingsFolder);
-        if (!files.fileExists(settings)) return;
+        if (!files.fileExists(settings)) return {};
         const std::string folder = readSettings(files, settings).OutputWorkspace;
-        if (!files.folderExists(folder)) return;
+        if (!files.folderExists(folder)) return {};
         Json runs = Json::array();
         for (const Json& old : read(folder)) {
             if (!isOf(old, run.step)) runs.push_back(old);
@@ -62,8 +63,9 @@ void noteRun(const IFileSystem& files, const std::string& settingsFolder, const 
                         {"ended", now},
                         {"messages", run.messages}});
         writeOutput(pathIn(folder), runs.dump(2, ' ', false, Json::error_handler_t::replace));
-    } catch (const std::exception&) {
-        return;
+        return {};
+    } catch (const std::exception& e) {
+        return "The run is not noted for the report: " + std::string(e.what());
     }
 }
 

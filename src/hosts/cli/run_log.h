@@ -19,9 +19,10 @@ struct StepRun {
 };
 
 // Notes a run in the file "velmora_runs.json" of the settings' output folder, in the place of the
-// step's last one. A folder that cannot be written to, and settings that cannot be read, are
-// passed over: the run itself has said so.
-void noteRun(const IFileSystem& files, const std::string& settingsFolder, const StepRun& run);
+// step's last one. What kept it from being noted, "" for nothing; a run without settings or folder
+// has nowhere to be noted.
+std::string noteRun(const IFileSystem& files, const std::string& settingsFolder,
+                    const StepRun& run);
 
 // The noted runs, in the order in which they ended; none when there is no such file.
 std::vector<StepRun> notedRuns(const std::string& outputFolder);

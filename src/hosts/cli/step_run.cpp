@@ -120,7 +120,9 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
     result.made = application.document().paths();
     StepRun run{step, result.done, result.seconds, {}, {}};
     for (const Told& told : result.told) run.messages.push_back(told.text);
-    noteRun(application.platform().files(), session.settingsFolder, run);
+    const std::string unnoted =
+        noteRun(application.platform().files(), session.settingsFolder, run);
+    if (!unnoted.empty()) tellError(result, unnoted);
     return result;
 }
 

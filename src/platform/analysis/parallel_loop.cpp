@@ -57,7 +57,8 @@ int threadsToBeHad(int wanted) {
 }  // namespace
 
 int useThreads(int threads) {
-    static std::unique_ptr<tbb::global_control> limit;
+    // Never let go of at the end of the program: the library would make threads then, for nothing.
+    static auto& limit = *new std::unique_ptr<tbb::global_control>;
     limit.reset();
     const int wanted = threads > 0 ? threads : tbb::this_task_arena::max_concurrency();
     const int given = threadsToBeHad(wanted);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/features/ogr_table.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
@@ -82,7 +84,13 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
     }
 }
 
-bool OgrTable::takesEdits() const { return !attributeTable(path_).empty(); }
+// An edit makes a new file beside the table.
+bool OgrTable::takesEdits() const {
+    const std::string table = attributeTable(path_);
+    const std::string folder = parentFolderName(table);
+    return !table.empty() && ::access(table.c_str(), W_OK) == 0 &&
+           ::access(folder.empty() ? "." : folder.c_str(), W_OK) == 0;
+}
 
 // The next reading from the beginning takes these fields alone, and shapes if asked for.
 void OgrTable::readOnly(const std::vector<std::string>& wanted, bool geometry) const {

@@ -7,6 +7,7 @@
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "platform/features/vector_dataset.h"
 
 namespace velmora::platform {
 
@@ -28,6 +29,14 @@ class Memory {
     std::mutex mutex_;
     std::map<Key, Value> answers_;
 };
+
+// A database of coordinate systems that cannot be read makes other texts, or none.
+void requireDatabase(const GdalFailures& failures) {
+    if (failures.any()) {
+        throw PlatformError("The database of coordinate systems cannot be read: " +
+                            failures.first());
+    }
+}
 
 std::string exported(const OGRSpatialReference& system, const char* format) {
     char* text = nullptr;
@@ -77,18 +86,25 @@ bool sameCoordinateSystem(const std::string& a, const std::string& b) {
 
 std::string esriWkt(const std::string& crs) {
     static Memory<std::string, std::string> memory;
-    return memory.get(crs, [&] { return exported(spatialReference(crs), "WKT1_ESRI"); });
+    return memory.get(crs, [&] {
+        const GdalFailures failures;
+        std::string text = exported(spatialReference(crs), "WKT1_ESRI");
+        requireDatabase(failures);
+        return text;
+    });
 }
 
 std::string wktFromEsri(const std::string& text) {
     static Memory<std::string, std::string> memory;
     return memory.get(text, [&]() -> std::string {
+        const GdalFailures failures;
         OGRSpatialReference system;
         system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
         const char* lines[] = {text.c_str(), nullptr};
         if (system.importFromESRI(const_cast<char**>(lines)) != OGRERR_NONE) return {};
         // The ESRI form carries no code: the system of the database that means the same has one.
         const std::unique_ptr<OGRSpatialReference> known(system.FindBestMatch(90, "EPSG"));
+        requireDatabase(failures);
         return wktOf(known ? known.get() : &system);
     });
 }

@@ -338,11 +338,14 @@ std::string inputsSection(IPlatform& platform, const RunResults& results) {
            htmlTable({"Setting", "Value", "Meaning"}, others, 3) + "</details>\n";
 }
 
-std::string stationsSection(IPlatform& platform, const RunResults& results) {
+std::string stationsSection(IPlatform& platform, const RunResults& results,
+                            std::vector<std::string>* missing) {
     std::string html = heading("stations", "Weather stations");
     try {
         return html + stationMap(platform, results.settings);
     } catch (const PlatformError& e) {
+        if (missing)
+            missing->push_back("The report has no map of the stations: " + std::string(e.what()));
         return html + "<p class=\"error\">No map: " + escaped(e.what()) + "</p>\n";
     }
 }
@@ -409,7 +412,8 @@ std::string unitsSection(const RunSettings& settings) {
 
 }  // namespace
 
-std::string reportPage(IPlatform& platform, const RunResults& results) {
+std::string reportPage(IPlatform& platform, const RunResults& results,
+                       std::vector<std::string>* missing) {
     std::string html =
         "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
         "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
@@ -428,7 +432,7 @@ std::string reportPage(IPlatform& platform, const RunResults& results) {
     }
     html += "</nav>\n<main>\n";
     html += totalsSection(results) + chartsSection(results) + mapsSection(platform, results) +
-            tablesSection(results) + stationsSection(platform, results) +
+            tablesSection(results) + stationsSection(platform, results, missing) +
             inputsSection(platform, results) + messagesSection(results) +
             unitsSection(results.settings);
     return html + "</main></body></html>\n";
