@@ -57,7 +57,6 @@ TEST_F(RasterFormats, EachThatServesIsReadAndHasItsEnding) {
                                        {"SAGA", "b.sdat"},
                                        {"GSBG", "b.grd"},
                                        {"RST", "b.rst"},
-                                       {"GSAG", "c.grd"},
                                        {"GS7BG", "d.grd"},
                                        {"RRASTER", "e.grd"}}) {
         SCOPED_TRACE(driver);

@@ -35,10 +35,11 @@ bool hasRasterEnding(const std::string& path) {
     });
 }
 
+// Not Surfer's text form, whose reader takes the decimal mark of the locale.
 const char* const* rasterDrivers() {
-    static constexpr std::array<const char*, 18> kDrivers = {
-        "AIG",  "GTiff", "AAIGrid", "HFA",   "EHdr",    "ENVI", "USGSDEM",  "DTED",  "SRTMHGT",
-        "SAGA", "GSAG",  "GSBG",    "GS7BG", "RRASTER", "RST",  "PCRaster", nullptr, nullptr};
+    static constexpr std::array<const char*, 16> kDrivers = {
+        "AIG",     "GTiff", "AAIGrid", "HFA",   "EHdr",    "ENVI", "USGSDEM",  "DTED",
+        "SRTMHGT", "SAGA",  "GSBG",    "GS7BG", "RRASTER", "RST",  "PCRaster", nullptr};
     return kDrivers.data();
 }
 
