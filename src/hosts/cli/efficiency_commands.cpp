@@ -164,7 +164,7 @@ int withDialog(const Session& session, const EfficiencyOptions& options,
 EfficiencyMapResult makeMap(HeadlessApplication& application, Form& form) {
     form.control<CommandButton>("cmdEFMap").click();
     if (failed(form)) return {};
-    const EfficiencyMapResult result =
+    EfficiencyMapResult result =
         efficiencyMapResult(application.platform(), settingsOf(application).OutputWorkspace);
     tellDoubts(application.prompts(), IrrigationDatabase(application.platform(), databaseIn(form)));
     if (result.cells == 0) {

@@ -23,7 +23,7 @@ bool stays(const SettingsField& field, const Assignments& named) {
 }  // namespace
 
 RunSettings soundRecord(const std::string& path) {
-    const RunSettings settings = readSettings(platform::FileSystem(), path);
+    RunSettings settings = readSettings(platform::FileSystem(), path);
     try {
         requireRestorable(settings);
     } catch (const PlatformError& e) {

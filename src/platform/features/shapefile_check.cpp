@@ -103,7 +103,7 @@ std::string fileBeside(const std::string& path, const std::string& extension) {
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
     }
     for (const std::string& candidate : {extension, capitals}) {
-        const std::string beside = withoutExtension(path) + "." + candidate;
+        std::string beside = withoutExtension(path) + "." + candidate;
         if (fs::exists(beside)) return beside;
     }
     return {};

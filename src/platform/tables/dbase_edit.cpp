@@ -171,7 +171,7 @@ std::string attributeTable(const std::string& path) {
     if (sameIgnoringCase(fs::path(path).extension().string(), ".dbf")) return path;
     if (!sameIgnoringCase(fs::path(path).extension().string(), ".shp")) return {};
     for (const char* extension : {".dbf", ".DBF"}) {
-        const std::string beside = withoutExtension(path) + extension;
+        std::string beside = withoutExtension(path) + extension;
         if (fs::exists(beside)) return beside;
     }
     return {};

@@ -150,7 +150,7 @@ std::string encodedIn(const std::string& encoding, const std::string& text) {
 }
 
 std::string encodingForTexts(const std::string& path, const std::vector<std::string>& texts) {
-    const std::string encoding = dbaseEncoding(path);
+    std::string encoding = dbaseEncoding(path);
     const bool fit = std::ranges::all_of(
         texts, [&](const std::string& text) { return encodes(encoding, text); });
     if (fit) return encoding;
