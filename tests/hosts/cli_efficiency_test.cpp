@@ -44,6 +44,21 @@ TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
     EXPECT_TRUE(rows.at(3).at("IREF").is_null());  // water
 }
 
+TEST_F(ChainCommand, StopsBeforeAStepThatWouldReadWhatIsOld) {
+    ASSERT_EQ(run("run all --default-shares crop --cvef 0.9").status, 0);
+    ASSERT_EQ(run("run refet").status, 0);
+    const Outcome stopped = run("run all --from nir");
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_THAT(stopped.output, HasSubstr("note: The last run of crop ET read reference ET of an "
+                                          "earlier run than the last"));
+    EXPECT_THAT(stopped.output, HasSubstr("or say --use-old"));
+    EXPECT_THAT(stopped.output, HasSubstr("velmora run all --from nir\n"));
+    EXPECT_EQ(run("run nir").status, 0);  // a single step tells it and goes on
+    EXPECT_EQ(run("run all --from nir --use-old").status, 0);
+    EXPECT_EQ(run("run all --from cropet").status, 0);
+    EXPECT_EQ(run("run all --from nir").status, 0);
+}
+
 TEST_F(ChainCommand, StopsAtTheStepThatFailsAndGoesOnFromThere) {
     const Outcome stopped = run("run all");
     EXPECT_EQ(stopped.status, 1);
