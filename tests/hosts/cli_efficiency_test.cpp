@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "irrigation/irrigation_database.h"
 #include "settings/settings_file.h"
 #include "tests/support/command_fixture.h"
 
@@ -42,6 +43,17 @@ TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
     EXPECT_EQ(rows.at(1).at("Drip"), 0);
     EXPECT_NEAR(rows.at(1).at("IREF").get<double>(), 0.9 / (0.402 / 0.6 + 0.598 / 0.75), 1e-12);
     EXPECT_TRUE(rows.at(3).at("IREF").is_null());  // water
+}
+
+TEST_F(ChainCommand, TablesOfAnyNameAreCounted) {
+    ASSERT_EQ(run("irdb create").status, 0);
+    crops.application.platform()
+        .connections()
+        .open(irrigationConnection(folder + "/IrDB.mdb"))
+        ->execute("CREATE TABLE \"Notes [2031] \"\"own\"\"\" ([A] INTEGER)");
+    const Outcome info = run("irdb info");
+    EXPECT_EQ(info.status, 0) << info.told;
+    EXPECT_THAT(info.output, HasSubstr("0 rows  Notes [2031] \"own\"\n"));
 }
 
 TEST_F(ChainCommand, StopsBeforeAStepThatWouldReadWhatIsOld) {
