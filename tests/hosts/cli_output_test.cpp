@@ -72,6 +72,22 @@ TEST_F(Command, NoThreadToBeHadIsNoEnd) {
                 HasSubstr("note: the system gives 1 thread instead of 2"));
 }
 
+TEST_F(ChainCommand, TheHintAfterAFailureKeepsAllOptions) {
+    const std::string options =
+        " --cvef 0.9 --default-shares crop --overwrite-shares --diagnose --use-old";
+    const Outcome stopped =
+        run("--quiet --yes --threads 2 --no-sync run all "
+            "--from cropet --database 'my shares.mdb'" +
+            options);
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_THAT(stopped.told, HasSubstr("\n  velmora --quiet --yes --threads 2 --no-sync run all "
+                                        "--from cropet --database '" +
+                                        folder + "/my shares.mdb'" + options + "\n"));
+    EXPECT_THAT(run("--no --settings-folder other run all --only cropet").told,
+                HasSubstr("\n  velmora --settings-folder " + folder +
+                          "/other --no run all --only cropet\n"));
+}
+
 TEST_F(ChainCommand, JsonStandsAloneOnStandardOutput) {
     const Outcome step = run("--json run refet");
     EXPECT_EQ(step.status, 0) << step.output;

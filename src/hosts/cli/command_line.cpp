@@ -388,7 +388,8 @@ int CommandLine::runChosen() {
     if (yes_) session_.terminal.answer = true;
     if (no_) session_.terminal.answer = false;
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
-    if (noSync_) platform::setSyncing(false);
+    session_.sync = !noSync_;
+    platform::setSyncing(session_.sync);
     const int threads = platform::useThreads(session_.threads);
     if (session_.threads > threads) {
         tell("note: the system gives {} instead of {}\n", counted(threads, "thread"),
@@ -406,6 +407,7 @@ std::string repeatedOptions(const Session& session) {
     if (session.json) options += " --json";
     if (session.terminal.answer) options += *session.terminal.answer ? " --yes" : " --no";
     if (session.threads > 0) options += fmt::format(" --threads {}", session.threads);
+    if (!session.sync) options += " --no-sync";
     return options;
 }
 

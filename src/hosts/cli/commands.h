@@ -27,6 +27,7 @@ struct Session {
     TerminalOptions terminal;
     bool json = false;
     int threads = 0;
+    bool sync = true;  // what is written reaches the disk before a command ends
 };
 
 // The options that all subcommands share as another command line repeats them: " --json ...".
