@@ -3,17 +3,14 @@
 // they open would change it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "platform/files/file_system.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/command_fixture.h"
 
 namespace velmora {
 namespace {
@@ -22,25 +19,16 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
 
-struct SettingsCommands : testing::Test {
-    test::RunFixture fixture;
-    std::string folder = fixture.folder.path();
+struct SettingsCommands : test::Command {
     std::string settingsPath = folder + "/config/velmora/Zav.inf";
     platform::FileSystem files;
     std::string output;
 
-    // Runs the program with a home of its own; its status. Both outputs are kept together.
+    // Runs the program and keeps what it prints; its status.
     int run(const std::string& arguments) {
-        const std::string line = "cd '" + folder + "' && XDG_CONFIG_HOME='" + folder +
-                                 "/config' '" VELMORA_PROGRAM "' " + arguments + " 2>&1 </dev/null";
-        output.clear();
-        FILE* pipe = popen(line.c_str(), "r");
-        std::array<char, 4096> buffer{};
-        for (std::size_t n = 0; (n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
-            output.append(buffer.data(), n);
-        }
-        const int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128;
+        const test::Outcome outcome = Command::run(arguments);
+        output = outcome.output;
+        return outcome.status;
     }
     // A PRISM run with every field set, put into force.
     RunSettings store() {
