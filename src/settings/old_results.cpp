@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "gis/errors.h"
 #include "gis/grid.h"
@@ -94,7 +95,7 @@ class OldInputs {
 
   private:
     void lookAt(const Source& source) {
-        const auto run = lastRun(files_, settings_.OutputWorkspace, source.maker);
+        const auto run = lastRunOf(source.maker);
         if (!run) return;
         const std::string& title = kTitles.at(source.maker);
         std::vector<std::string> earlier;
@@ -113,7 +114,7 @@ class OldInputs {
             }
         }
         for (const auto& [step, used] : run->used) {
-            const auto last = lastRun(files_, settings_.OutputWorkspace, step);
+            const auto last = lastRunOf(step);
             if (last && last->run != used) {
                 tell("The last run of " + title + " read " + kTitles.at(step) +
                      " of an earlier run than the last");
@@ -121,8 +122,27 @@ class OldInputs {
         }
     }
 
-    // Times alone do not say it: whoever copies a folder may turn them round.
+    // The step's last run, nothing when none is noted or its note cannot be read, which is told.
+    std::optional<StepRecord> lastRunOf(const std::string& step) {
+        try {
+            return lastRun(files_, settings_.OutputWorkspace, step);
+        } catch (const PlatformError& e) {
+            tell(std::string(e.what()) + ": it cannot be told what the last run of " +
+                 kTitles.at(step) + " made; run that step again");
+            return std::nullopt;
+        }
+    }
+
     void lookAt(const Copy& copy) {
+        try {
+            compare(copy);
+        } catch (const PlatformError&) {
+            return;  // whoever reads the grid says so
+        }
+    }
+
+    // Times alone do not say it: whoever copies a folder may turn them round.
+    void compare(const Copy& copy) {
         if (!workspace_->exists(copy.made) || !workspace_->exists(copy.read)) return;
         const auto made = workspace_->openRasterDataset(copy.made);
         const auto read = workspace_->openRasterDataset(copy.read);
@@ -135,7 +155,12 @@ class OldInputs {
              " renews it");
     }
 
-    void tell(const std::string& sentence) { sentences_.push_back(sentence); }
+    // Each sentence once, though several grids may give it.
+    void tell(const std::string& sentence) {
+        if (std::ranges::find(sentences_, sentence) == sentences_.end()) {
+            sentences_.push_back(sentence);
+        }
+    }
 
     const IFileSystem& files_;
     const RunSettings& settings_;
@@ -147,11 +172,8 @@ class OldInputs {
 
 std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
                                    const std::string& step) {
-    try {
-        return OldInputs(platform, settings).of(step);
-    } catch (const PlatformError&) {
-        return {};
-    }
+    if (!platform.files().folderExists(settings.OutputWorkspace)) return {};
+    return OldInputs(platform, settings).of(step);
 }
 
 }  // namespace velmora

@@ -27,16 +27,16 @@ struct StepRecord {
 // no input of this run.
 std::map<std::string, std::string> recordedSettings(const RunSettings& settings);
 
-// The last run of a step, nothing when none is noted. Throws PlatformError when the note cannot be
-// read.
+// The last run of a step, nothing when none is noted. Throws PlatformError, which names the note's
+// file, when the note cannot be read or is damaged.
 std::optional<StepRecord> lastRun(const IFileSystem& files, const std::string& outputFolder,
                                   const std::string& step);
 
 // Notes a run while it goes on, so that a killed run leaves what it had made.
 class StepRecorder {
   public:
-    // Begins the note anew, with the last runs of the steps whose grids it reads. Throws
-    // PlatformError when the folder cannot be written to.
+    // Begins the note anew, with the last runs of the steps whose grids it reads ("unknown" where
+    // the note of one cannot be read). Throws PlatformError when the folder cannot be written to.
     StepRecorder(IFileSystem& files, const RunSettings& settings, const std::string& step,
                  const std::vector<std::string>& sources = {});
     void made(const std::string& grid);

@@ -8,7 +8,9 @@
 #include <chrono>
 #include <filesystem>
 
+#include "gis/errors.h"
 #include "irrigation/net_irrigation_run.h"
+#include "platform/files/file_system.h"
 #include "settings/input_check.h"
 #include "tests/support/irrigation_fixture.h"
 
@@ -125,6 +127,45 @@ TEST_F(OldResults, ACopyOlderThanAnotherSourceIsTold) {
     f.save("Kc_Jul", f.filled(1.0F));
     age("Kc_Jul", std::chrono::hours(-1));
     EXPECT_THAT(old("cropet"), IsEmpty());  // older, but the same
+}
+
+TEST_F(OldResults, ANoteThatCannotBeReadIsTold) {
+    ASSERT_TRUE(f.run());
+    f.save("Kc_Jun", f.filled(0.9F));
+    f.save("Kc_Jul", f.filled(0.9F));
+    const std::string note = f.folder.file("out/velmora_made_refet.txt");
+    test::write(note, "run 1\nset CellSize");
+    const std::string damaged = "The note " + note +
+                                " is damaged: it cannot be told what the last run of reference ET "
+                                "made; run that step again";
+    EXPECT_THAT(old("cropet"), ElementsAre(damaged));
+    f.application.prompts().notices.clear();
+    ASSERT_TRUE(f.runCropEt()) << f.allMessages();  // tells it and goes on
+    EXPECT_THAT(told(), ElementsAre(damaged));
+    EXPECT_THAT(old("nir"), ElementsAre(damaged));
+    ASSERT_TRUE(f.run());
+    EXPECT_THAT(old("nir"), ElementsAre("The last run of crop ET read reference ET of an earlier "
+                                        "run than the last"));
+
+    struct NoReading : platform::FileSystem {
+        std::string readBeginning(const std::string& path, std::size_t) const override {
+            throw PlatformError("Cannot read " + path + ": Input/output error");
+        }
+    } files;
+    f.application.platform().otherFiles = &files;
+    EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("velmora_made_refet.txt: Input/output error: "
+                                                     "it cannot be told what")));
+    f.application.platform().otherFiles = nullptr;
+}
+
+TEST_F(OldResults, AGridThatCannotBeReadHidesNothingElse) {
+    f.save("Kc_Jul_4", f.filled(1.0F));
+    f.save("Kc_Jun_4", f.filled(1.0F));
+    f.save("Kc_Jun", f.filled(0.5F));
+    f.save("Kc_Jul", f.filled(0.5F));
+    age("Kc_Jul", std::chrono::hours(-1));
+    test::write(f.folder.file("out/Kc_Jun/hdr.adf"), "short");
+    EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("Kc_Jul is older than Kc_Jul_4")));
 }
 
 TEST_F(OldResults, GridsWithoutANoteAreTheUsersOwn) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "gis/errors.h"
 #include "tests/support/fakes.h"
 
 namespace velmora {
@@ -53,6 +54,30 @@ TEST_F(StepRecords, NotesTheRunsThatItReads) {
     const auto used = lastRun(files, "/out", "cropet")->used;
     EXPECT_EQ(used.size(), 1U);  // Kc maps have no noted run
     EXPECT_EQ(used.at("refet"), lastRun(files, "/out", "refet")->run);
+}
+
+TEST_F(StepRecords, ADamagedNoteIsNoNote) {
+    StepRecorder(files, settings, "kc").made("Kc_Jun_2");
+    StepRecorder(files, settings, "cropet", {"kc"}).made("ET_Jun_2");
+    const std::string path = "/out/velmora_made_cropet.txt";
+    const std::string good = files.files.at(path);
+    ASSERT_TRUE(lastRun(files, "/out", "cropet"));
+    for (const std::string& text :
+         {std::string(), good.substr(0, good.size() - 1), good.substr(good.find('\n') + 1),
+          good + "made\n", good + "made \n", good + "set Year\n", good + "used kc\n",
+          good + "used nowhere=5\n", good + "else 5\n", good + good, std::string("\0\0\n", 3),
+          good + "made " + std::string(1'000'000, 'x') + "\n"}) {
+        files.files[path] = text;
+        EXPECT_THAT([&] { lastRun(files, "/out", "cropet"); },
+                    testing::ThrowsMessage<PlatformError>("The note " + path + " is damaged"))
+            << text.substr(0, 200);
+    }
+}
+
+TEST_F(StepRecords, ASourceWithADamagedNoteIsOfAnUnknownRun) {
+    files.files["/out/velmora_made_refet.txt"] = "run";
+    const StepRecorder crop(files, settings, "cropet", {"refet"});
+    EXPECT_EQ(lastRun(files, "/out", "cropet")->used.at("refet"), "unknown");
 }
 
 }  // namespace
