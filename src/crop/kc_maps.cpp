@@ -9,6 +9,7 @@
 #include "gis/month_names.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "gis/working_folder.h"
 #include "settings/modelling_extent.h"
 #include "settings/step_record.h"
 
@@ -50,7 +51,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
                                         landCover->crs());
     prompts.message("pre");
     prompts.message(settings.OutputWorkspace);
-    const auto lock = platform.files().lockFolder(settings.OutputWorkspace);
+    WorkingFolder folder(platform.files(), settings.OutputWorkspace);
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
     StepRecorder recorder(platform.files(), settings, "kc");
     prompts.message("post");
@@ -61,7 +62,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
                                     kcGridName(settings, month));
         recorder.made(kcGridName(settings, month));
     }
-    platform.files().settle(settings.OutputWorkspace);
+    folder.settle();
     prompts.message("Kc-Maps have been generated successfully");
 }
 

@@ -136,7 +136,8 @@ void GetIREF(IApplication& application, const RunSettings& settings,
     application.prompts().message("Ready to make EF map");
 }
 
-void makeEfficiencyGrid(IApplication& application, const RunSettings& settings) {
+void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
+                        WorkingFolder& folder) {
     IPlatform& platform = application.platform();
     const auto pieces = platform.features().openFeatureClass(piecesPath(settings));
     const auto layer = platform.memoryRelationships().openUnjoined(pieces);
@@ -149,7 +150,7 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings) 
     conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace,
                                 kEfficiency);
     recorder.made(kEfficiency);
-    platform.files().settle(settings.OutputWorkspace);
+    folder.settle();
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");
 }

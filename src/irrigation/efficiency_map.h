@@ -7,6 +7,7 @@
 
 #include "gis/application.h"
 #include "gis/controls.h"
+#include "gis/working_folder.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -22,7 +23,8 @@ void GetIREF(IApplication& application, const RunSettings& settings,
              const std::string& databasePath, ProgressBar& progress);
 
 // Makes the grid "IREF" of the pieces whose efficiency is not 0, on cells of the settings' size
-// over the extent of the pieces. Throws PlatformError.
-void makeEfficiencyGrid(IApplication& application, const RunSettings& settings);
+// over the extent of the pieces, and settles the output folder. Throws PlatformError.
+void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
+                        WorkingFolder& folder);
 
 }  // namespace velmora

@@ -200,10 +200,10 @@ void frmEfficiency::calculate() {
 void frmEfficiency::makeMap() {
     setBusy(true);
     try {
-        const auto lock = platform().files().lockFolder(settings().OutputWorkspace);
+        WorkingFolder folder(platform().files(), settings().OutputWorkspace);
         if (GetLuIntersected(application(), settings())) {
             GetIREF(application(), settings(), databasePath_, PBar1);
-            makeEfficiencyGrid(application(), settings());
+            makeEfficiencyGrid(application(), settings(), folder);
         } else {
             fail();
         }

@@ -52,7 +52,7 @@ void PrecipitationRun::openOutputWorkspace() {
         }
         files.createFolder(folder);
     }
-    lock_ = files.lockFolder(folder);
+    folder_.emplace(files, folder);
     workspace_ = platform_.rasters().openFromFolder(folder);
 }
 
@@ -83,7 +83,7 @@ void PrecipitationRun::prepare() {
 void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     for (const int month : settings_.months()) (this->*make)(month);
     stations_->storeWorkingField(application_.prompts());
-    platform_.files().settle(settings_.OutputWorkspace);
+    folder_->settle();
 }
 
 void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "gis/working_folder.h"
 #include "settings/run_settings.h"
 #include "settings/step_record.h"
 #include "settings/surface_diagnostics.h"
@@ -60,7 +61,7 @@ class PrecipitationRun {
     IApplication& application_;
     IPlatform& platform_;
     const RunSettings& settings_;
-    std::unique_ptr<IFolderLock> lock_;
+    std::optional<WorkingFolder> folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::optional<StepRecorder> recorder_;
     GridGeometry geometry_;

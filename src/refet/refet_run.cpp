@@ -60,7 +60,7 @@ bool ReferenceEtRun::run() {
     runStatus_ = true;
     runSteps();
     storeCells();
-    lock_.reset();
+    folder_.reset();
     return runStatus_;
 }
 
@@ -113,7 +113,7 @@ void ReferenceEtRun::SetupWorkDatabase() {
             throw PlatformError("\"" + settings_.RefETMethod +
                                 "\" is no reference ET method: choose 1 to 6");
         }
-        lock_ = platform_.files().lockFolder(settings_.OutputWorkspace);
+        folder_.emplace(platform_.files(), settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
         recorder_.emplace(platform_.files(), settings_, "refet");
         createWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"));
@@ -204,9 +204,7 @@ void ReferenceEtRun::GetParameters() {
 
 // Nothing is said to be done before it has reached the disk.
 void ReferenceEtRun::settle() {
-    runStatus_ = runStatus_ && velmora::trapped(application_.prompts(), [&] {
-                     platform_.files().settle(settings_.OutputWorkspace);
-                 });
+    runStatus_ = runStatus_ && velmora::trapped(application_.prompts(), [&] { folder_->settle(); });
 }
 
 bool ReferenceEtRun::hasGrid(const std::string& prefix, int month) const {
@@ -331,7 +329,7 @@ void ReferenceEtRun::GridReadOut(const std::string& label) {
 
 // The work database shows the cells as the run left them, after a failure too.
 void ReferenceEtRun::storeCells() {
-    if (!lock_ || cells_.rowCount() == 0 || cellsStored_) return;
+    if (!folder_ || cells_.rowCount() == 0 || cellsStored_) return;
     cellsStored_ = true;
     trapped("SetupWorkDatabase", [&] {
         storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), cells_);

@@ -10,6 +10,7 @@
 
 #include "gis/application.h"
 #include "gis/progress.h"
+#include "gis/working_folder.h"
 #include "refet/cell_table.h"
 #include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
@@ -61,7 +62,7 @@ class ReferenceEtRun {
     IProgressMonitor& monitor_;
     int year_;
     bool& runStatus_;
-    std::unique_ptr<IFolderLock> lock_;
+    std::optional<WorkingFolder> folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::optional<StepRecorder> recorder_;
     GridGeometry geometry_;

@@ -19,7 +19,7 @@ ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& s
       step_(std::move(step)),
       table_(std::move(table)),
       sources_(std::move(sources)),
-      lock_(application.platform().files().lockFolder(settings.OutputWorkspace)),
+      folder_(application.platform().files(), settings.OutputWorkspace),
       workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
     for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
         application.prompts().notice(old);
@@ -59,7 +59,7 @@ void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
 }
 
 void ZonalGridSeries::showTable() {
-    application_.platform().files().settle(settings_.OutputWorkspace);
+    folder_.settle();
     if (!tableMade_) {
         application_.prompts().failure("Error in opening table");
         return;

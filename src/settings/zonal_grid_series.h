@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "gis/working_folder.h"
 #include "settings/run_settings.h"
 #include "settings/step_record.h"
 
@@ -44,7 +45,7 @@ class ZonalGridSeries {
     std::string table_;
     std::vector<std::string> sources_;
     bool tableMade_ = false;
-    std::unique_ptr<IFolderLock> lock_;
+    WorkingFolder folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::optional<StepRecorder> recorder_;
 };

@@ -40,6 +40,25 @@ TEST_F(RefEtFailures, MissingDem) {
     expectNothingUnfinished();
 }
 
+TEST_F(RefEtFailures, WhatAFailedRunHasMadeIsSettled) {
+    f.makeWeather(RunFixture::stations(),
+                  [](const std::string& p, const Station& s, int m) -> FieldValue {
+                      if (p == "TM_" && m == 7) return FieldValue();
+                      return RunFixture::usualWeather(p, s, m);
+                  });
+    struct SettledFiles : platform::FileSystem {
+        void settle(const std::string& folder) override {
+            sizes.push_back(std::filesystem::file_size(folder + "/GridOP.mdb"));
+        }
+        std::vector<std::uintmax_t> sizes;
+    } files;
+    f.application.platform().otherFiles = &files;
+    failed();
+    f.application.platform().otherFiles = nullptr;
+    ASSERT_EQ(files.sizes.size(), 1U);
+    EXPECT_GT(files.sizes.front(), 8U * 2U * static_cast<std::uintmax_t>(f.geometry().cells()));
+}
+
 TEST_F(RefEtFailures, StationsWithoutElevation) {
     f.application.platform().features().createFeatureClass(
         f.folder.file("stations.shp"), false, f.geometry().crs,

@@ -5,6 +5,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "gis/working_folder.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/grid_picture.h"
 #include "hosts/cli/grid_statistics.h"
@@ -125,9 +126,9 @@ int gridCopy(const Session& session, const std::string& from, const std::string&
         isName(to) ? parentFolderName(std::filesystem::absolute(source->path()).string())
                    : parentFolderName(std::filesystem::absolute(to).string());
     const auto workspace = platform.rasters().openFromFolder(folder);
-    const auto lock = platform.files().lockFolder(folder);
+    WorkingFolder working(platform.files(), folder);
     workspace->save(std::array{RasterToSave{fileName(to), source->createDefaultRaster(), "GRID"}});
-    platform.files().settle(folder);
+    working.settle();
     sayDone(session, "{} is copied to {}\n", source->path(), joinedPath(folder, fileName(to)));
     return kDone;
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "gis/month_names.h"
+#include "gis/working_folder.h"
 
 namespace velmora {
 
@@ -20,10 +21,10 @@ std::vector<StepName> namesForIrrigationRequirement() { return {{"IREF", "faef_5
 
 void copyToName(IPlatform& platform, const std::string& folder, const StepName& name) {
     const auto workspace = platform.rasters().openFromFolder(folder);
-    const auto lock = platform.files().lockFolder(folder);
+    WorkingFolder working(platform.files(), folder);
     const auto source = workspace->openRasterDataset(name.made);
     workspace->save(std::array{RasterToSave{name.read, source->createDefaultRaster(), "GRID"}});
-    platform.files().settle(folder);
+    working.settle();
 }
 
 }  // namespace velmora
