@@ -37,6 +37,8 @@ class IRasterDataset {
     virtual float noDataValue() const = 0;
     // When its values were written, nanoseconds of the file system's clock. Throws PlatformError.
     virtual std::int64_t modified() const = 0;
+    // The raster files that its name could stand for too, but that are passed over: full paths.
+    virtual std::vector<std::string> passedOver() const = 0;
     virtual void remove() = 0;  // deletes the dataset
 };
 

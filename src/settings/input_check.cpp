@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,6 +22,7 @@
 #include "settings/precipitation_check.h"
 #include "settings/settings_fields.h"
 #include "settings/station_check.h"
+#include "settings/step_inputs.h"
 #include "settings/type_check.h"
 
 namespace velmora {
@@ -43,7 +45,7 @@ class InputCheck {
         appendFindings(checkStations(platform_, settings_, geometry_));
         appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
-        checkOldResults();
+        checkStepInputs();
         // That such a path does not exist has been told, with the reason.
         std::erase_if(findings_, [&](const Finding& finding) {
             return std::find(lost_.begin(), lost_.end(), finding.file) != lost_.end();
@@ -104,13 +106,16 @@ class InputCheck {
             "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
     }
 
-    // Grids of earlier runs that a step would read.
-    void checkOldResults() {
+    // Grids of earlier runs that a step would read, and files that it would pass over.
+    void checkStepInputs() {
         std::set<std::string> told;
         for (const char* step : {"cropet", "nir", "irr"}) {
-            for (const std::string& old : oldInputs(platform_, settings_, step)) {
-                if (told.insert(old).second) {
-                    add(Severity::warning, settings_.OutputWorkspace, old);
+            auto texts = oldInputs(platform_, settings_, step);
+            std::ranges::move(passedOverInputs(platform_, settings_, step),
+                              std::back_inserter(texts));
+            for (const std::string& text : texts) {
+                if (told.insert(text).second) {
+                    add(Severity::warning, settings_.OutputWorkspace, text);
                 }
             }
         }

@@ -6,78 +6,20 @@
 #include <optional>
 
 #include "gis/errors.h"
-#include "gis/grid.h"
-#include "gis/month_names.h"
+#include "gis/raster_compare.h"
 #include "gis/text.h"
+#include "settings/step_inputs.h"
 #include "settings/step_record.h"
 
 namespace velmora {
 
 namespace {
 
-// The grids of one maker that a step reads.
-struct Source {
-    std::string maker;
-    std::vector<std::string> grids;
-};
-
-// A grid that is read under another name than the one under which it was made.
-struct Copy {
-    std::string made;
-    std::string read;
-};
-
-struct Inputs {
-    std::vector<Source> sources;
-    std::vector<Copy> copies;
-};
-
 const std::map<std::string, std::string> kTitles = {{"refet", "reference ET"},
                                                     {"kc", "the Kc maps"},
                                                     {"cropet", "crop ET"},
                                                     {"ppt", "precipitation"},
                                                     {"eff", "the efficiency map"}};
-
-std::vector<std::string> monthly(const RunSettings& settings, const std::string& prefix,
-                                 const std::string& tag) {
-    std::vector<std::string> names;
-    for (const int month : settings.months()) names.push_back(prefix + GetMonthName(month) + tag);
-    return names;
-}
-
-Inputs inputsOf(const RunSettings& settings, const std::string& step) {
-    Inputs inputs;
-    const std::string tag = settings.methodTag();
-    if (step == "cropet") {
-        inputs.sources = {{"refet", monthly(settings, "RefET_", tag)},
-                          {"kc", monthly(settings, "Kc_", tag)}};
-        for (const std::string& made : inputs.sources.back().grids) {
-            inputs.copies.push_back({made, made.substr(0, made.size() - tag.size())});
-        }
-    }
-    if (step == "nir" || step == "irr") {
-        inputs.sources = {{"cropet", monthly(settings, "ET_", tag)},
-                          {"ppt", monthly(settings, "PPT_", "")}};
-    }
-    if (step == "irr") {
-        inputs.sources.push_back({"eff", {"IREF"}});
-        inputs.copies.push_back({"IREF", "faef_500"});
-    }
-    return inputs;
-}
-
-bool sameValues(const IRaster& a, const IRaster& b) {
-    const GridGeometry& cells = a.geometry();
-    if (!cells.sameCells(b.geometry())) return false;
-    std::vector<float> ours(static_cast<std::size_t>(cells.columns));
-    std::vector<float> theirs(ours.size());
-    for (int row = 0; row < cells.rows; ++row) {
-        a.read({0, row, cells.columns, 1}, ours);
-        b.read({0, row, cells.columns, 1}, theirs);
-        if (ours != theirs) return false;
-    }
-    return true;
-}
 
 class OldInputs {
   public:
@@ -87,14 +29,14 @@ class OldInputs {
           workspace_(platform.rasters().openFromFolder(settings.OutputWorkspace)) {}
 
     std::vector<std::string> of(const std::string& step) {
-        const Inputs inputs = inputsOf(settings_, step);
-        for (const Source& source : inputs.sources) lookAt(source);
-        for (const Copy& copy : inputs.copies) lookAt(copy);
+        const StepInputs inputs = inputsOf(settings_, step);
+        for (const StepInputs::Source& source : inputs.sources) lookAt(source);
+        for (const StepInputs::Copy& copy : inputs.copies) lookAt(copy);
         return sentences_;
     }
 
   private:
-    void lookAt(const Source& source) {
+    void lookAt(const StepInputs::Source& source) {
         const auto run = lastRunOf(source.maker);
         if (!run) return;
         const std::string& title = kTitles.at(source.maker);
@@ -133,7 +75,7 @@ class OldInputs {
         }
     }
 
-    void lookAt(const Copy& copy) {
+    void lookAt(const StepInputs::Copy& copy) {
         try {
             compare(copy);
         } catch (const PlatformError&) {
@@ -142,7 +84,7 @@ class OldInputs {
     }
 
     // Times alone do not say it: whoever copies a folder may turn them round.
-    void compare(const Copy& copy) {
+    void compare(const StepInputs::Copy& copy) {
         if (!workspace_->exists(copy.made) || !workspace_->exists(copy.read)) return;
         const auto made = workspace_->openRasterDataset(copy.made);
         const auto read = workspace_->openRasterDataset(copy.read);

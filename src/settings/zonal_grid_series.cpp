@@ -8,6 +8,7 @@
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "settings/old_results.h"
+#include "settings/step_inputs.h"
 
 namespace velmora {
 
@@ -23,6 +24,9 @@ ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& s
       workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
     for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
         application.prompts().notice(old);
+    }
+    for (const std::string& text : passedOverInputs(application.platform(), settings, step_)) {
+        application.prompts().notice(text);
     }
 }
 

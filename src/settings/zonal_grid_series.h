@@ -18,7 +18,8 @@ namespace velmora {
 // while it lives.
 class ZonalGridSeries {
   public:
-    // Opens the output folder and tells what is old among the grids that the step would read.
+    // Opens the output folder and tells what is old among the grids that the step would read, and
+    // which raster files of their names it passes over.
     // `step` is the name under which its runs are noted, `table` the table's name, `sources` the
     // steps whose grids it reads. Throws PlatformError.
     ZonalGridSeries(IApplication& application, const RunSettings& settings, std::string step,

@@ -9,8 +9,10 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "irrigation/irrigation_requirement_run.h"
 #include "irrigation/net_irrigation_run.h"
 #include "platform/files/file_system.h"
+#include "platform/grid/gdal_raster.h"
 #include "settings/input_check.h"
 #include "tests/support/irrigation_fixture.h"
 
@@ -166,6 +168,33 @@ TEST_F(OldResults, AGridThatCannotBeReadHidesNothingElse) {
     age("Kc_Jul", std::chrono::hours(-1));
     test::write(f.folder.file("out/Kc_Jun/hdr.adf"), "short");
     EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("Kc_Jul is older than Kc_Jul_4")));
+}
+
+TEST_F(OldResults, ARasterFileBesideTheGridThatIsReadIsTold) {
+    f.settings.RefETMethod = "4";
+    f.saveMonths(6, 7);
+    f.save("faef_500", f.filled(0.8F));
+    const std::string grid = f.folder.file("out/faef_500");
+    platform::exportGeoTiff(*f.filled(0.8F), grid + ".tif");
+    const auto run = [&] {
+        f.application.prompts().notices.clear();
+        EXPECT_TRUE(runIrrigationRequirement(f.application, f.settings)) << f.allMessages();
+        return told();
+    };
+    EXPECT_THAT(run(), IsEmpty());  // the same values
+    platform::exportGeoTiff(*f.filled(0.5F), grid + ".tif");
+    const std::string text = grid + " is read, and not " + grid +
+                             ".tif of the same name, which differs from it: delete or rename the "
+                             "one that is not meant";
+    EXPECT_THAT(run(), ElementsAre(text));
+    EXPECT_THAT(old("irr"), IsEmpty());  // no reason to stop
+    int found = 0;
+    for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
+        found += finding.text == text && finding.severity == Severity::warning;
+    }
+    EXPECT_EQ(found, 1);
+    std::filesystem::remove_all(grid);
+    EXPECT_THAT(run(), IsEmpty());  // the file alone is read
 }
 
 TEST_F(OldResults, GridsWithoutANoteAreTheUsersOwn) {

@@ -26,12 +26,9 @@ bool isGridFolder(const fs::path& path) {
     return fs::is_regular_file(path / "hdr.adf", error);
 }
 
-// The datasets that a path may mean: the grid folder or file of that very name, else the raster
-// files of that name plus an ending, in order of name.
-std::vector<fs::path> candidates(const std::string& path) {
+// The raster files of that name plus an ending, in order of name.
+std::vector<fs::path> filesOfName(const fs::path& exact) {
     std::error_code error;
-    const fs::path exact(path);
-    if (isGridFolder(exact) || fs::is_regular_file(exact, error)) return {exact};
     const fs::path folder = exact.has_parent_path() ? exact.parent_path() : fs::path(".");
     std::vector<fs::path> found;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
@@ -44,6 +41,15 @@ std::vector<fs::path> candidates(const std::string& path) {
     return found;
 }
 
+// The datasets that a path may mean: the grid folder or file of that very name, else the raster
+// files of that name plus an ending.
+std::vector<fs::path> candidates(const std::string& path) {
+    std::error_code error;
+    const fs::path exact(path);
+    if (isGridFolder(exact) || fs::is_regular_file(exact, error)) return {exact};
+    return filesOfName(exact);
+}
+
 // What other programs put beside a dataset to describe its values; it goes with them.
 void removeDescriptions(const std::string& dataset) {
     for (const char* extension : {".aux.xml", ".ovr"}) removeTree(dataset + extension);
@@ -51,7 +57,10 @@ void removeDescriptions(const std::string& dataset) {
 
 class Dataset : public IRasterDataset {
   public:
-    explicit Dataset(fs::path path) : path_(std::move(path)) { raster_ = open(path_.string()); }
+    // Of the path that was asked for, which may lack the file's ending.
+    Dataset(fs::path path, fs::path asked) : path_(std::move(path)), asked_(std::move(asked)) {
+        raster_ = open(path_.string());
+    }
 
     std::string path() const override { return path_.string(); }
     RasterPtr createDefaultRaster() const override { return raster_; }
@@ -63,6 +72,15 @@ class Dataset : public IRasterDataset {
         if (error) throw PlatformError("Cannot look at " + path() + ": " + error.message());
         return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch())
             .count();
+    }
+    std::vector<std::string> passedOver() const override {
+        std::error_code error;
+        if (fs::is_regular_file(asked_, error)) return {};
+        std::vector<std::string> paths;
+        for (const fs::path& file : filesOfName(asked_)) {
+            if (file != path_) paths.push_back(file.string());
+        }
+        return paths;
     }
     void remove() override {
         raster_.reset();
@@ -79,6 +97,7 @@ class Dataset : public IRasterDataset {
     }
 
     fs::path path_;
+    fs::path asked_;
     RasterPtr raster_;
 };
 
@@ -90,7 +109,7 @@ std::unique_ptr<IRasterDataset> openDataset(const std::string& path) {
     bool first = true;
     for (const fs::path& candidate : candidates(path)) {
         try {
-            return std::make_unique<Dataset>(candidate);
+            return std::make_unique<Dataset>(candidate, path);
         } catch (const PlatformError& e) {
             if (std::exchange(first, false)) failure = e.what();
         }
