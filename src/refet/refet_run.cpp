@@ -199,7 +199,25 @@ void ReferenceEtRun::GetParameters() {
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         [this](const std::string& line) { show(line); });
         surfaces_->storeWorkingField(application_.prompts());
+        if (settings_.needsFullWeather()) tellEstimates();
     });
+}
+
+// Which quantities the weather table lacks, or the settings take as missing, in which months.
+void ReferenceEtRun::tellEstimates() {
+    for (const auto& [prefix, name, source] :
+         {std::array{"TD_", "dew point", "minimum temperatures and Ko"},
+          {"SR_", "solar radiation", "the daily range of temperature and Ks"},
+          {"WS_", "wind speed", "EstimatedWindSpeed"}}) {
+        std::vector<std::string> months;
+        for (const int month : settings_.months()) {
+            if (!hasGrid(prefix, month)) months.push_back(GetMonthName(month));
+        }
+        if (months.empty()) continue;
+        application_.prompts().notice("The run has no " + std::string(name) + " (" + prefix +
+                                      "...) for " + joinedNames(months) +
+                                      ": it is estimated from " + source);
+    }
 }
 
 // Nothing is said to be done before it has reached the disk.

@@ -52,6 +52,7 @@ class ReferenceEtRun {
     void trapped(const char* procedure, Body body);
     void show(const std::string& text) { monitor_.setMessage(text); }
     RasterPtr weatherGrid(const std::string& prefix, int month);
+    void tellEstimates();
     bool hasGrid(const std::string& prefix, int month) const;
     void storeCells();
     void settle();

@@ -69,6 +69,16 @@ std::string mismatch(const Quantity& quantity, bool flag, const std::vector<std:
 
 }  // namespace
 
+std::vector<std::string> fieldsInOtherCase(const std::vector<std::string>& names) {
+    std::vector<std::string> texts;
+    for (const Quantity& quantity : kQuantities) {
+        const std::string text =
+            mismatch(quantity, holdsParameter(names, quantity.parameter), names);
+        if (!text.empty()) texts.push_back(text);
+    }
+    return texts;
+}
+
 std::vector<Finding> checkFlags(const ITable& weather, const RunSettings& settings) {
     const auto names = fieldNames(weather);
     std::vector<Finding> findings;

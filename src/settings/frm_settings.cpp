@@ -9,6 +9,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "settings/flag_check.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
@@ -299,6 +300,9 @@ void frmSettings::inspectWeather() {
             const bool held = holdsParameter(names, static_cast<WeatherParameter>(i));
             boxes[i]->setValue(held);
             if (!held) boxes[i]->setEnabled(false);
+        }
+        for (const std::string& text : fieldsInOtherCase(names)) {
+            application_.prompts().notice(txtWeatherData.text() + ": " + text);
         }
     } catch (const PlatformError& e) {  // the boxes stay as they are
         application_.prompts().notice("The weather table " + txtWeatherData.text() +

@@ -59,6 +59,24 @@ TEST_F(RefEtFailures, WhatAFailedRunHasMadeIsSettled) {
     EXPECT_GT(files.sizes.front(), 8U * 2U * static_cast<std::uintmax_t>(f.geometry().cells()));
 }
 
+TEST_F(RefEtFailures, WhatTheRunEstimatesIsToldOnce) {
+    f.settings.RefETMethod = "2";
+    f.settings.HasTdew = f.settings.HasSR = f.settings.HasWS = true;
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    EXPECT_THAT(f.application.prompts().notices, testing::IsEmpty());
+    f.settings.HasTdew = f.settings.HasSR = false;
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    EXPECT_THAT(f.application.prompts().notices,
+                testing::ElementsAre("The run has no dew point (TD_...) for Jun, Jul: it is "
+                                     "estimated from minimum temperatures and Ko",
+                                     "The run has no solar radiation (SR_...) for Jun, Jul: it is "
+                                     "estimated from the daily range of temperature and Ks"));
+    f.application.prompts().notices.clear();
+    f.settings.RefETMethod = "4";
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    EXPECT_THAT(f.application.prompts().notices, testing::IsEmpty());
+}
+
 TEST_F(RefEtFailures, StationsWithoutElevation) {
     f.application.platform().features().createFeatureClass(
         f.folder.file("stations.shp"), false, f.geometry().crs,

@@ -317,6 +317,22 @@ TEST_F(FrmSettings, TheWeatherBrowserInspectsAlsoAfterACancel) {
     EXPECT_EQ(application.messages().size(), 2U);
 }
 
+TEST_F(FrmSettings, FieldsInSmallLettersAreTold) {
+    application.platform().features().createTable(fixture.folder.file("small.dbf"),
+                                                  {{"STN", FieldType::text, 20, 0},
+                                                   {"TM_Jan", FieldType::number, 8, 2},
+                                                   {"td_Jan", FieldType::number, 8, 2}},
+                                                  {{std::string("S1"), 20.0, 10.0}});
+    form.load();
+    application.prompts().notices.clear();
+    form.txtWeatherData.enter(fixture.folder.file("small.dbf"));
+    EXPECT_FALSE(form.chkTdew.value());
+    EXPECT_EQ(application.prompts().notices,
+              std::vector{fixture.folder.file("small.dbf") +
+                          ": the table has td_Jan, but the settings take dew point as missing: "
+                          "spell the names of its fields with TD_ in capitals"});
+}
+
 TEST_F(FrmSettings, ChoosingTheExtentProposesACellSize) {
     form.load();
     fixture.makeDomain({400000, 4500000, 425030, 4510000}, fixture.geometry().crs);
