@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -195,7 +197,12 @@ TEST_F(Efficiencies, LandIsDeclaredNotIrrigated) {
     EXPECT_EQ(rows("West").at(1).at("IREF"), 0);  // is as entered as a share is
     const Outcome map = run("eff map");
     EXPECT_THAT(map.told, HasSubstr("have no efficiency, and so no irrigation requirement"));
-    EXPECT_THAT(map.told, HasSubstr("Barley ("));
+    EXPECT_THAT(map.told, testing::ContainsRegex("Barley \\([0-9]+, [0-9]+\\.[0-9] acres\\)"));
+    const auto land = crops.application.platform().features().openFeatureClass(
+        folder + "/out/Lu_Intersected.shp");
+    double acres = 0;
+    for (const double area : land->areas()) acres += area / 4047;
+    EXPECT_THAT(map.told, HasSubstr(fmt::format(" acres of {:.1f} acres: ", acres)));
     EXPECT_EQ(run("eff set West Barley Drip=1 --not-irrigated").status, 2);
 }
 

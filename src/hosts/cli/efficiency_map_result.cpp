@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "gis/text.h"
+#include "gis/zonal_tables.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/grid_statistics.h"
 #include "settings/irrigation_inputs.h"
@@ -13,29 +14,45 @@ namespace velmora::cli {
 
 namespace {
 
+struct Land {
+    long long pieces = 0;
+    double squareMetres = 0;
+    void add(double area) {
+        ++pieces;
+        squareMetres += area;
+    }
+    std::string acres() const {
+        return fmt::format("{:.1f} acres", squareMetres / kSquareMetresPerAcre);
+    }
+};
+
 // The pieces that fall out of the map, by crop: for ever where they are not irrigated, by mistake
 // where their zone or crop has no row.
 std::string bareLand(IPlatform& platform, const std::string& outputFolder) {
     const auto pieces =
-        platform.features().openTable(joinedPath(outputFolder, "Lu_Intersected.dbf"));
-    std::map<std::string, long long> byCrop;
-    long long bare = 0;
+        platform.features().openFeatureClass(joinedPath(outputFolder, "Lu_Intersected"));
+    const std::vector<double> areas = pieces->areas();
+    std::map<std::string, Land> byCrop;
+    Land all;
+    Land bare;
     for (std::size_t r = 0; r < pieces->recordCount(); ++r) {
+        all.add(areas.at(r));
         const FieldValue efficiency = pieces->value(r, "IREF");
         const auto* number = std::get_if<double>(&efficiency);
         if (number && *number != 0) continue;
-        ++bare;
-        ++byCrop[keyText(pieces->value(r, kCropField))];
+        bare.add(areas.at(r));
+        byCrop[keyText(pieces->value(r, kCropField))].add(areas.at(r));
     }
-    if (bare == 0) return {};
+    if (bare.pieces == 0) return {};
     std::vector<std::string> crops;
-    for (const auto& [crop, count] : byCrop) {
-        crops.push_back((crop.empty() ? "no crop type" : crop) + " (" + std::to_string(count) +
-                        ")");
+    for (const auto& [crop, land] : byCrop) {
+        crops.push_back(fmt::format("{} ({}, {})", crop.empty() ? "no crop type" : crop,
+                                    land.pieces, land.acres()));
     }
     return fmt::format(
-        "{} of {} of crop and zone have no efficiency, and so no irrigation requirement: {}", bare,
-        counted(static_cast<long long>(pieces->recordCount()), "piece"), joinedNames(crops));
+        "{} of {} of crop and zone have no efficiency, and so no irrigation requirement: {} of "
+        "{}: {}",
+        bare.pieces, counted(all.pieces, "piece"), bare.acres(), all.acres(), joinedNames(crops));
 }
 
 }  // namespace

@@ -14,8 +14,7 @@ struct EfficiencyMapResult {
     std::int64_t cells = 0;  // with an efficiency
     double minimum = 0;
     double maximum = 0;
-    std::string
-        bare;  // how many pieces of land have no efficiency, and of which crops; "" for none
+    std::string bare;  // how many pieces and acres of land have no efficiency, by crop; "" for none
 };
 
 // Of the grid IREF and the pieces Lu_Intersected of the output folder. Throws PlatformError.
