@@ -13,6 +13,7 @@
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
 #include "platform/tables/dbase_encoding.h"
+#include "platform/tables/dbase_utf8.h"
 
 namespace velmora::platform {
 
@@ -23,7 +24,6 @@ namespace {
 constexpr std::size_t kDescriptorBytes = 32;
 constexpr int kNumberWidth = 24;  // a sign, 17 digits, the point and an exponent's worth of zeros
 constexpr int kNumberDecimals = 15;
-constexpr std::size_t kLargestFile = 2147483648UL;
 
 struct DbaseField {
     std::string name;
@@ -275,17 +275,46 @@ void DbaseEdit::write(const std::string& unfinished, const std::string& bytes) {
     writeWholeFile(unfinished, bytes);
 }
 
+std::string DbaseEdit::inUtf8(const std::string& before, const std::string& encoding) const {
+    return platform::inUtf8(before, encoding, target_);
+}
+
 void DbaseEdit::save() {
-    const std::string encoding = encodingForTexts(target_, newTexts());
-    const std::string before = readWholeFile(target_, kLargestFile);
-    const std::string after = changed(before, encoding);
+    const std::string encoding = dbaseEncoding(target_);
+    const std::string before = readWholeFile(target_, kLargestDbase);
+    const bool fits = std::ranges::all_of(
+        newTexts(), [&](const std::string& text) { return encodes(encoding, text); });
     sweepUnfinished(parentFolderName(target_));
+    if (fits) {
+        store(before, encoding);
+        return;
+    }
+    const std::string rewritten = inUtf8(before, encoding);
+    EncodingChange change(target_, encoding, [&] { namesChanged(); });
+    store(rewritten, kUtf8, [&] {
+        requireSameTexts(before, rewritten, encoding);
+        change.tellByMark();
+    });
+    try {
+        change.tellUtf8();
+    } catch (const std::exception& e) {
+        throw PlatformError("The changes are stored in " + target_ +
+                            ", in UTF-8, but the .cpg that tells so is not: " + e.what());
+    }
+}
+
+// The file `before` with the changes, read again; `ready` is called before it takes its name.
+void DbaseEdit::store(const std::string& before, const std::string& encoding,
+                      const std::function<void()>& ready) {
+    const std::string after = changed(before, encoding);
     const std::string unfinished = unfinishedPath(target_);
     try {
         write(unfinished, after);
-        requireOnlyChanges(before, readWholeFile(unfinished, kLargestFile), asked_, encoding);
+        requireOnlyChanges(before, readWholeFile(unfinished, kLargestDbase), asked_, encoding);
         fs::permissions(unfinished, fs::status(target_).permissions());
+        ready();
         replaceDurably(unfinished, target_);
+        namesChanged();
     } catch (const std::exception& e) {
         removeTree(unfinished);
         throw PlatformError("Cannot store changes in " + target_ + ": " + e.what());

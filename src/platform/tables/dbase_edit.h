@@ -2,12 +2,13 @@
 // Changes values in a dBASE file and appends records to it. Every byte that does not belong to a
 // changed value stays as it is: other columns, deleted records, the language mark, trailing memo
 // references. Only a text with characters that the table's encoding lacks has the table rewritten
-// in UTF-8 first, with the same values. (A rewrite through a general library would reformat the
-// other numbers and recode the texts.) Before the changed file takes the table's name it is read
-// again and compared with the old one.
+// in UTF-8 with the same values (dbase_utf8.h). (A rewrite through a general library would reformat
+// the other numbers and recode the texts.) Before the changed file takes the table's name it is
+// read again and compared with the old one.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,6 +18,8 @@
 #include "platform/tables/dbase_verify.h"
 
 namespace velmora::platform {
+
+constexpr std::size_t kLargestDbase = 2147483648UL;  // bytes
 
 class DbaseEdit : public IEditSession {
   public:
@@ -30,8 +33,15 @@ class DbaseEdit : public IEditSession {
   protected:
     // Writes the changed file beside the table. A test damages it here.
     virtual void write(const std::string& unfinished, const std::string& bytes);
+    // The table's bytes in UTF-8. A test damages them here.
+    virtual std::string inUtf8(const std::string& before, const std::string& encoding) const;
+    // Called whenever a file has taken a name or lost it. A test looks at the table then.
+    virtual void namesChanged() {}
 
   private:
+    void store(
+        const std::string& before, const std::string& encoding,
+        const std::function<void()>& ready = [] {});
     std::string changed(const std::string& before, const std::string& encoding) const;
     std::vector<std::string> newTexts() const;
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/dbase_verify.h"
 
-#include <cpl_conv.h>
-#include <cpl_string.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -44,13 +41,7 @@ bool holdsNumber(std::string_view text, double value) {
 }
 
 bool holdsText(const std::string& bytes, const std::string& text, const std::string& encoding) {
-    std::string read = bytes;
-    if (!encoding.empty() && !sameIgnoringCase(encoding, "UTF-8")) {
-        char* recoded = CPLRecode(bytes.c_str(), encoding.c_str(), "UTF-8");
-        read = recoded;
-        CPLFree(recoded);
-    }
-    return trimmedRight(read) == trimmedRight(text);
+    return trimmedRight(fromEncoding(encoding, bytes)) == trimmedRight(text);
 }
 
 bool isBlank(std::string_view bytes) {

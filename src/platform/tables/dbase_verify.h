@@ -28,4 +28,10 @@ struct DbaseChanges {
 void requireOnlyChanges(const std::string& before, const std::string& after,
                         const DbaseChanges& asked, const std::string& encoding);
 
+// Throws PlatformError that says what differs unless `after` is the file `before`, whose texts and
+// names of fields are in `encoding`, with the same texts and names in UTF-8 and without a language
+// mark: every other byte is the same.
+void requireSameTexts(const std::string& before, const std::string& after,
+                      const std::string& encoding);
+
 }  // namespace velmora::platform
