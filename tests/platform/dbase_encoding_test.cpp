@@ -255,6 +255,14 @@ TEST_F(DbaseEncoding, NewTablesAreInUtf8WhenTheyMust) {
     EXPECT_THAT(texts(), testing::ElementsAre("Écija"));
 }
 
+TEST_F(DbaseEncoding, ANewTableComesBeforeItsNote) {
+    make({"Écija"});
+    std::filesystem::create_directories(folder.file("t.cpg/in the way"));
+    EXPECT_THROW(make({"Łódź"}), PlatformError);
+    std::filesystem::remove_all(folder.file("t.cpg"));
+    EXPECT_THAT(texts(), testing::ElementsAre("Łódź"));
+}
+
 TEST_F(DbaseEncoding, EncodingsKnowTheirCharacters) {
     EXPECT_TRUE(encodes("ISO-8859-1", "Écija"));
     for (int i = 0; i < 3; ++i) EXPECT_FALSE(encodes("ISO-8859-1", "Łódź"));

@@ -83,16 +83,22 @@ void moveInPlace(const fs::path& folder, const std::string& stem, const std::str
         if (fs::exists(from)) syncToDisk(from.string());
     }
     if (shapes) fs::remove(target + ".shp");
+    // A new table without its note is read as UTF-8 all the same; an old one beside the note of a
+    // new one would be, too.
+    const fs::path note = folder / (stem + ".cpg");
+    const bool notedLast = !shapes && fs::exists(note);
+    fs::remove(target + ".CPG");  // which readers know, too
     for (auto part = kShapefileParts.rbegin(); part != kShapefileParts.rend(); ++part) {
         const fs::path from = folder / (stem + "." + *part);
-        if (std::string(*part) == "cpg") fs::remove(target + ".CPG");  // which readers know, too
         const fs::path to = target + "." + *part;
+        if (notedLast && from == note) continue;
         if (fs::exists(from)) {
             fs::rename(from, to);
-        } else if (shapes || std::string(*part) == "cpg") {
+        } else if (shapes || from == note) {
             fs::remove(to);  // an old one's would say what is not so
         }
     }
+    if (notedLast) fs::rename(note, target + ".cpg");
 }
 
 }  // namespace
