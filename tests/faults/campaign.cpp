@@ -94,9 +94,11 @@ Outcome tryPoint(const Project& project, const Point& point) {
     Outcome outcome{point, runWithFault(command, injection), {}, {}};
     outcome.fault = judgeFault(undisturbed, outcome.ending, injection.fault.kills,
                                project.contents(), project.scratch());
-    // Files of the installation, as the database of coordinate systems, are not the program's; what
-    // the user has must stand all the same.
-    if (outcome.ending.met.starts_with("/usr/") || outcome.ending.met.starts_with("/etc/")) {
+    // Files of the installation are not the program's; what the user has must stand all the same.
+    // Without the database of coordinate systems results would be others, so that is to be told.
+    const std::string& met = outcome.ending.met;
+    const bool installed = met.starts_with("/usr/") || met.starts_with("/etc/");
+    if (installed && !met.ends_with("/proj.db")) {
         std::erase_if(outcome.fault, [](const std::string& text) {
             return !text.starts_with("input ") && !text.starts_with("old dataset");
         });

@@ -1,9 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "platform/features/spatial_reference.h"
 
+#include <cpl_error.h>
+#include <cpl_string.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
 #include "gis/errors.h"
+#include "platform/grid/esri_grid.h"
+#include "tests/support/fakes.h"
+#include "tests/support/temp_folder.h"
 
 namespace velmora::platform {
 namespace {
@@ -42,6 +53,66 @@ TEST(SpatialReference, MistakesAreTold) {
     EXPECT_THROW(systems.project({{1e30, 1e30}}, systems.createProjected(26912),
                                  systems.createGeographic(4269)),
                  PlatformError);
+}
+
+// PROJ without its database while the object lives.
+class NoDatabase {
+  public:
+    NoDatabase() : paths_(OSRGetPROJSearchPaths()) {
+        const char* const none[] = {"/nowhere", nullptr};
+        OSRSetPROJSearchPaths(none);
+    }
+    ~NoDatabase() {
+        OSRSetPROJSearchPaths(paths_);
+        CSLDestroy(paths_);
+    }
+    NoDatabase(const NoDatabase&) = delete;
+    NoDatabase& operator=(const NoDatabase&) = delete;
+
+  private:
+    char** paths_;
+};
+
+// A database that cannot be read makes systems that are not known, or others: never that.
+TEST(SpatialReference, ADatabaseThatCannotBeReadIsTold) {
+    SpatialReferenceFactory systems;
+    const test::TempFolder folder;
+    const std::string crs = systems.createProjected(26913);
+    const std::string other = systems.createProjected(26914);
+    const std::string esri = esriWkt(other);
+    test::TestPlatform platform;
+    platform.features().createFeatureClass(folder.file("p.shp"), false, other,
+                                           {{"N", FieldType::number, 10, 2}}, {{{{1, 2}}, {1.0}}});
+    const auto told = testing::ThrowsMessage<PlatformError>(testing::HasSubstr("proj.db"));
+    std::thread([&] {  // a thread that has opened the database keeps it
+        const NoDatabase none;
+        EXPECT_THAT([&] { systems.createProjected(26915); }, told);
+        EXPECT_THAT([&] { wktFromEsri(esri); }, told);
+        EXPECT_THAT([&] { platform.features().openFeatureClass(folder.file("p.shp")); }, told);
+        EXPECT_THAT([&] { esriWkt(crs); }, told);
+        EsriGridWriter writer(folder.file("g"), {4, 4, 0, 0, 1, crs});
+        writer.writeTile(0, std::vector<float>(16, 1.0F));
+        EXPECT_THAT([&] { writer.finish(); }, told);
+    })
+        .join();
+    EXPECT_FALSE(std::filesystem::exists(folder.file("g")));
+    EXPECT_TRUE(sameCoordinateSystem(other, wktFromEsri(esri)));
+    EXPECT_EQ(platform.features().openFeatureClass(folder.file("p.shp"))->recordCount(), 1U);
+    EXPECT_NE(esriWkt(crs), "");
+}
+
+// What GDAL reports and goes on, and what PROJ throws through it.
+TEST(SpatialReference, ADatabaseThatFailsLaterIsTold) {
+    const auto told = testing::ThrowsMessage<PlatformError>(testing::HasSubstr("proj.db"));
+    const auto report = [](const char* text) {
+        return [=] { lookUp([=] { CPLError(CE_Failure, CPLE_AppDefined, "%s", text); }); };
+    };
+    EXPECT_THAT(report("SQLite error on SELECT name: disk I/O error"), told);
+    EXPECT_THAT(report("PROJ: proj_identify: Open of /usr/share/proj/proj.db failed"), told);
+    EXPECT_NO_THROW(report("missing , or ]")());
+    EXPECT_THAT([] { lookUp([] { throw std::runtime_error("SELECT"); }); }, told);
+    EXPECT_THAT([] { lookUp([] { throw PlatformError("a layer"); }); },
+                testing::ThrowsMessage<PlatformError>("a layer"));
 }
 
 }  // namespace

@@ -1,9 +1,31 @@
 // SPDX-License-Identifier: MIT
+#include <cstdlib>
+#include <exception>
+
 #include "hosts/cli/command_line.h"
 #include "hosts/cli/console.h"
 #include "platform/platform.h"
 
+namespace {
+
+// What a library throws where nothing can be caught any more, as PROJ does when its database cannot
+// be read while it looks for a system. What is unfinished is removed by the next run.
+[[noreturn]] void endWithReason() {
+    try {
+        if (!std::current_exception()) std::abort();
+        throw;
+    } catch (const std::exception& e) {
+        velmora::cli::tell("velmora: ended early: {}\n", velmora::cli::oneLine(e.what()));
+    } catch (...) {
+        velmora::cli::tell("velmora: ended early\n");
+    }
+    std::_Exit(1);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    std::set_terminate(endWithReason);
     velmora::cli::holdStandardFiles();
     velmora::platform::keepLibrariesQuiet();
     velmora::platform::boundLibrariesMemory();

@@ -76,7 +76,7 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
         fields_.push_back({field->GetNameRef(), typeOf(field->GetType()), field->GetWidth(),
                            field->GetPrecision()});
     }
-    ownCrs_ = wktOf(layer_->GetSpatialRef());
+    ownCrs_ = systemOf(*layer_);
     crs_ = crs.empty() ? ownCrs_ : crs;
     readOnly({}, false);
     while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {

@@ -42,12 +42,12 @@ bool hasNumbers(const OGRGeometry& geometry) {
 std::unique_ptr<OGRCoordinateTransformation> transformation(const OGRLayer& layer,
                                                             const std::string& crs) {
     auto& source = const_cast<OGRLayer&>(layer);
-    const std::string own = wktOf(source.GetSpatialRef());
+    const std::string own = systemOf(source);
     if (own.empty() || crs.empty() || sameCoordinateSystem(own, crs)) return nullptr;
     const OGRSpatialReference from = spatialReference(own);
     const OGRSpatialReference to = spatialReference(crs);
-    std::unique_ptr<OGRCoordinateTransformation> made(
-        OGRCreateCoordinateTransformation(&from, &to));
+    std::unique_ptr<OGRCoordinateTransformation> made;
+    lookUp([&] { made.reset(OGRCreateCoordinateTransformation(&from, &to)); });
     if (!made) throw PlatformError("No way from " + own + " to " + crs);
     return made;
 }

@@ -30,12 +30,9 @@ class Memory {
     std::map<Key, Value> answers_;
 };
 
-// A database of coordinate systems that cannot be read makes other texts, or none.
-void requireDatabase(const GdalFailures& failures) {
-    if (failures.any()) {
-        throw PlatformError("The database of coordinate systems cannot be read: " +
-                            failures.first());
-    }
+[[noreturn]] void throwUnreadable(const std::string& why) {
+    throw PlatformError("The database of coordinate systems (proj.db of PROJ) cannot be read: " +
+                        why);
 }
 
 std::string exported(const OGRSpatialReference& system, const char* format) {
@@ -51,13 +48,39 @@ std::string exported(const OGRSpatialReference& system, const char* format) {
 
 OGRSpatialReference systemOfCode(int code) {
     OGRSpatialReference system;
-    if (system.importFromEPSG(code) != OGRERR_NONE) {
+    OGRErr error = OGRERR_NONE;
+    lookUp([&] { error = system.importFromEPSG(code); });
+    if (error != OGRERR_NONE) {
         throw PlatformError("PROJ knows no coordinate system EPSG:" + std::to_string(code));
     }
     return system;
 }
 
+// Each thread opens the database for itself when it first needs it. Without it PROJ makes do with
+// what a text says, and tells nobody.
+void requireDatabase() {
+    thread_local bool opened = false;
+    if (opened) return;
+    const GdalFailures failures;
+    OGRSpatialReference known;
+    if (known.importFromEPSG(4326) != OGRERR_NONE) throwUnreadable(failures.first());
+    opened = true;
+}
+
 }  // namespace
+
+void lookUp(const std::function<void()>& call) {
+    const GdalFailures failures;
+    try {
+        requireDatabase();
+        call();
+    } catch (const PlatformError&) {
+        if (failures.database().empty()) throw;
+    } catch (const std::exception& e) {  // PROJ's own
+        throwUnreadable(e.what());
+    }
+    if (!failures.database().empty()) throwUnreadable(failures.database());
+}
 
 std::string wktOf(const OGRSpatialReference* system) {
     return system ? exported(*system, "WKT2_2019") : std::string();
@@ -66,7 +89,9 @@ std::string wktOf(const OGRSpatialReference* system) {
 OGRSpatialReference spatialReference(const std::string& crs) {
     OGRSpatialReference system;
     system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-    if (system.importFromWkt(crs.c_str()) != OGRERR_NONE) {
+    OGRErr error = OGRERR_NONE;
+    lookUp([&] { error = system.importFromWkt(crs.c_str()); });
+    if (error != OGRERR_NONE) {
         throw PlatformError("This is no coordinate system that PROJ knows: " + crs.substr(0, 80));
     }
     return system;
@@ -80,32 +105,41 @@ bool sameCoordinateSystem(const std::string& a, const std::string& b) {
         const OGRSpatialReference second = spatialReference(b);
         const char* const options[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES",
                                        "CRITERION=EQUIVALENT", nullptr};
-        return first.IsSame(&second, options) != 0;
+        bool same = false;
+        lookUp([&] { same = first.IsSame(&second, options) != 0; });
+        return same;
     });
 }
 
 std::string esriWkt(const std::string& crs) {
     static Memory<std::string, std::string> memory;
     return memory.get(crs, [&] {
-        const GdalFailures failures;
-        std::string text = exported(spatialReference(crs), "WKT1_ESRI");
-        requireDatabase(failures);
+        const OGRSpatialReference system = spatialReference(crs);
+        std::string text;
+        lookUp([&] { text = exported(system, "WKT1_ESRI"); });
+        if (text.empty()) {
+            throw PlatformError("The coordinate system has no form for a grid: " +
+                                crs.substr(0, 80));
+        }
         return text;
     });
 }
 
 std::string wktFromEsri(const std::string& text) {
     static Memory<std::string, std::string> memory;
-    return memory.get(text, [&]() -> std::string {
-        const GdalFailures failures;
-        OGRSpatialReference system;
-        system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-        const char* lines[] = {text.c_str(), nullptr};
-        if (system.importFromESRI(const_cast<char**>(lines)) != OGRERR_NONE) return {};
-        // The ESRI form carries no code: the system of the database that means the same has one.
-        const std::unique_ptr<OGRSpatialReference> known(system.FindBestMatch(90, "EPSG"));
-        requireDatabase(failures);
-        return wktOf(known ? known.get() : &system);
+    return memory.get(text, [&] {
+        std::string wkt;
+        lookUp([&] {
+            OGRSpatialReference system;
+            system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+            const char* lines[] = {text.c_str(), nullptr};
+            if (system.importFromESRI(const_cast<char**>(lines)) != OGRERR_NONE) return;
+            // The ESRI form carries no code: the system of the database that means the same has
+            // one.
+            const std::unique_ptr<OGRSpatialReference> known(system.FindBestMatch(90, "EPSG"));
+            wkt = wktOf(known ? known.get() : &system);
+        });
+        return wkt;
     });
 }
 
@@ -158,12 +192,14 @@ std::vector<Point> SpatialReferenceFactory::project(const std::vector<Point>& po
     if (!transformation) {
         const OGRSpatialReference source = spatialReference(from);
         const OGRSpatialReference target = spatialReference(to);
-        transformation.reset(OGRCreateCoordinateTransformation(&source, &target));
+        lookUp([&] { transformation.reset(OGRCreateCoordinateTransformation(&source, &target)); });
     }
     if (!transformation) throw PlatformError("No way from " + name(from) + " to " + name(to));
     std::vector<int> done(points.size(), 0);
-    transformation->Transform(static_cast<int>(points.size()), x.data(), y.data(), nullptr,
-                              done.data());
+    lookUp([&] {
+        transformation->Transform(static_cast<int>(points.size()), x.data(), y.data(), nullptr,
+                                  done.data());
+    });
     std::vector<Point> result;
     result.reserve(points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {

@@ -4,6 +4,7 @@
 
 #include <ogr_spatialref.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -22,8 +23,18 @@ bool sameCoordinateSystem(const std::string& a, const std::string& b);
 std::string esriWkt(const std::string& crs);
 std::string wktFromEsri(const std::string& text);
 
-// The WKT of a system, "" for none.
+// Does what looks up coordinate systems. Throws PlatformError when their database could not be read
+// meanwhile, which GDAL takes for a system that is not known, or for none.
+void lookUp(const std::function<void()>& call);
+
+// The WKT of a system, "" for none, and that of a layer or a raster dataset.
 std::string wktOf(const OGRSpatialReference* system);
+template <class Dataset>
+std::string systemOf(Dataset& dataset) {
+    std::string wkt;
+    lookUp([&] { wkt = wktOf(dataset.GetSpatialRef()); });
+    return wkt;
+}
 
 // The system of a WKT text with x before y. Throws PlatformError when the text is none.
 OGRSpatialReference spatialReference(const std::string& crs);

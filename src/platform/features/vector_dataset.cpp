@@ -3,8 +3,11 @@
 
 #include <cpl_error.h>
 
+#include <string_view>
+
 #include "gis/errors.h"
 #include "platform/features/shapefile_check.h"
+#include "platform/features/spatial_reference.h"
 #include "platform/grid/gdal_raster.h"
 
 namespace velmora::platform {
@@ -13,8 +16,10 @@ VectorLayer openVectors(const std::string& path) {
     requireWholeFiles(path);
     CPLErrorReset();
     VectorLayer opened;
-    opened.dataset.reset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, kVectorDrivers.data()));
+    lookUp([&] {
+        opened.dataset.reset(GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY,
+                                               kVectorDrivers.data()));
+    });
     if (opened.dataset && opened.dataset->GetLayerCount() > 0) {
         opened.layer = opened.dataset->GetLayer(0);
     }
@@ -31,9 +36,13 @@ GdalFailures::~GdalFailures() { CPLPopErrorHandler(); }
 
 void CPL_STDCALL GdalFailures::hear(CPLErr kind, CPLErrorNum, const char* text) {
     auto* self = static_cast<GdalFailures*>(CPLGetErrorHandlerUserData());
-    if (kind < CE_Failure || self->any_) return;
+    if (kind < CE_Failure) return;
+    const std::string_view said = text;
+    const bool database = said.find("SQLite") != said.npos || said.find("proj.db") != said.npos;
+    if (database && self->database_.empty()) self->database_ = said;
+    if (self->any_) return;
     self->any_ = true;
-    self->first_ = text;
+    self->first_ = said;
 }
 
 OGRFeatureUniquePtr nextFeature(OGRLayer& layer, const std::string& path) {

@@ -38,11 +38,14 @@ class GdalFailures {
     GdalFailures& operator=(const GdalFailures&) = delete;
     bool any() const { return any_; }
     const std::string& first() const { return first_; }
+    // The first that says that the database of coordinate systems cannot be read, "" for none.
+    const std::string& database() const { return database_; }
 
   private:
     static void CPL_STDCALL hear(CPLErr kind, CPLErrorNum number, const char* text);
     bool any_ = false;
     std::string first_;
+    std::string database_;
 };
 
 // The layer's next feature, nothing behind the last. Throws PlatformError naming the file `path`

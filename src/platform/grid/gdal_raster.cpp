@@ -100,7 +100,7 @@ GridGeometry geometryOf(GDALDataset& dataset, const std::string& path) {
     geometry.xMin = transform[0];
     geometry.yMax = transform[3];
     geometry.cellSize = width;
-    geometry.crs = wktOf(dataset.GetSpatialRef());
+    geometry.crs = systemOf(dataset);
     return geometry;
 }
 
@@ -178,8 +178,11 @@ std::string gdalMessage(const std::string& otherwise) {
 RasterPtr openGdalRaster(const std::string& path) {
     CPLErrorReset();
     requireLocalPath(path);
-    DatasetPtr dataset(
-        GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, rasterDrivers()));
+    DatasetPtr dataset;
+    lookUp([&] {
+        dataset.reset(
+            GDALDataset::Open(path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, rasterDrivers()));
+    });
     if (!dataset || dataset->GetRasterCount() < 1) {
         throw PlatformError("Cannot open the raster " + path + ": " +
                             gdalMessage("it is of none of the formats that serve"));
