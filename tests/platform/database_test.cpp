@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include "gis/errors.h"
 #include "platform/platform.h"
 #include "tests/support/temp_folder.h"
@@ -108,6 +110,74 @@ TEST_F(Database, TheDbaseSourceReadsTables) {
     EXPECT_TRUE(isNull(records->value("TM_Jan")));
     EXPECT_THROW(connection->open("DELETE FROM wx"), PlatformError);
     EXPECT_THROW(connection->execute("x"), PlatformError);
+}
+
+// What a reader of the fields alone needs does not grow with the records.
+TEST_F(Database, ATableIsHeldWhenItsRowsAreReadAndNotBefore) {
+    std::vector<Field> fields = {{"STN", FieldType::text, 8, 0}};
+    for (int i = 0; i < 12; ++i) {
+        fields.push_back({"TM_" + std::to_string(i), FieldType::number, 8, 2});
+    }
+    std::vector<FieldValue> record(fields.size(), 1.25);
+    record[0] = std::string("a");
+    platform.features().createTable(folder.file("wx.dbf"), fields,
+                                    std::vector<std::vector<FieldValue>>(20000, record));
+    const auto held = [] {
+        const auto memory = ::mallinfo2();
+        return memory.uordblks + memory.hblkhd;
+    };
+    const auto connection =
+        platform.connections().open("Provider=MSDASQL.1;Data Source=dBASE Files");
+    const std::size_t before = held();
+    const auto records = connection->open("SELECT * FROM " + folder.file("wx"));
+    EXPECT_EQ(records->fieldCount(), 13);
+    EXPECT_EQ(records->fieldName(12), "TM_11");
+    EXPECT_LT(held(), before + 1'000'000);
+    std::size_t rows = 0;
+    for (; !records->eof(); records->moveNext()) ++rows;
+    EXPECT_EQ(rows, 20000U);
+    if (before == 0) return;  // a sanitizer's malloc does not count
+    EXPECT_GT(held(), before + 5'000'000);
+}
+
+TEST_F(Database, ATableWithATextForANumberIsNotOpened) {
+    platform.features().createTable(folder.file("wx.dbf"),
+                                    {{"STN", FieldType::text, 8, 0},
+                                     {"A", FieldType::number, 8, 2},
+                                     {"B", FieldType::number, 8, 2}},
+                                    {{std::string("a"), 1.0, 2.0}, {std::string("b"), 3.0, 47.11}});
+    std::string bytes = test::contentOf(folder.file("wx.dbf"));
+    bytes.replace(bytes.rfind("47.11"), 5, "47,11");
+    test::write(folder.file("wx.dbf"), bytes);
+    const auto connection =
+        platform.connections().open("Provider=MSDASQL.1;Data Source=dBASE Files");
+    EXPECT_THAT([&] { connection->open("SELECT * FROM " + folder.file("wx")); },
+                testing::ThrowsMessage<PlatformError>(testing::AllOf(
+                    testing::HasSubstr("record 2, field B"), testing::HasSubstr("47,11"))));
+    bytes.resize(bytes.size() - 20);
+    test::write(folder.file("wx.dbf"), bytes);
+    EXPECT_THAT([&] { connection->open("SELECT * FROM " + folder.file("wx")); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("cut short")));
+}
+
+// A query's rows are those of the moment when it was opened.
+TEST_F(Database, RowsStayThoseOfTheQuery) {
+    platform.features().createTable(folder.file("t.dbf"), {{"A", FieldType::number, 8, 2}},
+                                    {{1.0}, {2.0}});
+    const auto connection =
+        platform.connections().open("Provider=MSDASQL.1;Data Source=dBASE Files");
+    const auto early = connection->open("SELECT * FROM " + folder.file("t"));
+    const auto writer = connection->open("SELECT * FROM " + folder.file("t"));
+    writer->setValue("A", 7.0);
+    writer->update();
+    writer->addNew();
+    writer->setValue("A", 9.0);
+    writer->update();
+    EXPECT_EQ(std::get<double>(writer->value("A")), 9.0);
+    EXPECT_EQ(std::get<double>(early->value("A")), 1.0);
+    std::size_t rows = 0;
+    for (writer->moveFirst(); !writer->eof(); writer->moveNext()) ++rows;
+    EXPECT_EQ(rows, 3U);
 }
 
 struct CropTable : Database {

@@ -28,6 +28,55 @@ std::string shown(std::string_view text) {
                : plain.substr(first, plain.find_last_not_of(' ') - first + 1);
 }
 
+class NumbersOfTable {
+  public:
+    explicit NumbersOfTable(const std::string& table) : file_(table) {
+        std::string header = file_.read(0, kDbaseHeaderBytes);
+        if (header.size() == kDbaseHeaderBytes) header = file_.read(0, dbaseHeaderLength(header));
+        layout_ = dbaseLayout(header, table);
+    }
+    const std::vector<DbaseColumn>& columns() const { return layout_.columns; }
+
+    // Throws unless the numeric ones of these columns hold numbers or nothing in the records.
+    void require(std::vector<DbaseColumn> columns, const std::vector<std::size_t>& records) const {
+        std::erase_if(columns, [](const DbaseColumn& column) { return !column.numeric(); });
+        if (columns.empty()) return;
+        const std::size_t perBlock = std::max<std::size_t>(1, kBlockBytes / layout_.recordLength);
+        std::string block;
+        std::size_t first = 0;  // record of the block
+        for (const std::size_t record : records) {
+            const auto inBlock = [&] {
+                return record >= first &&
+                       (record - first + 1) * layout_.recordLength <= block.size();
+            };
+            if (!inBlock()) {
+                first = record;
+                block = file_.read(layout_.headerLength + record * layout_.recordLength,
+                                   perBlock * layout_.recordLength);
+            }
+            const std::string_view bytes =
+                inBlock() ? std::string_view(block).substr((record - first) * layout_.recordLength)
+                          : std::string_view();
+            for (const DbaseColumn& column : columns) requireNumber(bytes, column, record);
+        }
+    }
+
+  private:
+    void requireNumber(std::string_view bytes, const DbaseColumn& column,
+                       std::size_t record) const {
+        const std::string_view text = bytes.empty() ? "a record that is cut short"
+                                                    : bytes.substr(column.offset, column.width);
+        if (isDbaseNumber(text)) return;
+        throw PlatformError("In " + file_.path() + ", record " + std::to_string(record + 1) +
+                            ", field " + column.name + ": \"" + shown(text) +
+                            "\" is no number (a decimal point, no other separators) that a run "
+                            "can take");
+    }
+
+    ByteSource file_;
+    DbaseLayout layout_;
+};
+
 }  // namespace
 
 bool isDbaseNumber(std::string_view text) {
@@ -44,37 +93,16 @@ bool isDbaseNumber(std::string_view text) {
 
 void requireNumbers(const std::string& table, std::size_t field,
                     const std::vector<std::size_t>& records) {
-    const ByteSource file(table);
-    std::string header = file.read(0, kDbaseHeaderBytes);
-    if (header.size() == kDbaseHeaderBytes) header = file.read(0, dbaseHeaderLength(header));
-    const DbaseLayout layout = dbaseLayout(header, table);
-    if (field >= layout.columns.size()) {
+    const NumbersOfTable numbers(table);
+    if (field >= numbers.columns().size()) {
         throw PlatformError("The table " + table + " has changed while it was read");
     }
-    const DbaseColumn& column = layout.columns[field];
-    if (!column.numeric()) return;
-    const std::size_t perBlock = std::max<std::size_t>(1, kBlockBytes / layout.recordLength);
-    std::string block;
-    std::size_t first = 0;  // record of the block
-    for (const std::size_t record : records) {
-        const auto inBlock = [&] {
-            return record >= first && (record - first + 1) * layout.recordLength <= block.size();
-        };
-        if (!inBlock()) {
-            first = record;
-            block = file.read(layout.headerLength + record * layout.recordLength,
-                              perBlock * layout.recordLength);
-        }
-        const std::string_view text =
-            inBlock() ? std::string_view(block).substr(
-                            (record - first) * layout.recordLength + column.offset, column.width)
-                      : "a record that is cut short";
-        if (isDbaseNumber(text)) continue;
-        throw PlatformError("In " + table + ", record " + std::to_string(record + 1) + ", field " +
-                            column.name + ": \"" + shown(text) +
-                            "\" is no number (a decimal point, no other separators) that a run "
-                            "can take");
-    }
+    numbers.require({numbers.columns()[field]}, records);
+}
+
+void requireNumbers(const std::string& table, const std::vector<std::size_t>& records) {
+    const NumbersOfTable numbers(table);
+    numbers.require(numbers.columns(), records);
 }
 
 }  // namespace velmora::platform

@@ -19,4 +19,7 @@ bool isDbaseNumber(std::string_view text);
 void requireNumbers(const std::string& table, std::size_t field,
                     const std::vector<std::size_t>& records);
 
+// The same for all numeric fields, in one pass over the file that keeps nothing.
+void requireNumbers(const std::string& table, const std::vector<std::size_t>& records);
+
 }  // namespace velmora::platform

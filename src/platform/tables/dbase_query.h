@@ -17,6 +17,7 @@ class DbaseQuery {
     // As the query names it, without brackets.
     const std::string& table() const { return table_; }
     bool wholeRows() const { return columns_ == "*"; }
+    bool wholeTable() const { return wholeRows() && condition_.empty(); }
 
     // The query over table "records" in SQLite, whose columns are called columnName(position of the
     // field): no name of a field is looked at as a word of the language. For whole rows its first

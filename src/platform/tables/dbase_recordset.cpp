@@ -7,6 +7,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/tables/dbase_numbers.h"
 #include "platform/tables/dbase_query.h"
 #include "platform/tables/sqlite_connection.h"
 #include "platform/tables/sqlite_statement.h"
@@ -18,6 +19,10 @@ namespace {
 
 [[noreturn]] void refuse() {
     throw PlatformError("The dBASE data source answers queries; it runs no other statements");
+}
+
+[[noreturn]] void refuseWithoutFields(const ITable& table) {
+    throw PlatformError("The table " + table.path() + " has no fields");
 }
 
 // The fields of a table as a database in memory: table "records", whose row numbers are the records
@@ -39,7 +44,7 @@ SqliteConnection::Handle loaded(const ITable& table, const std::string& query, b
             used.emplace_back(static_cast<int>(position) + 1, field.name);
         }
     }
-    if (columns.empty()) throw PlatformError("The table " + table.path() + " has no fields");
+    if (columns.empty()) refuseWithoutFields(table);
     SqliteStatement(database, "CREATE TABLE records(" + columns + ")").step();
     for (std::size_t r = 0; r < table.recordCount(); ++r) {
         SqliteStatement insert(database, "INSERT INTO records VALUES(" + places + ")");
@@ -68,19 +73,15 @@ class DbaseRecordset : public StaticCursor {
         wholeRows_ = query.wholeRows();
         const auto table = edits_->tables.openTable(path_);
         const std::string overRecords = query.overRecords(table->fields(), table->path());
-        const SqliteConnection::Handle database = loaded(*table, overRecords, wholeRows_);
-        SqliteStatement statement(database.get(), overRecords);
-        const int first = wholeRows_ ? 1 : 0;
-        for (int c = first; c < statement.columnCount(); ++c) {
-            addField(fieldOf(statement.columnName(c), table->fields()));
-        }
-        while (statement.step()) {
-            Row row;
-            if (wholeRows_) row.id = static_cast<long long>(std::get<double>(statement.value(0)));
-            for (int c = first; c < statement.columnCount(); ++c) {
-                row.values.push_back(statement.value(c));
-            }
-            addRow(std::move(row));
+        if (query.wholeTable()) {
+            if (table->fields().empty()) refuseWithoutFields(*table);
+            for (const Field& field : table->fields()) addField(field.name);
+            std::vector<std::size_t> places(table->recordCount());
+            for (std::size_t r = 0; r < places.size(); ++r) places[r] = table->placeInFile(r);
+            requireNumbers(table->path(), places);
+            fetchLater([this, table, overRecords] { fetch(*table, overRecords); });
+        } else {
+            fetch(*table, overRecords);
         }
     }
 
@@ -115,6 +116,24 @@ class DbaseRecordset : public StaticCursor {
     }
 
   private:
+    void fetch(const ITable& table, const std::string& overRecords) {
+        const SqliteConnection::Handle database = loaded(table, overRecords, wholeRows_);
+        SqliteStatement statement(database.get(), overRecords);
+        const int first = wholeRows_ ? 1 : 0;
+        for (int c = first;
+             fields().size() < static_cast<std::size_t>(statement.columnCount() - first); ++c) {
+            addField(fieldOf(statement.columnName(c), table.fields()));
+        }
+        while (statement.step()) {
+            Row row;
+            if (wholeRows_) row.id = static_cast<long long>(std::get<double>(statement.value(0)));
+            for (int c = first; c < statement.columnCount(); ++c) {
+                row.values.push_back(statement.value(c));
+            }
+            addRow(std::move(row));
+        }
+    }
+
     std::shared_ptr<DbaseConnection::Edits> edits_;
     std::string path_;
     bool wholeRows_ = false;

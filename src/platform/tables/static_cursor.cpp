@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tables/static_cursor.h"
 
+#include <utility>
+
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/tables/statement_scanner.h"
@@ -28,7 +30,7 @@ FieldValue StaticCursor::value(const std::string& field) const {
         return changed->second;
     if (adding_) return {};
     if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
-    return rows_[at_].values[index];
+    return rows()[at_].values[index];
 }
 
 void StaticCursor::setValue(const std::string& field, const FieldValue& value) {
@@ -46,6 +48,7 @@ void StaticCursor::addNew() {
 
 void StaticCursor::update() {
     requireEditable();
+    rows();
     if (adding_) {
         Row row;
         row.values.resize(fields_.size());
@@ -68,6 +71,19 @@ std::size_t StaticCursor::indexOf(const std::string& field) const {
         if (sameIgnoringCase(fields_[i], field)) return i;
     }
     throw PlatformError("The query \"" + shownStatement(query_) + "\" gives no field " + field);
+}
+
+const std::vector<StaticCursor::Row>& StaticCursor::rows() const {
+    if (!fetch_) return rows_;
+    const auto fetch = std::exchange(fetch_, nullptr);
+    try {
+        fetch();
+    } catch (...) {
+        rows_.clear();
+        fetch_ = fetch;
+        throw;
+    }
+    return rows_;
 }
 
 void StaticCursor::requireEditable() const {

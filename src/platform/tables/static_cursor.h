@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,7 +15,7 @@ class StaticCursor : public IRecordset {
   public:
     int fieldCount() const override { return static_cast<int>(fields_.size()); }
     std::string fieldName(int position) const override;
-    bool eof() const override { return at_ >= rows_.size(); }
+    bool eof() const override { return at_ >= rows().size(); }
     void moveFirst() override;
     void moveNext() override;
     FieldValue value(const std::string& field) const override;
@@ -33,6 +34,8 @@ class StaticCursor : public IRecordset {
     const std::vector<std::string>& fields() const { return fields_; }
     void addField(const std::string& name) { fields_.push_back(name); }
     void addRow(Row row) { rows_.push_back(std::move(row)); }
+    // Rows that `fetch` adds when one is first asked for: a reader of the fields needs none.
+    void fetchLater(std::function<void()> fetch) { fetch_ = std::move(fetch); }
     // Whether rows can be changed and added to.
     virtual bool editable() const = 0;
     virtual void insertRow(Row& row) = 0;
@@ -41,10 +44,12 @@ class StaticCursor : public IRecordset {
   private:
     std::size_t indexOf(const std::string& field) const;
     void requireEditable() const;
+    const std::vector<Row>& rows() const;
 
     std::string query_;
     std::vector<std::string> fields_;
-    std::vector<Row> rows_;
+    mutable std::vector<Row> rows_;
+    mutable std::function<void()> fetch_;
     std::size_t at_ = 0;
     bool adding_ = false;
     Changes changes_;
