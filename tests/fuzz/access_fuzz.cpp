@@ -4,21 +4,16 @@
 
 #include <memory>
 
-#include "gis/errors.h"
 #include "platform/tables/access_reader.h"
-#include "tests/fuzz/memory_folder.h"
+#include "tests/fuzz/harness.h"
 
 using namespace velmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzz::MemoryFolder folder;
-    const std::string path = folder.write("f.mdb", fuzz::text(data, size));
+    const std::string path = fuzz::memoryFolder().write("f.mdb", fuzz::text(data, size));
     sqlite3* opened = nullptr;
     sqlite3_open(":memory:", &opened);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> database(opened, sqlite3_close_v2);
-    try {
-        platform::copyAccessTables(path, database.get());
-    } catch (const PlatformError&) {
-    }
+    fuzz::tried([&] { platform::copyAccessTables(path, database.get()); });
     return 0;
 }

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Any arguments are understood, or end with a usage error. The input is one argument a line; what
 // they ask for is not done.
-#include <cstdlib>
 #include <sstream>
 #include <vector>
 
 #include "hosts/cli/command_line.h"
-#include "tests/fuzz/memory_folder.h"
+#include "tests/fuzz/harness.h"
 
 using namespace velmora;
 
@@ -23,6 +22,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::ostringstream err;
     const auto ended =
         commandLine.parse(static_cast<int>(arguments.size()), arguments.data(), out, err);
-    if (ended && *ended != 0 && err.str().empty()) std::abort();  // an error without a word
+    fuzz::require(!ended || *ended == 0 || !err.str().empty());  // no error without a word
     return 0;
 }

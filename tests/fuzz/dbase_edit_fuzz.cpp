@@ -1,47 +1,34 @@
 // SPDX-License-Identifier: MIT
 // A table of any content gets a field, a value and a record and keeps all else, or is refused and
 // stays as it is.
-#include <unistd.h>
-
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
 #include "platform/tables/dbase_edit.h"
+#include "tests/fuzz/harness.h"
+
+using namespace velmora;
+using fuzz::require;
 
 namespace {
 
 // A table that knows its path alone.
-class PathOnly : public velmora::ITable {
+class PathOnly : public ITable {
   public:
     explicit PathOnly(std::string path) : path_(std::move(path)) {}
     std::string name() const override { return "t"; }
     std::string path() const override { return path_; }
-    const std::vector<velmora::Field>& fields() const override { return fields_; }
+    const std::vector<Field>& fields() const override { return fields_; }
     std::size_t recordCount() const override { return 1; }
-    velmora::FieldValue value(std::size_t, const std::string&) const override { return {}; }
+    FieldValue value(std::size_t, const std::string&) const override { return {}; }
 
   private:
     std::string path_;
-    std::vector<velmora::Field> fields_;
+    std::vector<Field> fields_;
 };
-
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 // The parts of a dBASE file, taken apart by nothing but the format's description.
 struct Parts {
@@ -60,7 +47,7 @@ struct Parts {
         for (end = 32; bytes.at(end) != '\r'; end += 32) {
             const auto own = static_cast<unsigned char>(bytes.at(end + 16));
             const std::string name = bytes.substr(end, 11).c_str();
-            if (at == 0 && velmora::sameIgnoringCase(name, "TempTTT")) {
+            if (at == 0 && sameIgnoringCase(name, "TempTTT")) {
                 at = width;
                 atWidth = own;
             }
@@ -103,24 +90,20 @@ void requireKept(const std::string& before, const std::string& after) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::string path = (std::filesystem::temp_directory_path() /
-                                     ("velmora-fuzz-" + std::to_string(getpid()) + ".dbf"))
-                                        .string();
-    velmora::platform::setSyncing(false);
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-    std::ofstream(path, std::ios::binary) << bytes;
-    velmora::platform::DbaseEdit edit(std::make_shared<PathOnly>(path));
+    const fuzz::MemoryFolder& folder = fuzz::memoryFolder();
+    platform::setSyncing(false);
+    const std::string bytes(fuzz::text(data, size));
+    std::filesystem::remove(folder.file("f.cpg"));  // of an input before
+    platform::DbaseEdit edit(std::make_shared<PathOnly>(folder.write("f.dbf", bytes)));
     edit.addNumericField("TempTTT");
     edit.setValue(0, "TempTTT", 1.5);
-    std::vector<std::pair<std::string, velmora::FieldValue>> record = {{"TempTTT", 2.0}};
+    std::vector<std::pair<std::string, FieldValue>> record = {{"TempTTT", 2.0}};
     if (size % 2 == 1) record.emplace_back("NAME", std::string("\u00E9"));
     edit.appendRecord(record);
-    try {
-        edit.save();
-    } catch (const velmora::PlatformError&) {
-        require(contentOf(path) == bytes);
-        return 0;
+    if (fuzz::tried([&] { edit.save(); })) {
+        requireKept(bytes, folder.content("f.dbf"));
+    } else {
+        require(folder.content("f.dbf") == bytes);
     }
-    requireKept(bytes, contentOf(path));
     return 0;
 }

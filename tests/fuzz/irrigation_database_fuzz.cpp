@@ -1,26 +1,17 @@
 // SPDX-License-Identifier: MIT
 // A database of any content answers what the efficiency dialog and its map ask of it, or is
 // refused.
-#include <cstdlib>
 #include <filesystem>
 
-#include "gis/errors.h"
 #include "gis/text.h"
 #include "irrigation/irrigation_database.h"
 #include "platform/platform.h"
-#include "tests/fuzz/memory_folder.h"
+#include "tests/fuzz/harness.h"
 
 using namespace velmora;
+using fuzz::tried;
 
 namespace {
-
-template <class Body>
-void tried(Body body) {
-    try {
-        body();
-    } catch (const PlatformError&) {
-    }
-}
 
 void readAll(IRecordset& rows) {
     for (; !rows.eof(); rows.moveNext()) {
@@ -48,7 +39,7 @@ void useZone(IrrigationDatabase& database, const std::string& zone) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzz::MemoryFolder folder;
+    const fuzz::MemoryFolder& folder = fuzz::memoryFolder();
     static platform::Platform platform;
     for (const char* beside : {"f.mdb-journal", "f.mdb-wal", "f.mdb-shm"}) {
         std::filesystem::remove(folder.file(beside));
@@ -65,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (const char* zone : {"Z1", "O'Dell"}) useZone(database, zone);
         tried([&] {
             database.dropEfficiencyTable();
-            if (database.hasEfficiencyTable()) std::abort();
+            fuzz::require(!database.hasEfficiencyTable());
         });
     });
     return 0;

@@ -3,44 +3,33 @@
 // .shp, .shx and .dbf, each after its length, and the .prj.
 #include <cstdlib>
 
-#include "gis/errors.h"
 #include "platform/features/feature_workspace.h"
 #include "platform/features/polygon_reader.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/platform.h"
-#include "tests/fuzz/memory_folder.h"
+#include "tests/fuzz/harness.h"
 
 using namespace velmora;
+using fuzz::require;
+using fuzz::tried;
 
 namespace {
-
-template <class Body>
-void tried(Body body) {
-    try {
-        body();
-    } catch (const PlatformError&) {
-    }
-}
 
 void readAll(const IFeatureClass& features) {
     for (std::size_t record = 0; record < features.recordCount(); ++record) {
         for (const Field& field : features.fields()) {
             tried([&] { features.value(record, field.name); });
         }
-        if (features.placeInFile(record) < record) std::abort();
+        require(features.placeInFile(record) >= record);
     }
     features.extent();
-    tried([&] {
-        if (features.points(features.crs()).size() != features.recordCount()) std::abort();
-    });
-    tried([&] {
-        if (features.areas().size() != features.recordCount()) std::abort();
-    });
+    tried([&] { require(features.points(features.crs()).size() == features.recordCount()); });
+    tried([&] { require(features.areas().size() == features.recordCount()); });
     if (features.holdsPolygons()) {
         tried([&] {
             platform::forEachPolygon(features.path(), features.crs(),
                                      [&](std::size_t record, const OGRGeometryUniquePtr&) {
-                                         if (record >= features.recordCount()) std::abort();
+                                         require(record < features.recordCount());
                                      });
         });
     }
@@ -49,7 +38,7 @@ void readAll(const IFeatureClass& features) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzz::MemoryFolder folder;
+    const fuzz::MemoryFolder& folder = fuzz::memoryFolder();
     static const bool ready = [] {
         platform::keepLibrariesQuiet();
         // A search of all known systems for each input costs more than everything else together.

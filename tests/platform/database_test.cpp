@@ -178,6 +178,13 @@ TEST_F(Database, RowsStayThoseOfTheQuery) {
     std::size_t rows = 0;
     for (writer->moveFirst(); !writer->eof(); writer->moveNext()) ++rows;
     EXPECT_EQ(rows, 3U);
+    const auto adder = connection->open("SELECT * FROM " + folder.file("t"));
+    adder->addNew();  // before a row was read
+    adder->setValue("A", 4.0);
+    adder->update();
+    EXPECT_EQ(std::get<double>(adder->value("A")), 4.0);
+    adder->moveFirst();
+    EXPECT_EQ(std::get<double>(adder->value("A")), 7.0);
 }
 
 struct CropTable : Database {

@@ -1,19 +1,25 @@
 // SPDX-License-Identifier: MIT
-// A folder for the files of a fuzzer's inputs, in memory where the system has a place for that: on
-// a disk a fuzzer tries a twentieth as many inputs.
+// What the harnesses share: an input as text and in parts, trying what may be refused, requiring
+// what must hold, and a folder for files.
 #pragma once
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
+#include "gis/errors.h"
+
 namespace velmora::fuzz {
 
+// In memory where the system has a place for that: on a disk a fuzzer tries a twentieth as many
+// inputs.
 class MemoryFolder {
   public:
     MemoryFolder() {
@@ -35,10 +41,36 @@ class MemoryFolder {
         std::ofstream(file(name), std::ios::binary) << bytes;
         return file(name);
     }
+    std::string content(const std::string& name) const {
+        std::ifstream input(file(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(input), {}};
+    }
 
   private:
     std::string path_;
 };
+
+// The folder of this process, which ends with it.
+inline const MemoryFolder& memoryFolder() {
+    static const MemoryFolder folder;
+    return folder;
+}
+
+// Does what may be refused with an error of the platform, and with nothing else.
+template <class Body>
+bool tried(Body body) {
+    try {
+        body();
+        return true;
+    } catch (const PlatformError&) {
+        return false;
+    }
+}
+
+// A finding of the fuzzer unless it holds.
+inline void require(bool holds) {
+    if (!holds) std::abort();
+}
 
 inline std::string_view text(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
