@@ -275,6 +275,11 @@ void DbaseEdit::write(const std::string& unfinished, const std::string& bytes) {
     writeWholeFile(unfinished, bytes);
 }
 
+void DbaseEdit::requireRight(const std::string& unfinished, const std::string& before,
+                             const std::string& encoding) const {
+    requireOnlyChanges(before, readWholeFile(unfinished, kLargestDbase), asked_, encoding);
+}
+
 std::string DbaseEdit::inUtf8(const std::string& before, const std::string& encoding) const {
     return platform::inUtf8(before, encoding, target_);
 }
@@ -310,7 +315,7 @@ void DbaseEdit::store(const std::string& before, const std::string& encoding,
     const std::string unfinished = unfinishedPath(target_);
     try {
         write(unfinished, after);
-        requireOnlyChanges(before, readWholeFile(unfinished, kLargestDbase), asked_, encoding);
+        requireRight(unfinished, before, encoding);
         fs::permissions(unfinished, fs::status(target_).permissions());
         ready();
         replaceDurably(unfinished, target_);

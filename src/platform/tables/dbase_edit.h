@@ -33,6 +33,9 @@ class DbaseEdit : public IEditSession {
   protected:
     // Writes the changed file beside the table. A test damages it here.
     virtual void write(const std::string& unfinished, const std::string& bytes);
+    // Throws unless the file beside the table holds `before` with the changes.
+    virtual void requireRight(const std::string& unfinished, const std::string& before,
+                              const std::string& encoding) const;
     // The table's bytes in UTF-8. A test damages them here.
     virtual std::string inUtf8(const std::string& before, const std::string& encoding) const;
     // Called whenever a file has taken a name or lost it. A test looks at the table then.
