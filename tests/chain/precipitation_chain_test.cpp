@@ -680,6 +680,7 @@ TEST_F(PrismChain, AMonthWithoutRainIsAGridOfZero) {
                 EXPECT_EQ(july.at(c, r), hasData(c, r) ? 0 : kNoData);
             }
         }
+        ASSERT_FALSE(f.application.prompts().notices.empty());
         EXPECT_EQ(f.application.prompts().notices.back(),
                   "PPT_Jul: all 15 stations with a value of weather.P_Jul hold 0, a month without "
                   "rain: the grid is 0 where the DEM has data");
