@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
 #include "platform/features/spatial_reference.h"
@@ -39,6 +41,16 @@ TEST_F(MapAlgebra, CellsOfTwiceTheSizeTakeEverySecondOne) {
     useCells(op.environment(), {20, 1, 412345.678, 92.7662 + 40, 185.5324, ""});
     const Grid sampled = wholeGrid(*op.Execute("[DEM]"));
     for (int c = 0; c < 20; ++c) EXPECT_EQ(sampled.at(c, 0), static_cast<float>(2 * c + 1));
+}
+
+// Zero is stored without a sign, as over a land below the sea.
+TEST_F(MapAlgebra, ZeroHasNoSign) {
+    environment({0, 0, 3, 2}, 1);
+    op.BindRaster(raster(cells, {-86, -1, 0, 1, 2, 3}), "DEM");
+    for (const float value : wholeGrid(*op.Execute("[DEM] * 0")).values) {
+        EXPECT_EQ(value, 0);
+        EXPECT_FALSE(std::signbit(value));
+    }
 }
 
 TEST_F(MapAlgebra, CellByCell) {
