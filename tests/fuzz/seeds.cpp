@@ -128,6 +128,8 @@ TEST_F(Seeds, Shapefiles) {
         seed("shapefile", name + "_cut_shp",
              part(shp.substr(0, shp.size() - 40)) + part(shx) + part(dbf) + prj);
         seed("shapefile", name + "_no_dbf", part(shp) + part(shx) + part({}) + prj);
+        seed("shapefile", name + "_cut_dbf",
+             part(shp) + part(shx) + part(dbf.substr(0, dbf.size() - 30)) + "PROJCS[");
         seed("dbase_edit", name, dbf);
         seed("dbase_edit", name + "_cut", dbf.substr(0, dbf.size() - 30));
     }
@@ -187,6 +189,12 @@ TEST_F(Seeds, IrrigationDatabases) {
     seed("irrigation_database", "trigger",
          database(path, tables + efficiencies +
                             "CREATE TRIGGER a AFTER UPDATE ON IREF BEGIN DELETE FROM IRMD; END;"));
+    seed("irrigation_database", "view",
+         database(path,
+                  "CREATE TABLE t(IRMD, IRMDEF, IRMDDES); INSERT INTO t VALUES(1, 2, 3);"
+                  "CREATE VIEW IRMDDef AS SELECT * FROM t;"
+                  "CREATE TABLE IREF(rowid TEXT, CropType BLOB, FAEF TEXT);"
+                  "INSERT INTO IREF VALUES('Z1', x'00FF', 'one');"));
     seed("irrigation_database", "cut", whole.substr(0, whole.size() / 2));
     seed("irrigation_database", "empty", {});
 }
