@@ -1,16 +1,35 @@
 # SPDX-License-Identifier: MIT
-# velmora_folder(NAME SOURCES... [LINKS TARGET...]): the static library of one folder of src/. What a folder may
-# include is what it links here; tests/checks/includes.sh holds the same rule over the sources.
-# Every header of the folder is also compiled alone.
+# velmora_folder(NAME [LINKS TARGET...]): the static library of one folder of src/ that belongs to a host or
+# to the platform. velmora_room(NAME): a folder of the extension; all of them make one library that is in a
+# process once (velmora_steps, see src/CMakeLists.txt), so that nobody can link one alone.
+# tests/checks/includes.sh holds what a folder may include. Every header is also compiled alone.
 function(velmora_folder NAME)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
-  file(GLOB_RECURSE SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-  file(GLOB_RECURSE HEADERS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
-  list(FILTER SOURCES EXCLUDE REGEX "/(dll|main)\\.cpp$")
+  velmora_sources(SOURCES)
   add_library(velmora_${NAME} STATIC ${SOURCES})
   target_include_directories(velmora_${NAME} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(velmora_${NAME} PUBLIC ${ARG_LINKS} PRIVATE velmora_options)
+  velmora_headers_alone(${NAME})
+endfunction()
 
+function(velmora_room NAME)
+  velmora_sources(SOURCES)
+  add_library(velmora_${NAME} OBJECT ${SOURCES})
+  target_include_directories(velmora_${NAME} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(velmora_${NAME} PRIVATE velmora_options)
+  target_sources(velmora_steps PRIVATE $<TARGET_OBJECTS:velmora_${NAME}>)
+  velmora_headers_alone(${NAME})
+endfunction()
+
+# The sources of a folder, but for those of its programs and entry points.
+function(velmora_sources RESULT)
+  file(GLOB_RECURSE SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(FILTER SOURCES EXCLUDE REGEX "/(dll|main)\\.cpp$")
+  set(${RESULT} ${SOURCES} PARENT_SCOPE)
+endfunction()
+
+function(velmora_headers_alone NAME)
+  file(GLOB_RECURSE HEADERS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   set(ALONE)
   foreach(HEADER ${HEADERS})
     file(RELATIVE_PATH REL ${PROJECT_SOURCE_DIR}/src ${HEADER})

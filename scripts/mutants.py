@@ -5,8 +5,9 @@ statements) and tells which changes the tests of the file's folder let through.
 
     scripts/mutants.sh [--limit N] [--seed N] [--lines A-B] [--tests PROGRAM[:FILTER],...] FILE...
 
-A changed file is compiled alone and linked before the archives of the test program, so that the linker
-takes it in place of the unchanged one. A change counts as killed when a test fails, crashes or runs out
+A changed file is compiled alone. One of the extension's library takes its place in a library of its own,
+with which the test program is run; one of another folder is linked before the archives of the test
+program, so that the linker takes it in place of the unchanged one. A change counts as killed when a test fails, crashes or runs out
 of time. Ends with 1 when a change survives, with 2 when something else is wrong. The same arguments
 make the same changes."""
 
@@ -124,17 +125,46 @@ def fail(text):
     sys.exit(2)
 
 
+def link_command(build, made):
+    """The words that link a file of the build, in that folder."""
+    listed = subprocess.run(["ninja", "-C", build, "-t", "commands", made],
+                            capture_output=True, text=True, check=True).stdout.splitlines()
+    link = next(part for line in reversed(listed) for part in line.split(" && ")
+                if f"-o {made}" in part)
+    return shlex.split(link)
+
+
+class SharedLibrary:
+    """The extension's library, made with another object in place of its own."""
+
+    def __init__(self, build, made):
+        self.build = build
+        name = f"lib/libvelmora_steps.so.{version(build)}"
+        self.words = link_command(build, name)
+        self.output = self.words.index(name)
+        self.place = self.words.index(made) if made in self.words else None
+
+    def link(self, mutated, folder):
+        words = list(self.words)
+        words[self.place] = mutated
+        words[self.output] = os.path.join(folder, pathlib.Path(words[self.output]).name)
+        return subprocess.run(words, cwd=self.build, capture_output=True, text=True)
+
+
+def version(build):
+    for line in (build / "CMakeCache.txt").read_text().splitlines():
+        if line.startswith("CMAKE_PROJECT_VERSION:"):
+            return line.split("=", 1)[1]
+    fail(f"{build} names no version")
+
+
 class TestProgram:
-    """A test program that is linked with another object in place of the archive's."""
+    """A test program that can be linked with another object in place of the archive's."""
 
     def __init__(self, build, wanted):
         self.build = build
         self.name, _, self.filter = wanted.partition(":")
-        listed = subprocess.run(["ninja", "-C", build, "-t", "commands", f"bin/{self.name}"],
-                                capture_output=True, text=True, check=True).stdout.splitlines()
-        link = next(part for line in reversed(listed) for part in line.split(" && ")
-                    if f"-o bin/{self.name}" in part)
-        self.words = shlex.split(link)
+        self.words = link_command(build, f"bin/{self.name}")
         self.output = self.words.index(f"bin/{self.name}")
         self.first_archive = next(i for i, word in enumerate(self.words) if word.endswith(".a"))
 
@@ -148,7 +178,7 @@ class TestProgram:
         words = [program, "--gtest_brief=1", "--gtest_fail_fast"]
         if self.filter:
             words.append(f"--gtest_filter={self.filter}")
-        run = subprocess.Popen(words, cwd=folder, env={**os.environ, "TMPDIR": folder},
+        run = subprocess.Popen(words, cwd=folder, env={**os.environ, "TMPDIR": folder, "LD_LIBRARY_PATH": folder},
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                                stdin=subprocess.DEVNULL, start_new_session=True)
         try:
@@ -171,6 +201,8 @@ class Laboratory:
                          and not re.match(r"-O\d|-Werror|-g\d?$", w)]
         self.folder = entry["directory"]
         at = self.compiler.index("-o")
+        library = SharedLibrary(build, self.compiler[at + 1])
+        self.library = library if library.place is not None else None
         del self.compiler[at:at + 2]
         self.compiler = [w for w in self.compiler if w not in ("-c", entry["file"])]
 
@@ -185,7 +217,16 @@ class Laboratory:
                                  "-c", source], cwd=self.folder, capture_output=True, text=True)
             if compiled.returncode != 0:
                 return "not compiled"
+            if self.library:
+                linked = self.library.link(made, place)
+                if linked.returncode != 0:
+                    fail(f"the library cannot be linked with {self.file}:\n{linked.stderr}")
             for test in self.programs:
+                program = str(test.build / "bin" / test.name)
+                if self.library:
+                    if not test.passes(program, place, self.seconds):
+                        return "killed"
+                    continue
                 program = os.path.join(place, test.name)
                 linked = test.link(made, program)
                 if linked.returncode != 0:

@@ -28,6 +28,7 @@ check() {
 
 check "$build/bin/velmora" program
 check "$build/lib/libVelmora.so" library unchecked
-plugin=$build/lib/qgis/plugins/libvelmoraplugin.so
+check "$(readlink -f "$build/lib/libvelmora_steps.so")" library
+plugin=$build/lib/qgis/libvelmoraplugin.so
 [ ! -e "$plugin" ] || check "$plugin" library unchecked
 exit $bad

@@ -6,7 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "shell/class_registry.h"
+#include "hosts/components/class_registry.h"
 
 namespace velmora::cli {
 

@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "gis/errors.h"
-#include "shell/class_registry.h"
-#include "shell/component_server.h"
+#include "hosts/components/class_registry.h"
+#include "shell/component_ids.h"
 
 namespace velmora {
 
@@ -37,7 +37,7 @@ Function entryPoint(const std::string& library, const char* name) {
 std::optional<Guid> classIdOf(const std::string& progId, const std::string& library) {
     const auto registered = findRegisteredClass(progId);
     if (registered && registered->module == library) return registered->clsid;
-    for (const ComponentClass& served : componentClasses()) {
+    for (const ComponentId& served : componentIds()) {
         if (served.progId == progId) return served.clsid;
     }
     return std::nullopt;

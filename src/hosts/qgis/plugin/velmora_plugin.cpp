@@ -15,7 +15,7 @@
 #include "hosts/qgis/widgets/command_bar.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 #include "plugin_version.h"
-#include "shell/class_registry.h"
+#include "hosts/components/class_registry.h"
 
 namespace velmora::qgis {
 

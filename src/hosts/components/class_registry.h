@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "shell/com.h"
 
@@ -22,9 +23,7 @@ std::string classRegistryPath();
 // The entry of a ProgID, or nothing.
 std::optional<RegisteredClass> findRegisteredClass(const std::string& progId);
 
-// Writes (removes) the library's own classes with its module path; other lines stay. The file is
-// replaced in one step. False when it cannot be written.
-bool registerClasses(const std::string& module);
-bool unregisterClasses(const std::string& module);
+// All lines as they stand; none when there is no file.
+std::vector<std::string> registryLines();
 
 }  // namespace velmora

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "shell/class_registry.h"
+#include "hosts/components/class_registration.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <vector>
 
-#include "shell/component_server.h"
+#include "hosts/components/class_registry.h"
+#include "shell/component_ids.h"
 
 namespace velmora {
 
@@ -18,15 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string lineOf(const ComponentClass& served, const std::string& module) {
-    return served.progId + "\t" + guidText(served.clsid) + "\t" + module;
-}
-
-std::vector<std::string> readLines() {
-    std::vector<std::string> lines;
-    std::ifstream file(classRegistryPath());
-    for (std::string line; std::getline(file, line);) lines.push_back(line);
-    return lines;
+std::string lineOf(const ComponentId& served, const std::string& module) {
+    return std::string(served.progId) + "\t" + guidText(served.clsid) + "\t" + module;
 }
 
 // Whether the file or folder has reached the disk.
@@ -59,34 +52,12 @@ bool writeLines(const std::vector<std::string>& lines) {
 
 }  // namespace
 
-std::string classRegistryPath() {
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    if (config && *config) return std::string(config) + "/velmora/classes.txt";
-    const char* home = std::getenv("HOME");
-    return std::string(home ? home : "") + "/.config/velmora/classes.txt";
-}
-
-std::optional<RegisteredClass> findRegisteredClass(const std::string& progId) {
-    for (const std::string& line : readLines()) {
-        if (!line.starts_with(progId + "\t")) continue;
-        const auto second = line.find('\t', progId.size() + 1);
-        RegisteredClass found{progId, {}, {}};
-        if (second == std::string::npos ||
-            !parseGuid(line.substr(progId.size() + 1, second - progId.size() - 1), found.clsid)) {
-            continue;
-        }
-        found.module = line.substr(second + 1);
-        return found;
-    }
-    return std::nullopt;
-}
-
 bool registerClasses(const std::string& module) {
-    std::vector<std::string> lines = readLines();
+    std::vector<std::string> lines = registryLines();
     const std::vector<std::string> before = lines;
-    for (const ComponentClass& served : componentClasses()) {
+    for (const ComponentId& served : componentIds()) {
         const auto known = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
-            return line.starts_with(served.progId + "\t");
+            return line.starts_with(std::string(served.progId) + "\t");
         });
         if (known == lines.end()) {
             lines.push_back(lineOf(served, module));
@@ -98,9 +69,8 @@ bool registerClasses(const std::string& module) {
 }
 
 bool unregisterClasses(const std::string& module) {
-    std::vector<std::string> lines = readLines();
-    for (const ComponentClass& served : componentClasses())
-        std::erase(lines, lineOf(served, module));
+    std::vector<std::string> lines = registryLines();
+    for (const ComponentId& served : componentIds()) std::erase(lines, lineOf(served, module));
     if (!lines.empty()) return writeLines(lines);
     std::error_code error;
     fs::remove(classRegistryPath(), error);

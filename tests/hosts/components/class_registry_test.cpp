@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "shell/class_registry.h"
+#include "hosts/components/class_registry.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 
-#include "shell/component_server.h"
+#include "hosts/components/class_registration.h"
+#include "shell/component_ids.h"
 #include "tests/support/temp_folder.h"
 
 namespace velmora {
@@ -31,8 +32,8 @@ TEST_F(ClassRegistry, IdentifiersAsText) {
 TEST_F(ClassRegistry, AllThirteenClassesComeAndGo) {
     EXPECT_FALSE(findRegisteredClass("Tarnwick.clsSettings"));
     ASSERT_TRUE(registerClasses("/a/lib.so"));
-    EXPECT_EQ(componentClasses().size(), 13U);
-    for (const ComponentClass& served : componentClasses()) {
+    EXPECT_EQ(componentIds().size(), 13U);
+    for (const ComponentId& served : componentIds()) {
         const auto found = findRegisteredClass(served.progId);
         ASSERT_TRUE(found) << served.progId;
         EXPECT_EQ(found->clsid, served.clsid);

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "shell/class_registry.h"
+#include "hosts/components/class_registration.h"
 #include "shell/component_server.h"
 
 namespace {
