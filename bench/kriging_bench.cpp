@@ -18,8 +18,8 @@
 #include "gis/memory_raster.h"
 #include "gis/numbers.h"
 #include "platform/analysis/interpolation.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/platform.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::bench {
 namespace {

@@ -8,8 +8,8 @@
 #include <fstream>
 
 #include "bench/big_basin.h"
-#include "gis/form.h"
-#include "platform/analysis/parallel_loop.h"
+#include "forms/form.h"
+#include "platform/threads/parallel_loop.h"
 #include "refet/refet_run.h"
 #include "settings/settings_file.h"
 

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/analysis/parallel_loop.h"
 #include "platform/files/posix_file.h"
 #include "platform/grid/esri_grid.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 namespace {

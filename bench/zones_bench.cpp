@@ -21,10 +21,10 @@
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
 #include "platform/analysis/conversion.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/analysis/zonal.h"
 #include "platform/grid/gdal_raster.h"
 #include "platform/platform.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::bench {
 namespace {

@@ -1,15 +1,15 @@
 # SPDX-License-Identifier: MIT
-# velmora_folder(NAME [LINKS TARGET...]): the static library of one folder of src/ that belongs to a host or
+# velmora_folder(NAME [LINKS TARGET...] [PRIVATE TARGET...]): the static library of one folder of src/ that belongs to a host or
 # to the platform. velmora_room(NAME): a folder of the extension; all of them make one library that is in a
 # process once (velmora_steps, see src/CMakeLists.txt), so that nobody can link one alone.
 # tests/checks/includes.sh holds what a folder may include. Every header is also compiled alone.
 function(velmora_folder NAME)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE" ${ARGN})
   velmora_sources(SOURCES)
   add_library(velmora_${NAME} STATIC ${SOURCES})
   target_include_directories(velmora_${NAME} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  target_link_libraries(velmora_${NAME} PUBLIC ${ARG_LINKS} PRIVATE velmora_options)
-  velmora_headers_alone(${NAME})
+  target_link_libraries(velmora_${NAME} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE} velmora_options)
+  velmora_headers_alone(${NAME} ${ARG_PRIVATE})
 endfunction()
 
 function(velmora_room NAME)
@@ -28,6 +28,7 @@ function(velmora_sources RESULT)
   set(${RESULT} ${SOURCES} PARENT_SCOPE)
 endfunction()
 
+# ... with the libraries that only the folder itself sees.
 function(velmora_headers_alone NAME)
   file(GLOB_RECURSE HEADERS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   set(ALONE)
@@ -49,6 +50,6 @@ function(velmora_headers_alone NAME)
   if(ALONE AND BUILD_TESTING)
     add_library(velmora_${NAME}_headers OBJECT ${ALONE})
     target_include_directories(velmora_${NAME}_headers PRIVATE ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(velmora_${NAME}_headers PRIVATE velmora_${NAME} velmora_options)
+    target_link_libraries(velmora_${NAME}_headers PRIVATE velmora_${NAME} ${ARGN} velmora_options)
   endif()
 endfunction()

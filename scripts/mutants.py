@@ -29,10 +29,13 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 # The tests that hold a folder's behaviour: programs, each with a filter.
 TESTS = {
     "src/gis": ["test_gis"],
+    "src/forms": ["test_forms"],
     "src/settings": ["test_settings"],
+    "src/modelling": ["test_modelling", "test_chain:RefEt*:Precip*"],
+    "src/check": ["test_check"],
     "src/refet": ["test_refet", "test_chain:RefEt*"],
     "src/crop": ["test_crop", "test_chain:Crop*:Kc*"],
-    "src/precip": ["test_chain:Precip*"],
+    "src/precip": ["test_precip", "test_chain:Precip*"],
     "src/irrigation": ["test_irrigation", "test_chain:Irrigation*"],
     "src/shell": ["test_shell"],
     "src/platform": ["test_platform"],

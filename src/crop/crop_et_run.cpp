@@ -5,7 +5,7 @@
 
 #include "gis/error_trap.h"
 #include "gis/month_names.h"
-#include "settings/zonal_grid_series.h"
+#include "modelling/zonal_grid_series.h"
 
 namespace velmora {
 

@@ -8,12 +8,12 @@
 
 #include "crop/kc_maps.h"
 #include "crop/kc_table.h"
+#include "forms/record_rows.h"
 #include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
-#include "gis/record_rows.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "settings/modelling_extent.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "gis/trapped_form.h"
+#include "forms/trapped_form.h"
 #include "settings/run_settings.h"
 
 namespace velmora {

@@ -10,8 +10,8 @@
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
 #include "gis/working_folder.h"
+#include "modelling/step_record.h"
 #include "settings/modelling_extent.h"
-#include "settings/step_record.h"
 
 namespace velmora {
 

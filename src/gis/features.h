@@ -2,7 +2,9 @@
 // Feature classes (shapefiles) and attribute tables (dBASE files) by records and fields.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,6 +59,11 @@ class IFeatureClass : public ITable {
     // The areas of the polygons by record, in square units of crs(); 0 for a feature without a
     // shape. Throws PlatformError when the features are no polygons.
     virtual std::vector<double> areas() const = 0;
+    // Hands over the rings of the polygons, outer and inner, one after the other, in `crs` ("" or
+    // an unknown own system: as stored). Throws PlatformError when the features are no polygons.
+    virtual void forEachRing(
+        const std::string& crs,
+        const std::function<void(std::span<const Point> ring)>& visit) const = 0;
 };
 
 // A ring-by-ring polygon or a point, for making feature classes.

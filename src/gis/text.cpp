@@ -28,6 +28,12 @@ std::string quotedText(std::string_view text) {
     return quoted + "'";
 }
 
+std::string quotedName(std::string_view name) {
+    std::string quoted = "\"";
+    for (const char c : name) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
 std::string parentFolderName(std::string_view path) {
     const auto at = lastSeparator(path);
     if (at == std::string_view::npos) return {};

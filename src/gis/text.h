@@ -23,6 +23,8 @@ std::string joinedNames(const Range& names) {
 
 // A text as a literal of a statement: in single quotes, those inside it doubled.
 std::string quotedText(std::string_view text);
+// The name of a table or column as an identifier in a statement.
+std::string quotedName(std::string_view name);
 
 // Paths. Both separators of the desktop's systems are understood when a path is taken apart.
 std::string parentFolderName(std::string_view path);  // "" when there is none

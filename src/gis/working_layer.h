@@ -36,6 +36,10 @@ class WorkingLayer : public IFeatureClass {
     std::vector<Point> points(const std::string& crs) const override { return layer_->points(crs); }
     bool holdsPolygons() const override { return layer_->holdsPolygons(); }
     std::vector<double> areas() const override { return layer_->areas(); }
+    void forEachRing(const std::string& crs,
+                     const std::function<void(std::span<const Point> ring)>& visit) const override {
+        layer_->forEachRing(crs, visit);
+    }
 
   private:
     std::shared_ptr<IFeatureClass> layer_;

@@ -13,8 +13,8 @@
 #include "gis/text.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/irrigation_database.h"
+#include "modelling/step_record.h"
 #include "settings/modelling_extent.h"
-#include "settings/step_record.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 
 #include <string>
 
+#include "forms/controls.h"
 #include "gis/application.h"
-#include "gis/controls.h"
 #include "gis/working_folder.h"
 #include "settings/run_settings.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/frm_efficiency.h"
 
+#include "forms/record_rows.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
-#include "gis/record_rows.h"
 #include "gis/text.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/efficiency_map.h"

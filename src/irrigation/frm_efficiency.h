@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "gis/trapped_form.h"
+#include "forms/trapped_form.h"
 #include "irrigation/irrigation_database.h"
 
 namespace velmora {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "forms/record_rows.h"
 #include "gis/connection_text.h"
-#include "gis/record_rows.h"
 #include "gis/text.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"

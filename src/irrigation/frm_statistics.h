@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "gis/trapped_form.h"
+#include "forms/trapped_form.h"
 
 namespace velmora {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "gis/application.h"
-#include "settings/irrigation_inputs.h"
+#include "irrigation/irrigation_inputs.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "gis/application.h"
+#include "modelling/zonal_grid_series.h"
 #include "settings/run_settings.h"
-#include "settings/zonal_grid_series.h"
 
 namespace velmora {
 

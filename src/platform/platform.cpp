@@ -6,13 +6,13 @@
 #include <gdal.h>
 
 #include "platform/analysis/analysis_factory.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/features/feature_workspace.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/files/file_system.h"
 #include "platform/grid/raster_workspace.h"
 #include "platform/tables/connection_factory.h"
 #include "platform/tables/joined_layer.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 

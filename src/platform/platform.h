@@ -4,11 +4,17 @@
 #include <memory>
 
 #include "gis/application.h"
+#include "platform/files/file_system.h"
+#include "platform/grid/geotiff_export.h"
+#include "platform/grid/raster_formats.h"
+#include "platform/grid/statistics_files.h"
+#include "platform/tables/access_import.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 
-// Everything that the platform offers, for a host to hand to the extension. Its libraries stay
-// behind this header.
+// Everything that the platform offers, for a host to hand to the extension. This header and what it
+// includes is all that a host knows of the platform; its libraries stay behind it.
 class Platform : public IPlatform {
   public:
     Platform();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gis/errors.h"
 #include "gis/month_names.h"
+#include "modelling/station_interpolation.h"
 #include "precip/precipitation_run.h"
-#include "settings/station_interpolation.h"
 
 namespace velmora {
 

@@ -5,9 +5,9 @@
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
+#include "modelling/station_interpolation.h"
 #include "precip/precipitation_run.h"
-#include "settings/reference_grids.h"
-#include "settings/station_interpolation.h"
+#include "precip/reference_grids.h"
 
 namespace velmora {
 

@@ -10,10 +10,10 @@
 
 #include "gis/application.h"
 #include "gis/working_folder.h"
+#include "modelling/step_record.h"
+#include "modelling/surface_diagnostics.h"
+#include "modelling/weather_stations.h"
 #include "settings/run_settings.h"
-#include "settings/step_record.h"
-#include "settings/surface_diagnostics.h"
-#include "settings/weather_stations.h"
 
 namespace velmora {
 

@@ -6,14 +6,11 @@
 #include <utility>
 
 #include "gis/errors.h"
+#include "gis/grid_tiles.h"
 
 namespace velmora {
 
 namespace {
-
-// The block size of the transfer: a tile of the grid datasets.
-constexpr int kColumns = 256;
-constexpr int kRows = 16;
 
 std::size_t recordOf(const GridGeometry& geometry, int column, int row) {
     return static_cast<std::size_t>(column) * static_cast<std::size_t>(geometry.rows) +
@@ -49,15 +46,15 @@ void gridIntoField(IParallelLoop& loop, const IRaster& raster, CellTable& table,
                             std::to_string(table.rowCount()) + " records");
     }
     const std::span<double> values = table.writable(field);
-    const auto bands = static_cast<std::size_t>((geometry.rows + kRows - 1) / kRows);
+    const auto bands = static_cast<std::size_t>((geometry.rows + kTileRows - 1) / kTileRows);
     loop.run(bands, 1, [&](std::size_t begin, std::size_t end) {
         std::vector<float> cells;
         for (std::size_t band = begin; band < end; ++band) {
-            const int row = static_cast<int>(band) * kRows;
-            const int rows = std::min(kRows, geometry.rows - row);
-            for (int column = 0; column < geometry.columns; column += kColumns) {
-                const CellBlock block{column, row, std::min(kColumns, geometry.columns - column),
-                                      rows};
+            const int row = static_cast<int>(band) * kTileRows;
+            const int rows = std::min(kTileRows, geometry.rows - row);
+            for (int column = 0; column < geometry.columns; column += kTileColumns) {
+                const CellBlock block{column, row,
+                                      std::min(kTileColumns, geometry.columns - column), rows};
                 cells.resize(block.cells());
                 raster.read(block, cells);
                 for (int c = 0; c < block.columns; ++c) {

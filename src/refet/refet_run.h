@@ -11,11 +11,11 @@
 #include "gis/application.h"
 #include "gis/progress.h"
 #include "gis/working_folder.h"
+#include "modelling/step_record.h"
 #include "refet/cell_table.h"
 #include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
-#include "settings/step_record.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
-#include "settings/station_interpolation.h"
-#include "settings/surface_diagnostics.h"
+#include "modelling/station_interpolation.h"
+#include "modelling/surface_diagnostics.h"
 
 namespace velmora {
 

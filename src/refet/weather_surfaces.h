@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "modelling/weather_stations.h"
 #include "settings/run_settings.h"
-#include "settings/weather_stations.h"
 
 namespace velmora {
 

@@ -9,11 +9,11 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
-#include "settings/flag_check.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
+#include "settings/weather_flags.h"
 #include "settings/weather_inspection.h"
 
 namespace velmora {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "forms/form.h"
 #include "gis/application.h"
-#include "gis/form.h"
 #include "settings/run_settings.h"
 
 namespace velmora {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "gis/form.h"
+#include "forms/form.h"
 #include "gis/progress.h"
 
 namespace velmora {

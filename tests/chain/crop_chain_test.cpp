@@ -9,7 +9,7 @@
 #include "crop/frm_kc_editor.h"
 #include "gis/month_names.h"
 #include "gis/zonal_tables.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 #include "settings/run_state.h"
 #include "tests/support/crop_fixture.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Grids that are left from earlier runs are told before a step reads them.
-#include "settings/old_results.h"
+#include "modelling/old_results.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,12 +8,12 @@
 #include <chrono>
 #include <filesystem>
 
+#include "check/input_check.h"
 #include "gis/errors.h"
 #include "irrigation/irrigation_requirement_run.h"
 #include "irrigation/net_irrigation_run.h"
 #include "platform/files/file_system.h"
 #include "platform/grid/gdal_raster.h"
-#include "settings/input_check.h"
 #include "tests/support/irrigation_fixture.h"
 
 namespace velmora {

@@ -10,7 +10,7 @@
 #include <random>
 
 #include "gis/month_names.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 #include "precip/precipitation_run.h"
 #include "tests/support/plain_kriging.h"
 #include "tests/support/run_fixture.h"

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gis/text.h"
+#include "platform/files/file_system.h"
 #include "platform/files/posix_file.h"
 #include "platform/tables/dbase_edit.h"
 #include "tests/fuzz/harness.h"

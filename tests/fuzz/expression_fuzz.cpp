@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Any text is an expression that evaluates, or an error.
-#include "platform/analysis/expression.h"
+#include "gis/expression.h"
 
 #include <vector>
 
@@ -10,7 +10,7 @@ using namespace velmora;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::tried([&] {
-        const platform::Expression expression(std::string(fuzz::text(data, size)));
+        const Expression expression(std::string(fuzz::text(data, size)));
         const std::vector<double> values = {1, -2, 0};
         const std::vector<const double*> operands(expression.names().size(), values.data());
         std::vector<double> results(3);

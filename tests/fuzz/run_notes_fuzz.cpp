@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Notes of runs of any content are read; a run that is noted beside them is the last one read.
-#include "hosts/cli/run_log.h"
+#include "hosts/results/run_log.h"
 #include "platform/files/file_system.h"
 #include "settings/settings_file.h"
 #include "tests/fuzz/harness.h"
@@ -18,14 +18,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }();
     (void)settled;
     folder.write("velmora_runs.json", fuzz::text(data, size));
-    cli::notedRuns(folder.file(""));
-    cli::StepRun run;
+    notedRuns(folder.file(""));
+    StepRun run;
     run.step = "irr";
     run.done = true;
     run.seconds = 2.5;
     run.messages = {"one", "two"};
-    cli::noteRun(files, folder.file(""), run);
-    const auto runs = cli::notedRuns(folder.file(""));
+    noteRun(files, folder.file(""), run);
+    const auto runs = notedRuns(folder.file(""));
     fuzz::require(!runs.empty() && runs.back().step == run.step &&
                   runs.back().messages == run.messages);
     return 0;

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "gis/errors.h"
+#include "gis/grid_tiles.h"
 #include "gis/memory_raster.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/platform.h"
@@ -82,7 +83,7 @@ TEST_F(Seeds, Grids) {
         const GridGeometry geometry{columns, rows, 400000, 4500000, 500, ""};
         const std::string path = folder.file("g" + std::to_string(number));
         platform::EsriGridWriter writer(path, geometry);
-        const platform::GridTiles tiles(geometry);
+        const GridTiles tiles(geometry);
         for (std::size_t t = 0; t < tiles.count(); ++t) {
             const CellBlock block = tiles.block(t, geometry);
             std::vector<float> values(block.cells(), 1.5F);

@@ -6,7 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 #include "refet/cell_transfer.h"
 
 namespace velmora {

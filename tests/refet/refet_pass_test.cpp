@@ -8,7 +8,7 @@
 
 #include "gis/errors.h"
 #include "gis/grid.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 #include "refet/cls_models.h"
 #include "refet/equations/failure.h"
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "forms/form.h"
 #include "gis/application.h"
-#include "gis/form.h"
 #include "platform/platform.h"
 #include "tests/support/temp_folder.h"
 

@@ -6,13 +6,13 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "hosts/chain/step_names.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/step_run.h"
-#include "hosts/cli/zone_results.h"
-#include "hosts/components/step_names.h"
+#include "hosts/results/zone_results.h"
+#include "modelling/old_results.h"
 #include "platform/platform.h"
-#include "settings/old_results.h"
 #include "settings/settings_file.h"
 
 namespace velmora::cli {

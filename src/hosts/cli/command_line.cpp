@@ -9,8 +9,7 @@
 #include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
-#include "platform/analysis/parallel_loop.h"
-#include "platform/files/posix_file.h"
+#include "platform/platform.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 

@@ -7,7 +7,7 @@
 #include "gis/month_names.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
-#include "hosts/cli/grid_statistics.h"
+#include "hosts/results/grid_statistics.h"
 #include "platform/platform.h"
 
 namespace velmora::cli {

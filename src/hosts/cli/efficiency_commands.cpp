@@ -4,15 +4,15 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "forms/record_rows.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
-#include "gis/record_rows.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/efficiency_map_result.h"
-#include "hosts/cli/grid_text.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/cli/time_stamp.h"
+#include "hosts/cli/table_text.h"
+#include "hosts/results/time_stamp.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/efficiency_check.h"
 #include "irrigation/frm_efficiency.h"

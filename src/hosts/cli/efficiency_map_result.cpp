@@ -7,8 +7,8 @@
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "hosts/cli/console.h"
-#include "hosts/cli/grid_statistics.h"
-#include "settings/irrigation_inputs.h"
+#include "hosts/results/grid_statistics.h"
+#include "irrigation/irrigation_inputs.h"
 
 namespace velmora::cli {
 

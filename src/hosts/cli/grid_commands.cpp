@@ -7,9 +7,8 @@
 #include "gis/text.h"
 #include "gis/working_folder.h"
 #include "hosts/cli/commands.h"
-#include "hosts/cli/grid_picture.h"
-#include "hosts/cli/grid_statistics.h"
-#include "platform/grid/gdal_raster.h"
+#include "hosts/results/grid_picture.h"
+#include "hosts/results/grid_statistics.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 
@@ -145,8 +144,8 @@ int gridPicture(const Session& session, const std::string& dataset, const std::s
     platform::Platform platform;
     const auto source = opened(session, platform, dataset);
     const std::string name = fileName(dataset);
-    drawGridPicture(*source->createDefaultRaster(), rampOf(name), title.empty() ? name : title,
-                    file);
+    drawGridPicture(platform.files(), *source->createDefaultRaster(), rampOf(name),
+                    title.empty() ? name : title, file);
     sayDone(session, "{} is written\n", file);
     return kDone;
 }

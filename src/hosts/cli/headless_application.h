@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "forms/form.h"
 #include "gis/application.h"
-#include "gis/form.h"
-#include "hosts/cli/diagnostics_report.h"
 #include "hosts/cli/terminal.h"
+#include "hosts/results/diagnostics_report.h"
 #include "platform/platform.h"
 
 namespace velmora::cli {

@@ -8,11 +8,10 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/cli/time_stamp.h"
+#include "hosts/results/time_stamp.h"
 #include "irrigation/irrigation_database.h"
 #include "irrigation/starter_database.h"
-#include "platform/tables/access_import.h"
-#include "platform/tables/sqlite_statement.h"
+#include "platform/platform.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
 
@@ -111,8 +110,7 @@ int irdbInfo(const Session& session, const std::string& file) {
     if (platform::isAccessFile(path)) info["copy"] = platform::importedDatabase(path);
     info["tables"] = nlohmann::ordered_json::object();
     for (const std::string& table : connection->tableNames()) {
-        const auto count =
-            connection->open("SELECT count(*) AS n FROM " + platform::quotedName(table));
+        const auto count = connection->open("SELECT count(*) AS n FROM " + quotedName(table));
         info["tables"][table] = std::get<double>(count->value("n"));
     }
     if (session.json) {

@@ -2,7 +2,7 @@
 #include "hosts/cli/kept_settings.h"
 
 #include "gis/errors.h"
-#include "platform/files/file_system.h"
+#include "platform/platform.h"
 #include "settings/fill_form.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"

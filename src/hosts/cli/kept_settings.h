@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "gis/form.h"
+#include "forms/form.h"
 #include "settings/run_settings.h"
 
 namespace velmora::cli {

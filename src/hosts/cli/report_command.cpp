@@ -6,8 +6,7 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/cli/output_file.h"
-#include "hosts/cli/report/report_page.h"
+#include "hosts/results/report/report_page.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
 
@@ -31,7 +30,8 @@ int report(const Session& session, const std::string& file) {
             missing.push_back(findingLine(finding));
         }
     }
-    writeOutput(path, reportPage(application.platform(), results, &missing));
+    application.platform().files().storeFile(path,
+                                             reportPage(application.platform(), results, &missing));
     sayDone(session, "The report is {}: open it in a browser\n", path);
     for (const std::string& text : missing) application.prompts().reason(text);
     return missing.empty() ? kDone : kFailed;

@@ -5,15 +5,15 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "forms/form.h"
 #include "gis/errors.h"
-#include "gis/form.h"
 #include "gis/text.h"
 #include "gis/windows1252.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/kept_settings.h"
 #include "hosts/components/loaded_extension.h"
-#include "platform/files/file_system.h"
+#include "platform/platform.h"
 #include "settings/fill_form.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_settings.h"

@@ -2,13 +2,13 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "check/finding_groups.h"
+#include "check/input_check.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/step_run.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/components/menu_item.h"
 #include "platform/platform.h"
-#include "settings/finding_groups.h"
-#include "settings/input_check.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
 

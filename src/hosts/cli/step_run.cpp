@@ -5,8 +5,8 @@
 
 #include "gis/errors.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/cli/run_log.h"
 #include "hosts/components/loaded_extension.h"
+#include "hosts/results/run_log.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
 
@@ -38,8 +38,8 @@ Json showDiagnostics(const Session& session, HeadlessApplication& application,
     const std::string settings = defaultSettingsPath(session.settingsFolder);
     const std::string folder =
         readSettings(application.platform().files(), settings).OutputWorkspace;
-    const auto files =
-        report.write(folder, step == "ppt" ? "PPT_diagnostics" : "RefET_diagnostics");
+    const auto files = report.write(application.platform().files(), folder,
+                                    step == "ppt" ? "PPT_diagnostics" : "RefET_diagnostics");
     const std::string pictures =
         files.size() > 1
             ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +

@@ -4,8 +4,8 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
-#include "hosts/cli/grid_text.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/table_text.h"
 #include "irrigation/frm_statistics.h"
 #include "settings/run_state.h"
 

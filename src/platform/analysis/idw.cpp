@@ -7,7 +7,7 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/analysis/per_processor.h"
+#include "platform/threads/per_processor.h"
 
 namespace velmora::platform {
 

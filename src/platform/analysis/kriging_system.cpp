@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/analysis/per_processor.h"
+#include "platform/threads/per_processor.h"
 
 namespace velmora::platform {
 

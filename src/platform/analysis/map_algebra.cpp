@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "gis/errors.h"
+#include "gis/expression.h"
 #include "gis/text.h"
-#include "platform/analysis/expression.h"
 #include "platform/grid/raster_sampling.h"
 
 namespace velmora::platform {

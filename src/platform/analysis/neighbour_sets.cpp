@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "platform/analysis/parallel_loop.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 

@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "gis/grid_tiles.h"
 #include "platform/analysis/neighbour_search.h"
-#include "platform/grid/esri_grid.h"
 
 namespace velmora::platform {
 

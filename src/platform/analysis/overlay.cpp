@@ -8,8 +8,8 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/analysis/geos_shapes.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/features/shapefile_writer.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 

@@ -13,9 +13,9 @@
 #include <utility>
 
 #include "gis/errors.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/features/polygon_reader.h"
-#include "platform/grid/gdal_raster.h"
+#include "platform/files/gdal_library.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 
@@ -30,15 +30,10 @@ struct Polygon {
     OGREnvelope envelope;
 };
 
-struct DatasetCloser {
-    void operator()(GDALDataset* dataset) const { GDALClose(dataset); }
-};
-using MemoryDataset = std::unique_ptr<GDALDataset, DatasetCloser>;
-
 // A dataset over the given rows of a grid, whose cells lie at `cells`.
-MemoryDataset datasetOver(std::int32_t* cells, const GridGeometry& geometry, int row, int rows) {
+DatasetPtr datasetOver(std::int32_t* cells, const GridGeometry& geometry, int row, int rows) {
     auto* driver = GetGDALDriverManager()->GetDriverByName("MEM");
-    MemoryDataset dataset(driver->Create("", geometry.columns, rows, 0, GDT_Int32, nullptr));
+    DatasetPtr dataset(driver->Create("", geometry.columns, rows, 0, GDT_Int32, nullptr));
     char pointer[64] = {};
     pointer[CPLPrintPointer(pointer, cells, sizeof(pointer) - 1)] = '\0';
     CPLStringList options;
@@ -66,7 +61,7 @@ void fill(const std::vector<Polygon>& polygons, const GridGeometry& geometry, in
         values.push_back(polygon.record);
     }
     if (shapes.empty()) return;
-    const MemoryDataset dataset = datasetOver(cells, geometry, row, rows);
+    const DatasetPtr dataset = datasetOver(cells, geometry, row, rows);
     int band = 1;
     if (GDALRasterizeGeometries(GDALDataset::ToHandle(dataset.get()), 1, &band,
                                 static_cast<int>(shapes.size()), shapes.data(), nullptr, nullptr,

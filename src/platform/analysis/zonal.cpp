@@ -7,10 +7,10 @@
 
 #include "gis/errors.h"
 #include "gis/grid.h"
+#include "gis/grid_tiles.h"
 #include "gis/memory_table.h"
-#include "platform/analysis/parallel_loop.h"
 #include "platform/analysis/polygon_cells.h"
-#include "platform/grid/esri_grid.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 

@@ -7,8 +7,8 @@
 #include "gis/text.h"
 #include "platform/features/ogr_table.h"
 #include "platform/features/shapefile_writer.h"
+#include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
-#include "platform/grid/gdal_raster.h"
 #include "platform/tables/dbase_edit.h"
 
 namespace velmora::platform {

@@ -204,6 +204,23 @@ std::vector<double> OgrTable::areas() const {
     return areas;
 }
 
+void OgrTable::forEachRing(const std::string& crs,
+                           const std::function<void(std::span<const Point> ring)>& visit) const {
+    std::vector<Point> points;
+    forEachPolygon(path_, crs, [&](std::size_t, OGRGeometryUniquePtr shape) {
+        const OGRGeometryUniquePtr parts(OGRGeometryFactory::forceToMultiPolygon(shape.release()));
+        for (const OGRPolygon* polygon : *parts->toMultiPolygon()) {
+            for (const OGRLinearRing* ring : *polygon) {
+                points.clear();
+                for (int i = 0; i < ring->getNumPoints(); ++i) {
+                    points.push_back({ring->getX(i), ring->getY(i)});
+                }
+                visit(points);
+            }
+        }
+    });
+}
+
 bool OgrTable::holdsPolygons() const {
     const auto type = wkbFlatten(layer_->GetGeomType());
     return type == wkbPolygon || type == wkbMultiPolygon;

@@ -37,6 +37,8 @@ class OgrTable : public IFeatureClass {
     Envelope extent() const override;
     std::string crs() const override { return crs_; }
     std::vector<Point> points(const std::string& crs) const override;
+    void forEachRing(const std::string& crs,
+                     const std::function<void(std::span<const Point> ring)>& visit) const override;
     bool holdsPolygons() const override;
     std::vector<double> areas() const override;
 

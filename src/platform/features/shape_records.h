@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/features/byte_source.h"
+#include "platform/files/byte_source.h"
 
 namespace velmora::platform {
 

@@ -6,7 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/features/byte_source.h"
+#include "platform/files/byte_source.h"
 #include "platform/tables/dbase_edit.h"
 #include "platform/tables/dbase_layout.h"
 

@@ -14,8 +14,8 @@
 #include "platform/features/shapefile_check.h"
 #include "platform/features/spatial_reference.h"
 #include "platform/features/vector_dataset.h"
+#include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
-#include "platform/grid/gdal_raster.h"
 
 namespace velmora::platform {
 
@@ -121,7 +121,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
     const GdalFailures failures;  // those of the last flush are told to nobody else
     try {
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-        VectorDatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        DatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
         CPLStringList options;
         if (encoding == TextEncoding::utf8) options.SetNameValue("ENCODING", "UTF-8");
         OGRSpatialReference system;

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/features/vector_dataset.h"
 
-#include <cpl_error.h>
-
-#include <string_view>
-
 #include "gis/errors.h"
 #include "platform/features/shapefile_check.h"
 #include "platform/features/spatial_reference.h"
-#include "platform/grid/gdal_raster.h"
 
 namespace velmora::platform {
 
@@ -29,20 +24,6 @@ VectorLayer openVectors(const std::string& path) {
                                         "features or records"));
     }
     return opened;
-}
-
-GdalFailures::GdalFailures() { CPLPushErrorHandlerEx(hear, this); }
-GdalFailures::~GdalFailures() { CPLPopErrorHandler(); }
-
-void CPL_STDCALL GdalFailures::hear(CPLErr kind, CPLErrorNum, const char* text) {
-    auto* self = static_cast<GdalFailures*>(CPLGetErrorHandlerUserData());
-    if (kind < CE_Failure) return;
-    const std::string_view said = text;
-    const bool database = said.find("SQLite") != said.npos || said.find("proj.db") != said.npos;
-    if (database && self->database_.empty()) self->database_ = said;
-    if (self->any_) return;
-    self->any_ = true;
-    self->first_ = said;
 }
 
 OGRFeatureUniquePtr nextFeature(OGRLayer& layer, const std::string& path) {

@@ -11,6 +11,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/files/file_system.h"
 #include "platform/files/posix_file.h"
 
 namespace velmora::platform {

@@ -176,6 +176,7 @@ void FileSystem::replaceFile(const std::string& from, const std::string& to) {
 }
 
 void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
+    sweepUnfinished(parentFolderName(path));
     const std::string unfinished = unfinishedPath(path);
     try {
         writeWholeFile(unfinished, bytes);

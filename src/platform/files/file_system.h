@@ -9,6 +9,10 @@
 
 namespace velmora::platform {
 
+// Whether what is written is also asked to reach the disk (the default). Off, a power cut may lose
+// what a program that has ended wrote; a killed program loses nothing either way.
+void setSyncing(bool on);
+
 class FileSystem : public IFileSystem {
   public:
     bool fileExists(const std::string& path) const override;

@@ -40,9 +40,7 @@ void writeWholeFile(const std::string& path, const std::string& bytes,
 std::string readWholeFile(const std::string& path, std::size_t most);
 void removeTree(const std::string& path) noexcept;
 
-// Whether what is written is also asked to reach the disk (the default). Off, a power cut may lose
-// what a program that has ended wrote; a killed program loses nothing either way.
-void setSyncing(bool on);
+// Whether what is written is also asked to reach the disk (file_system.h).
 bool syncing();
 
 // Asks that the file or folder reaches the disk; nothing while syncing is off. Throws

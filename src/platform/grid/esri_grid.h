@@ -13,27 +13,11 @@
 #include <string>
 #include <vector>
 
+#include "gis/grid_tiles.h"
 #include "gis/rasters.h"
 #include "platform/files/posix_file.h"
 
 namespace velmora::platform {
-
-constexpr int kTileColumns = 256;
-constexpr int kTileRows = 16;
-
-// The tiles of a grid written with the tile size above.
-struct GridTiles {
-    int across = 0;
-    int down = 0;
-    explicit GridTiles(const GridGeometry& geometry)
-        : across((geometry.columns + kTileColumns - 1) / kTileColumns),
-          down((geometry.rows + kTileRows - 1) / kTileRows) {}
-    std::size_t count() const {
-        return static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
-    }
-    // The cells of tile `index`, cut at the grid's edges.
-    CellBlock block(std::size_t index, const GridGeometry& geometry) const;
-};
 
 // Writes a grid folder tile by tile, in any order and from several threads. A folder that is not
 // finished goes with the writer.

@@ -41,13 +41,6 @@ std::size_t tileFileBytes(const GridTiles& tiles) {
 
 }  // namespace
 
-CellBlock GridTiles::block(std::size_t index, const GridGeometry& geometry) const {
-    const int column = static_cast<int>(index % static_cast<std::size_t>(across)) * kTileColumns;
-    const int row = static_cast<int>(index / static_cast<std::size_t>(across)) * kTileRows;
-    return {column, row, std::min(kTileColumns, geometry.columns - column),
-            std::min(kTileRows, geometry.rows - row)};
-}
-
 EsriGridWriter::EsriGridWriter(std::string folder, GridGeometry geometry)
     : folder_(std::move(folder)), geometry_(std::move(geometry)), tiles_(geometry_) {
     if (static_cast<double>(tileFileBytes(tiles_)) / 2 > kMostWords) {

@@ -9,11 +9,12 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/grid/gdal_raster.h"
 #include "platform/grid/raster_formats.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "platform/tables/sqlite_statement.h"
 
 namespace velmora::platform {

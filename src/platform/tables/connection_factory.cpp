@@ -6,7 +6,7 @@
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
 #include "platform/tables/access_import.h"
-#include "platform/tables/dbase_recordset.h"
+#include "platform/tables/dbase_connection.h"
 #include "platform/tables/sqlite_connection.h"
 
 namespace velmora::platform {

@@ -4,10 +4,11 @@
 #include <cpl_conv.h>
 #include <cpl_error.h>
 #include <cpl_string.h>
+#include <ogrsf_frmts.h>
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/features/vector_dataset.h"
+#include "platform/files/gdal_library.h"
 
 namespace velmora::platform {
 
@@ -24,7 +25,7 @@ std::string recoded(const std::string& text, const char* from, const char* to) {
 }  // namespace
 
 std::string dbaseEncoding(const std::string& path) {
-    const VectorDatasetPtr dataset(
+    const DatasetPtr dataset(
         GDALDataset::Open(path.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, kVectorDrivers.data()));
     OGRLayer* layer = dataset && dataset->GetLayerCount() > 0 ? dataset->GetLayer(0) : nullptr;
     const char* encoding = layer ? layer->GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE") : nullptr;

@@ -7,7 +7,7 @@
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
-#include "platform/features/byte_source.h"
+#include "platform/files/byte_source.h"
 #include "platform/tables/dbase_layout.h"
 
 namespace velmora::platform {

@@ -6,8 +6,8 @@
 #include <unordered_map>
 
 #include "gis/errors.h"
+#include "gis/expression.h"
 #include "gis/text.h"
-#include "platform/analysis/expression.h"
 
 namespace velmora::platform {
 

@@ -72,10 +72,4 @@ void runStatements(sqlite3* database, const std::string& statements) {
     }
 }
 
-std::string quotedName(const std::string& name) {
-    std::string quoted = "\"";
-    for (const char c : name) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    return quoted + "\"";
-}
-
 }  // namespace velmora::platform

@@ -36,7 +36,4 @@ class SqliteStatement {
 // Runs statements that give no rows, under the same limit. Throws PlatformError.
 void runStatements(sqlite3* database, const std::string& statements);
 
-// The name as an identifier in a statement.
-std::string quotedName(const std::string& name);
-
 }  // namespace velmora::platform

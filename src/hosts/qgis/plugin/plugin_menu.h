@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/components/step_names.h"
+#include "hosts/chain/step_names.h"
 #include "hosts/qgis/plugin/qgis_document.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 

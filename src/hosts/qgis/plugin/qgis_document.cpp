@@ -25,7 +25,7 @@
 #include "gis/errors.h"
 #include "hosts/qgis/widgets/keep_painted.h"
 #include "hosts/qgis/widgets/texts.h"
-#include "platform/grid/statistics_files.h"
+#include "platform/platform.h"
 
 namespace velmora::qgis {
 

@@ -9,13 +9,13 @@
 #include <exception>
 
 #include "gis/text.h"
+#include "hosts/components/class_registry.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/qgis/plugin/plugin_menu.h"
 #include "hosts/qgis/plugin/qgis_document.h"
 #include "hosts/qgis/widgets/command_bar.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 #include "plugin_version.h"
-#include "hosts/components/class_registry.h"
 
 namespace velmora::qgis {
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qgis/widgets/dataset_browser.h"
+#include "platform/platform.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -12,8 +13,6 @@
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
-
-#include "platform/grid/raster_formats.h"
 
 namespace velmora::qt {
 

@@ -2,7 +2,7 @@
 #include "hosts/qgis/widgets/desktop_application.h"
 
 #include "hosts/qgis/widgets/keep_painted.h"
-#include "platform/analysis/parallel_loop.h"
+#include "platform/platform.h"
 
 namespace velmora::qt {
 

@@ -20,8 +20,8 @@
 
 #include "gis/errors.h"
 #include "hosts/qgis/widgets/curve_chart.h"
-#include "hosts/qgis/widgets/grid_model.h"
 #include "hosts/qgis/widgets/keep_painted.h"
+#include "hosts/qgis/widgets/table_model.h"
 #include "hosts/qgis/widgets/texts.h"
 
 namespace velmora::qt {
@@ -255,7 +255,7 @@ void FormBinder::bind(ProgressBar& control, QProgressBar& widget) {
 }
 
 void FormBinder::bind(DataGrid& control, QTableView& widget) {
-    auto* model = new GridModel(
+    auto* model = new TableModel(
         control,
         [this, &control](std::size_t row, std::size_t column, const std::string& text) {
             const std::size_t rows = control.rowCount();

@@ -10,7 +10,7 @@
 #include <functional>
 #include <vector>
 
-#include "gis/form.h"
+#include "forms/form.h"
 #include "gis/prompts.h"
 
 class QAbstractButton;

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "check/input_check.h"
+
+namespace velmora {
+
+// Findings as lines for a reader: notes first and errors last, so that what matters stands at the
+// end. Findings of one kind about one file and quantity ("has no value" in TM_Jan to TM_Dec of any
+// station) become one line with their count and the one with the largest number.
+std::vector<std::string> findingLines(const std::vector<Finding>& findings);
+
+// "1 error, 2 warnings, 0 notes"
+std::string findingCounts(const std::vector<Finding>& findings);
+
+}  // namespace velmora

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: MIT
+#include "check/input_check.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "check/precipitation_check.h"
+#include "check/station_check.h"
+#include "check/type_check.h"
+#include "gis/errors.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+#include "gis/zone_keys.h"
+#include "irrigation/irrigation_inputs.h"
+#include "modelling/old_results.h"
+#include "modelling/step_inputs.h"
+#include "settings/lost_characters.h"
+#include "settings/modelling_extent.h"
+#include "settings/settings_fields.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr double kLowestGround = -450;  // metres
+constexpr double kHighestGround = 8900;
+
+class InputCheck {
+  public:
+    InputCheck(IPlatform& platform, const RunSettings& settings)
+        : platform_(platform), settings_(settings) {}
+
+    std::vector<Finding> run() {
+        checkRun();
+        checkDomain();
+        checkOutput();
+        checkDem();
+        appendFindings(checkStations(platform_, settings_, geometry_));
+        appendFindings(checkPrecipitation(platform_, settings_, geometry_));
+        checkLaterInputs();
+        checkStepInputs();
+        // That such a path does not exist has been told, with the reason.
+        std::erase_if(findings_, [&](const Finding& finding) {
+            return std::find(lost_.begin(), lost_.end(), finding.file) != lost_.end();
+        });
+        return findings_;
+    }
+
+  private:
+    void add(Severity severity, const std::string& file, const std::string& text) {
+        findings_.push_back({severity, file, {}, {}, text});
+    }
+    void appendFindings(std::vector<Finding> more) {
+        findings_.insert(findings_.end(), more.begin(), more.end());
+    }
+
+    void checkRun() {
+        for (const LostText& lost : lostPaths(platform_.files(), settings_)) {
+            add(Severity::error, lost.field, lost.text);
+            lost_.push_back(settingsText(settings_, *findSettingsField(lost.field)));
+        }
+        if (settings_.methodNumber() == 0) {
+            add(Severity::error, "RefETMethod", "\"" + settings_.RefETMethod + "\" is not 1 to 6");
+        }
+        if (settings_.endMonthNumber() == 0 ||
+            settings_.beginMonthNumber() > settings_.endMonthNumber()) {
+            add(Severity::error, "BeginMonth, EndMonth",
+                "\"" + settings_.BeginMonth + "\" to \"" + settings_.EndMonth +
+                    "\" holds no month: use Jan to Dec");
+        }
+        const auto year = strictNumber(settings_.Year);
+        if (!year || *year < 1000 || *year > 9999) {
+            add(Severity::warning, "Year", "\"" + settings_.Year + "\" is no year of four digits");
+        }
+        if (settings_.TimeStep != "Monthly") {
+            add(Severity::note, "TimeStep", "the model steps work month by month");
+        }
+        if (settings_.beginMonthNumber() == 0) {
+            add(Severity::warning, "BeginMonth",
+                "\"" + settings_.BeginMonth +
+                    "\" is none of Jan to Dec: the run begins in January");
+        }
+        checkUnit("DemUnit", settings_.DemUnit, "Meters", "Feet");
+        checkUnit("SiteElevationUnit", settings_.SiteElevationUnit, "Meters", "Feet");
+        checkUnit("TemperatureUnit", settings_.TemperatureUnit, "Degree C", "Degree F");
+        if (settings_.Ks < 0.1 || settings_.Ks > 0.25) {
+            add(Severity::warning, "Ks", numberText(settings_.Ks) + " is far from 0.16 to 0.19");
+        }
+        if (settings_.EstimatedWindSpeed <= 0 || settings_.EstimatedWindSpeed > 15) {
+            add(Severity::warning, "EstimatedWindSpeed",
+                numberText(settings_.EstimatedWindSpeed) + " m/s is not likely at 2 m");
+        }
+    }
+
+    void checkUnit(const char* field, const std::string& unit, const std::string& usual,
+                   const std::string& other) {
+        if (unit == usual || unit == other) return;
+        add(Severity::warning, field,
+            "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
+    }
+
+    // Grids of earlier runs that a step would read, and files that it would pass over.
+    void checkStepInputs() {
+        std::set<std::string> told;
+        for (const char* step : {"cropet", "nir", "irr"}) {
+            auto texts = oldInputs(platform_, settings_, step);
+            std::ranges::move(passedOverInputs(platform_, settings_, step),
+                              std::back_inserter(texts));
+            for (const std::string& text : texts) {
+                if (told.insert(text).second) {
+                    add(Severity::warning, settings_.OutputWorkspace, text);
+                }
+            }
+        }
+    }
+
+    void checkDomain() {
+        try {
+            geometry_ = runGeometry(platform_, settings_);
+            add(Severity::note, settings_.ExtentProvider,
+                std::to_string(geometry_->columns) + " x " + std::to_string(geometry_->rows) +
+                    " cells of " + numberText(settings_.CellSize) + " m in " +
+                    platform_.spatialReferences().name(geometry_->crs));
+        } catch (const PlatformError& e) {
+            add(Severity::error, "ExtentProvider, CellSize", e.what());
+        }
+    }
+
+    void checkOutput() {
+        if (settings_.OutputWorkspace.empty()) {
+            add(Severity::error, "OutputWorkspace", "is empty: name a folder for output");
+            return;
+        }
+        try {
+            reading_ = platform_.files().shareFolder(settings_.OutputWorkspace);
+        } catch (const PlatformError& e) {
+            add(Severity::error, settings_.OutputWorkspace, e.what());
+        }
+    }
+
+    void checkDem() {
+        try {
+            const RasterPtr dem =
+                platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster();
+            if (dem->geometry().crs.empty()) {
+                add(Severity::warning, settings_.DEM,
+                    "has no coordinate system: it is taken to be in the extent provider's");
+            }
+            if (geometry_) checkElevations(dem);
+        } catch (const PlatformError& e) {
+            add(Severity::error, settings_.DEM, e.what());
+        }
+    }
+
+    // Reads the DEM on the run's grid, a row here and there.
+    void checkElevations(const RasterPtr& dem) {
+        const auto algebra = platform_.analysis().mapAlgebra();
+        useCells(algebra->environment(), *geometry_);
+        algebra->BindRaster(dem, "DEM");
+        const RasterPtr metres =
+            algebra->Execute(settings_.DemUnit == "Feet" ? "0.3048 * [DEM]" : "[DEM] * 1");
+        std::size_t seen = 0;
+        std::size_t missing = 0;
+        std::size_t odd = 0;
+        std::vector<float> cells(static_cast<std::size_t>(geometry_->columns));
+        for (int row = 0; row < geometry_->rows; row += std::max(1, geometry_->rows / 100)) {
+            metres->read({0, row, geometry_->columns, 1}, cells);
+            for (const float z : cells) {
+                ++seen;
+                if (z == kNoData) {
+                    ++missing;
+                } else if (z < kLowestGround || z > kHighestGround) {
+                    ++odd;
+                }
+            }
+        }
+        if (missing == seen) {
+            add(Severity::error, settings_.DEM, "has no data within the modelling extent");
+        } else if (missing > 0) {
+            add(Severity::note, settings_.DEM,
+                std::to_string(missing * 100 / seen) +
+                    " % of the modelling extent has no elevation, and gets no reference ET");
+        }
+        if (odd > 0) {
+            add(Severity::warning, settings_.DEM,
+                "holds elevations below -450 or above 8900 m: is the DEM unit right (" +
+                    settings_.DemUnit + ")?");
+        }
+    }
+
+    void checkLaterInputs() {
+        checkPolygons(settings_.Zones, "Zones", settings_.ZoneField);
+        checkPolygons(settings_.LandCover, "LandCover", "");
+        checkIrrigationInputs();
+        if (!settings_.KcTable.empty()) {
+            try {
+                const auto table = platform_.features().openTable(settings_.KcTable);
+                for (int month = 1; month <= 12; ++month) {
+                    requireField(*table, "Kc_" + GetMonthName(month));
+                }
+            } catch (const PlatformError& e) {
+                add(Severity::error, settings_.KcTable, e.what());
+            }
+        }
+    }
+
+    // What the irrigation efficiency needs beside the settings.
+    void checkIrrigationInputs() {
+        try {
+            if (!settings_.LandCover.empty()) {
+                appendFindings(checkTypes(
+                    *platform_.features().openFeatureClass(settings_.LandCover), kCropField));
+            }
+        } catch (const PlatformError&) {
+            return;  // which checkPolygons tells
+        }
+        const std::string database = irrigationDatabasePath(settings_);
+        if (!settings_.Zones.empty() && !platform_.files().fileExists(database)) {
+            add(Severity::note, database,
+                "there is no irrigation database yet: velmora irdb create makes one");
+        } else if (!settings_.Zones.empty()) {
+            checkCopy(database);
+        }
+    }
+
+    void checkCopy(const std::string& database) {
+        try {
+            const std::string stale = platform_.connections().staleCopy(database);
+            if (!stale.empty()) add(Severity::warning, database, stale);
+        } catch (const PlatformError& e) {
+            add(Severity::error, database, e.what());
+        }
+    }
+
+    void checkPolygons(const std::string& path, const std::string& setting,
+                       const std::string& keyField) {
+        if (path.empty()) {
+            add(Severity::note, setting,
+                "is not set; reference ET and precipitation do not need it");
+            return;
+        }
+        try {
+            const auto layer = platform_.features().openFeatureClass(path);
+            if (layer->holdsPolygons()) {
+                layer->areas();  // which looks at every shape
+            } else {
+                add(Severity::error, path, "holds no polygons");
+            }
+            if (layer->crs().empty()) {
+                add(Severity::warning, path,
+                    "has no coordinate system: it is taken to be in the extent provider's");
+            }
+            if (!keyField.empty()) {
+                requireField(*layer, keyField);
+                if (layer->fieldIndex(keyField) >= 0) checkKeys(*layer, keyField);
+            }
+        } catch (const PlatformError& e) {
+            add(Severity::error, path, e.what());
+        }
+    }
+
+    // The zone tables hold the beginning of a key, and a polygon's area by position.
+    void checkKeys(const IFeatureClass& layer, const std::string& field) {
+        std::map<std::string, int> counts;
+        for (std::size_t r = 0; r < layer.recordCount(); ++r) {
+            ++counts[keyText(layer.value(r, field))];
+        }
+        const ZoneKeys keys(layer, field);
+        const auto warn = [&](const std::string& key, const std::string& text) {
+            findings_.push_back({Severity::warning, layer.path(), field, key, text});
+        };
+        for (const auto& [key, count] : counts) {
+            if (const std::string text = keys.warning(key); !text.empty()) warn(key, text);
+            if (count > 1) {
+                warn(key, "is the key of " + std::to_string(count) +
+                              " polygons: tables then show polygon areas of other zones");
+            }
+        }
+    }
+
+    void requireField(const ITable& table, const std::string& field) {
+        if (table.fieldIndex(field) >= 0) return;
+        findings_.push_back({Severity::error, table.path(), field, {}, "the field is missing"});
+    }
+
+    std::unique_ptr<IFolderLock> reading_;  // no run changes anything meanwhile
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    std::optional<GridGeometry> geometry_;
+    std::vector<std::string> lost_;  // paths that lost characters in the settings file
+    std::vector<Finding> findings_;
+};
+
+}  // namespace
+
+std::string findingLine(const Finding& finding) {
+    static const std::array<const char*, 3> words = {"error", "warning", "note"};
+    std::string line = words[static_cast<std::size_t>(finding.severity)];
+    for (const std::string& part : {finding.file, finding.field, finding.station, finding.text}) {
+        if (!part.empty()) line += ": " + part;
+    }
+    return line;
+}
+
+std::vector<Finding> checkInputs(IPlatform& platform, const RunSettings& settings) {
+    return InputCheck(platform, settings).run();
+}
+
+}  // namespace velmora

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "check/precipitation_check.h"
+
+#include "gis/cell_values.h"
+#include "gis/errors.h"
+#include "precip/reference_grids.h"
+
+namespace velmora {
+
+namespace {
+
+class PrecipitationCheck {
+  public:
+    PrecipitationCheck(IPlatform& platform, const RunSettings& settings,
+                       const std::optional<GridGeometry>& geometry)
+        : platform_(platform), settings_(settings), geometry_(geometry) {}
+
+    std::vector<Finding> run() {
+        add(Severity::note, "Precipitation",
+            "station fields P_Jan to P_Dec are read as inches per month, reference precipitation "
+            "grids as hundredths of a millimetre");
+        const std::string& method = settings_.PrecipitationMethod;
+        if (method == "EDK") {
+            if (settings_.DemUnit == "Feet") {
+                add(Severity::warning, settings_.DEM,
+                    "is in feet, but precipitation takes its elevations as metres: use a DEM in "
+                    "metres");
+            }
+        } else if (method == "PRISM_REF") {
+            checkReferenceGrids();
+        } else {
+            add(Severity::warning, "PrecipitationMethod",
+                "\"" + method + "\" is neither EDK nor PRISM_REF: precipitation is not made");
+        }
+        return findings_;
+    }
+
+  private:
+    void add(Severity severity, const std::string& file, const std::string& text,
+             const std::string& station = {}) {
+        findings_.push_back({severity, file, {}, station, text});
+    }
+
+    void checkReferenceGrids() {
+        for (const int month : settings_.months()) {
+            try {
+                checkReferenceGrid(prismGridPath(settings_.PrismGridFolder, month),
+                                   *openReferenceGrid(platform_, settings_, month));
+            } catch (const PlatformError& e) {
+                add(Severity::error, "PrismGridFolder", e.what());
+                if (settings_.PrismGridFolder.size() < 2) return;
+            }
+        }
+    }
+
+    void checkReferenceGrid(const std::string& path, const IRaster& grid) {
+        if (grid.geometry().crs.empty()) {
+            add(Severity::warning, path,
+                "has no coordinate system: it is taken to be in the extent provider's");
+        }
+        if (!geometry_ || settings_.WeatherStations.empty()) return;
+        const auto stations = platform_.features().openFeatureClass(settings_.WeatherStations);
+        if (stations->fieldIndex("staname") < 0) return;
+        const auto values = cellValuesAt(grid, stations->points(geometry_->crs), geometry_->crs,
+                                         platform_.spatialReferences());
+        const bool worked = stations->fieldIndex("RefPPT") >= 0;
+        for (std::size_t s = 0; s < values.size(); ++s) {
+            if (values[s]) continue;
+            const bool kept = worked && !isNull(stations->value(s, "RefPPT"));
+            add(kept ? Severity::warning : Severity::note, path,
+                kept ? "has no value here, so the station's ratio is made to what its field RefPPT "
+                       "holds from an earlier run: delete that field to leave the station out"
+                     : "has no value here, so the station takes no part",
+                keyText(stations->value(s, "staname")));
+        }
+    }
+
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    const std::optional<GridGeometry>& geometry_;
+    std::vector<Finding> findings_;
+};
+
+}  // namespace
+
+std::vector<Finding> checkPrecipitation(IPlatform& platform, const RunSettings& settings,
+                                        const std::optional<GridGeometry>& geometry) {
+    return PrecipitationCheck(platform, settings, geometry).run();
+}
+
+}  // namespace velmora

@@ -1,0 +1,305 @@
+// SPDX-License-Identifier: MIT
+#include "check/station_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "check/elevation_check.h"
+#include "check/flag_check.h"
+#include "gis/errors.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+
+namespace velmora {
+
+namespace {
+
+// A monthly quantity of the weather table: the values that a run uses and those to be expected.
+struct Quantity {
+    const char* prefix;
+    double above;  // a run uses values above ... and below ...
+    double below;
+    double high;  // higher values are suspicious
+    const char* unit;
+    std::size_t least;  // as many stations must be valid
+    // When the field is missing, how bad that is and what follows.
+    Severity missing;
+    const char* consequence;
+};
+
+class StationCheck {
+  public:
+    StationCheck(IPlatform& platform, const RunSettings& settings,
+                 const std::optional<GridGeometry>& geometry)
+        : platform_(platform), settings_(settings), geometry_(geometry) {}
+
+    std::vector<Finding> run() {
+        stations_ = opened(settings_.WeatherStations, [&](const std::string& path) {
+            return platform_.features().openFeatureClass(path);
+        });
+        weather_ = opened(settings_.WeatherData, [&](const std::string& path) {
+            return platform_.features().openTable(path);
+        });
+        if (stations_) checkLayer();
+        if (weather_) appendFindings(checkFlags(*weather_, settings_));
+        if (weather_ && requireField(*weather_, "STN")) {
+            attempt(*weather_, "STN", [&] { checkTable(); });
+        }
+        return findings_;
+    }
+
+  private:
+    template <class Open>
+    auto opened(const std::string& path, Open open) -> decltype(open(path)) {
+        try {
+            return open(path);
+        } catch (const PlatformError& e) {
+            add(Severity::error, path, {}, {}, e.what());
+            return nullptr;
+        }
+    }
+
+    void add(Severity severity, const std::string& file, const std::string& field,
+             const std::string& station, const std::string& text) {
+        findings_.push_back({severity, file, field, station, text});
+    }
+
+    void appendFindings(const std::vector<Finding>& more) {
+        findings_.insert(findings_.end(), more.begin(), more.end());
+    }
+
+    // A check that reads numbers of a field: what cannot be read is an error, and the others go on.
+    template <class Check>
+    void attempt(const ITable& table, const std::string& field, Check check) {
+        try {
+            check();
+        } catch (const PlatformError& e) {
+            if (unreadable_.insert(table.path() + field).second) {
+                add(Severity::error, table.path(), field, {}, e.what());
+            }
+        }
+    }
+    bool readable(const ITable& table, const std::string& field) const {
+        return !unreadable_.contains(table.path() + field);
+    }
+
+    bool requireField(const ITable& table, const std::string& field) {
+        if (table.fieldIndex(field) >= 0) return true;
+        add(Severity::error, table.path(), field, {}, "the field is missing");
+        return false;
+    }
+
+    void checkLayer() {
+        if (stations_->crs().empty()) {
+            add(Severity::warning, stations_->path(), {}, {},
+                "has no coordinate system (.prj): it is taken to be in the extent provider's");
+        }
+        const bool named = requireField(*stations_, "staname");
+        const bool elevated = requireField(*stations_, "ELEVATION");
+        if (elevated && named) attempt(*stations_, "ELEVATION", [&] { checkElevations(); });
+        if (elevated && geometry_) {
+            attempt(*stations_, "ELEVATION", [&] {
+                appendFindings(
+                    checkStationElevations(platform_, settings_, *stations_, *geometry_));
+            });
+        }
+        if (named && geometry_) checkPositions();
+    }
+
+    std::string stationName(std::size_t record) const {
+        return keyText(stations_->value(record, "staname"));
+    }
+
+    void checkElevations() {
+        const double metres = settings_.SiteElevationUnit == "Feet" ? 0.3048 : 1;
+        for (std::size_t r = 0; r < stations_->recordCount(); ++r) {
+            const FieldValue value = stations_->value(r, "ELEVATION");
+            const auto* number = std::get_if<double>(&value);
+            if (!number) {
+                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                    "has no elevation, so its temperatures take no part");
+            } else if (*number * metres < -450 || *number * metres > 6000) {
+                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                    numberText(*number) + " is not likely in " + settings_.SiteElevationUnit);
+            }
+        }
+    }
+
+    void checkPositions() {
+        std::vector<Point> points;
+        try {
+            points = stations_->points(geometry_->crs);
+        } catch (const PlatformError& e) {
+            add(Severity::error, stations_->path(), {}, {}, e.what());
+            return;
+        }
+        const Envelope domain = geometry_->extent();
+        const double reach = std::max(domain.width(), domain.height());
+        std::map<std::pair<double, double>, std::string> seen;
+        for (std::size_t r = 0; r < points.size(); ++r) {
+            const Point& p = points[r];
+            const double dx = std::max({domain.xMin - p.x, 0.0, p.x - domain.xMax});
+            const double dy = std::max({domain.yMin - p.y, 0.0, p.y - domain.yMax});
+            if (std::hypot(dx, dy) > reach) {
+                add(Severity::warning, stations_->path(), {}, stationName(r),
+                    "lies " + numberText(std::round(std::hypot(dx, dy) / 1000)) +
+                        " km outside the modelling extent");
+            }
+            const auto [other, fresh] = seen.emplace(std::pair{p.x, p.y}, stationName(r));
+            if (!fresh) {
+                add(Severity::note, stations_->path(), {}, stationName(r),
+                    "stands at the place of " + other->second + ": the mean of both values counts");
+            }
+        }
+    }
+
+    void checkTable() {
+        std::set<std::string> stationNames;
+        const bool named = stations_ && stations_->fieldIndex("staname") >= 0;
+        for (std::size_t r = 0; named && r < stations_->recordCount(); ++r) {
+            if (!stationNames.insert(stationName(r)).second) {
+                add(Severity::warning, stations_->path(), "staname", stationName(r),
+                    "stands more than once");
+            }
+        }
+        std::set<std::string> keys;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const std::string key = keyText(weather_->value(r, "STN"));
+            if (!keys.insert(key).second) {
+                add(Severity::warning, weather_->path(), "STN", key,
+                    "stands more than once: the first record counts");
+            }
+            if (named && !stationNames.contains(key)) {
+                add(Severity::warning, weather_->path(), "STN", key,
+                    "is no station of " + stations_->path());
+            }
+        }
+        std::size_t matched = 0;
+        for (const std::string& name : stationNames) {
+            if (keys.contains(name)) {
+                ++matched;
+            } else {
+                add(Severity::warning, stations_->path(), "staname", name,
+                    "has no record in " + weather_->path());
+            }
+        }
+        if (named && matched == 0) {
+            add(Severity::error, weather_->path(), "STN", {},
+                "no record belongs to a station: compare STN with the stations' staname");
+        }
+        checkMonths();
+    }
+
+    void checkMonths() {
+        const bool fahrenheit = settings_.TemperatureUnit == "Degree F";
+        const double above = fahrenheit ? 0 : -20;
+        const double below = fahrenheit ? 150 : 80;
+        const double high = fahrenheit ? 125 : 52;
+        const char* degrees = fahrenheit ? "deg F" : "deg C";
+        for (const int m : settings_.months()) {
+            const char* estimated = ": the month is estimated";
+            checkQuantity({"TM_", above, below, high, degrees, 2, Severity::error, ""}, m);
+            checkQuantity({"TN_", above, below, high, degrees, 2, Severity::error, ""}, m);
+            if (settings_.needsFullWeather()) {
+                checkQuantity({"TD_", above, below, high, degrees, 2, Severity::note, estimated},
+                              m);
+                checkQuantity({"SR_", 0, 500, 45, "MJ/m2/Day", 1, Severity::note, estimated}, m);
+                checkQuantity({"WS_", 0, 500, 15, "m/s", 1, Severity::note, estimated}, m);
+            }
+            if (settings_.PrecipitationMethod == "EDK") {
+                checkQuantity({"P_", 0, 1000, 40, "inches per month", 2, Severity::warning,
+                               ": the month's precipitation cannot be made"},
+                              m);
+            }
+            checkOrder("TN_", "TM_", m, "the minimum is above the maximum temperature");
+            checkOrder("TD_", "TN_", m, "the dew point is above the minimum temperature");
+        }
+    }
+
+    const double* numberIn(std::size_t record, const std::string& field) {
+        value_ = weather_->value(record, field);
+        return std::get_if<double>(&value_);
+    }
+
+    void checkQuantity(const Quantity& quantity, int month) {
+        const std::string field = quantity.prefix + GetMonthName(month);
+        attempt(*weather_, field, [&] { checkValues(quantity, field); });
+    }
+
+    void checkValues(const Quantity& quantity, const std::string& field) {
+        if (weather_->fieldIndex(field) < 0) {
+            add(quantity.missing, weather_->path(), field, {},
+                std::string("the field is missing") + quantity.consequence);
+            return;
+        }
+        std::size_t valid = 0;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const std::string station = keyText(weather_->value(r, "STN"));
+            const double* number = numberIn(r, field);
+            if (const auto* text = std::get_if<std::string>(&value_); text && !text->empty()) {
+                add(Severity::error, weather_->path(), field, station,
+                    "holds the text \"" + *text +
+                        "\", but it should be a number: make the field a numeric one");
+            } else if (!number) {
+                add(Severity::note, weather_->path(), field, station, "has no value");
+            } else if (!(*number > quantity.above && *number < quantity.below)) {
+                add(Severity::warning, weather_->path(), field, station,
+                    numberText(*number) + " is not between " + numberText(quantity.above) +
+                        " and " + numberText(quantity.below) + " " + quantity.unit +
+                        ", so the station takes no part");
+            } else {
+                ++valid;
+                if (*number > quantity.high) {
+                    add(Severity::warning, weather_->path(), field, station,
+                        numberText(*number) + " is not likely in " + quantity.unit);
+                }
+            }
+        }
+        if (valid < quantity.least) {
+            add(Severity::error, weather_->path(), field, {},
+                "has " + std::to_string(valid) + " valid values, at least " +
+                    std::to_string(quantity.least) + " are needed");
+        }
+    }
+
+    void checkOrder(const char* lower, const char* upper, int month, const char* text) {
+        const std::string low = lower + GetMonthName(month);
+        const std::string up = upper + GetMonthName(month);
+        if (weather_->fieldIndex(low) < 0 || weather_->fieldIndex(up) < 0) return;
+        if (weather_->recordCount() == 0) return;
+        attempt(*weather_, low, [&] { weather_->value(0, low); });
+        attempt(*weather_, up, [&] { weather_->value(0, up); });
+        if (!readable(*weather_, low) || !readable(*weather_, up)) return;
+        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+            const double* first = numberIn(r, low);
+            if (!first) continue;
+            const double lowValue = *first;
+            const double* second = numberIn(r, up);
+            if (!second || lowValue <= *second) continue;
+            add(Severity::warning, weather_->path(), low, keyText(weather_->value(r, "STN")),
+                numberText(lowValue) + " > " + up + " " + numberText(*second) + ": " + text);
+        }
+    }
+
+    IPlatform& platform_;
+    const RunSettings& settings_;
+    const std::optional<GridGeometry>& geometry_;
+    std::shared_ptr<IFeatureClass> stations_;
+    std::shared_ptr<ITable> weather_;
+    FieldValue value_;
+    std::set<std::string> unreadable_;  // tables' paths with fields
+    std::vector<Finding> findings_;
+};
+
+}  // namespace
+
+std::vector<Finding> checkStations(IPlatform& platform, const RunSettings& settings,
+                                   const std::optional<GridGeometry>& geometry) {
+    return StationCheck(platform, settings, geometry).run();
+}
+
+}  // namespace velmora

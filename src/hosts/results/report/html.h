@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// Pieces of HTML.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+// A text as it stands between tags and in attributes.
+std::string escaped(std::string_view text);
+
+std::string base64(std::string_view bytes);
+
+// Rows under headings. Cells are HTML; columns from `firstNumber` on are set at the right.
+std::string htmlTable(const std::vector<std::string>& headings,
+                      const std::vector<std::vector<std::string>>& rows, std::size_t firstNumber);
+
+}  // namespace velmora

@@ -1,0 +1,441 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/results/report/report_page.h"
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+
+#include "gis/errors.h"
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+#include "gis/zonal_tables.h"
+#include "hosts/results/cell_image.h"
+#include "hosts/results/grid_picture.h"
+#include "hosts/results/report/html.h"
+#include "hosts/results/report/monthly_chart.h"
+#include "hosts/results/report/station_map.h"
+#include "settings/settings_fields.h"
+#include "version.h"
+
+namespace velmora {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kMapSide = 250;  // pixels of a small map's longer side
+
+constexpr const char* kStyle = R"(
+:root{--ink:#1d2b33;--soft:#5b6b74;--line:#d9e1e5;--pale:#f4f7f8;--accent:#176b5b}
+*{box-sizing:border-box}
+body{margin:0;font:15px/1.5 "Segoe UI","DejaVu Sans",Arial,sans-serif;color:var(--ink);background:#fff}
+header{background:var(--accent);color:#fff;padding:22px 32px}
+header h1{margin:0;font-size:24px}
+header p{margin:4px 0 0;opacity:.92}
+main{max-width:1240px;margin:0 auto;padding:8px 32px 60px}
+nav{padding:10px 32px;border-bottom:1px solid var(--line);background:var(--pale)}
+nav a{margin-right:18px;color:var(--accent);text-decoration:none;white-space:nowrap}
+h2{margin:34px 0 8px;font-size:20px;border-bottom:2px solid var(--accent);padding-bottom:3px}
+h3{margin:22px 0 4px;font-size:16px}
+p{margin:6px 0}
+.note{color:var(--soft);font-size:13.5px;max-width:900px}
+table{border-collapse:collapse;margin:8px 0;font-size:13.5px}
+th,td{padding:3px 12px 3px 0;text-align:left;border-bottom:1px solid var(--line);vertical-align:top}
+th{color:var(--soft);font-weight:600}
+.n{text-align:right;font-variant-numeric:tabular-nums}
+td:first-child{white-space:nowrap}
+.path{overflow-wrap:anywhere}
+.maps{display:flex;flex-wrap:wrap;gap:12px;margin:8px 0}
+.maps figure{margin:0;width:180px}
+.maps img{width:100%;display:block;border:1px solid var(--line)}
+.maps figcaption{font-size:13px;color:var(--soft)}
+.maps figcaption b{color:var(--ink)}
+.ramp{display:flex;align-items:center;gap:8px;font-size:13.5px}
+.ramp i{width:220px;height:14px;border:1px solid var(--line)}
+.charts{display:flex;flex-wrap:wrap;gap:14px}
+svg.chart{width:380px;border:1px solid var(--line);background:#fff}
+svg.stations{max-width:820px;width:100%;background:var(--pale);border:1px solid var(--line)}
+svg text{font:11px "DejaVu Sans",Arial,sans-serif;fill:var(--ink)}
+svg text.title{font-size:13px;font-weight:600}
+svg text.axis{fill:var(--soft)}
+svg text.station{font-size:11px;paint-order:stroke;stroke:#fff;stroke-width:2.5px}
+svg circle.station{fill:#c0392b;stroke:#fff;stroke-width:1.4}
+svg .zone{fill:none;stroke:#20343d;stroke-width:1.2}
+svg .grid{stroke:var(--line)}
+.legend span{margin-right:18px;font-size:13.5px}
+.legend i{display:inline-block;width:14px;height:4px;margin-right:6px;vertical-align:middle}
+.error{color:#a61b1b}.warning{color:#8a5a00}
+details{margin:4px 0}summary{cursor:pointer;color:var(--accent)}
+.scroll{overflow-x:auto}
+@media print{nav{display:none}main{max-width:none}}
+)";
+
+struct TableTitle {
+    const char* table;
+    const char* title;
+};
+constexpr std::array<TableTitle, 3> kTableTitles = {
+    {{"StatCET", "Crop ET (StatCET)"},
+     {"StatNIR", "Net irrigation requirement (StatNIR)"},
+     {"StatIRR", "Irrigation water requirement (StatIRR)"}}};
+
+std::string methodName(const RunSettings& settings) {
+    static constexpr std::array<const char*, 7> names = {"an unknown method",
+                                                         "ASCE Penman-Monteith, tall reference",
+                                                         "ASCE Penman-Monteith, short reference",
+                                                         "FAO-56 Penman-Monteith",
+                                                         "Hargreaves 1985",
+                                                         "Blaney-Criddle",
+                                                         "Priestley-Taylor"};
+    return names.at(static_cast<std::size_t>(settings.methodNumber()));
+}
+
+std::string heading(const std::string& id, const std::string& title) {
+    return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
+}
+
+std::string headerOf(const RunSettings& settings) {
+    const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
+    return fmt::format(
+        "<header><h1>Evapotranspiration and irrigation water use</h1><p>{} to {}, {} &middot; "
+        "reference ET by {} &middot; cells of {:g} m</p><p>Made by velmora {} on {} from {}</p>"
+        "</header>\n",
+        escaped(settings.BeginMonth), escaped(settings.EndMonth), escaped(settings.Year),
+        methodName(settings), settings.CellSize, kVersion, now, escaped(settings.OutputWorkspace));
+}
+
+// What the totals and tables rest on, said where they stand.
+std::string unitNote() {
+    return "<p class=\"note\">The zone tables take a grid's mean as millimetres per day. The grids "
+           "of this run are inches per month. Both readings are given; <a href=\"#units\">what the "
+           "units mean</a> says how they are related.</p>\n";
+}
+
+std::string totalsSection(const RunResults& results) {
+    std::string html = heading("totals", "Zone totals of the period");
+    if (results.totals.empty()) {
+        return html + "<p>There are no zone tables yet: run the steps cropet, nir and irr.</p>\n";
+    }
+    std::vector<std::vector<std::string>> rows;
+    std::map<std::string, double> table;
+    std::map<std::string, double> inches;
+    const auto add = [&](const std::string& zone, const std::map<std::string, double>& a,
+                         const std::map<std::string, double>& b) {
+        rows.push_back({escaped(zone)});
+        for (const auto& volumes : {b, a}) {
+            for (const std::string& name : kZoneTables) {
+                const auto found = volumes.find(name);
+                rows.back().push_back(
+                    found == volumes.end() ? "&ndash;" : fmt::format("{:.1f}", found->second));
+            }
+        }
+    };
+    for (const ZoneTotals& zone : results.totals) {
+        add(zone.zone, zone.table, zone.inches);
+        for (const auto& [name, volume] : zone.table) table[name] += volume;
+        for (const auto& [name, volume] : zone.inches) inches[name] += volume;
+    }
+    add("All zones", table, inches);
+    return html + unitNote() + "<div class=\"scroll\">" +
+           htmlTable({"Zone", "Crop ET, acre-feet (inches)", "Net irrigation (inches)",
+                      "Irrigation (inches)", "Crop ET, acre-feet (as the table)",
+                      "Net irrigation (as the table)", "Irrigation (as the table)"},
+                     rows, 1) +
+           "</div>\n";
+}
+
+std::string legendOf(const Product& product, const std::vector<Rgb>& colors) {
+    std::string stops;
+    for (std::size_t i = 0; i <= 8; ++i) {
+        const Rgb& color = colors[i * (colors.size() - 1) / 8];
+        stops += fmt::format("{}rgb({},{},{})", i ? "," : "", color.red, color.green, color.blue);
+    }
+    return fmt::format(
+        "<p class=\"ramp\">{:.3g}<i style=\"background:linear-gradient(to right,{})"
+        "\"></i>{:.3g} {} &middot; light grey: no data</p>\n",
+        product.minimum, stops, product.maximum, product.unit);
+}
+
+std::string smallMap(IRasterWorkspace& workspace, const ProductGrid& grid,
+                     const ColorScale& scale) {
+    const RasterPtr raster = workspace.openRasterDataset(grid.name)->createDefaultRaster();
+    const GridGeometry& g = raster->geometry();
+    const double pixels = static_cast<double>(kMapSide) / std::max(g.columns, g.rows);
+    const auto side = [&](int cells) {
+        return std::max(1, static_cast<int>(std::lround(cells * pixels)));
+    };
+    return fmt::format(
+        "<figure><img alt=\"{} {}\" src=\"data:image/png;base64,{}\"><figcaption><b>{}</b> mean "
+        "{:.3g}, {:.3g} to {:.3g}</figcaption></figure>\n",
+        escaped(grid.name), grid.label,
+        base64(pngBytes(cellImage(*raster, scale, side(g.columns), side(g.rows)))), grid.label,
+        grid.statistics.mean, grid.statistics.minimum, grid.statistics.maximum);
+}
+
+std::string mapsSection(IPlatform& platform, const RunResults& results) {
+    std::string html = heading("maps", "Maps");
+    const auto workspace = platform.rasters().openFromFolder(results.settings.OutputWorkspace);
+    for (const Product& product : results.products) {
+        html += "<h3>" + product.title + "</h3>\n<p class=\"note\">" + product.note + ".</p>\n";
+        if (product.minimum <= product.maximum) {
+            const std::vector<Rgb> colors = rampOf(product.grids.front().name).colors();
+            html += legendOf(product, colors) + "<div class=\"maps\">\n";
+            std::vector<std::string> empty;
+            for (const ProductGrid& grid : product.grids) {
+                if (grid.statistics.cells == 0) {
+                    empty.push_back(grid.label);
+                } else {
+                    html += smallMap(*workspace, grid, {colors, product.minimum, product.maximum});
+                }
+            }
+            html += "</div>\n";
+            if (!empty.empty()) {
+                html += "<p class=\"note\">No cell has data in: " + joinedNames(empty) + ".</p>\n";
+            }
+        } else if (!product.grids.empty()) {
+            html += "<p>No cell of these grids has data.</p>\n";
+        }
+        if (!product.missing.empty()) {
+            html +=
+                "<p class=\"note\">Not made: " + escaped(joinedNames(product.missing)) + ".</p>\n";
+        }
+    }
+    return html;
+}
+
+const std::vector<MonthlySeries>& chartLines() {
+    static const std::vector<MonthlySeries> lines = {
+        {"Crop ET", "#2e8b57", {}},
+        {"Precipitation", "#2f6fb7", {}},
+        {"Net irrigation requirement", "#c77f1a", {}},
+        {"Irrigation water requirement", "#a8323e", {}}};
+    return lines;
+}
+
+std::string basinChart(const RunResults& results) {
+    std::vector<MonthlySeries> lines = chartLines();
+    lines.insert(lines.begin(), {"Reference ET", "#7a8a92", {}});
+    for (MonthlySeries& line : lines) {
+        const auto product = std::ranges::find(results.products, line.name, &Product::title);
+        for (int month = 1; month <= 12; ++month) {
+            if (const ProductGrid* grid = product->of(month)) {
+                line.values[static_cast<std::size_t>(month - 1)] = grid->statistics.mean;
+            }
+        }
+    }
+    return "<h3>The whole basin</h3>\n<p class=\"note\">Means of the cells that have data: crop ET "
+           "and the requirements over crop land, reference ET and precipitation over the "
+           "whole grid.</p>\n" +
+           chartLegend(lines) + "<div class=\"charts\">" +
+           monthlyChart("Basin", "inches per month", lines) + "</div>\n";
+}
+
+std::string chartsSection(const RunResults& results) {
+    std::string html = heading("charts", "Months") + basinChart(results);
+    if (results.zoneMeans.empty()) return html;
+    html +=
+        "<h3>Zones</h3>\n<p class=\"note\">Crop ET and the requirements over the zone's cells that "
+        "have them, precipitation over the whole zone.</p>\n" +
+        chartLegend(chartLines()) + "<div class=\"charts\">\n";
+    for (const ZoneMeans& zone : results.zoneMeans) {
+        std::vector<MonthlySeries> lines = chartLines();
+        const std::array<const char*, 4> products = {"ET", "PPT", "NIR", "IRR"};
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            const auto found = zone.byProduct.find(products[i]);
+            if (found != zone.byProduct.end()) lines[i].values = found->second;
+        }
+        html += monthlyChart(zone.zone, "inches per month", lines);
+    }
+    return html + "</div>\n";
+}
+
+std::string tablesSection(const RunResults& results) {
+    std::string html = heading("tables", "Zone tables") + unitNote();
+    for (const auto& [table, title] : kTableTitles) {
+        const auto& months = results.tables.at(table);
+        html += std::string("<h3>") + title + "</h3>\n";
+        if (months.empty()) {
+            html += "<p>No rows.</p>\n";
+            continue;
+        }
+        std::vector<std::vector<std::string>> rows;
+        for (const ZoneMonth& m : months) {
+            const double ratio = tableOverInches(m.month, results.settings.yearNumber());
+            rows.push_back(
+                {escaped(m.zone), GetMonthName(m.month), fmt::format("{:.1f}", m.totalAcres),
+                 fmt::format("{:.1f}", m.countedAcres), fmt::format("{:.4f}", m.depthFeet / ratio),
+                 fmt::format("{:.1f}", m.acreFeet / ratio), fmt::format("{:.4f}", m.depthFeet),
+                 fmt::format("{:.1f}", m.acreFeet), fmt::format("{:.4f}", ratio)});
+        }
+        html += fmt::format(
+            "<details><summary>{} rows</summary><div class=\"scroll\">{}</div>"
+            "</details>\n",
+            rows.size(),
+            htmlTable({"Zone", "Month", "Polygon, acres", "Cells, acres", "Depth, ft (inches)",
+                       "Volume, acre-ft (inches)", "Depth, ft (table)", "Volume, acre-ft (table)",
+                       "Table / inches"},
+                      rows, 2));
+    }
+    return html;
+}
+
+std::string sizeText(std::uintmax_t bytes) {
+    if (bytes < 10'000) return fmt::format("{} bytes", bytes);
+    if (bytes < 10'000'000) return fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3);
+    return fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
+}
+
+// The files that belong to an input: a shapefile's or a grid folder's parts, or the file.
+std::vector<fs::path> filesOf(const std::string& input) {
+    std::vector<fs::path> files;
+    std::error_code error;
+    if (fs::is_directory(input, error)) {
+        for (const auto& entry : fs::directory_iterator(input, error))
+            files.push_back(entry.path());
+        return files;
+    }
+    const fs::path path(input);
+    const std::string stem = path.stem().string();
+    for (const auto& entry : fs::directory_iterator(path.parent_path(), error)) {
+        if (entry.is_regular_file() && entry.path().stem() == stem) files.push_back(entry.path());
+    }
+    return files;
+}
+
+std::string inputsSection(IPlatform& platform, const RunResults& results) {
+    std::vector<std::vector<std::string>> inputs;
+    std::vector<std::vector<std::string>> others;
+    for (const SettingsField& field : settingsFields()) {
+        const std::string name(field.name);
+        const std::string text = settingsText(results.settings, field);
+        if (text.empty()) continue;
+        const bool isFile = name != "OutputWorkspace" && text.find('/') != std::string::npos;
+        if (!isFile) {
+            others.push_back({name, escaped(text), escaped(std::string(field.help))});
+            continue;
+        }
+        std::uintmax_t bytes = 0;
+        std::string date;
+        for (const fs::path& file : filesOf(text)) {
+            std::error_code error;
+            const std::uintmax_t size = fs::file_size(file, error);
+            if (error) continue;
+            bytes += size;
+            date = std::max(date, platform.files().lastModified(file.string()));
+        }
+        inputs.push_back({name, "<span class=\"path\">" + escaped(text) + "</span>",
+                          date.empty() ? "<span class=\"error\">not found</span>" : date,
+                          date.empty() ? "" : sizeText(bytes)});
+    }
+    return heading("inputs", "Inputs and settings") +
+           htmlTable({"Input", "Path", "Last written", "Size"}, inputs, 3) +
+           "<details><summary>Settings</summary>" +
+           htmlTable({"Setting", "Value", "Meaning"}, others, 3) + "</details>\n";
+}
+
+std::string stationsSection(IPlatform& platform, const RunResults& results,
+                            std::vector<std::string>* missing) {
+    std::string html = heading("stations", "Weather stations");
+    try {
+        return html + stationMap(platform, results.settings);
+    } catch (const PlatformError& e) {
+        if (missing)
+            missing->push_back("The report has no map of the stations: " + std::string(e.what()));
+        return html + "<p class=\"error\">No map: " + escaped(e.what()) + "</p>\n";
+    }
+}
+
+std::string messagesSection(const RunResults& results) {
+    std::string html = heading("messages", "Messages and warnings");
+    if (results.runs.empty()) {
+        html += "<p>No run of the command has been noted in this folder.</p>\n";
+    } else {
+        std::vector<std::vector<std::string>> rows;
+        for (const StepRun& run : results.runs) {
+            std::string messages;
+            for (const std::string& message : run.messages) {
+                messages += (messages.empty() ? "" : "<br>") + escaped(message);
+            }
+            if (run.messages.size() > 3) {
+                messages = fmt::format("<details><summary>{} messages</summary>{}</details>",
+                                       run.messages.size(), messages);
+            }
+            rows.push_back({escaped(run.step), escaped(run.ended),
+                            fmt::format("{:.2f} s", run.seconds),
+                            run.done ? "done" : "<span class=\"error\">failed</span>", messages});
+        }
+        html += "<h3>The last run of each step</h3>\n" +
+                htmlTable({"Step", "Ended", "Time", "Outcome", "Messages"}, rows, 5);
+    }
+    html += "<h3>What the inputs' check says</h3>\n";
+    if (results.findings.empty()) return html + "<p>Nothing.</p>\n";
+    html += "<ul>\n";
+    for (const Finding& finding : results.findings) {
+        const char* kind = finding.severity == Severity::error     ? "error"
+                           : finding.severity == Severity::warning ? "warning"
+                                                                   : "note";
+        html +=
+            std::string("<li class=\"") + kind + "\">" + escaped(findingLine(finding)) + "</li>\n";
+    }
+    return html + "</ul>\n";
+}
+
+std::string unitsSection(const RunSettings& settings) {
+    std::vector<std::vector<std::string>> rows;
+    for (const int month : settings.months()) {
+        rows.push_back({GetMonthName(month),
+                        std::to_string(zonalDaysOfMonth(month, settings.yearNumber())),
+                        fmt::format("{:.4f}", tableOverInches(month, settings.yearNumber()))});
+    }
+    return heading("units", "What the units mean") +
+           "<p>Reference ET, crop ET, precipitation and both requirements are depths of water in "
+           "<b>inches per month</b>. A mean depth of 1 inch over 12 acres is 1 acre-foot: the "
+           "depth "
+           "in feet is the mean divided by 12, and the volume in acre-feet is that depth times the "
+           "counted area in acres. Figures marked <b>inches</b> are made this way.</p>\n"
+           "<p>The tables StatCET, StatNIR and StatIRR convert by a fixed rule that takes a grid's "
+           "mean as <b>millimetres per day</b>: depth in feet = days of the month &times; mean / "
+           "304.8. Figures marked <b>table</b> are the tables' own. For grids in inches per month "
+           "they are days / 25.4 times the figures marked inches, so they overstate the water of a "
+           "month of 31 days by 22 %. Use the figures marked inches for water depths and volumes, "
+           "and the tables' own where earlier reports by the same rule are to be compared.</p>\n"
+           "<p>An acre counts as 4047 m&sup2;. February has 29 days in every year that is a "
+           "multiple of 4. <b>Polygon</b> acres are a zone polygon's own area, <b>cells</b> acres "
+           "those of its cells with data.</p>\n" +
+           htmlTable({"Month", "Days", "Table / inches"}, rows, 1);
+}
+
+}  // namespace
+
+std::string reportPage(IPlatform& platform, const RunResults& results,
+                       std::vector<std::string>* missing) {
+    std::string html =
+        "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
+        "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
+    html += kStyle;
+    html += "</style></head><body>\n" + headerOf(results.settings);
+    html += "<nav>";
+    for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
+                                    {"charts", "Months"},
+                                    {"maps", "Maps"},
+                                    {"tables", "Zone tables"},
+                                    {"stations", "Stations"},
+                                    {"inputs", "Inputs"},
+                                    {"messages", "Messages"},
+                                    {"units", "Units"}}) {
+        html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
+    }
+    html += "</nav>\n<main>\n";
+    html += totalsSection(results) + chartsSection(results) + mapsSection(platform, results) +
+            tablesSection(results) + stationsSection(platform, results, missing) +
+            inputsSection(platform, results) + messagesSection(results) +
+            unitsSection(results.settings);
+    return html + "</main></body></html>\n";
+}
+
+}  // namespace velmora

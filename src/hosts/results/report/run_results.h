@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// What a run has left in its output folder, as the report shows it.
+#pragma once
+
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "check/input_check.h"
+#include "gis/application.h"
+#include "gis/map_document.h"
+#include "hosts/results/grid_statistics.h"
+#include "hosts/results/run_log.h"
+#include "hosts/results/zone_results.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+// A grid of a product.
+struct ProductGrid {
+    std::string name;   // of the dataset
+    std::string label;  // "Jul", or "all months"
+    int month = 0;      // 0 for a grid that serves all months
+    GridStatistics statistics;
+};
+
+// Grids of one kind, which share a legend.
+struct Product {
+    std::string title;
+    std::string unit;
+    std::string note;                  // what the cells are
+    std::vector<ProductGrid> grids;    // those that are there
+    std::vector<std::string> missing;  // names of months' grids that are not
+    double minimum = 0;                // over all grids
+    double maximum = 0;
+
+    const ProductGrid* of(int month) const;  // nullptr when there is none with data
+};
+
+using Monthly = std::array<std::optional<double>, 12>;
+
+// Monthly means of a zone, inches: crop ET and the requirements over the cells that have them, and
+// precipitation over the whole zone.
+struct ZoneMeans {
+    std::string zone;
+    std::map<std::string, Monthly> byProduct;  // "ET", "PPT", "NIR", "IRR"
+};
+
+struct RunResults {
+    RunSettings settings;
+    std::vector<Product> products;
+    std::map<std::string, std::vector<ZoneMonth>> tables;  // StatCET, StatNIR, StatIRR
+    std::vector<ZoneTotals> totals;
+    std::vector<ZoneMeans> zoneMeans;
+    std::vector<StepRun> runs;
+    std::vector<Finding> findings;
+};
+
+// Reads the output folder of the settings. Throws PlatformError when it is not there.
+RunResults readResults(IPlatform& platform, const RunSettings& settings);
+
+// The zone tables in the order of the chain.
+inline const std::vector<std::string> kZoneTables = {"StatCET", "StatNIR", "StatIRR"};
+
+}  // namespace velmora

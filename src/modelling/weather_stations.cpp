@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "modelling/weather_stations.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+
+#include "gis/month_names.h"
+#include "gis/numbers.h"
+#include "gis/text.h"
+
+namespace velmora {
+
+namespace {
+
+// A few values of a key field, for a message.
+std::string someKeys(const ITable& table, const std::string& field) {
+    std::vector<std::string> keys;
+    for (std::size_t r = 0; r < std::min<std::size_t>(3, table.recordCount()); ++r) {
+        keys.push_back("\"" + keyText(table.value(r, field)) + "\"");
+    }
+    return keys.empty() ? "no record" : joinedNames(keys);
+}
+
+}  // namespace
+
+std::vector<ElevationPair> pairsByPosition(std::vector<StationValue> stations) {
+    std::ranges::sort(stations, {}, [](const StationValue& s) {
+        return std::tuple(s.at.x, s.at.y, s.elevation, s.value);
+    });
+    std::vector<ElevationPair> pairs;
+    for (const StationValue& s : stations) pairs.push_back({s.elevation, s.value});
+    return pairs;
+}
+
+WeatherStations::WeatherStations(IPlatform& platform, const RunSettings& settings,
+                                 const std::string& workingField, const std::string& crs)
+    : platform_(platform), settings_(settings), workingField_(workingField) {
+    layer_ = std::make_shared<WorkingLayer>(
+        platform.features().openFeatureClass(settings.WeatherStations), workingField);
+    const auto table = platform.features().openTable(settings.WeatherData);
+    joined_ = platform.memoryRelationships().open(
+        {"JoinTable", table, "STN", layer_, "staname", "Forward", "Backward"});
+    if (joined_->matchedRecords() == 0) {
+        throw PlatformError(
+            "No station of " + layer_->path() + " (field staname: " + someKeys(*layer_, "staname") +
+            ") has a record in " + table->path() + " (field STN: " + someKeys(*table, "STN") + ")");
+    }
+    tableName_ = table->name();
+    positions_ = layer_->points(crs);
+}
+
+std::string WeatherStations::weatherField(const std::string& prefix, int month) const {
+    return tableName_ + "." + prefix + GetMonthName(month);
+}
+
+std::string WeatherStations::layerField(const std::string& field) const {
+    return layer_->name() + "." + field;
+}
+
+void WeatherStations::requireWeatherField(const std::string& qualified) const {
+    if (joined_->hasField(qualified)) return;
+    throw PlatformError("The weather table " + settings_.WeatherData + " has no field " +
+                        qualified.substr(tableName_.size() + 1));
+}
+
+void WeatherStations::requireElevations() const {
+    if (layer_->fieldIndex("ELEVATION") >= 0) return;
+    throw PlatformError("The station shapefile " + layer_->path() +
+                        " has no field ELEVATION: add the stations' elevations");
+}
+
+std::string WeatherStations::name(std::size_t station) const {
+    return keyText(layer_->value(station, "staname"));
+}
+
+std::optional<double> WeatherStations::number(std::size_t station,
+                                              const std::string& qualified) const {
+    const FieldValue value = joined_->value(station, qualified);
+    const auto* found = std::get_if<double>(&value);
+    return found ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<double> WeatherStations::elevation(std::size_t station) const {
+    const auto stored = number(station, layerField("elevation"));
+    if (!stored) return std::nullopt;
+    return inFeet() ? *stored * 0.3048 : *stored;
+}
+
+std::vector<std::size_t> WeatherStations::between(const std::string& qualified, double low,
+                                                  double high) const {
+    requireWeatherField(qualified);
+    const std::string bracketed = "[" + qualified + "]";
+    return joined_->select(bracketed + " > " + numberText(low) + " AND " + bracketed + " < " +
+                           numberText(high));
+}
+
+std::vector<std::size_t> WeatherStations::selected(const std::string& whereClause) const {
+    return joined_->select(whereClause);
+}
+
+WeatherStations::Zeros WeatherStations::zeros(const std::string& qualified) const {
+    Zeros zeros;
+    for (std::size_t station = 0; station < count(); ++station) {
+        const auto value = number(station, qualified);
+        if (value) ++zeros.stations;
+        if (value == 0.0) ++zeros.zero;
+    }
+    return zeros;
+}
+
+std::string WeatherStations::zerosText(const std::string& qualified) const {
+    const std::size_t zero = zeros(qualified).zero;
+    if (zero == 0) return {};
+    return "; " + std::to_string(zero) + (zero == 1 ? " station holds 0" : " stations hold 0");
+}
+
+LinearTrend WeatherStations::detrend(const std::string& qualified,
+                                     std::vector<std::size_t>& stations) {
+    std::erase_if(stations, [&](std::size_t station) { return !elevation(station); });
+    std::vector<StationValue> values;
+    for (const std::size_t station : stations) {
+        values.push_back(
+            {positions_[station], *elevation(station), number(station, qualified).value()});
+    }
+    const LinearTrend trend = fitLinearTrend(pairsByPosition(std::move(values)));
+    calculate(stations, "[" + qualified + "]-" + numberText(trend.b) + " * [" +
+                            layerField("ELEVATION") + "]" + (inFeet() ? " * 0.3048" : "") + " -" +
+                            numberText(trend.a));
+    return trend;
+}
+
+LinearTrend WeatherStations::detrendFor(const std::string& surface, const std::string& qualified,
+                                        int month, std::vector<std::size_t>& stations,
+                                        const std::string& aside) {
+    try {
+        return detrend(qualified, stations);
+    } catch (const PlatformError& e) {
+        throw surfaceFailure(surface, qualified, month, stations.size(), e.what() + aside);
+    }
+}
+
+void WeatherStations::calculate(const std::vector<std::size_t>& stations,
+                                const std::string& expression) {
+    const auto values = platform_.calculator().calculate(*joined_, stations, expression);
+    for (std::size_t i = 0; i < stations.size(); ++i) {
+        layer_->setValue(stations[i], values[i] ? FieldValue(*values[i]) : FieldValue());
+    }
+}
+
+std::vector<Sample> WeatherStations::samples(const std::vector<std::size_t>& stations,
+                                             const std::string& qualified) const {
+    std::vector<Sample> samples;
+    for (const std::size_t station : stations) {
+        if (const auto value = number(station, qualified)) {
+            samples.push_back({positions_[station], *value});
+        }
+    }
+    return samples;
+}
+
+void WeatherStations::storeWorkingField(IPrompts& prompts) {
+    if (!layer_->takesEdits()) {
+        prompts.notice("The working field " + workingField_ + " is kept in memory only: " +
+                       layer_->path() + " has no dBASE table of its own that can be written to");
+        return;
+    }
+    try {
+        layer_->store(platform_.features());
+    } catch (const PlatformError& e) {
+        prompts.failure("The working field " + workingField_ +
+                        " is not stored: " + std::string(e.what()));
+    }
+}
+
+PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
+                             std::size_t validStations, const std::string& reason) {
+    return PlatformError("The surface " + surface + " (field " + qualified + ", month " +
+                         GetMonthName(month) + ") has " + std::to_string(validStations) +
+                         (validStations == 1 ? " valid station: " : " valid stations: ") + reason);
+}
+
+std::string retrendExpression(const std::string& name, const LinearTrend& trend) {
+    return "[" + name + "] + " + numberText(trend.a) + " + " + numberText(trend.b) + " * [DEM] ";
+}
+
+}  // namespace velmora

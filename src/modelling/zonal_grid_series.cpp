@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "modelling/zonal_grid_series.h"
+
+#include <array>
+#include <utility>
+
+#include "gis/gis_functions.h"
+#include "gis/text.h"
+#include "gis/zonal_tables.h"
+#include "modelling/old_results.h"
+#include "modelling/step_inputs.h"
+
+namespace velmora {
+
+ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& settings,
+                                 std::string step, std::string table,
+                                 std::vector<std::string> sources)
+    : application_(application),
+      settings_(settings),
+      step_(std::move(step)),
+      table_(std::move(table)),
+      sources_(std::move(sources)),
+      folder_(application.platform().files(), settings.OutputWorkspace),
+      workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
+    for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
+        application.prompts().notice(old);
+    }
+    for (const std::string& text : passedOverInputs(application.platform(), settings, step_)) {
+        application.prompts().notice(text);
+    }
+}
+
+RasterPtr ZonalGridSeries::open(const std::string& name) const {
+    return workspace_->openRasterDataset(name)->createDefaultRaster();
+}
+
+void ZonalGridSeries::createTable() {
+    recorder_.emplace(application_.platform().files(), settings_, step_, sources_);
+    tableMade_ = CreateStatTable(application_.platform(), application_.prompts(),
+                                 settings_.OutputWorkspace, table_);
+}
+
+void ZonalGridSeries::add(int month, const std::string& name, const RasterPtr& grid) {
+    workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
+    recorder_->made(name);
+    auto layer =
+        application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
+    ApplyColorRamp(application_.prompts(), *layer, {100, 50, 50}, {0, 255, 0});
+    application_.document().addLayer(std::move(layer));
+    summarise(month, open(name));
+}
+
+// Rows of this run go into no older table.
+void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
+    if (!tableMade_) {
+        application_.prompts().failure("Error in sub <GotoStatTable>: the table is not open");
+        return;
+    }
+    MakeZonalStat(
+        application_.platform(), application_.prompts(),
+        {settings_.OutputWorkspace, settings_.Zones, settings_.ZoneField, settings_.yearNumber()},
+        grid, table_, month);
+}
+
+void ZonalGridSeries::showTable() {
+    folder_.settle();
+    if (!tableMade_) {
+        application_.prompts().failure("Error in opening table");
+        return;
+    }
+    AddTable(application_.prompts(), application_.document(),
+             OpenTable(application_.platform(), application_.prompts(), settings_.OutputWorkspace,
+                       table_));
+}
+
+}  // namespace velmora

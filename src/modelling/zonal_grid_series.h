@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gis/application.h"
+#include "gis/working_folder.h"
+#include "modelling/step_record.h"
+#include "settings/run_settings.h"
+
+namespace velmora {
+
+// A series of monthly grids in the output folder that are shown in the map and summarised in a
+// table of the zones: what crop ET and the irrigation requirements have in common. Holds the folder
+// while it lives.
+class ZonalGridSeries {
+  public:
+    // Opens the output folder and tells what is old among the grids that the step would read, and
+    // which raster files of their names it passes over.
+    // `step` is the name under which its runs are noted, `table` the table's name, `sources` the
+    // steps whose grids it reads. Throws PlatformError.
+    ZonalGridSeries(IApplication& application, const RunSettings& settings, std::string step,
+                    std::string table, std::vector<std::string> sources);
+
+    // A grid of the output folder. Throws PlatformError when there is none.
+    RasterPtr open(const std::string& name) const;
+    // Begins the table and the note of the run anew; a failure of the table is shown, and then no
+    // month is added to the old one.
+    void createTable();
+    // Saves a month's grid under the name, adds it to the map and its zones to the table. Throws
+    // PlatformError.
+    void add(int month, const std::string& name, const RasterPtr& grid);
+    // Asks that the grids and the table reach the disk, and adds the table to the map document.
+    // Throws PlatformError.
+    void showTable();
+
+  private:
+    void summarise(int month, const RasterPtr& grid);
+
+    IApplication& application_;
+    const RunSettings& settings_;
+    std::string step_;
+    std::string table_;
+    std::vector<std::string> sources_;
+    bool tableMade_ = false;
+    WorkingFolder folder_;
+    std::unique_ptr<IRasterWorkspace> workspace_;
+    std::optional<StepRecorder> recorder_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "platform/threads/parallel_loop.h"
+
+#include <tbb/blocked_range.h>
+#include <tbb/global_control.h>
+#include <tbb/parallel_for.h>
+#include <tbb/task_arena.h>
+
+#include <algorithm>
+#include <future>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace velmora::platform {
+
+namespace {
+
+struct Heartbeat {
+    std::thread::id thread;
+    std::function<void()> beat;
+};
+
+Heartbeat& heartbeat() {
+    static Heartbeat heartbeat;
+    return heartbeat;
+}
+
+}  // namespace
+
+void setHeartbeat(std::function<void()> beat) {
+    heartbeat() = {std::this_thread::get_id(), std::move(beat)};
+}
+
+namespace {
+
+// How many of the wanted threads the system gives, this one included: the library that runs the
+// loops ends the program when it gets none.
+int threadsToBeHad(int wanted) {
+    std::vector<std::thread> threads;
+    std::promise<void> counted;
+    const std::shared_future<void> end = counted.get_future().share();
+    try {
+        while (static_cast<int>(threads.size()) < wanted - 1) {
+            threads.emplace_back([end] { end.wait(); });
+        }
+    } catch (const std::system_error&) {
+        // as many as there are
+    }
+    counted.set_value();
+    for (std::thread& thread : threads) thread.join();
+    return static_cast<int>(threads.size()) + 1;
+}
+
+}  // namespace
+
+int useThreads(int threads) {
+    // Never let go of at the end of the program: the library would make threads then, for nothing.
+    static auto& limit = *new std::unique_ptr<tbb::global_control>;
+    limit.reset();
+    const int wanted = threads > 0 ? threads : tbb::this_task_arena::max_concurrency();
+    const int given = threadsToBeHad(wanted);
+    if (threads > 0 || given < wanted) {
+        limit = std::make_unique<tbb::global_control>(tbb::global_control::max_allowed_parallelism,
+                                                      static_cast<std::size_t>(given));
+    }
+    return given;
+}
+
+void parallelFor(std::size_t count, std::size_t grain,
+                 const std::function<void(std::size_t begin, std::size_t end)>& body) {
+    tbb::parallel_for(
+        tbb::blocked_range<std::size_t>(0, count, std::max<std::size_t>(1, grain)),
+        [&](const tbb::blocked_range<std::size_t>& range) {
+            body(range.begin(), range.end());
+            const Heartbeat& heart = heartbeat();
+            if (heart.beat && heart.thread == std::this_thread::get_id()) heart.beat();
+        },
+        tbb::simple_partitioner());
+}
+
+}  // namespace velmora::platform

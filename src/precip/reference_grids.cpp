@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "precip/reference_grids.h"
+
+#include "gis/errors.h"
+
+namespace velmora {
+
+std::string prismGridPath(const std::string& path, int month) {
+    if (path.size() < 2) {
+        throw PlatformError(
+            "The reference precipitation grids are not named: give the path of one month's grid, "
+            "which ends in the two digits of the month");
+    }
+    return path.substr(0, path.size() - 2) + (month < 10 ? "0" : "") + std::to_string(month);
+}
+
+RasterPtr openReferenceGrid(IPlatform& platform, const RunSettings& settings, int month) {
+    const std::string path = prismGridPath(settings.PrismGridFolder, month);
+    try {
+        return platform.rasters().openRasterDataset(path)->createDefaultRaster();
+    } catch (const PlatformError& e) {
+        throw PlatformError(std::string(e.what()) + ": the setting names one month's grid (" +
+                            settings.PrismGridFolder +
+                            "), without a file extension and ending in the month's two digits");
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: MIT
+#include "check/input_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "tests/support/run_fixture.h"
+
+namespace velmora {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+struct InputCheck : testing::Test {
+    test::RunFixture f;
+    std::vector<std::string> lines() {
+        std::vector<std::string> all;
+        for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
+            all.push_back(findingLine(finding));
+        }
+        return all;
+    }
+};
+
+TEST_F(InputCheck, GoodInputsHaveNoErrors) {
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("error"))));
+    EXPECT_THAT(lines(), Contains(HasSubstr("37 x 21 cells of 400 m")));
+}
+
+TEST_F(InputCheck, MissingFilesAreNamed) {
+    f.settings.DEM = "/none/dem";
+    f.settings.WeatherStations = "/none/stations.shp";
+    f.settings.WeatherData = "/none/w.dbf";
+    f.settings.Zones = "/none/zones.shp";
+    const auto all = lines();
+    for (const char* path : {"/none/dem", "/none/stations.shp", "/none/w.dbf", "/none/zones.shp"}) {
+        EXPECT_THAT(all, Contains(HasSubstr(std::string("error: ") + path)));
+    }
+}
+
+TEST_F(InputCheck, OddValuesNameFieldAndStation) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "TD_" && s.name == "S3" && m == 6) return 25.0;
+                      if (p == "TM_" && s.name == "S4" && m == 7) return 99.0;
+                      if (p == "WS_" && s.name == "S5" && m == 7) return FieldValue();
+                      return test::RunFixture::usualWeather(p, s, m);
+                  });
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("TD_Jun: S3: 25 > TN_Jun")));
+    EXPECT_THAT(all, Contains(HasSubstr("TM_Jul: S4: 99 is not between -20 and 80")));
+    EXPECT_THAT(all, Contains(HasSubstr("WS_Jul: S5: has no value")));
+}
+
+// As a table of comma-separated values reads.
+TEST_F(InputCheck, TextWhereNumbersBelong) {
+    f.settings.WeatherData = f.folder.file("texts.dbf");
+    f.application.platform().features().createTable(
+        f.settings.WeatherData,
+        {{"STN", FieldType::text, 20, 0}, {"TM_Jun", FieldType::text, 10, 0}},
+        {{std::string("S1"), std::string("-2.16")}, {std::string("S2"), FieldValue()}});
+    EXPECT_THAT(lines(), Contains("error: " + f.settings.WeatherData +
+                                  ": TM_Jun: S1: holds the text \"-2.16\", but it should be a "
+                                  "number: make the field a numeric one"));
+    EXPECT_THAT(lines(),
+                Contains("note: " + f.settings.WeatherData + ": TM_Jun: S2: has no value"));
+}
+
+TEST_F(InputCheck, MissingFieldsAndKeys) {
+    f.makeWeather(f.stations(), test::RunFixture::usualWeather, {"TM_", "SR_"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("TN_Jun: the field is missing")));
+    auto others = f.stations();
+    for (auto& s : others) s.name = "other " + s.name;
+    f.makeWeather(others, test::RunFixture::usualWeather);
+    EXPECT_THAT(lines(), Contains(HasSubstr("no record belongs to a station")));
+}
+
+TEST_F(InputCheck, FarAndCoincidentStationsAndNoCrs) {
+    auto stations = f.stations();
+    stations[1].x += 90000;
+    stations[3].x = stations[2].x;
+    stations[3].y = stations[2].y;
+    f.makeStations(stations, false);
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("S1: lies")));
+    EXPECT_THAT(all, Contains(HasSubstr("S3: stands at the place of S2")));
+    EXPECT_THAT(all, Contains(HasSubstr("stations.shp: has no coordinate system")));
+}
+
+TEST_F(InputCheck, SettingsOfTheRun) {
+    f.settings.RefETMethod = "9";
+    f.settings.EndMonth = "xyz";
+    f.settings.Year = "now";
+    f.settings.CellSize = 0;
+    f.settings.OutputWorkspace = "/none/out";
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(HasSubstr("\"9\" is not 1 to 6")));
+    EXPECT_THAT(all, Contains(HasSubstr("holds no month")));
+    EXPECT_THAT(all, Contains(HasSubstr("\"now\" is no year")));
+    EXPECT_THAT(all, Contains(HasSubstr("The cell size is 0")));
+    EXPECT_THAT(all, Contains(HasSubstr("/none/out does not exist")));
+}
+
+TEST_F(InputCheck, ADemInTheWrongUnit) {
+    f.makeDem([](int, int) { return 12000.0F; });
+    EXPECT_THAT(lines(), Contains(HasSubstr("is the DEM unit right (Meters)?")));
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("is the DEM unit right"))));
+}
+
+TEST_F(InputCheck, UnknownMonthsAndUnits) {
+    f.settings.BeginMonth = "jun";
+    f.settings.DemUnit = "feet";
+    f.settings.SiteElevationUnit = "metres";
+    f.settings.TemperatureUnit = "degree f";
+    const auto all = lines();
+    EXPECT_THAT(all, Contains("warning: BeginMonth: \"jun\" is none of Jan to Dec: the run begins "
+                              "in January"));
+    EXPECT_THAT(all, Contains("warning: DemUnit: \"feet\" is neither Meters nor Feet: it is taken "
+                              "as Meters"));
+    EXPECT_THAT(all, Contains(HasSubstr("warning: SiteElevationUnit: \"metres\" is neither")));
+    EXPECT_THAT(all, Contains(HasSubstr("it is taken as Degree C")));
+}
+
+TEST_F(InputCheck, FlagsAgainstTheTable) {
+    const std::string table = "warning: " + f.folder.file("weather.dbf") + ": ";
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("the settings say"))));
+    f.settings.HasSR = false;
+    f.settings.HasTmean = true;
+    EXPECT_THAT(lines(), Contains(testing::StartsWith(
+                             table + "SR_...: the settings say that the table lacks solar "
+                                     "radiation, but it has SR_Jan: let the table be inspected")));
+    EXPECT_THAT(
+        lines(),
+        Contains(testing::StartsWith(table + "TA_...: the settings say that the table holds mean "
+                                             "temperature, but it has no field TA_Jan to TA_Dec")));
+    std::size_t count = 0;
+    for (const std::string& line : lines()) {
+        if (line.find("the settings say") != std::string::npos) ++count;
+    }
+    EXPECT_EQ(count, 2U);          // one a quantity
+    f.settings.RefETMethod = "4";  // takes no radiation
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("lacks solar radiation"))));
+}
+
+TEST_F(InputCheck, FieldsInSmallLetters) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) {
+                      return test::RunFixture::usualWeather(p == "sr_" ? "SR_" : p, s, m);
+                  },
+                  {"TM_", "TN_", "TD_", "sr_", "WS_", "RHM_"});
+    f.settings.HasSR = false;
+    EXPECT_THAT(lines(),
+                Contains("warning: " + f.folder.file("weather.dbf") +
+                         ": SR_...: the table has sr_Jan, but the settings take solar radiation as "
+                         "missing: spell the names of its fields with SR_ in capitals"));
+    EXPECT_THAT(lines(), Contains(testing::StartsWith("note: " + f.folder.file("weather.dbf") +
+                                                      ": RHM_Jan: relative humidity is not used")));
+}
+
+TEST_F(InputCheck, ElevationUnitsAgainstTheDem) {
+    auto stations = f.stations();
+    const auto place = [&](double unit) {  // stations that stand on the DEM of the fixture
+        for (auto& s : stations) {
+            const double column = std::floor((s.x - 400000) / 400);
+            const double row = std::floor((4500000 - s.y) / 400);
+            s.elevation = (1300 + 31 * column + 17 * row) / unit;
+        }
+        f.makeStations(stations);
+    };
+    place(1);
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("the stations lie"))));
+    f.settings.SiteElevationUnit = "Feet";
+    EXPECT_THAT(lines(),
+                Contains(testing::AllOf(
+                    testing::StartsWith("error: " + f.folder.file("stations.shp") + ": ELEVATION"),
+                    HasSubstr(" m below the DEM "),
+                    testing::EndsWith("agree with SiteElevationUnit=Meters or DemUnit=Feet"))));
+    f.settings.SiteElevationUnit = "Meters";
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Contains(testing::AllOf(
+                             HasSubstr(" m above the DEM "),
+                             testing::EndsWith("with SiteElevationUnit=Feet or DemUnit=Meters"))));
+    f.settings.DemUnit = "Meters";
+    place(0.3048);
+    EXPECT_THAT(lines(), Contains(testing::EndsWith("agree with SiteElevationUnit=Feet")));
+    place(0.5);
+    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("warning: "),
+                                                 HasSubstr("compare their coordinates"))));
+}
+
+TEST_F(InputCheck, PrecipitationOfTheStations) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "P_" && s.name == "S3" && m == 6) return 0.0;
+                      if (p == "P_" && s.name == "S4" && m == 7) return 93.0;  // millimetres
+                      return test::RunFixture::usualWeather(p, s, m);
+                  },
+                  {"TM_", "TN_", "P_"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("P_Jun: S3: 0 is not between 0 and 1000")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("P_Jul: S4: 93 is not likely in inches per month")));
+    f.settings.DemUnit = "Feet";
+    EXPECT_THAT(lines(), Contains(HasSubstr("precipitation takes its elevations as metres")));
+    f.makeWeather(f.stations(), test::RunFixture::usualWeather);
+    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.folder.file("weather.dbf") +
+                                            ": P_Jun: the field is missing")));
+    f.settings.PrecipitationMethod = "prism";
+    EXPECT_THAT(lines(), Contains(HasSubstr("\"prism\" is neither EDK nor PRISM_REF")));
+}
+
+TEST_F(InputCheck, ReferenceGridsOfEveryMonth) {
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    GridGeometry west = f.geometry();
+    west.columns = 20;
+    f.makeReferenceGrid(6, west, [](int, int) { return 2000.0F; });
+    EXPECT_THAT(lines(), Contains(HasSubstr("error: PrismGridFolder: There is no raster dataset " +
+                                            f.folder.file("ref07"))));
+    std::string eastern;
+    for (const auto& s : f.stations()) {
+        if (s.x > west.extent().xMax) eastern = s.name;
+    }
+    EXPECT_THAT(lines(), Contains("note: " + f.folder.file("ref06") + ": " + eastern +
+                                  ": has no value here, so the station takes no part"));
+    auto& features = f.application.platform().features();
+    const auto session = features.edit(features.openFeatureClass(f.settings.WeatherStations));
+    session->addNumericField("RefPPT");
+    for (std::size_t s = 0; s < f.stations().size(); ++s) session->setValue(s, "RefPPT", 0.4);
+    session->save();
+    EXPECT_THAT(lines(), Contains(testing::AllOf(HasSubstr("warning: "), HasSubstr(eastern),
+                                                 HasSubstr("holds from an earlier run"))));
+    f.settings.PrismGridFolder = "";
+    EXPECT_THAT(lines(), Contains(HasSubstr("reference precipitation grids are not named")));
+}
+
+TEST_F(InputCheck, ZoneKeys) {
+    const std::string longName = "North Middle Valley Irrigation Company";
+    f.application.platform().features().createFeatureClass(
+        f.folder.file("zones.shp"), true, f.geometry().crs, {{"ZONE", FieldType::text, 60, 0}},
+        {rectangle({0, 0, 1, 1}, {longName}), rectangle({0, 0, 1, 1}, {std::string("A")}),
+         rectangle({0, 0, 1, 1}, {std::string("A")})});
+    f.settings.Zones = f.folder.file("zones.shp");
+    f.settings.ZoneField = "ZONE";
+    EXPECT_THAT(lines(), Contains(HasSubstr(longName + ": has more than 25 characters")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("ZONE: A: is the key of 2 polygons")));
+    f.settings.ZoneField = "NAME";
+    EXPECT_THAT(lines(), Contains(HasSubstr("NAME: the field is missing")));
+}
+
+TEST_F(InputCheck, ZoneKeysAreCountedAsTablesHoldThem) {
+    const auto make = [&](const std::vector<std::string>& keys) {
+        std::vector<NewFeature> zones;
+        for (const std::string& key : keys) zones.push_back(rectangle({0, 0, 1, 1}, {key}));
+        f.application.platform().features().createFeatureClass(
+            f.folder.file("zones.shp"), true, f.geometry().crs, {{"ZONE", FieldType::text, 60, 0}},
+            zones);
+    };
+    f.settings.Zones = f.folder.file("zones.shp");
+    f.settings.ZoneField = "ZONE";
+    make({"Señorío de Ibáñez y Núñez"});  // 25 letters, a byte each
+    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("ZONE: "))));
+    make({"Señorío de Ibáñez y Núñez", "Łódź"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("Núñez: has more than 25 bytes in UTF-8, of which "
+                                            "tables keep \"Señorío de Ibáñez y N\"")));
+    make({"Irrigation District of the North", "Irrigation District of the South"});
+    EXPECT_THAT(lines(), Contains(HasSubstr("of which tables keep \"Irrigation District of th\", "
+                                            "as of Irrigation District of the South: their rows")));
+}
+
+TEST_F(InputCheck, TypesThatDifferInCapitals) {
+    f.application.platform().features().createFeatureClass(
+        f.folder.file("land.shp"), true, f.geometry().crs, {{"Descriptio", FieldType::text, 60, 0}},
+        {rectangle({0, 0, 1, 1}, {std::string("alfalfa")}),
+         rectangle({0, 0, 1, 1}, {std::string("Alfalfa")}),
+         rectangle({0, 0, 1, 1}, {std::string("Corn")})});
+    f.settings.LandCover = f.folder.file("land.shp");
+    EXPECT_THAT(lines(), Contains("warning: " + f.settings.LandCover +
+                                  ": Descriptio: \"Alfalfa\" and \"alfalfa\" differ in capitals "
+                                  "alone: they are crop types of their own, each with its own "
+                                  "coefficients"));
+}
+
+TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
+    f.settings.Zones = f.folder.file("domain.shp");
+    f.settings.LandCover = f.folder.file("domain.shp");
+    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.settings.LandCover +
+                                            ": Descriptio: the field is missing")));
+    EXPECT_THAT(lines(), Contains(HasSubstr("note: " + f.folder.file("IrDB.mdb") +
+                                            ": there is no irrigation database yet")));
+    test::write(f.folder.file("IrDB.mdb"), "x");
+    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("irrigation database"))));
+}
+
+// Each input, cut to some part of it, is an error that names the file.
+TEST_F(InputCheck, ACutInputIsAnError) {
+    const auto layer = [&](const std::string& name) {
+        f.application.platform().features().createFeatureClass(
+            f.folder.file(name + ".shp"), true, f.geometry().crs,
+            {{"NAME", FieldType::text, 20, 0}},
+            {rectangle({400000, 4498000, 404000, 4500000}, {std::string("A")}),
+             rectangle({404000, 4498000, 406000, 4500000}, {std::string("B")})});
+        return f.folder.file(name + ".shp");
+    };
+    f.settings.Zones = layer("zones");
+    f.settings.ZoneField = "NAME";
+    f.settings.LandCover = layer("landcover");
+    f.application.platform().features().createTable(
+        f.folder.file("kc.dbf"), {{"CropType", FieldType::text, 20, 0}}, {{std::string("Barley")}});
+    f.settings.KcTable = f.folder.file("kc.dbf");
+    for (const std::string name :
+         {"zones.shp", "zones.shx", "zones.dbf", "landcover.shp", "landcover.dbf", "weather.dbf",
+          "stations.dbf", "stations.shp", "domain.shp", "kc.dbf"}) {
+        const std::string path = f.folder.file(name);
+        const std::string whole = test::contentOf(path);
+        test::write(path, whole.substr(0, whole.size() * 6 / 10));
+        EXPECT_THAT(lines(),
+                    Contains(testing::AllOf(testing::StartsWith("error: "),
+                                            HasSubstr(path + " is damaged or cut short"))));
+        test::write(path, whole);
+    }
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("damaged"))));
+}
+
+TEST_F(InputCheck, ADamagedShapeIsAnError) {
+    const std::string path = f.folder.file("domain.shp");
+    f.settings.Zones = path;
+    std::string bytes = test::contentOf(path);
+    bytes[100 + 8 + 36] = 7;  // parts of its polygon
+    test::write(path, bytes);
+    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: " + path + ": "),
+                                                 HasSubstr("record 1 of " + path))));
+}
+
+TEST_F(InputCheck, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "TM_" && s.name == "S4" && m == 6) return 7777.0;
+                      if (p == "TN_" && s.name == "S5" && m == 7) return 88.0;
+                      return test::RunFixture::usualWeather(p, s, m);
+                  });
+    const std::string path = f.folder.file("weather.dbf");
+    std::string bytes = test::contentOf(path);
+    bytes.replace(bytes.find(" 7777.0000"), 10, "   7777,00");
+    test::write(path, bytes);
+    const auto all = lines();
+    EXPECT_THAT(all, Contains(testing::AllOf(
+                         testing::StartsWith("error: " + path + ": TM_Jun: "),
+                         HasSubstr("record 5, field TM_Jun: \"7777,00\" is no number"))));
+    EXPECT_THAT(all, Contains(HasSubstr("TN_Jul: S5: 88 is not between")));
+}
+
+}  // namespace
+}  // namespace velmora

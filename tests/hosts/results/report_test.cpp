@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/results/report/report_page.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "gis/errors.h"
+#include "gis/zonal_tables.h"
+#include "hosts/results/report/html.h"
+#include "hosts/results/report/monthly_chart.h"
+#include "tests/support/irrigation_fixture.h"
+
+namespace velmora::cli {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Html, TextsAndBytesAreEncoded) {
+    EXPECT_EQ(escaped("<O'Dell & \"Co\">"), "&lt;O'Dell &amp; &quot;Co&quot;&gt;");
+    EXPECT_EQ(base64(""), "");
+    EXPECT_EQ(base64("f"), "Zg==");
+    EXPECT_EQ(base64("fo"), "Zm8=");
+    EXPECT_EQ(base64("foo"), "Zm9v");
+    EXPECT_EQ(base64("foob\xff"), "Zm9vYv8=");
+}
+
+TEST(MonthlyChart, AMissingMonthInterruptsTheLine) {
+    MonthlySeries series{"ET", "#123456", {}};
+    for (const std::size_t month : {0U, 1U, 4U, 5U}) series.values[month] = 3.4;
+    const std::string svg = monthlyChart("A < B", "inches", {series});
+    EXPECT_THAT(svg, HasSubstr("A &lt; B"));
+    EXPECT_THAT(svg, HasSubstr("<title>ET May: 3.40</title>"));
+    const std::string path =
+        svg.substr(svg.find("<path d="), svg.find("fill=\"none\"") - svg.find("<path d="));
+    EXPECT_EQ(std::count(path.begin(), path.end(), 'M'), 2);
+    EXPECT_EQ(std::count(path.begin(), path.end(), 'L'), 2);
+    EXPECT_THAT(monthlyChart("empty", "inches", {{"ET", "#1", {}}}), HasSubstr("</svg>"));
+}
+
+TEST(TableOverInches, IsDaysOverMillimetresPerInch) {
+    EXPECT_DOUBLE_EQ(tableOverInches(7, 2006), 31 / 25.4);
+    EXPECT_DOUBLE_EQ(tableOverInches(2, 2004), 29 / 25.4);
+    EXPECT_EQ(tableOverInches(0, 2004), 0);
+}
+
+struct Report : testing::Test {
+    test::IrrigationFixture f;
+    IPlatform& platform = f.application.platform();
+
+    void makeTable(const std::string& name, double depth, double volume) {
+        CreateStatTable(platform, f.application.prompts(), f.folder.file("out"), name);
+        const std::string tag = name.substr(4);
+        const auto session =
+            platform.features().edit(platform.features().openTable(f.folder.file("out/" + name)));
+        session->appendRecord({{"ZoneUnit", std::string("West")},
+                               {"Area_T_ac", 200.0},
+                               {"Area_C_ac", 100.0},
+                               {"Month", 7.0},
+                               {tag + "_D_ft", depth},
+                               {tag + "_V_acft", volume}});
+        session->save();
+    }
+};
+
+TEST_F(Report, BothReadingsOfTheTables) {
+    // A mean of 6 inches in July: half a foot over 100 acres.
+    const double depth = 31 * 6 / 304.8;
+    makeTable("StatCET", depth, depth * 100);
+    f.save("PPT_Jul", f.filled(1.5F));
+    const RunResults results = readResults(platform, f.settings);
+    ASSERT_EQ(results.totals.size(), 1U);
+    EXPECT_NEAR(results.totals[0].inches.at("StatCET"), 50, 1e-9);
+    EXPECT_NEAR(results.totals[0].table.at("StatCET"), 50 * 31 / 25.4, 1e-9);
+    EXPECT_FALSE(results.totals[0].table.contains("StatIRR"));
+    ASSERT_EQ(results.zoneMeans.size(), 1U);
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at("ET")[6], 6, 1e-9);
+    EXPECT_EQ(*results.zoneMeans[0].byProduct.at("PPT")[6], 1.5);
+    const std::string page = reportPage(platform, results);
+    EXPECT_THAT(page, HasSubstr("<td>West</td><td class=\"n\">50.0</td>"));
+    EXPECT_THAT(page, HasSubstr("<td class=\"n\">61.0</td>"));
+    EXPECT_THAT(page, HasSubstr("<td class=\"n\">1.2205</td>"));
+}
+
+TEST_F(Report, EachFigureOfTheTablesStandsInItsColumn) {
+    constexpr double july = 31 / 25.4;  // table over inches
+    makeTable("StatCET", 0.5 * july, 50 * july);
+    const auto table = platform.features().openTable(f.folder.file("out/StatCET"));
+    const auto session = platform.features().edit(table);
+    session->appendRecord({{"ZoneUnit", std::string("East")},
+                           {"Area_T_ac", 40.0},
+                           {"Area_C_ac", 30.0},
+                           {"Month", 6.0},
+                           {"CET_D_ft", 2 * 30 / 25.4},
+                           {"CET_V_acft", 60 * 30 / 25.4}});
+    session->save();
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    const auto row = [](const std::vector<std::string>& texts, const std::vector<std::string>& n) {
+        std::string html = "<tr>";
+        for (const auto& text : texts) html += "<td>" + text + "</td>";
+        for (const auto& number : n) html += "<td class=\"n\">" + number + "</td>";
+        return html + "</tr>";
+    };
+    const std::string none = "&ndash;";
+    // Polygon and counted acres; depth and volume of inches, of the table; their ratio.
+    EXPECT_THAT(page, HasSubstr(row({"West", "Jul"}, {"200.0", "100.0", "0.5000", "50.0", "0.6102",
+                                                      "61.0", "1.2205"})));
+    EXPECT_THAT(page, HasSubstr(row({"East", "Jun"}, {"40.0", "30.0", "2.0000", "60.0", "2.3622",
+                                                      "70.9", "1.1811"})));
+    EXPECT_THAT(page, HasSubstr(row({"West"}, {"50.0", none, none, "61.0", none, none})));
+    EXPECT_THAT(page, HasSubstr(row({"East"}, {"60.0", none, none, "70.9", none, none})));
+    EXPECT_THAT(page, HasSubstr(row({"All zones"}, {"110.0", none, none, "131.9", none, none})));
+}
+
+TEST_F(Report, EachProductHasItsUnit) {
+    f.save("PPT_Jun", f.filled(1));
+    f.save("PPT_Jul", f.filled(3));
+    const RunResults results = readResults(platform, f.settings);
+    std::vector<std::pair<std::string, std::string>> units;
+    for (const Product& product : results.products) units.emplace_back(product.title, product.unit);
+    const std::string depth = "inches per month";
+    EXPECT_THAT(units,
+                testing::ElementsAre(std::pair("Reference ET", depth),
+                                     std::pair("Crop coefficients", "ratio"),
+                                     std::pair("Crop ET", depth), std::pair("Precipitation", depth),
+                                     std::pair("Net irrigation requirement", depth),
+                                     std::pair("Irrigation efficiency", "fraction"),
+                                     std::pair("Irrigation water requirement", depth)));
+    EXPECT_THAT(reportPage(platform, results), HasSubstr("</i>3 inches per month &middot;"));
+}
+
+TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
+    makeTable("StatCET", 0.5, 50);
+    f.save("PPT_Jul", f.filled(1.5F));
+    f.settings.Zones = f.folder.file("gone.shp");
+    const RunResults results = readResults(platform, f.settings);
+    ASSERT_EQ(results.zoneMeans.size(), 1U);
+    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains("PPT"));
+    EXPECT_THAT(reportPage(platform, results), HasSubstr("gone.shp"));
+}
+
+TEST_F(Report, MapsOfAProductShareOneScale) {
+    f.save("PPT_Jun", f.filled(1));
+    f.save("PPT_Jul", f.filled(3));
+    f.save("faef_500", f.filled(0.5F));
+    f.save("RefET_Jun_4", f.filled(kNoData));
+    const RunResults results = readResults(platform, f.settings);
+    const Product& ppt = results.products.at(3);
+    EXPECT_EQ(ppt.title, "Precipitation");
+    EXPECT_EQ(ppt.minimum, 1);
+    EXPECT_EQ(ppt.maximum, 3);
+    EXPECT_EQ(results.products.at(0).of(6), nullptr);
+    EXPECT_THAT(results.products.at(0).missing, testing::ElementsAre("RefET_Jul_4"));
+    const std::string page = reportPage(platform, results);
+    EXPECT_THAT(page, HasSubstr("alt=\"PPT_Jul Jul\" src=\"data:image/png;base64,iVBOR"));
+    EXPECT_THAT(page, HasSubstr("<b>all months</b> mean 0.5"));
+    EXPECT_THAT(page, HasSubstr("No cell of these grids has data."));
+    EXPECT_THAT(page, HasSubstr("Not made: IRR_Jun, IRR_Jul."));
+}
+
+TEST_F(Report, StandsAloneAndNamesWhatIsWrong) {
+    f.settings.KcTable = f.folder.file("none & nothing.dbf");
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
+        EXPECT_THAT(page, Not(HasSubstr(outside)));
+    }
+    EXPECT_THAT(page,
+                HasSubstr("none &amp; nothing.dbf</span></td><td><span class=\"error\">not found"));
+    EXPECT_THAT(page, HasSubstr("<li class=\"error\">"));
+    EXPECT_THAT(page, HasSubstr("class=\"station\""));
+    EXPECT_THAT(page, HasSubstr("days / 25.4"));
+    f.settings.OutputWorkspace = f.folder.file("nowhere");
+    EXPECT_THROW(readResults(platform, f.settings), PlatformError);
+}
+
+TEST_F(Report, AnUnreadableInputCostsOnlyItsPart) {
+    f.settings.DEM = f.folder.file("nothing");
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    EXPECT_THAT(page, HasSubstr("<p class=\"error\">No map: "));
+    EXPECT_THAT(page, HasSubstr("</html>"));
+}
+
+}  // namespace
+}  // namespace velmora::cli
