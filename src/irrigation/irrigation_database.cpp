@@ -70,7 +70,7 @@ double GetMethodEfficiency(IRecordset& methods, const std::string& code) {
 }
 
 IrrigationDatabase::IrrigationDatabase(IPlatform& platform, const std::string& path)
-    : connection_(platform.connections().open(irrigationConnection(path))) {}
+    : path_(path), connection_(platform.connections().open(irrigationConnection(path))) {}
 
 std::unique_ptr<IRecordset> IrrigationDatabase::query(const std::string& text) const {
     return connection_->open(text);
@@ -82,7 +82,13 @@ bool IrrigationDatabase::hasEfficiencyTable() const {
     });
 }
 
-void IrrigationDatabase::dropEfficiencyTable() { connection_->execute("DROP TABLE IREF"); }
+void IrrigationDatabase::dropEfficiencyTable() {
+    connection_->execute("DROP TABLE IREF");
+    if (hasEfficiencyTable()) {
+        throw PlatformError("The irrigation database " + path_ +
+                            " is damaged: its table IREF stays though it was dropped");
+    }
+}
 
 void IrrigationDatabase::copyEfficiencyTable(const std::string& name) {
     connection_->execute("CREATE TABLE [" + name + "] AS SELECT * FROM IREF");

@@ -64,6 +64,7 @@ class IrrigationDatabase {
     void AddDefaultPM2(IRecordset& row, const std::vector<std::string>& methods,
                        const std::string& zone) const;
 
+    std::string path_;
     std::unique_ptr<IConnection> connection_;
 };
 

@@ -25,10 +25,8 @@ int report(const Session& session, const std::string& file) {
         file.empty() ? joinedPath(settings.OutputWorkspace, "report.html") : wholePath(file);
     const RunResults results = readResults(application.platform(), settings);
     std::vector<std::string> missing;
-    for (const Finding& finding : results.findings) {  // of what the report itself stands on
-        if (finding.severity == Severity::error && finding.file == settings.OutputWorkspace) {
-            missing.push_back(findingLine(finding));
-        }
+    for (const Finding& finding : results.findings) {
+        if (finding.severity == Severity::error) missing.push_back(findingLine(finding));
     }
     application.platform().files().storeFile(path,
                                              reportPage(application.platform(), results, &missing));
