@@ -38,13 +38,16 @@ std::string withoutTimes(const std::string& text) {
     return std::regex_replace(text, time, "(time)");
 }
 
-std::string runNotes(const std::string& bytes) {
+enum class Messages { kept, dropped };
+
+std::string runNotes(const std::string& bytes, Messages messages) {
     auto notes = nlohmann::json::parse(bytes, nullptr, false);
     if (!notes.is_array()) return bytes;
     for (auto& run : notes) {
         if (!run.is_object()) return bytes;
         run.erase("seconds");
         run.erase("ended");
+        if (messages == Messages::dropped) run.erase("messages");
     }
     return withoutTimes(notes.dump(1));
 }
@@ -85,7 +88,7 @@ void copyFolder(const std::string& from, const std::string& to) {
 }
 
 std::string comparable(const std::string& path, const std::string& bytes) {
-    if (path.ends_with("velmora_runs.json")) return runNotes(bytes);
+    if (path.ends_with("velmora_runs.json")) return runNotes(bytes, Messages::kept);
     if (path.find("velmora_made_") != std::string::npos) return withoutMarks(bytes);
     if (path.ends_with(".html")) return withoutTimes(bytes);
     std::string masked = bytes;
@@ -117,6 +120,10 @@ std::string datasetOf(const std::string& path, const Contents& all) {
         if (path.ends_with(part) && all.contains(shapes)) return shapes;
     }
     return path;
+}
+
+bool sameRuns(const std::string& notes, const std::string& others) {
+    return runNotes(notes, Messages::dropped) == runNotes(others, Messages::dropped);
 }
 
 bool isUnfinished(const std::string& path) {

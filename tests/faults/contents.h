@@ -28,6 +28,9 @@ bool same(const std::string& path, const Contents& a, const Contents& b, const s
 // may be.
 std::string datasetOf(const std::string& path, const Contents& all);
 
+// Whether notes of runs are the same but for what the runs told.
+bool sameRuns(const std::string& notes, const std::string& others);
+
 bool isUnfinished(const std::string& path);  // a name of Velmora's own, which the next run removes
 
 }  // namespace velmora::faults

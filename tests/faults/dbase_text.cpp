@@ -78,11 +78,17 @@ bool sameBut(const std::set<std::string>& names, const std::string& a, const std
            first.records == second.records;
 }
 
-bool isBeginning(const std::string& bytes, const std::string& of) {
+bool holdsRecordsOf(const std::string& bytes, const std::string& of) {
     const DbaseText part = dbaseText(bytes);
     const DbaseText all = dbaseText(of);
-    return part.whole && part.fields == all.fields && part.records.size() <= all.records.size() &&
-           std::equal(part.records.begin(), part.records.end(), all.records.begin());
+    if (!part.whole || part.fields != all.fields) return false;
+    auto from = all.records.begin();
+    return std::ranges::all_of(part.records, [&](const auto& record) {
+        from = std::find(from, all.records.end(), record);
+        if (from == all.records.end()) return false;
+        ++from;
+        return true;
+    });
 }
 
 }  // namespace velmora::faults

@@ -20,7 +20,7 @@ DbaseText dbaseText(const std::string& bytes);
 // of them alone.
 bool sameBut(const std::set<std::string>& names, const std::string& a, const std::string& b);
 
-// Whether a table is whole and holds the first records of another one, or all.
-bool isBeginning(const std::string& bytes, const std::string& of);
+// Whether a table is whole and holds records of another one in their order, some or all.
+bool holdsRecordsOf(const std::string& bytes, const std::string& of);
 
 }  // namespace velmora::faults

@@ -173,8 +173,11 @@ TEST(DbaseText, ComparesAllButTheNamedFields) {
     EXPECT_TRUE(sameBut({"TempTTT"}, table, dbase({"A"}, {"a", "c"})));
     EXPECT_FALSE(sameBut({"TempTTT"}, table, dbase({"A", "TempTTT"}, {"xb", "cd"})));
     EXPECT_FALSE(sameBut({"TempTTT"}, table, dbase({"A", "TempTTT"}, {"ab"})));
-    EXPECT_TRUE(isBeginning(dbase({"A"}, {"a"}), dbase({"A"}, {"a", "c"})));
-    EXPECT_FALSE(isBeginning(dbase({"A"}, {"b"}), dbase({"A"}, {"a", "c"})));
+    EXPECT_TRUE(holdsRecordsOf(dbase({"A"}, {"a"}), dbase({"A"}, {"a", "c"})));
+    EXPECT_TRUE(holdsRecordsOf(dbase({"A"}, {"a", "c"}), dbase({"A"}, {"a", "b", "c"})));
+    EXPECT_FALSE(holdsRecordsOf(dbase({"A"}, {"c", "a"}), dbase({"A"}, {"a", "c"})));
+    EXPECT_FALSE(holdsRecordsOf(dbase({"A"}, {"a", "a"}), dbase({"A"}, {"a", "c"})));
+    EXPECT_FALSE(holdsRecordsOf(dbase({"A"}, {"b"}), dbase({"A"}, {"a", "c"})));
 }
 
 TEST(FaultContents, TimesInNotesAndTablesDoNotCount) {

@@ -107,7 +107,7 @@ bool mayBeBetween(const std::string& path, const Undisturbed& step, const Conten
     if (path.starts_with("output/velmora_made_")) {
         return whole && comparable(path, *whole).starts_with(comparable(path, bytes));
     }
-    return path.starts_with("output/Stat") && whole && isBeginning(bytes, *whole);
+    return path.starts_with("output/Stat") && whole && holdsRecordsOf(bytes, *whole);
 }
 
 using Dataset = std::vector<std::string>;  // paths
@@ -218,7 +218,16 @@ Complaints judgeFault(const Undisturbed& step, const Ending& ending, bool killed
     if (ending.status > 0 && !givesReason(ending.errors, step.errors)) {
         wrong.push_back("no reason on standard error: status " + std::to_string(ending.status));
     }
-    if (ending.status == 0) judgeAgainstUndisturbed("status 0", step, now, folder, wrong);
+    if (ending.status == 0) {
+        Contents results = now;
+        // A note on standard error stands among the run's notes as well.
+        const std::string runs = "output/velmora_runs.json";
+        if (givesReason(ending.errors, step.errors) && now.contains(runs) &&
+            step.after.contains(runs) && sameRuns(now.at(runs), step.after.at(runs))) {
+            results[runs] = step.after.at(runs);
+        }
+        judgeAgainstUndisturbed("status 0", step, results, folder, wrong);
+    }
     if (ending.status != 0) judgeDatasets(step, now, folder, wrong);
     return wrong;
 }

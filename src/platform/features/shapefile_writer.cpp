@@ -116,6 +116,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
                 const std::vector<Field>& fields, TextEncoding encoding,
                 const std::function<void(const LayerWriter& add)>& fill) {
     const std::string stem = baseName(path);
+    sweepUnfinished(parentFolderName(path));
     const std::string unfinished = unfinishedPath(withoutExtension(path));
     CPLErrorReset();
     const GdalFailures failures;  // those of the last flush are told to nobody else

@@ -2,10 +2,27 @@
 #include "platform/features/vector_dataset.h"
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "platform/features/shapefile_check.h"
 #include "platform/features/spatial_reference.h"
+#include "platform/files/byte_source.h"
 
 namespace velmora::platform {
+
+namespace {
+
+// GDAL takes a .prj that it cannot read for none, and the features would lie elsewhere.
+void requireSystem(OGRLayer& layer, const std::string& path) {
+    if (withoutEnding(path, ".shp") == path || layer.GetSpatialRef()) return;
+    const std::string system = fileBeside(path, "prj");
+    if (system.empty() || ByteSource(system).size() == 0) return;
+    throw PlatformError(
+        "Cannot read the coordinate system of " + path + ": " + system +
+        " tells none that is understood; mend it, or delete it when the features lie "
+        "in the system of the run");
+}
+
+}  // namespace
 
 VectorLayer openVectors(const std::string& path) {
     requireWholeFiles(path);
@@ -23,6 +40,7 @@ VectorLayer openVectors(const std::string& path) {
                             gdalMessage("it is no shapefile, dBASE table or GeoPackage that holds "
                                         "features or records"));
     }
+    requireSystem(*opened.layer, path);
     return opened;
 }
 

@@ -121,15 +121,9 @@ std::uint64_t numberIn(const std::string& path, const std::string& key) {
 
 }  // namespace
 
-bool FileSystem::fileExists(const std::string& path) const {
-    std::error_code error;
-    return fs::is_regular_file(path, error);
-}
+bool FileSystem::fileExists(const std::string& path) const { return isFile(path); }
 
-bool FileSystem::folderExists(const std::string& path) const {
-    std::error_code error;
-    return fs::is_directory(path, error);
-}
+bool FileSystem::folderExists(const std::string& path) const { return isFolder(path); }
 
 std::string FileSystem::specialFolder(SpecialFolder) const {
     std::error_code error;

@@ -25,7 +25,20 @@ auto repeated(Call call) {
     return result;
 }
 
+// What stands under a path, 0 for nothing: a name that no file can have is none.
+mode_t kindOf(const std::string& path) {
+    struct stat status {};
+    if (repeated([&] { return ::stat(path.c_str(), &status); }) == 0) return status.st_mode;
+    for (const int absent : {ENOENT, ENOTDIR, ENAMETOOLONG, ELOOP}) {
+        if (errno == absent) return 0;
+    }
+    throwFileError("Cannot look at", path);
+}
+
 }  // namespace
+
+bool isFile(const std::string& path) { return S_ISREG(kindOf(path)); }
+bool isFolder(const std::string& path) { return S_ISDIR(kindOf(path)); }
 
 void throwFileError(const std::string& what, const std::string& path) {
     const int reason = errno;

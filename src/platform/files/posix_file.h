@@ -40,6 +40,11 @@ void writeWholeFile(const std::string& path, const std::string& bytes,
 std::string readWholeFile(const std::string& path, std::size_t most);
 void removeTree(const std::string& path) noexcept;
 
+// Whether a file (a folder) is there. Throws PlatformError when the system cannot tell, which is
+// another answer than no.
+bool isFile(const std::string& path);
+bool isFolder(const std::string& path);
+
 // Whether what is written is also asked to reach the disk (file_system.h).
 bool syncing();
 

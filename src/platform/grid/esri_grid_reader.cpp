@@ -105,7 +105,7 @@ class EsriGridRaster : public IRaster {
 };
 
 std::string optionalFile(const std::string& path, std::size_t most) {
-    return std::filesystem::is_regular_file(path) ? readWholeFile(path, most) : std::string();
+    return isFile(path) ? readWholeFile(path, most) : std::string();
 }
 
 int nearestInt(double value) {

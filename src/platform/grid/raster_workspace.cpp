@@ -22,10 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isGridFolder(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path / "hdr.adf", error);
-}
+bool isGridFolder(const fs::path& path) { return isFile((path / "hdr.adf").string()); }
 
 // The raster files of that name plus an ending, in order of name.
 std::vector<fs::path> filesOfName(const fs::path& exact) {
@@ -45,9 +42,8 @@ std::vector<fs::path> filesOfName(const fs::path& exact) {
 // The datasets that a path may mean: the grid folder or file of that very name, else the raster
 // files of that name plus an ending.
 std::vector<fs::path> candidates(const std::string& path) {
-    std::error_code error;
     const fs::path exact(path);
-    if (isGridFolder(exact) || fs::is_regular_file(exact, error)) return {exact};
+    if (isGridFolder(exact) || isFile(path)) return {exact};
     return filesOfName(exact);
 }
 
@@ -67,9 +63,9 @@ class Dataset : public IRasterDataset {
     RasterPtr createDefaultRaster() const override { return raster_; }
     float noDataValue() const override { return kNoData; }
     std::int64_t modified() const override {
-        const fs::path values = fs::is_directory(path_) ? path_ / "w001001.adf" : path_;
+        const fs::path values = isFolder(path()) ? path_ / "w001001.adf" : path_;
         std::error_code error;
-        const auto time = fs::last_write_time(fs::exists(values) ? values : path_, error);
+        const auto time = fs::last_write_time(isFile(values.string()) ? values : path_, error);
         if (error) throw PlatformError("Cannot look at " + path() + ": " + error.message());
         return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch())
             .count();
@@ -91,7 +87,7 @@ class Dataset : public IRasterDataset {
 
   private:
     static RasterPtr open(const std::string& path) {
-        if (fs::is_directory(path)) {
+        if (isFolder(path)) {
             if (RasterPtr grid = openEsriGrid(path)) return grid;
         }
         return openGdalRaster(path);

@@ -324,7 +324,8 @@ std::string inputsSection(IPlatform& platform, const RunResults& results) {
         for (const fs::path& file : filesOf(text)) {
             std::error_code error;
             const std::uintmax_t size = fs::file_size(file, error);
-            if (error) continue;
+            if (error)
+                throw PlatformError("Cannot look at " + file.string() + ": " + error.message());
             bytes += size;
             date = std::max(date, platform.files().lastModified(file.string()));
         }
