@@ -28,18 +28,18 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 # The tests that hold a folder's behaviour: programs, each with a filter.
 TESTS = {
-    "src/gis": ["test_gis"],
+    "src/gis": ["test_gis", "test_chain:ZoneTableFiles*"],
     "src/forms": ["test_forms"],
     "src/settings": ["test_settings"],
     "src/modelling": ["test_modelling", "test_chain:RefEt*:Precip*"],
     "src/check": ["test_check"],
     "src/refet": ["test_refet", "test_chain:RefEt*"],
-    "src/crop": ["test_crop", "test_chain:Crop*:Kc*"],
+    "src/crop": ["test_crop", "test_editors:KcEditor*", "test_chain:Crop*:Kc*"],
     "src/precip": ["test_precip", "test_chain:Precip*"],
-    "src/irrigation": ["test_irrigation", "test_chain:Irrigation*"],
-    "src/shell": ["test_shell"],
+    "src/irrigation": ["test_irrigation", "test_editors", "test_chain:Irrigation*"],
+    "src/shell": ["test_shell", "test_components"],
     "src/platform": ["test_platform"],
-    "src/hosts/components": ["test_shell"],
+    "src/hosts/components": ["test_components"],
     "src/hosts/cli": ["test_cli"],
 }
 

@@ -154,10 +154,10 @@ TEST_F(OldResults, ANoteThatCannotBeReadIsTold) {
             throw PlatformError("Cannot read " + path + ": Input/output error");
         }
     } files;
-    f.application.platform().otherFiles = &files;
+    f.world.platform.otherFiles = &files;
     EXPECT_THAT(old("cropet"), ElementsAre(HasSubstr("velmora_made_refet.txt: Input/output error: "
                                                      "it cannot be told what")));
-    f.application.platform().otherFiles = nullptr;
+    f.world.platform.otherFiles = nullptr;
 }
 
 TEST_F(OldResults, AGridThatCannotBeReadHidesNothingElse) {

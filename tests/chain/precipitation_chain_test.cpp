@@ -224,7 +224,7 @@ class NotingApplication : public test::TestApplication {
 };
 
 TEST_F(PrecipitationChain, AMonthIsOverWhenItsLayerIsAdded) {
-    NotingApplication application(f.folder.file("settings"));
+    NotingApplication application(f.world.platform, f.folder.file("settings"));
     ASSERT_TRUE(PrecipitationRun(application, f.settings).run());
     EXPECT_EQ(application.messages(),
               (std::vector<std::string>{"Using EDK to interpolate precipitation...",

@@ -214,7 +214,7 @@ TEST(RefEtChain, EveryMethodAgreesWithTheIndependentCalculation) {
 
 TEST(RefEtChain, MessagesComeInTheirOrder) {
     RunFixture f;
-    f.application.platform().clock_.step = 95;  // two looks at the clock: 95 seconds
+    f.world.platform.clock().step = 95;  // two looks at the clock: 95 seconds
     ASSERT_TRUE(f.run());
     const auto& lines = f.monitor.messages;
     const std::vector<std::string> head = {

@@ -52,9 +52,9 @@ TEST_F(RefEtFailures, WhatAFailedRunHasMadeIsSettled) {
         }
         std::vector<std::uintmax_t> sizes;
     } files;
-    f.application.platform().otherFiles = &files;
+    f.world.platform.otherFiles = &files;
     failed();
-    f.application.platform().otherFiles = nullptr;
+    f.world.platform.otherFiles = nullptr;
     ASSERT_EQ(files.sizes.size(), 1U);
     EXPECT_GT(files.sizes.front(), 8U * 2U * static_cast<std::uintmax_t>(f.geometry().cells()));
 }
@@ -136,7 +136,7 @@ TEST_F(RefEtFailures, NotEnoughMemory) {
       public:
         std::uint64_t freeMemory() const override { return 1000; }
     } small;
-    f.application.platform().otherFiles = &small;
+    f.world.platform.otherFiles = &small;
     EXPECT_THAT(failed(), HasSubstr("not enough free memory"));
 }
 

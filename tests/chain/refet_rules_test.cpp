@@ -247,7 +247,7 @@ class FullApplication : public test::TestApplication {
 };
 
 TEST_F(RefEtRules, AResultThatCannotBeShownStopsTheRun) {
-    FullApplication application(f.folder.file("settings"));
+    FullApplication application(f.world.platform, f.folder.file("settings"));
     EXPECT_FALSE(ReferenceEtRun(application, f.settings, f.monitor).run());
     EXPECT_FALSE(processState().runStatus);
     EXPECT_THAT(application.messages(),

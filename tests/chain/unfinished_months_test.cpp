@@ -150,9 +150,9 @@ TEST_F(UnfinishedMonths, RowsThatWereStoredBeforeAFailureAreNotAddedAgain) {
     f.settings.RefETMethod = "4";
     f.saveMonths(6, 7);
     TablesThatFailLate late(f.application.platform().features());
-    f.application.platform().otherFeatures = &late;
+    f.world.platform.otherFeatures = &late;
     EXPECT_TRUE(runNetIrrigation(f.application, f.settings));
-    f.application.platform().otherFeatures = nullptr;
+    f.world.platform.otherFeatures = nullptr;
     EXPECT_EQ(f.tableRows("StatNIR").size(), 6U);
     EXPECT_EQ(f.application.prompts().failures(), 1U);
     EXPECT_THAT(f.allMessages(), HasSubstr("the disk does not answer"));
@@ -166,9 +166,9 @@ TEST_F(UnfinishedMonths, NoRowGoesIntoAnOldTable) {
     ASSERT_EQ(rows.size(), 6U);
     const std::size_t tables = f.application.document().tables.size();
     NoNewTables full(f.application.platform().features());
-    f.application.platform().otherFeatures = &full;
+    f.world.platform.otherFeatures = &full;
     EXPECT_TRUE(runNetIrrigation(f.application, f.settings));  // goes on, as tables' failures ask
-    f.application.platform().otherFeatures = nullptr;
+    f.world.platform.otherFeatures = nullptr;
     EXPECT_EQ(f.tableRows("StatNIR"), rows);
     EXPECT_EQ(f.application.document().tables.size(), tables);
     EXPECT_THAT(

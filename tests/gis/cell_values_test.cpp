@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 
 #include "gis/memory_raster.h"
-#include "platform/platform.h"
+#include "tests/support/fake_spatial_references.h"
 
 namespace velmora {
 namespace {
 
 TEST(CellValues, ThePointsCellOrNothing) {
-    platform::Platform platform;
+    test::FakeSpatialReferences systems;
     Grid grid({3, 2, 100, 20, 10, ""}, 7);
     grid.at(1, 0) = 8;
     grid.at(2, 1) = kNoData;
@@ -22,7 +22,7 @@ TEST(CellValues, ThePointsCellOrNothing) {
                                       {99.9, 5},    // left of it
                                       {105, 20.1},  // above
                                       {100, 10}},   // lower cell of the border
-                                     "", platform.spatialReferences());
+                                     "", systems);
     ASSERT_EQ(values.size(), 7U);
     EXPECT_EQ(values[0], 7);
     EXPECT_EQ(values[1], 8);

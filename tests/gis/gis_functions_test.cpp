@@ -4,17 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <filesystem>
 
 #include "gis/memory_raster.h"
 #include "tests/support/fakes.h"
+#include "tests/support/worlds.h"
 
 namespace velmora {
 namespace {
 
 struct GisFunctions : testing::Test {
-    test::TempFolder folder;
-    test::TestApplication application{folder.path()};
+    test::MemoryWorld world;
+    test::Folder& folder = world.folder;
+    test::TestApplication application{world.platform, folder.path()};
 };
 
 TEST_F(GisFunctions, BrowsersAskWithTheirTitles) {
@@ -39,7 +40,7 @@ TEST_F(GisFunctions, DeletesRasterDatasets) {
     rasters.openFromFolder(folder.path())
         ->save(std::array{RasterToSave{"TM_Jan", std::make_shared<MemoryRaster>(grid), "GRID"}});
     EXPECT_TRUE(DeleteRasterDataset(rasters, folder.path(), "TM_Jan"));
-    EXPECT_FALSE(std::filesystem::exists(folder.file("TM_Jan")));
+    EXPECT_FALSE(rasters.openFromFolder(folder.path())->exists("TM_Jan"));
     EXPECT_FALSE(DeleteRasterDataset(rasters, folder.path(), "TM_Jan"));
     EXPECT_FALSE(DeleteRasterDataset(rasters, folder.file("nowhere"), "TM_Jan"));
     EXPECT_TRUE(application.messages().empty());
@@ -50,7 +51,7 @@ TEST_F(GisFunctions, DeletesFeatureClasses) {
     features.createFeatureClass(folder.file("a.shp"), false, "", {{"N", FieldType::text, 5, 0}},
                                 {{{{1, 2}}, {std::string("x")}}});
     EXPECT_TRUE(DeleteFeatureClass(features, folder.path(), "a"));
-    EXPECT_FALSE(std::filesystem::exists(folder.file("a.dbf")));
+    EXPECT_FALSE(application.platform().files().fileExists(folder.file("a.dbf")));
     EXPECT_FALSE(DeleteFeatureClass(features, folder.path(), "a"));
 }
 

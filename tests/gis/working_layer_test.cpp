@@ -3,14 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/fakes.h"
+#include "tests/support/worlds.h"
 
 namespace velmora {
 namespace {
 
 struct WorkingLayerTest : testing::Test {
-    test::TempFolder folder;
-    platform::Platform platform;
+    test::MemoryWorld world;
+    test::FakePlatform& platform = world.platform;
+    test::Folder& folder = world.folder;
 
     std::shared_ptr<IFeatureClass> layer() {
         return platform.features().openFeatureClass(folder.file("s.shp"));
@@ -51,8 +52,16 @@ TEST_F(WorkingLayerTest, StartsWithWhatTheFileHoldsAndKeepsWhatIsNotSet) {
     EXPECT_TRUE(isNull(layer()->value(0, "RefPPT")));
     EXPECT_EQ(std::get<double>(layer()->value(1, "RefPPT")), 0.5);
     EXPECT_EQ(layer()->fields().size(), 2U);
-    // The file's own way of writing it stays too.
-    EXPECT_NE(test::contentOf(folder.file("s.dbf")).find("0.500"), std::string::npos);
+}
+
+TEST_F(WorkingLayerTest, WhatCannotBeStoredLeavesTheTable) {
+    make(true);
+    WorkingLayer working(layer(), "RefPPT");
+    working.setValue(0, 1.25);
+    platform.features().saves.failAt(1);
+    EXPECT_THROW(working.store(platform.features()), PlatformError);
+    EXPECT_EQ(std::get<double>(layer()->value(0, "RefPPT")), 0.5);
+    EXPECT_EQ(std::get<double>(working.value(0, "RefPPT")), 1.25);
 }
 
 }  // namespace

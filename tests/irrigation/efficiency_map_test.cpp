@@ -92,9 +92,9 @@ TEST_F(EfficiencyMap, EveryCellHasTheEfficiencyOfItsZoneAndCrop) {
 
 TEST_F(EfficiencyMap, TheAttributesComeThroughOneTransaction) {
     test::RecordingConnections connections(f.application.platform().connections());
-    f.application.platform().otherConnections = &connections;
+    f.world.platform.otherConnections = &connections;
     form.cmdEFMap.click();
-    f.application.platform().otherConnections = nullptr;
+    f.world.platform.otherConnections = nullptr;
     EXPECT_THAT(
         connections.opened,
         ElementsAre("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + f.folder.file("IrDB.mdb"),

@@ -237,13 +237,13 @@ TEST_F(EfficiencyForm, MethodsWithoutANumberAreTold) {
 
 TEST_F(EfficiencyForm, StatementsAreTheDesigned) {
     test::RecordingConnections connections(f.application.platform().connections());
-    f.application.platform().otherConnections = &connections;
+    f.world.platform.otherConnections = &connections;
     form.load();
     form.cmdApplyIRDB.click();
     form.cmbZone.select(1);
     answers[kDefaults] = true;
     form.cmbZone.select(0);
-    f.application.platform().otherConnections = nullptr;
+    f.world.platform.otherConnections = nullptr;
     EXPECT_THAT(connections.opened,
                 testing::Each("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path));
     for (const char* statement :
@@ -257,9 +257,9 @@ TEST_F(EfficiencyForm, StatementsAreTheDesigned) {
     }
     form.cmdApplyIRDB.click();
     answers[kEfExists] = true;
-    f.application.platform().otherConnections = &connections;
+    f.world.platform.otherConnections = &connections;
     form.cmdApplyIRDB.click();
-    f.application.platform().otherConnections = nullptr;
+    f.world.platform.otherConnections = nullptr;
     EXPECT_THAT(connections.statements, testing::Contains("DROP TABLE IREF"));
 }
 

@@ -4,11 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "gis/zonal_tables.h"
 #include "settings/settings_file.h"
-#include "tests/support/irrigation_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
@@ -19,7 +17,7 @@ using testing::HasSubstr;
 struct ZonalResults : testing::Test {
     ZonalResults() {
         f.settings.OutputWorkspace = f.folder.file("out put");
-        std::filesystem::create_directory(f.settings.OutputWorkspace);
+        f.application.platform().files().createFolder(f.settings.OutputWorkspace);
         f.storeSettings();
     }
     void makeTable() {
@@ -36,7 +34,7 @@ struct ZonalResults : testing::Test {
         session->save();
     }
     std::string path() const { return f.settings.OutputWorkspace + "/StatIRR.dbf"; }
-    test::IrrigationFixture f;
+    test::MemoryIrrigation f;
     frmStatistics form{f.application};
 };
 
@@ -101,7 +99,7 @@ TEST_F(ZonalResults, ChoosingAnEntryEnablesTheButton) {
 }
 
 TEST_F(ZonalResults, WithoutSettingsTheyDoNotOpen) {
-    std::filesystem::remove(defaultSettingsPath(f.application.folder));
+    f.application.platform().files().deleteFile(defaultSettingsPath(f.application.folder));
     form.load();
     EXPECT_FALSE(form.isOpen());
     EXPECT_THAT(f.application.messages(), ElementsAre("Run Settings First,Please!"));

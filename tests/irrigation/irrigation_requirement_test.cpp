@@ -7,7 +7,8 @@
 #include "gis/gis_functions.h"
 #include "gis/memory_raster.h"
 #include "irrigation/frm_statistics.h"
-#include "tests/support/irrigation_fixture.h"
+#include "tests/support/memory_fixtures.h"
+#include "tests/support/recording_algebra.h"
 
 namespace velmora {
 namespace {
@@ -17,7 +18,7 @@ using testing::HasSubstr;
 
 struct IrrigationRequirement : testing::Test {
     IrrigationRequirement() { f.storeSettings(); }
-    test::IrrigationFixture f;
+    test::MemoryIrrigation f;
 
     bool run() { return runIrrigationRequirement(f.application, f.settings); }
 };

@@ -6,7 +6,8 @@
 
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
-#include "tests/support/irrigation_fixture.h"
+#include "tests/support/memory_fixtures.h"
+#include "tests/support/recording_algebra.h"
 
 namespace velmora {
 namespace {
@@ -15,7 +16,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct NetIrrigation : testing::Test {
-    test::IrrigationFixture f;
+    test::MemoryIrrigation f;
     IPlatform& platform = f.application.platform();
 
     bool run() { return runNetIrrigation(f.application, f.settings); }
@@ -109,8 +110,7 @@ TEST_F(NetIrrigation, NoMonthsMakeAnEmptyTable) {
 }
 
 TEST_F(NetIrrigation, AWholeChainEndsInTheDifference) {
-    f.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
-                  {"TM_", "TN_", "P_"});
+    f.makeWeather(test::RunDomain::stations(), test::RunDomain::usualWeather, {"TM_", "TN_", "P_"});
     ASSERT_TRUE(f.run()) << f.allMessages();
     ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
     for (const char* month : {"Jun", "Jul"}) f.save(std::string("Kc_") + month, f.filled(0.9F));

@@ -6,14 +6,14 @@
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
-#include "platform/threads/parallel_loop.h"
 #include "refet/cell_transfer.h"
+#include "tests/support/serial_loop.h"
 
 namespace velmora {
 namespace {
 
 struct Cells : testing::Test {
-    platform::ParallelLoop loop;
+    test::SerialLoop loop;
     CellTable table;
 };
 

@@ -8,9 +8,9 @@
 
 #include "gis/errors.h"
 #include "gis/grid.h"
-#include "platform/threads/parallel_loop.h"
 #include "refet/cls_models.h"
 #include "refet/equations/failure.h"
+#include "tests/support/serial_loop.h"
 
 namespace velmora {
 namespace {
@@ -21,7 +21,7 @@ constexpr double kNone = static_cast<double>(kNoData);
 struct RefEtPass : testing::Test {
     static constexpr std::size_t kRows = 5;
     static constexpr std::size_t kRecords = 35;
-    platform::ParallelLoop loop;
+    test::SerialLoop loop;
     CellTable table;
 
     RefEtPass() {

@@ -8,22 +8,19 @@
 #include "gis/errors.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
 
 struct FrmSettings : testing::Test {
-    test::RunFixture fixture;
+    test::MemoryRun fixture;
     test::TestApplication& application = fixture.application;
-    test::MemoryFiles files;
+    test::MemoryFiles& files = fixture.world.platform.files();
     std::string settingsPath = defaultSettingsPath(application.folder);
     frmSettings form{application};
 
-    FrmSettings() {
-        files.folders["/out"] = true;
-        application.platform().otherFiles = &files;
-    }
+    FrmSettings() { files.folders["/out"] = true; }
     void fillIn() {
         form.txtWeatherStations.setText("/stations.shp");
         form.txtWeatherData.setText(fixture.folder.file("weather.dbf"));
@@ -186,7 +183,7 @@ TEST_F(FrmSettings, ACellSizeThatIsNoNumberStoresNothing) {
 TEST_F(FrmSettings, AFailedWriteIsShown) {
     form.load();
     fillIn();
-    files.writesFail = true;
+    files.writes.failAt(1);
     form.cmdApply.click();
     EXPECT_EQ(application.messages().size(), 1U);
     EXPECT_FALSE(form.cmdSaveAs.enabled());

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "gis/errors.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
@@ -43,12 +43,12 @@ TEST(ModellingExtent, CountsBeyond16BitAreNone) {
 }
 
 TEST(ModellingExtent, RunGridIsTheProviders) {
-    test::RunFixture f;
+    test::MemoryRun f;
     EXPECT_TRUE(runGeometry(f.application.platform(), f.settings).sameCells(f.geometry()));
 }
 
 TEST(ModellingExtent, DegreesAndFeetAndNothingAreRefused) {
-    test::RunFixture f;
+    test::MemoryRun f;
     auto& platform = f.application.platform();
     f.makeDomain({-112, 43, -111, 44}, platform.spatialReferences().createGeographic(4326));
     EXPECT_THAT([&] { runGeometry(platform, f.settings); },
@@ -62,7 +62,7 @@ TEST(ModellingExtent, DegreesAndFeetAndNothingAreRefused) {
 }
 
 TEST(ModellingExtent, LayersMustBeInMetresWhereTheySayAnything) {
-    test::RunFixture f;
+    test::MemoryRun f;
     auto& platform = f.application.platform();
     const auto require = [&](const std::string& crs) {
         f.makeDomain({-112, 43, -111, 44}, crs);

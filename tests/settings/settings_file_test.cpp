@@ -8,7 +8,6 @@
 #include <limits>
 
 #include "gis/errors.h"
-#include "platform/files/file_system.h"
 #include "settings/lost_characters.h"
 #include "settings/settings_fields.h"
 #include "tests/support/fakes.h"
@@ -188,15 +187,6 @@ TEST(SettingsFile, ShortRecordOverALongerFileKeepsTheTail) {
     EXPECT_EQ(readSettings(files, "/Zav.inf"), handWritten().settings);
 }
 
-TEST(SettingsFile, OverwritingOnDiskKeepsTheTail) {
-    const test::TempFolder folder;
-    platform::FileSystem files;
-    test::write(folder.file("Zav.inf"), std::string(1000, '\x7F'));
-    writeSettings(files, folder.file("Zav.inf"), handWritten().settings);
-    EXPECT_EQ(test::contentOf(folder.file("Zav.inf")).size(), 1000U);
-    EXPECT_EQ(readSettings(files, folder.file("Zav.inf")), handWritten().settings);
-}
-
 TEST(SettingsFile, AFileThatEndsInARecordNamesTheField) {
     const std::string bytes = bytesOf(handWritten().hex);
     for (std::size_t size = 0; size < bytes.size(); ++size) {
@@ -206,15 +196,6 @@ TEST(SettingsFile, AFileThatEndsInARecordNamesTheField) {
                 ThrowsMessage<PlatformError>(HasSubstr("EstimatedWindSpeed")));
     EXPECT_THAT([] { parseSettingsRecord("\xFF\xFFyes"); },
                 ThrowsMessage<PlatformError>(HasSubstr("DEM")));
-}
-
-TEST(SettingsFile, HostileFilesAreReadNoFurtherThanARecord) {
-    const test::TempFolder folder;
-    const platform::FileSystem files;
-    EXPECT_THROW(readSettings(files, "/dev/zero"), PlatformError);
-    test::write(folder.file("big.inf"), std::string(3000000, '\xFF'));
-    // Every count is 65535; the record still ends within its largest size.
-    EXPECT_EQ(readSettings(files, folder.file("big.inf")).DEM.size(), 65535U * 2);
 }
 
 TEST(SettingsFile, ATextThatIsTooLongIsRefused) {

@@ -7,22 +7,19 @@
 #include "settings/run_state.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
 
 struct Trip : testing::Test {
-    test::RunFixture fixture;
+    test::MemoryRun fixture;
     test::TestApplication& application = fixture.application;
-    test::MemoryFiles files;
+    test::MemoryFiles& files = fixture.world.platform.files();
     std::string settingsPath = defaultSettingsPath(application.folder);
     frmSettings form{application};
 
-    Trip() {
-        application.platform().otherFiles = &files;
-        files.folders["/out"] = true;
-    }
+    Trip() { files.folders["/out"] = true; }
 };
 
 // Thirty-five values, no two texts or numbers alike, none that a fresh form shows. No weather table

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "gis/errors.h"
-#include "tests/support/fakes.h"
+#include "tests/support/worlds.h"
 
 namespace velmora {
 namespace {
@@ -39,8 +39,9 @@ TEST(WeatherInspection, TheFirstFieldIsNoParameter) {
 }
 
 TEST(WeatherInspection, ReadsTheNamesThroughTheDataSource) {
-    const test::TempFolder folder;
-    test::TestPlatform platform;
+    test::MemoryWorld world;
+    test::FakePlatform& platform = world.platform;
+    const test::Folder& folder = world.folder;
     platform.features().createTable(
         folder.file("wx 1.dbf"),
         {{"STN", FieldType::text, 10, 0}, {"TM_Jan", FieldType::number, 8, 2}}, {});

@@ -4,26 +4,25 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "gis/errors.h"
-#include "platform/files/file_system.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
 #include "shell/component_server.h"
 #include "shell/frm_monitor.h"
-#include "tests/support/crop_fixture.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
 
 struct Commands : testing::Test {
-    test::RunFixture fixture;
+    test::MemoryRun fixture;
     test::TestApplication& application = fixture.application;
+    test::MemoryFiles& files = fixture.world.platform.files();
+    const std::string settingsPath = defaultSettingsPath(application.folder);
 
     template <class Class>
     std::unique_ptr<ICommand, void (*)(ICommand*)> made() {
@@ -40,15 +39,14 @@ struct Commands : testing::Test {
     void clickAll() {
         (click<Classes>(), ...);
     }
-    void storeSettings() {
-        std::filesystem::create_directories(application.folder);
-        platform::FileSystem files;
-        writeSettings(files, defaultSettingsPath(application.folder), fixture.settings);
-    }
-    std::size_t outputs() const {
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(fixture.folder.file("out")),
-                          std::filesystem::directory_iterator()));
+    void storeSettings() { writeSettings(files, settingsPath, fixture.settings); }
+    // Nothing lies in the output folder.
+    bool outputIsEmpty() {
+        const auto inside = [&](const auto& entry) {
+            return entry.first.starts_with(fixture.folder.file("out/"));
+        };
+        return std::ranges::none_of(fixture.world.platform.rasters().datasets(), inside) &&
+               std::ranges::none_of(files.files, inside);
     }
 };
 
@@ -59,7 +57,7 @@ TEST_F(Commands, WithoutSettingsAllModelCommandsRefuse) {
     EXPECT_EQ(application.prompts().titles, std::vector<std::string>(7));
     EXPECT_EQ(application.outcomes, std::vector<StepOutcome>(7, StepOutcome::failed));
     EXPECT_EQ(application.dialogs().modal, 0);
-    EXPECT_EQ(outputs(), 0U);
+    EXPECT_TRUE(outputIsEmpty());
 }
 
 // A step that does what a test wants.
@@ -122,14 +120,13 @@ TEST_F(Commands, TheGateReadsTheFileAtEveryClick) {
     storeSettings();
     click<clsPPT>();
     EXPECT_EQ(processState().settings.Year, "2010");
-    std::filesystem::remove(defaultSettingsPath(application.folder));
+    files.deleteFile(settingsPath);
     click<clsPPT>();
     EXPECT_EQ(application.messages().back(), "Run Settings First,Please!");
 }
 
 TEST_F(Commands, AShortSettingsFileIsTold) {
-    std::filesystem::create_directories(application.folder);
-    test::write(defaultSettingsPath(application.folder), "\x03");
+    files.files[settingsPath] = "\x03";
     click<clsET_ReferenceET>();
     EXPECT_NE(application.messages().back().find("ends inside the field DEM"), std::string::npos);
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
@@ -147,7 +144,7 @@ TEST_F(Commands, TheEfficiencyDialogOpens) {
     };
     click<clsIR_EFF>();
     EXPECT_EQ(application.outcomes.back(), StepOutcome::failed);
-    EXPECT_EQ(outputs(), 0U);
+    EXPECT_TRUE(outputIsEmpty());
 }
 
 TEST_F(Commands, TheRequirementNeedsAnEfficiencyGrid) {
@@ -158,7 +155,7 @@ TEST_F(Commands, TheRequirementNeedsAnEfficiencyGrid) {
 }
 
 TEST_F(Commands, PrecipitationRuns) {
-    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather, {"P_"});
+    fixture.makeWeather(test::RunDomain::stations(), test::RunDomain::usualWeather, {"P_"});
     storeSettings();
     click<clsPPT>();
     EXPECT_EQ(application.outcomes.back(), StepOutcome::done);
@@ -168,12 +165,11 @@ TEST_F(Commands, PrecipitationRuns) {
 
 // The Kc-Map Maker on settings with everything that it needs.
 struct CropCommands : testing::Test {
-    test::CropFixture f;
+    test::MemoryCrops f;
+    const std::string settingsPath = defaultSettingsPath(f.application.folder);
     CropCommands() {
         processState().mapsMade = false;
-        std::filesystem::create_directories(f.application.folder);
-        platform::FileSystem files;
-        writeSettings(files, defaultSettingsPath(f.application.folder), f.settings);
+        writeSettings(f.application.platform().files(), settingsPath, f.settings);
     }
     template <class Class>
     void click() {
@@ -214,7 +210,7 @@ TEST_F(CropCommands, MapsAreShownInTheMap) {
 TEST_F(CropCommands, SettingsThatGoAwayWhileTheDialogIsOpenAreMissed) {
     f.application.dialogs().driver = [this](Form& form) {
         form.control<CommandButton>("cmdMakeMap").click();
-        std::filesystem::remove(defaultSettingsPath(f.application.folder));
+        f.application.platform().files().deleteFile(settingsPath);
     };
     click<clsET_CropCoefficient>();
     EXPECT_EQ(f.application.messages().back(), "Run Settings First,Please!");

@@ -1,47 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A run with land cover, zones and a crop coefficient table, and what a plain calculation makes of
-// them.
 #pragma once
 
-#include <string>
-#include <vector>
-
+#include "tests/support/crop_domain.h"
+#include "tests/support/disk_world.h"
+#include "tests/support/fakes.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora::test {
 
-struct Shape {
-    std::string key;
-    std::vector<Point> ring;  // not closed
-};
-
-struct Crop {
-    std::string type;
-    std::vector<double> monthly;
-};
-
-class CropFixture : public RunFixture {
-  public:
-    CropFixture();
-    void makeLandCover(const std::vector<Shape>& shapes);
-    void makeZones(const std::vector<Shape>& shapes);
-    void makeKcTable(const std::vector<Crop>& crops);
-
-    static std::vector<Shape> fields();
-    static std::vector<Shape> zones();
-    static std::vector<Crop> crops();
-
-    bool runCropEt();
-    // Copies "Kc_" + month + "_" + method to the name that crop ET reads.
-    void copyKcMaps(const std::vector<std::string>& months);
-    std::vector<std::vector<FieldValue>> tableRows(const std::string& name);
-};
-
-// Whether the shape contains the point, by the number of edges to the right of it.
-bool contains(const Shape& shape, Point p);
-double areaOf(const Shape& shape);  // square metres
-
-// The last shape that contains the point, -1 for none.
-int shapeAt(const std::vector<Shape>& shapes, Point p);
+using CropFixture = In<DiskWorld, CropDomain>;
 
 }  // namespace velmora::test

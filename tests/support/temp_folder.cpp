@@ -9,15 +9,21 @@
 
 namespace velmora::test {
 
-TempFolder::TempFolder() {
+namespace {
+
+std::string madeFolder() {
     std::string form = (std::filesystem::temp_directory_path() / "velmora-test-XXXXXX").string();
     if (mkdtemp(form.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = form;
+    return form;
 }
+
+}  // namespace
+
+TempFolder::TempFolder() : Folder(madeFolder()) {}
 
 TempFolder::~TempFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(path(), ignored);
 }
 
 std::string contentOf(const std::string& path) {

@@ -22,6 +22,7 @@
 #include "settings/frm_settings.h"
 #include "shell/frm_monitor.h"
 #include "tests/hosts/qgis/qt_fixture.h"
+#include "tests/support/test_platform.h"
 
 namespace velmora::test {
 namespace {
@@ -30,7 +31,8 @@ using qt::toQt;
 
 struct Windows : QtTest {
     TempFolder folder;
-    TestApplication application{folder.file("settings")};
+    TestPlatform platform;
+    TestApplication application{platform, folder.file("settings")};
     RunSettings settings;
     frmSettings settingsForm{application};
     frmKcEditor kcForm{application, settings};

@@ -23,7 +23,7 @@ using testing::ThrowsMessage;
 
 struct PolygonAnalysis : testing::Test {
     test::CropFixture f;
-    Platform& platform = f.application.platform();
+    Platform& platform = f.world.platform;
     GridGeometry cells{150, 90, 400000, 4500000, 100, f.geometry().crs};
 
     std::unique_ptr<IJoinedLayer> joined() {

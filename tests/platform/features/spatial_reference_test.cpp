@@ -13,8 +13,8 @@
 
 #include "gis/errors.h"
 #include "platform/grid/esri_grid.h"
-#include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/test_platform.h"
 
 namespace velmora::platform {
 namespace {

@@ -1,50 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/fakes.h"
+#include "tests/support/recording_connections.h"
 
-#include <algorithm>
-
-#include "gis/errors.h"
+#include <utility>
 
 namespace velmora::test {
-
-std::string FakeBrowsers::lastBrowseLocation() {
-    if (locationFails) throw PlatformError("no such value");
-    return "/last";
-}
-
-std::string FakeBrowsers::next(const std::string& what) {
-    asked.push_back(what);
-    if (answers.empty()) return {};
-    std::string answer = answers.front();
-    answers.pop_front();
-    return answer;
-}
-
-void FakeLayer::setStretchedRenderer(const AlgorithmicColorRamp& given) {
-    if (fails_) throw PlatformError("no renderer");
-    ramp = given;
-}
-
-void FakeDocument::addTable(std::shared_ptr<ITable> table) {
-    if (tablesFail) throw PlatformError("no room");
-    tables.push_back(std::move(table));
-}
-
-void MemoryFiles::replaceFile(const std::string& from, const std::string& to) {
-    files[to] = files.at(from);
-    files.erase(from);
-}
-
-std::string MemoryFiles::readBeginning(const std::string& path, std::size_t most) const {
-    if (!files.contains(path)) throw PlatformError("There is no file " + path);
-    return files.at(path).substr(0, most);
-}
-
-void MemoryFiles::writeOver(const std::string& path, const std::string& bytes) {
-    if (writesFail) throw PlatformError("Cannot write " + path);
-    std::string& content = files[path];
-    content.replace(0, std::min(content.size(), bytes.size()), bytes);
-}
 
 namespace {
 

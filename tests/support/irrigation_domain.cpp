@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/irrigation_fixture.h"
+#include "tests/support/irrigation_domain.h"
 
 #include <array>
 
@@ -9,25 +9,25 @@
 
 namespace velmora::test {
 
-void IrrigationFixture::save(const std::string& name, const RasterPtr& grid) {
+void IrrigationDomain::save(const std::string& name, const RasterPtr& grid) {
     application.platform()
         .rasters()
         .openFromFolder(folder.file("out"))
         ->save(std::array{RasterToSave{name, grid, "GRID"}});
 }
 
-RasterPtr IrrigationFixture::filled(float value) const {
+RasterPtr IrrigationDomain::filled(float value) const {
     return std::make_shared<MemoryRaster>(Grid(cells, value));
 }
 
-void IrrigationFixture::saveMonths(int first, int last) {
+void IrrigationDomain::saveMonths(int first, int last) {
     for (int month = first; month <= last; ++month) {
         save("ET_" + GetMonthName(month) + "_4", filled(static_cast<float>(month)));
         save("PPT_" + GetMonthName(month), filled(2));
     }
 }
 
-void IrrigationFixture::makeCropLand(const std::vector<Shape>& shapes) {
+void IrrigationDomain::makeCropLand(const std::vector<Shape>& shapes) {
     std::vector<NewFeature> features;
     for (const Shape& shape : shapes) {
         std::vector<Point> ring = shape.ring;
@@ -39,7 +39,7 @@ void IrrigationFixture::makeCropLand(const std::vector<Shape>& shapes) {
         {{"Descriptio", FieldType::text, 30, 0}, {"AREA", FieldType::number, 19, 3}}, features);
 }
 
-void IrrigationFixture::storeSettings() {
+void IrrigationDomain::storeSettings() {
     IFileSystem& files = application.platform().files();
     files.createFolder(application.folder);
     writeSettings(files, defaultSettingsPath(application.folder), settings);

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/run_fixture.h"
+#include "tests/support/run_domain.h"
 
 #include <array>
 #include <cmath>
-#include <filesystem>
 
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
@@ -12,8 +11,9 @@
 
 namespace velmora::test {
 
-RunFixture::RunFixture() : application(folder.file("settings")) {
-    std::filesystem::create_directory(folder.file("out"));
+RunDomain::RunDomain(IPlatform& platform, const Folder& where)
+    : folder(where), application(platform, where.file("settings")) {
+    platform.files().createFolder(folder.file("out"));
     // 37 x 21 cells of 400 m; one tile of the grid format is 16 rows high.
     geometry_ = {37,      21,  400000,
                  4500000, 400, application.platform().spatialReferences().createProjected(26912)};
@@ -45,7 +45,7 @@ RunFixture::RunFixture() : application(folder.file("settings")) {
     settings.EstimatedWindSpeed = 2;
 }
 
-void RunFixture::makeDem(const std::function<float(int, int)>& value) {
+void RunDomain::makeDem(const std::function<float(int, int)>& value) {
     Grid dem(geometry_);
     for (int r = 0; r < geometry_.rows; ++r) {
         for (int c = 0; c < geometry_.columns; ++c) dem.at(c, r) = value(c, r);
@@ -56,7 +56,7 @@ void RunFixture::makeDem(const std::function<float(int, int)>& value) {
         ->save(std::array{RasterToSave{"dem", std::make_shared<MemoryRaster>(dem), "GRID"}});
 }
 
-void RunFixture::makeStations(const std::vector<Station>& list, bool withCrs) {
+void RunDomain::makeStations(const std::vector<Station>& list, bool withCrs) {
     std::vector<NewFeature> features;
     for (const Station& s : list) features.push_back({{{s.x, s.y}}, {s.name, s.elevation}});
     application.platform().features().createFeatureClass(
@@ -64,8 +64,8 @@ void RunFixture::makeStations(const std::vector<Station>& list, bool withCrs) {
         {{"staname", FieldType::text, 20, 0}, {"ELEVATION", FieldType::number, 10, 2}}, features);
 }
 
-void RunFixture::makeWeather(const std::vector<Station>& list, const Weather& weather,
-                             const std::vector<std::string>& prefixes) {
+void RunDomain::makeWeather(const std::vector<Station>& list, const Weather& weather,
+                            const std::vector<std::string>& prefixes) {
     std::vector<Field> fields = {{"STN", FieldType::text, 20, 0}};
     for (const std::string& prefix : prefixes) {
         for (int m = 1; m <= 12; ++m) {
@@ -83,14 +83,14 @@ void RunFixture::makeWeather(const std::vector<Station>& list, const Weather& we
     application.platform().features().createTable(folder.file("weather.dbf"), fields, records);
 }
 
-void RunFixture::makeDomain(const Envelope& e, const std::string& crs) {
+void RunDomain::makeDomain(const Envelope& e, const std::string& crs) {
     application.platform().features().createFeatureClass(folder.file("domain.shp"), true, crs,
                                                          {{"NAME", FieldType::text, 10, 0}},
                                                          {rectangle(e, {std::string("domain")})});
 }
 
-void RunFixture::makeReferenceGrid(int month, const GridGeometry& geometry,
-                                   const std::function<float(int, int)>& value) {
+void RunDomain::makeReferenceGrid(int month, const GridGeometry& geometry,
+                                  const std::function<float(int, int)>& value) {
     Grid grid(geometry);
     for (int r = 0; r < geometry.rows; ++r) {
         for (int c = 0; c < geometry.columns; ++c) grid.at(c, r) = value(c, r);
@@ -102,11 +102,11 @@ void RunFixture::makeReferenceGrid(int month, const GridGeometry& geometry,
                                        std::make_shared<MemoryRaster>(grid), "GRID"}});
 }
 
-bool RunFixture::runPrecipitation() { return PrecipitationRun(application, settings).run(); }
+bool RunDomain::runPrecipitation() { return PrecipitationRun(application, settings).run(); }
 
-bool RunFixture::run() { return ReferenceEtRun(application, settings, monitor).run(); }
+bool RunDomain::run() { return ReferenceEtRun(application, settings, monitor).run(); }
 
-Grid RunFixture::output(const std::string& name) {
+Grid RunDomain::output(const std::string& name) {
     return wholeGrid(*application.platform()
                           .rasters()
                           .openFromFolder(folder.file("out"))
@@ -114,17 +114,17 @@ Grid RunFixture::output(const std::string& name) {
                           ->createDefaultRaster());
 }
 
-bool RunFixture::hasOutput(const std::string& name) {
+bool RunDomain::hasOutput(const std::string& name) {
     return application.platform().rasters().openFromFolder(folder.file("out"))->exists(name);
 }
 
-std::string RunFixture::allMessages() const {
+std::string RunDomain::allMessages() const {
     std::string all;
     for (const std::string& message : application.messages()) all += message + "\n";
     return all;
 }
 
-std::vector<Station> RunFixture::stations() {
+std::vector<Station> RunDomain::stations() {
     std::vector<Station> list;
     for (int i = 0; i < 16; ++i) {
         const double x = 400000 + 14800 * std::fmod(0.13 + 0.381966 * i, 1.0) + 3.7;
@@ -134,7 +134,7 @@ std::vector<Station> RunFixture::stations() {
     return list;
 }
 
-FieldValue RunFixture::usualWeather(const std::string& prefix, const Station& s, int month) {
+FieldValue RunDomain::usualWeather(const std::string& prefix, const Station& s, int month) {
     const double season =
         -std::cos((month - 0.5) * 0.5235987755982988);  // -1 in winter, 1 in summer
     const double east = (s.x - 400000) / 14800;

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/crop_fixture.h"
+#include "tests/support/crop_domain.h"
 
 #include <array>
 #include <cmath>
 
 #include "crop/crop_et_run.h"
 #include "gis/month_names.h"
+#include "tests/support/polygon_rings.h"
 
 namespace velmora::test {
 
@@ -20,7 +21,7 @@ std::vector<NewFeature> features(const std::vector<Shape>& shapes) {
 
 }  // namespace
 
-CropFixture::CropFixture() {
+CropDomain::CropDomain(IPlatform& platform, const Folder& where) : RunDomain(platform, where) {
     makeLandCover(fields());
     makeZones(zones());
     makeKcTable(crops());
@@ -31,19 +32,19 @@ CropFixture::CropFixture() {
     settings.RefETMethod = "4";
 }
 
-void CropFixture::makeLandCover(const std::vector<Shape>& shapes) {
+void CropDomain::makeLandCover(const std::vector<Shape>& shapes) {
     application.platform().features().createFeatureClass(
         folder.file("land.shp"), true, geometry().crs, {{"Use", FieldType::text, 30, 0}},
         features(shapes));
 }
 
-void CropFixture::makeZones(const std::vector<Shape>& shapes) {
+void CropDomain::makeZones(const std::vector<Shape>& shapes) {
     application.platform().features().createFeatureClass(
         folder.file("zones.shp"), true, geometry().crs, {{"ZONE", FieldType::text, 60, 0}},
         features(shapes));
 }
 
-void CropFixture::makeKcTable(const std::vector<Crop>& list) {
+void CropDomain::makeKcTable(const std::vector<Crop>& list) {
     std::vector<Field> columns = {{"CropType", FieldType::text, 75, 0}};
     for (int m = 1; m <= 12; ++m) {
         columns.push_back({"Kc_" + GetMonthName(m), FieldType::number, 20, 5});
@@ -58,7 +59,7 @@ void CropFixture::makeKcTable(const std::vector<Crop>& list) {
 }
 
 // Thirty four-cornered fields that overlap here and there, in and around the domain.
-std::vector<Shape> CropFixture::fields() {
+std::vector<Shape> CropDomain::fields() {
     const std::array<const char*, 5> uses = {"Alfalfa", "Barley", "Water", "O'Brien Corn", ""};
     std::vector<Shape> shapes;
     for (int i = 0; i < 30; ++i) {
@@ -75,7 +76,7 @@ std::vector<Shape> CropFixture::fields() {
     return shapes;
 }
 
-std::vector<Shape> CropFixture::zones() {
+std::vector<Shape> CropDomain::zones() {
     return {{"West",
              {{400000.5, 4491600.5}, {400000.5, 4499999}, {405003, 4499999}, {405003, 4491600.5}}},
             {"Middle Valley Irrigators' District",
@@ -83,15 +84,15 @@ std::vector<Shape> CropFixture::zones() {
             {"O'Dell's", {{409007, 4491600.5}, {409007, 4499999}, {414799, 4496001}}}};
 }
 
-std::vector<Crop> CropFixture::crops() {
+std::vector<Crop> CropDomain::crops() {
     return {{"Alfalfa", {0, 0, 0.35, 0.8, 0.9, 1, 1.1, 1.05, 0.9, 0.5, 0, 0}},
             {"Barley", {0, 0, 0, 0.3, 0.9, 1.15, 0.4, 0, 0, 0, 0, 0}},
             {"O'Brien Corn", {0, 0, 0, 0, 0.3, 0.6, 1.2, 1.15, 0.6, 0, 0, 0}}};
 }
 
-bool CropFixture::runCropEt() { return velmora::runCropEt(application, settings); }
+bool CropDomain::runCropEt() { return velmora::runCropEt(application, settings); }
 
-void CropFixture::copyKcMaps(const std::vector<std::string>& months) {
+void CropDomain::copyKcMaps(const std::vector<std::string>& months) {
     const auto workspace = application.platform().rasters().openFromFolder(folder.file("out"));
     for (const std::string& month : months) {
         workspace->save(std::array{
@@ -102,7 +103,7 @@ void CropFixture::copyKcMaps(const std::vector<std::string>& months) {
     }
 }
 
-std::vector<std::vector<FieldValue>> CropFixture::tableRows(const std::string& name) {
+std::vector<std::vector<FieldValue>> CropDomain::tableRows(const std::string& name) {
     const auto table =
         application.platform().features().openTable(folder.file("out/" + name + ".dbf"));
     std::vector<std::vector<FieldValue>> rows;
@@ -114,33 +115,14 @@ std::vector<std::vector<FieldValue>> CropFixture::tableRows(const std::string& n
     return rows;
 }
 
-bool contains(const Shape& shape, Point p) {
-    bool inside = false;
-    for (std::size_t i = 0; i < shape.ring.size(); ++i) {
-        const Point a = shape.ring[i];
-        const Point b = shape.ring[(i + 1) % shape.ring.size()];
-        if ((a.y > p.y) == (b.y > p.y)) continue;
-        if (p.x < a.x + (p.y - a.y) * (b.x - a.x) / (b.y - a.y)) inside = !inside;
-    }
-    return inside;
-}
+bool contains(const Shape& shape, Point p) { return ringContains(shape.ring, p); }
 
-double areaOf(const Shape& shape) {
-    double twice = 0;
-    for (std::size_t i = 0; i < shape.ring.size(); ++i) {
-        const Point a = shape.ring[i];
-        const Point b = shape.ring[(i + 1) % shape.ring.size()];
-        twice += a.x * b.y - b.x * a.y;
-    }
-    return std::fabs(twice) / 2;
-}
+double areaOf(const Shape& shape) { return ringArea(shape.ring); }
 
 int shapeAt(const std::vector<Shape>& shapes, Point p) {
-    int found = -1;
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        if (contains(shapes[i], p)) found = static_cast<int>(i);
-    }
-    return found;
+    std::vector<std::vector<Point>> rings;
+    for (const Shape& shape : shapes) rings.push_back(shape.ring);
+    return ringAt(rings, p);
 }
 
 }  // namespace velmora::test
