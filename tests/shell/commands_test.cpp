@@ -237,6 +237,18 @@ TEST_F(Commands, AnOutputFolderThatCannotBeMadeIsTheClicksFailure) {
     EXPECT_TRUE(application.messages().empty());
 }
 
+TEST_F(Commands, AGridThatCannotBeSavedIsTheClicksFailure) {
+    fixture.makeWeather(test::RunDomain::stations(), test::RunDomain::usualWeather, {"P_"});
+    storeSettings();
+    fixture.world.platform.rasters().saves.failAt(2);
+    click<clsPPT>();
+    EXPECT_EQ(application.outcomes, std::vector<StepOutcome>{StepOutcome::failed});
+    EXPECT_NE(application.messages().back().find("PPT_Jul: the test lets it fail"),
+              std::string::npos);
+    EXPECT_TRUE(fixture.hasOutput("PPT_Jun"));
+    EXPECT_FALSE(fixture.hasOutput("PPT_Jul"));
+}
+
 TEST_F(Commands, ReferenceEtRunsAndShowsItsMonitor) {
     fixture.settings.ShowMonitor = true;
     storeSettings();
