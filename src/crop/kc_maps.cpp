@@ -6,10 +6,10 @@
 #include "crop/kc_table.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
-#include "gis/month_names.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
 #include "gis/working_folder.h"
+#include "modelling/products.h"
 #include "modelling/step_record.h"
 #include "settings/modelling_extent.h"
 
@@ -20,8 +20,10 @@ namespace {
 constexpr double kSmallestCell = 100;
 constexpr double kLargestCell = 500;
 
+const Product& kcMaps() { return productMadeBy("kc"); }
+
 std::string kcGridName(const RunSettings& settings, int month) {
-    return kcFieldName(month) + settings.methodTag();
+    return gridName(kcMaps().made, settings, month);
 }
 
 }  // namespace
@@ -73,7 +75,7 @@ void showKcMaps(IApplication& application, const RunSettings& settings) {
         const std::string name = kcGridName(settings, month);
         auto layer =
             application.document().createRasterLayer(workspace->openRasterDataset(name)->path());
-        ApplyColorRamp(application.prompts(), *layer, {0, 0, 255}, {0, 255, 0});
+        ApplyColorRamp(application.prompts(), *layer, kcMaps().ramp.from, kcMaps().ramp.to);
         application.document().addLayer(std::move(layer));
     }
 }

@@ -13,6 +13,7 @@
 #include "gis/text.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/irrigation_database.h"
+#include "modelling/products.h"
 #include "modelling/step_record.h"
 #include "settings/modelling_extent.h"
 
@@ -20,12 +21,13 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* kPieces = "Lu_Intersected";
-constexpr const char* kEfficiency = "IREF";
+constexpr const char* kEfficiency = "IREF";  // the field, in the database and the pieces
 constexpr std::size_t kRepairsTold = 5;
 
+std::string piecesName() { return std::string(productMadeBy("eff").onTheWay); }
+
 std::string piecesPath(const RunSettings& settings) {
-    return joinedPath(settings.OutputWorkspace, kPieces);
+    return joinedPath(settings.OutputWorkspace, piecesName());
 }
 
 std::shared_ptr<IFeatureClass> opened(IPlatform& platform, const RunSettings& settings,
@@ -87,7 +89,7 @@ void ensureEfficiencyField(IFeatureWorkspaceFactory& features, const std::string
 
 bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
     IPlatform& platform = application.platform();
-    DeleteFeatureClass(platform.features(), settings.OutputWorkspace, kPieces);
+    DeleteFeatureClass(platform.features(), settings.OutputWorkspace, piecesName());
     const auto landCover = opened(platform, settings, settings.LandCover, "land cover");
     const auto zones = opened(platform, settings, settings.Zones, "zone");
     if (landCover->fields().empty() || zones->fields().empty()) {
@@ -122,7 +124,7 @@ void GetIREF(IApplication& application, const RunSettings& settings,
         ";" +
         "Extended Properties=workspacetype=esriCore.ShapefileWorkspaceFactory.1;Geometry=OBJECT");
     const auto transaction = shapefiles->beginTransaction();
-    const auto pieces = shapefiles->open(std::string("Select * from ") + kPieces);
+    const auto pieces = shapefiles->open("Select * from " + piecesName());
     std::size_t count = 0;
     for (; !pieces->eof(); pieces->moveNext()) ++count;
     progress.begin(count);
@@ -147,9 +149,9 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
                                         pieces->crs());
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
     StepRecorder recorder(platform.files(), settings, "eff");
-    conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace,
-                                kEfficiency);
-    recorder.made(kEfficiency);
+    const std::string name = gridName(productMadeBy("eff").made, settings, 0);
+    conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace, name);
+    recorder.made(name);
     folder.settle();
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");

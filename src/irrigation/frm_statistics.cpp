@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/frm_statistics.h"
 
-#include <string_view>
+#include <ranges>
 #include <utility>
 
 #include "forms/record_rows.h"
@@ -45,11 +45,11 @@ void frmStatistics::load() {
         return;
     }
     Form::load();
-    for (const char* entry :
-         {"StatIRR: Irrigation water requirement", "StatNIR: Net Irrigation water requirement",
-          "StatCET: Crop Evapotranspitation"}) {
+    for (const Product* product : tabledProducts() | std::views::reverse) {  // the last one first
+        const ZoneTable& table = product->table;
+        const std::string entry = std::string(table.name) + ": " + std::string(table.entry);
         cboRst.addItem(entry);
-        if (std::string_view(entry).starts_with(name_ + ":")) cboRst.setText(entry);
+        if (table.name == name_) cboRst.setText(entry);
     }
     table_ = joinedPath(processState().settings.OutputWorkspace, name_ + ".dbf");
     attempt([this] { showTable(); });

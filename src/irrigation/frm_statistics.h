@@ -5,13 +5,15 @@
 #include <string>
 
 #include "forms/trapped_form.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
 class frmStatistics : public TrappedForm {
   public:
     // `table` is the name of a table in the output folder. The application must outlive the form.
-    explicit frmStatistics(IApplication& application, std::string table = "StatIRR");
+    explicit frmStatistics(IApplication& application,
+                           std::string table = std::string(productMadeBy("irr").table.name));
 
     // Passes the run gate, without which the form does not open, and shows the whole table.
     void load() override;

@@ -10,11 +10,11 @@ namespace velmora {
 namespace {
 
 void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, "irr", "StatIRR", {"cropet", "ppt", "eff"});
-    const RasterPtr efficiency = series.open(kEfficiencyGrid);
+    ZonalGridSeries series(application, settings, productMadeBy("irr"));
+    const RasterPtr efficiency = series.open(gridName(productMadeBy("eff").read, settings, 0));
     series.createTable();
     addRequirements(
-        application, settings, series, "IRR_",
+        application, settings, series,
         [&](IMapAlgebraOp& algebra, const RasterPtr& cropEt, const RasterPtr& precipitation) {
             return irrigationRequirement(algebra, cropEt, precipitation, efficiency);
         });

@@ -6,9 +6,6 @@
 
 namespace velmora {
 
-// The grid of overall irrigation efficiencies (fractions) that serves all months of a run.
-constexpr const char* kEfficiencyGrid = "faef_500";
-
 // max(ET - 0.8 PPT, 0) / EF, in the unit of ET and PPT: what has to be diverted so that crops get
 // their net irrigation requirement. No data in any of the three, and an efficiency of 0, give no
 // data. The operation's environment decides on the cells.

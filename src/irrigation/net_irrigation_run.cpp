@@ -9,9 +9,9 @@ namespace velmora {
 namespace {
 
 void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, "nir", "StatNIR", {"cropet", "ppt"});
+    ZonalGridSeries series(application, settings, productMadeBy("nir"));
     series.createTable();
-    addRequirements(application, settings, series, "NIR_", netIrrigationRequirement);
+    addRequirements(application, settings, series, netIrrigationRequirement);
     series.showTable();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/requirement_series.h"
 
-#include "gis/month_names.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
@@ -14,15 +14,13 @@ void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
 }
 
 void addRequirements(IApplication& application, const RunSettings& settings,
-                     ZonalGridSeries& series, const std::string& prefix,
-                     const Requirement& requirement) {
+                     ZonalGridSeries& series, const Requirement& requirement) {
     for (const int month : settings.months()) {
-        const std::string label = GetMonthName(month);
-        const RasterPtr precipitation = series.open("PPT_" + label);
-        const RasterPtr cropEt = series.open("ET_" + label + settings.methodTag());
+        const RasterPtr precipitation = series.open(productMadeBy("ppt"), month);
+        const RasterPtr cropEt = series.open(productMadeBy("cropet"), month);
         const auto algebra = application.platform().analysis().mapAlgebra();
         useInputs(algebra->environment());
-        series.add(month, prefix + label, requirement(*algebra, cropEt, precipitation));
+        series.add(month, requirement(*algebra, cropEt, precipitation));
     }
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "gis/application.h"
 #include "modelling/zonal_grid_series.h"
@@ -20,10 +19,9 @@ void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                        const RasterPtr& precipitation);
 
 // For each month of the settings' period opens precipitation and crop ET of the output folder,
-// makes the requirement on the cells that its inputs share, and adds it to the series as prefix +
-// month. Throws PlatformError; the months before stay.
+// makes the requirement on the cells that its inputs share, and adds it to the series. Throws
+// PlatformError; the months before stay.
 void addRequirements(IApplication& application, const RunSettings& settings,
-                     ZonalGridSeries& series, const std::string& prefix,
-                     const Requirement& requirement);
+                     ZonalGridSeries& series, const Requirement& requirement);
 
 }  // namespace velmora

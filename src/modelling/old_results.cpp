@@ -2,12 +2,13 @@
 #include "modelling/old_results.h"
 
 #include <algorithm>
-#include <map>
 #include <optional>
+#include <string_view>
 
 #include "gis/errors.h"
 #include "gis/raster_compare.h"
 #include "gis/text.h"
+#include "modelling/products.h"
 #include "modelling/step_inputs.h"
 #include "modelling/step_record.h"
 
@@ -15,11 +16,8 @@ namespace velmora {
 
 namespace {
 
-const std::map<std::string, std::string> kTitles = {{"refet", "reference ET"},
-                                                    {"kc", "the Kc maps"},
-                                                    {"cropet", "crop ET"},
-                                                    {"ppt", "precipitation"},
-                                                    {"eff", "the efficiency map"}};
+// What a step makes, inside a sentence.
+std::string titleOf(std::string_view maker) { return std::string(productMadeBy(maker).quantity); }
 
 class OldInputs {
   public:
@@ -39,7 +37,7 @@ class OldInputs {
     void lookAt(const StepInputs::Source& source) {
         const auto run = lastRunOf(source.maker);
         if (!run) return;
-        const std::string& title = kTitles.at(source.maker);
+        const std::string title = titleOf(source.maker);
         std::vector<std::string> earlier;
         for (const std::string& grid : source.grids) {
             if (!run->lists(grid) && workspace_->exists(grid)) earlier.push_back(grid);
@@ -58,7 +56,7 @@ class OldInputs {
         for (const auto& [step, used] : run->used) {
             const auto last = lastRunOf(step);
             if (last && last->run != used) {
-                tell("The last run of " + title + " read " + kTitles.at(step) +
+                tell("The last run of " + title + " read " + titleOf(step) +
                      " of an earlier run than the last");
             }
         }
@@ -70,7 +68,7 @@ class OldInputs {
             return lastRun(files_, settings_.OutputWorkspace, step);
         } catch (const PlatformError& e) {
             tell(std::string(e.what()) + ": it cannot be told what the last run of " +
-                 kTitles.at(step) + " made; run that step again");
+                 titleOf(step) + " made; run that step again");
             return std::nullopt;
         }
     }
@@ -83,15 +81,8 @@ class OldInputs {
         }
     }
 
-    // Times alone do not say it: whoever copies a folder may turn them round.
     void compare(const StepInputs::Copy& copy) {
-        if (!workspace_->exists(copy.made) || !workspace_->exists(copy.read)) return;
-        const auto made = workspace_->openRasterDataset(copy.made);
-        const auto read = workspace_->openRasterDataset(copy.read);
-        if (read->modified() >= made->modified() ||
-            sameValues(*made->createDefaultRaster(), *read->createDefaultRaster())) {
-            return;
-        }
+        if (!isOutdated(*workspace_, copy)) return;
         tell(copy.read + " is older than " + copy.made +
              " and differs from it: velmora grid copy " + copy.made + " " + copy.read +
              " renews it");
@@ -111,6 +102,15 @@ class OldInputs {
 };
 
 }  // namespace
+
+bool isOutdated(const IRasterWorkspace& workspace, const StepInputs::Copy& copy) {
+    if (!workspace.exists(copy.made) || !workspace.exists(copy.read)) return false;
+    const auto made = workspace.openRasterDataset(copy.made);
+    const auto read = workspace.openRasterDataset(copy.read);
+    // Times alone do not say it: whoever copies a folder may turn them round.
+    return read->modified() < made->modified() &&
+           !sameValues(*made->createDefaultRaster(), *read->createDefaultRaster());
+}
 
 std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
                                    const std::string& step) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "modelling/step_inputs.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -17,5 +18,9 @@ namespace velmora {
 // grid that cannot be read, is passed over: the step says so itself.
 std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
                                    const std::string& step);
+
+// Whether under the name that is read stands a grid that is older than the made one and differs
+// from it; false when one of them is not there. Throws PlatformError when one cannot be read.
+bool isOutdated(const IRasterWorkspace& workspace, const StepInputs::Copy& copy);
 
 }  // namespace velmora

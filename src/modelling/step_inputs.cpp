@@ -5,41 +5,28 @@
 #include <iterator>
 
 #include "gis/errors.h"
-#include "gis/month_names.h"
 #include "gis/raster_compare.h"
 
 namespace velmora {
 
-namespace {
-
-std::vector<std::string> monthly(const RunSettings& settings, const std::string& prefix,
-                                 const std::string& tag) {
-    std::vector<std::string> names;
-    for (const int month : settings.months()) names.push_back(prefix + GetMonthName(month) + tag);
-    return names;
-}
-
-}  // namespace
-
 StepInputs inputsOf(const RunSettings& settings, const std::string& step) {
     StepInputs inputs;
-    const std::string tag = settings.methodTag();
-    if (step == "cropet") {
-        inputs.sources = {{"refet", monthly(settings, "RefET_", tag)},
-                          {"kc", monthly(settings, "Kc_", tag)}};
-        for (const std::string& made : inputs.sources.back().grids) {
-            inputs.copies.push_back({made, made.substr(0, made.size() - tag.size())});
+    for (const Product* source : sourcesOf(productMadeBy(step))) {
+        inputs.sources.push_back({std::string(source->maker), gridNames(source->made, settings)});
+        for (const StepInputs::Copy& copy : copiesOf(*source, settings)) {
+            inputs.copies.push_back(copy);
         }
     }
-    if (step == "nir" || step == "irr") {
-        inputs.sources = {{"cropet", monthly(settings, "ET_", tag)},
-                          {"ppt", monthly(settings, "PPT_", "")}};
-    }
-    if (step == "irr") {
-        inputs.sources.push_back({"eff", {"IREF"}});
-        inputs.copies.push_back({"IREF", "faef_500"});
-    }
     return inputs;
+}
+
+std::vector<StepInputs::Copy> copiesOf(const Product& product, const RunSettings& settings) {
+    std::vector<StepInputs::Copy> copies;
+    if (product.made == product.read) return copies;
+    const std::vector<std::string> made = gridNames(product.made, settings);
+    const std::vector<std::string> read = gridNames(product.read, settings);
+    for (std::size_t i = 0; i < made.size(); ++i) copies.push_back({made[i], read[i]});
+    return copies;
 }
 
 std::vector<std::string> namesReadBy(const RunSettings& settings, const std::string& step) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "modelling/products.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -20,13 +21,18 @@ struct StepInputs {
     struct Copy {
         std::string made;
         std::string read;
+        bool operator==(const Copy&) const = default;
     };
     std::vector<Source> sources;
     std::vector<Copy> copies;
 };
 
-// Those of "cropet", "nir" or "irr"; others read none.
+// Those of the step that makes a product ("cropet", "nir" or "irr"; others read none). Throws
+// PlatformError for no such step.
 StepInputs inputsOf(const RunSettings& settings, const std::string& step);
+
+// The product's grids that are read under another name, those of the settings' period.
+std::vector<StepInputs::Copy> copiesOf(const Product& product, const RunSettings& settings);
 
 // The names under which the step reads them, each once.
 std::vector<std::string> namesReadBy(const RunSettings& settings, const std::string& step);

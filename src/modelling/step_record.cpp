@@ -2,20 +2,19 @@
 #include "modelling/step_record.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <sstream>
 
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr std::size_t kLongestNote = 1'000'000;                           // bytes
-constexpr std::array kSources = {"refet", "kc", "cropet", "ppt", "eff"};  // whose grids others read
+constexpr std::size_t kLongestNote = 1'000'000;  // bytes
 
 std::string pathOf(const std::string& outputFolder, const std::string& step) {
     return joinedPath(outputFolder, "velmora_made_" + step + ".txt");
@@ -28,6 +27,13 @@ std::string markOfThisRun() {
 
 PlatformError notUnderstood(const std::string& path) {
     return PlatformError("The note " + path + " is damaged");
+}
+
+// Whether other steps read the grids of the step.
+bool isSource(const std::string& step) {
+    return std::ranges::any_of(products(), [&](const Product& product) {
+        return !step.empty() && std::ranges::find(product.sources, step) != product.sources.end();
+    });
 }
 
 // Takes "field=value" apart into the map; false when it is none.
@@ -50,8 +56,7 @@ bool takeEntry(StepRecord& record, const std::string& line) {
     if (kind == "made") record.made.push_back(rest);
     if (kind == "set") return takePair(record.settings, rest);
     if (kind == "used") {
-        return std::ranges::find(kSources, rest.substr(0, rest.find('='))) != kSources.end() &&
-               takePair(record.used, rest);
+        return isSource(rest.substr(0, rest.find('='))) && takePair(record.used, rest);
     }
     return kind == "run" || kind == "made";
 }

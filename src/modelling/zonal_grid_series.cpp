@@ -2,7 +2,6 @@
 #include "modelling/zonal_grid_series.h"
 
 #include <array>
-#include <utility>
 
 #include "gis/gis_functions.h"
 #include "gis/text.h"
@@ -13,13 +12,12 @@
 namespace velmora {
 
 ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& settings,
-                                 std::string step, std::string table,
-                                 std::vector<std::string> sources)
+                                 const Product& product)
     : application_(application),
       settings_(settings),
-      step_(std::move(step)),
-      table_(std::move(table)),
-      sources_(std::move(sources)),
+      product_(product),
+      step_(product.maker),
+      table_(product.table.name),
       folder_(application.platform().files(), settings.OutputWorkspace),
       workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
     for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
@@ -34,18 +32,25 @@ RasterPtr ZonalGridSeries::open(const std::string& name) const {
     return workspace_->openRasterDataset(name)->createDefaultRaster();
 }
 
+RasterPtr ZonalGridSeries::open(const Product& source, int month) const {
+    return open(gridName(source.read, settings_, month));
+}
+
 void ZonalGridSeries::createTable() {
-    recorder_.emplace(application_.platform().files(), settings_, step_, sources_);
+    std::vector<std::string> sources;
+    for (const Product* source : sourcesOf(product_)) sources.emplace_back(source->maker);
+    recorder_.emplace(application_.platform().files(), settings_, step_, sources);
     tableMade_ = CreateStatTable(application_.platform(), application_.prompts(),
                                  settings_.OutputWorkspace, table_);
 }
 
-void ZonalGridSeries::add(int month, const std::string& name, const RasterPtr& grid) {
+void ZonalGridSeries::add(int month, const RasterPtr& grid) {
+    const std::string name = gridName(product_.made, settings_, month);
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
     recorder_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
-    ApplyColorRamp(application_.prompts(), *layer, {100, 50, 50}, {0, 255, 0});
+    ApplyColorRamp(application_.prompts(), *layer, product_.ramp.from, product_.ramp.to);
     application_.document().addLayer(std::move(layer));
     summarise(month, open(name));
 }

@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "gis/application.h"
 #include "gis/working_folder.h"
+#include "modelling/products.h"
 #include "modelling/step_record.h"
 #include "settings/run_settings.h"
 
@@ -20,19 +20,19 @@ class ZonalGridSeries {
   public:
     // Opens the output folder and tells what is old among the grids that the step would read, and
     // which raster files of their names it passes over.
-    // `step` is the name under which its runs are noted, `table` the table's name, `sources` the
-    // steps whose grids it reads. Throws PlatformError.
-    ZonalGridSeries(IApplication& application, const RunSettings& settings, std::string step,
-                    std::string table, std::vector<std::string> sources);
+    // The product has a zone table, and must outlive the series. Throws PlatformError.
+    ZonalGridSeries(IApplication& application, const RunSettings& settings, const Product& product);
 
     // A grid of the output folder. Throws PlatformError when there is none.
     RasterPtr open(const std::string& name) const;
+    // The month's grid of a product, under the name that is read.
+    RasterPtr open(const Product& source, int month) const;
     // Begins the table and the note of the run anew; a failure of the table is shown, and then no
     // month is added to the old one.
     void createTable();
-    // Saves a month's grid under the name, adds it to the map and its zones to the table. Throws
+    // Saves a month's grid under its name, adds it to the map and its zones to the table. Throws
     // PlatformError.
-    void add(int month, const std::string& name, const RasterPtr& grid);
+    void add(int month, const RasterPtr& grid);
     // Asks that the grids and the table reach the disk, and adds the table to the map document.
     // Throws PlatformError.
     void showTable();
@@ -42,9 +42,9 @@ class ZonalGridSeries {
 
     IApplication& application_;
     const RunSettings& settings_;
-    std::string step_;
-    std::string table_;
-    std::vector<std::string> sources_;
+    const Product& product_;
+    const std::string step_;
+    const std::string table_;
     bool tableMade_ = false;
     WorkingFolder folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;

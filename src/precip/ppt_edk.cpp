@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "gis/errors.h"
-#include "gis/month_names.h"
 #include "modelling/station_interpolation.h"
 #include "precip/precipitation_run.h"
 
@@ -20,7 +19,7 @@ void PrecipitationRun::PPT_EDK() {
 
 void PrecipitationRun::edkMonth(int month) {
     const std::string field = stations_->weatherField("P_", month);
-    const std::string surface = "PPT_" + GetMonthName(month);
+    const std::string surface = surfaceName(month);
     std::vector<std::size_t> valid = stations_->between(field, 0, 1000);
     if (rainlessMonth(month, field)) return;
     tellZeros(month, field, valid);

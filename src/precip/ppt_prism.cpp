@@ -3,7 +3,6 @@
 
 #include "gis/cell_values.h"
 #include "gis/errors.h"
-#include "gis/month_names.h"
 #include "gis/text.h"
 #include "modelling/station_interpolation.h"
 #include "precip/precipitation_run.h"
@@ -41,7 +40,7 @@ void PrecipitationRun::prismMonth(int month) {
     if (rainlessMonth(month, field)) return;
     tellZeros(month, field, valid);
     if (valid.empty()) {
-        throw surfaceFailure("PPT_" + GetMonthName(month), field, month, 0,
+        throw surfaceFailure(surfaceName(month), field, month, 0,
                              "no ratio of a station to the reference grid " + path +
                                  " is at least 0 and below 1000" + stations_->zerosText(field));
     }
@@ -49,8 +48,8 @@ void PrecipitationRun::prismMonth(int month) {
     algebra_->BindRaster(krigedSurface(*interpolation_, stations_->samples(valid, ratio)),
                          "RefPPT");
     finishMonth(month, algebra_->Execute("[SfcPPT] * [RefPPT] / 2540.0"));
-    explain({"PPT_" + GetMonthName(month), field, ratio, valid, "a ratio of 0 to below 1000", false,
-             true, false, true, factors});
+    explain({surfaceName(month), field, ratio, valid, "a ratio of 0 to below 1000", false, true,
+             false, true, factors});
 }
 
 // A station without a reference value that has something in the working field gets a ratio to that,

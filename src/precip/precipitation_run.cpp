@@ -8,6 +8,7 @@
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
+#include "modelling/products.h"
 #include "settings/modelling_extent.h"
 
 namespace velmora {
@@ -86,16 +87,20 @@ void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     folder_->settle();
 }
 
+std::string PrecipitationRun::surfaceName(int month) const {
+    return gridName(productMadeBy("ppt").made, settings_, month);
+}
+
 void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {
-    const std::string label = GetMonthName(month);
-    const std::string name = "PPT_" + label;
+    const Product& product = productMadeBy("ppt");
+    const std::string name = surfaceName(month);
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
     recorder_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
-    ApplyColorRamp(application_.prompts(), *layer, {200, 50, 50}, {0, 255, 255});
+    ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);
     application_.document().addLayer(std::move(layer));
-    application_.prompts().message("PPT Calculation for " + label + " is Over!");
+    application_.prompts().message("PPT Calculation for " + GetMonthName(month) + " is Over!");
 }
 
 bool PrecipitationRun::rainlessMonth(int month, const std::string& field) {
@@ -103,9 +108,8 @@ bool PrecipitationRun::rainlessMonth(int month, const std::string& field) {
     if (!zeros.all()) return false;
     bindDem();
     finishMonth(month, algebra_->Execute("[DEM] * 0"));
-    application_.prompts().notice("PPT_" + GetMonthName(month) + ": all " +
-                                  std::to_string(zeros.stations) + " stations with a value of " +
-                                  field +
+    application_.prompts().notice(surfaceName(month) + ": all " + std::to_string(zeros.stations) +
+                                  " stations with a value of " + field +
                                   " hold 0, a month without rain: the grid is 0 where the DEM has "
                                   "data");
     return true;
@@ -117,9 +121,9 @@ void PrecipitationRun::tellZeros(int month, const std::string& field,
     std::size_t left = zeros.zero;
     for (const std::size_t station : valid) left -= stations_->number(station, field) == 0.0;
     if (left == 0) return;
-    application_.prompts().notice("PPT_" + GetMonthName(month) + ": " + std::to_string(left) +
-                                  " of " + std::to_string(zeros.stations) +
-                                  " stations hold 0 in field " + field + " and take no part");
+    application_.prompts().notice(surfaceName(month) + ": " + std::to_string(left) + " of " +
+                                  std::to_string(zeros.stations) + " stations hold 0 in field " +
+                                  field + " and take no part");
 }
 
 void PrecipitationRun::bindDem() {

@@ -49,6 +49,7 @@ class PrecipitationRun {
     void prepare();
     // Every month of the period; then the working field goes into the stations' table.
     void makeMonths(void (PrecipitationRun::*make)(int month));
+    std::string surfaceName(int month) const;
     void finishMonth(int month, const RasterPtr& grid);
     // When every station that has a value holds 0, makes and tells a grid of 0 where the DEM has
     // data, and returns true.

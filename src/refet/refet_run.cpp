@@ -11,6 +11,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "modelling/products.h"
 #include "refet/cell_transfer.h"
 #include "refet/cls_models.h"
 #include "refet/equations/calendar.h"
@@ -101,7 +102,7 @@ bool ReferenceEtRun::runMonth(int month) {
     if (!runStatus_) return false;
     CalculateRefET(month);
     if (!runStatus_) return false;
-    GridReadOut(label);
+    GridReadOut(month);
     if (!runStatus_) return false;
     show("Reference ET in " + label + "are estimated successfully ...");
     return true;
@@ -329,15 +330,16 @@ void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
     }
 }
 
-void ReferenceEtRun::GridReadOut(const std::string& label) {
+void ReferenceEtRun::GridReadOut(int month) {
     try {
-        const std::string name = "RefET_" + label + settings_.methodTag();
+        const Product& product = productMadeBy("refet");
+        const std::string name = gridName(product.made, settings_, month);
         const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
         workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
         recorder_->made(name);
         auto layer =
             application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
-        ApplyColorRamp(application_.prompts(), *layer, {0, 255, 0}, {50, 50, 100});
+        ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);
         application_.document().addLayer(std::move(layer));
     } catch (const std::exception& e) {
         application_.prompts().failure("Errors in 'GridReadout':  " + std::string(e.what()));

@@ -41,7 +41,7 @@ class ReferenceEtRun {
     void ReadinGrids(int month);
     void GetSoilHeatFlux(int month);  // leaves the flag alone
     void CalculateRefET(int month);
-    void GridReadOut(const std::string& label);
+    void GridReadOut(int month);
 
     // Shows its failures and leaves the flag alone. A grid that cannot be read whole leaves its
     // column without data.

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/command_line.h"
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <sstream>
 
 #include "gis/numbers.h"
+#include "gis/text.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
+#include "modelling/products.h"
 #include "platform/platform.h"
 #include "settings/settings_fields.h"
 #include "version.h"
@@ -291,8 +294,9 @@ void CommandLine::addKc() {
 void CommandLine::addTable() {
     CLI::App* table = add(app_, "table", "Show a table of the output folder",
                           "velmora table StatIRR --columns ZoneUnit,Month,IRR_V_acft --csv");
-    table->add_option("name", first_, "StatIRR, StatNIR, StatCET or another dBASE table")
-        ->required();
+    std::vector<std::string> tables = zoneTableNames();
+    std::ranges::reverse(tables);  // the last one, which is the result, first
+    table->add_option("name", first_, joinedNames(tables) + " or another dBASE table")->required();
     table->add_option("--columns", names_, "Some of its columns, in the table's order")
         ->delimiter(',');
     table->add_flag("--csv", csv_, "Print comma-separated values");

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <array>
 #include <filesystem>
 #include <utility>
 
@@ -8,23 +7,25 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/results/grid_statistics.h"
+#include "modelling/products.h"
 #include "platform/platform.h"
+#include "settings/settings_file.h"
 
 namespace velmora::cli {
 
 namespace {
 
-// The month's statistics of a product whose grids are called prefix + month + suffix.
-void printMonthlyTable(platform::Platform& platform, const std::string& output,
-                       const std::string& title, const std::string& prefix,
-                       const std::string& suffix) {
+// The statistics of a product's months.
+void printMonthlyTable(platform::Platform& platform, const RunSettings& settings,
+                       const Product& product, const std::string& title) {
     print("\n{}\n{:<8}{:>10}{:>10}{:>10}\n", title, "month", "mean", "minimum", "maximum");
-    const auto workspace = platform.rasters().openFromFolder(output);
+    const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
     double year = 0;
-    for (int month = 1; month <= 12; ++month) {
+    for (const int month : settings.months()) {
         const std::string label = GetMonthName(month);
-        const GridStatistics s = statisticsOf(
-            *workspace->openRasterDataset(prefix + label + suffix)->createDefaultRaster());
+        const std::string grid = gridName(product.made, settings, month);
+        const GridStatistics s =
+            statisticsOf(*workspace->openRasterDataset(grid)->createDefaultRaster());
         if (s.cells == 0) {
             print("{:<8}{:>10}{:>10}{:>10}\n", label, "-", "-", "-");
             continue;
@@ -35,24 +36,35 @@ void printMonthlyTable(platform::Platform& platform, const std::string& output,
     print("{:<8}{:>10.2f}\n\n", "year", year);
 }
 
-void printTables(platform::Platform& platform, const std::string& output) {
-    for (const auto& [title, prefix, suffix] :
-         {std::array{"Reference ET of the sample basin, inches (method 2, short grass)", "RefET_",
-                     "_2"},
-          std::array{"Precipitation of the sample basin, inches (elevation-detrended kriging)",
-                     "PPT_", ""},
-          std::array{"Crop ET of the sample basin's fields, inches", "ET_", "_2"},
-          std::array{"Irrigation water requirement of the sample basin's fields, inches", "IRR_",
-                     ""}}) {
-        printMonthlyTable(platform, output, title, prefix, suffix);
+void printTables(platform::Platform& platform, const RunSettings& settings) {
+    for (const auto& [step, where] :
+         {std::pair{"refet", "the sample basin, inches (method 2, short grass)"},
+          {"ppt", "the sample basin, inches (elevation-detrended kriging)"},
+          {"cropet", "the sample basin's fields, inches"},
+          {"irr", "the sample basin's fields, inches"}}) {
+        const Product& product = productMadeBy(step);
+        printMonthlyTable(platform, settings, product,
+                          fmt::format("{} of {}", product.title, where));
     }
+}
+
+// Pictures of July; the exit status.
+int drawPictures(const Session& session, const RunSettings& settings, const std::string& folder) {
+    constexpr int july = 7;
+    for (const char* step : {"refet", "cropet", "ppt", "irr"}) {
+        const Product& product = productMadeBy(step);
+        const std::string name = gridName(product.made, settings, july);
+        const int drawn = gridPicture(session, name, joinedPath(folder, name + ".png"),
+                                      fmt::format("{} in July, inches", product.title));
+        if (drawn != kDone) return drawn;
+    }
+    return kDone;
 }
 
 }  // namespace
 
 int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     const std::string path = std::filesystem::absolute(folder).lexically_normal().string();
-    const std::string output = joinedPath(path, "output");
     platform::Platform platform;
     if (!session.terminal.quiet) tell("The sample basin goes into {}\n", path);
     examples::makeSampleBasin(platform, path);
@@ -64,16 +76,11 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     if (applied != kDone || inputsOnly) return applied;
     const int ran = runAll(own, {{{}, "0.9", "crop", false, false}, {}, {}, false});
     if (ran != kDone) return ran;
-    if (!session.json) printTables(platform, output);
-    for (const auto& [name, title] :
-         {std::pair{"RefET_Jul_2", "Reference ET in July, inches"},
-          std::pair{"ET_Jul_2", "Crop ET in July, inches"},
-          std::pair{"PPT_Jul", "Precipitation in July, inches"},
-          std::pair{"IRR_Jul", "Irrigation water requirement in July, inches"}}) {
-        const int drawn =
-            gridPicture(own, name, joinedPath(path, std::string(name) + ".png"), title);
-        if (drawn != kDone) return drawn;
-    }
+    const RunSettings settings =
+        readSettings(platform.files(), defaultSettingsPath(own.settingsFolder));
+    if (!session.json) printTables(platform, settings);
+    const int drawn = drawPictures(own, settings, path);
+    if (drawn != kDone) return drawn;
     const int reported = report(own, joinedPath(path, "report.html"));
     if (reported != kDone) return reported;
     sayDone(

@@ -9,6 +9,7 @@
 #include "hosts/cli/console.h"
 #include "hosts/results/grid_statistics.h"
 #include "irrigation/irrigation_inputs.h"
+#include "modelling/products.h"
 
 namespace velmora::cli {
 
@@ -29,8 +30,8 @@ struct Land {
 // The pieces that fall out of the map, by crop: for ever where they are not irrigated, by mistake
 // where their zone or crop has no row.
 std::string bareLand(IPlatform& platform, const std::string& outputFolder) {
-    const auto pieces =
-        platform.features().openFeatureClass(joinedPath(outputFolder, "Lu_Intersected"));
+    const auto pieces = platform.features().openFeatureClass(
+        joinedPath(outputFolder, productMadeBy("eff").onTheWay));
     const std::vector<double> areas = pieces->areas();
     std::map<std::string, Land> byCrop;
     Land all;
@@ -58,7 +59,9 @@ std::string bareLand(IPlatform& platform, const std::string& outputFolder) {
 }  // namespace
 
 EfficiencyMapResult efficiencyMapResult(IPlatform& platform, const std::string& outputFolder) {
-    const auto grid = platform.rasters().openFromFolder(outputFolder)->openRasterDataset("IREF");
+    const auto grid = platform.rasters()
+                          .openFromFolder(outputFolder)
+                          ->openRasterDataset(std::string(productMadeBy("eff").made.stem));
     const GridStatistics s = statisticsOf(*grid->createDefaultRaster());
     return {grid->path(), static_cast<std::int64_t>(s.cells), s.minimum, s.maximum,
             bareLand(platform, outputFolder)};

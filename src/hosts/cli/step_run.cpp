@@ -7,6 +7,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/results/run_log.h"
+#include "modelling/products.h"
 #include "settings/settings_file.h"
 #include "shell/interfaces.h"
 
@@ -39,7 +40,7 @@ Json showDiagnostics(const Session& session, HeadlessApplication& application,
     const std::string folder =
         readSettings(application.platform().files(), settings).OutputWorkspace;
     const auto files = report.write(application.platform().files(), folder,
-                                    step == "ppt" ? "PPT_diagnostics" : "RefET_diagnostics");
+                                    std::string(productMadeBy(step).made.stem) + "diagnostics");
     const std::string pictures =
         files.size() > 1
             ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +

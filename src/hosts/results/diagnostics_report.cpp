@@ -9,6 +9,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "hosts/results/semivariogram_picture.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
@@ -66,7 +67,7 @@ std::string tableCell(const Json& value) {
 
 // Temperatures are in the unit of the weather table, precipitation is in inches.
 std::string unitOf(const SurfaceDiagnostics& s) {
-    if (!s.surface.starts_with("PPT_")) return "degrees";
+    if (productOf(s.surface) != &productMadeBy("ppt")) return "degrees";
     return s.trend ? "inches" : "ratio";
 }
 

@@ -11,6 +11,7 @@
 #include "hosts/results/cell_image.h"
 #include "hosts/results/grid_statistics.h"
 #include "hosts/results/png_canvas.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
@@ -123,12 +124,8 @@ class Picture {
 }  // namespace
 
 AlgorithmicColorRamp rampOf(const std::string& name) {
-    if (name.starts_with("PPT_")) return {{200, 50, 50}, {0, 255, 255}};
-    for (const char* brownToGreen : {"ET_", "NIR_", "IRR_"}) {
-        if (name.starts_with(brownToGreen)) return {{100, 50, 50}, {0, 255, 0}};
-    }
-    if (name.starts_with("Kc_")) return {{0, 0, 255}, {0, 255, 0}};
-    return {{0, 255, 0}, {50, 50, 100}};
+    const Product* product = productOf(name);
+    return product ? product->ramp : productMadeBy("refet").ramp;
 }
 
 void drawGridPicture(IFileSystem& files, const IRaster& raster, const AlgorithmicColorRamp& ramp,

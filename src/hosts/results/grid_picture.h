@@ -9,7 +9,8 @@
 
 namespace velmora {
 
-// The two-colour ramp in which the map shows a grid of that name.
+// The two-colour ramp in which the map shows a grid of that name, reference ET's for a grid of no
+// product.
 AlgorithmicColorRamp rampOf(const std::string& name);
 
 // Draws a grid as a PNG: a two-colour ramp stretched from the smallest to the

@@ -74,8 +74,8 @@ TEST_F(Report, BothReadingsOfTheTables) {
     EXPECT_NEAR(results.totals[0].table.at("StatCET"), 50 * 31 / 25.4, 1e-9);
     EXPECT_FALSE(results.totals[0].table.contains("StatIRR"));
     ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at("ET")[6], 6, 1e-9);
-    EXPECT_EQ(*results.zoneMeans[0].byProduct.at("PPT")[6], 1.5);
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("cropet"))[6], 6, 1e-9);
+    EXPECT_EQ(*results.zoneMeans[0].byProduct.at(&productMadeBy("ppt"))[6], 1.5);
     const std::string page = reportPage(platform, results);
     EXPECT_THAT(page, HasSubstr("<td>West</td><td class=\"n\">50.0</td>"));
     EXPECT_THAT(page, HasSubstr("<td class=\"n\">61.0</td>"));
@@ -117,7 +117,9 @@ TEST_F(Report, EachProductHasItsUnit) {
     f.save("PPT_Jul", f.filled(3));
     const RunResults results = readResults(platform, f.settings);
     std::vector<std::pair<std::string, std::string>> units;
-    for (const Product& product : results.products) units.emplace_back(product.title, product.unit);
+    for (const ProductGrids& grids : results.products) {
+        units.emplace_back(grids.product->title, grids.product->unit);
+    }
     const std::string depth = "inches per month";
     EXPECT_THAT(units,
                 testing::ElementsAre(std::pair("Reference ET", depth),
@@ -135,7 +137,7 @@ TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
     f.settings.Zones = f.folder.file("gone.shp");
     const RunResults results = readResults(platform, f.settings);
     ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains("PPT"));
+    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains(&productMadeBy("ppt")));
     EXPECT_THAT(reportPage(platform, results), HasSubstr("gone.shp"));
 }
 
@@ -145,8 +147,8 @@ TEST_F(Report, MapsOfAProductShareOneScale) {
     f.save("faef_500", f.filled(0.5F));
     f.save("RefET_Jun_4", f.filled(kNoData));
     const RunResults results = readResults(platform, f.settings);
-    const Product& ppt = results.products.at(3);
-    EXPECT_EQ(ppt.title, "Precipitation");
+    const ProductGrids& ppt = results.products.at(3);
+    EXPECT_EQ(ppt.product, &productMadeBy("ppt"));
     EXPECT_EQ(ppt.minimum, 1);
     EXPECT_EQ(ppt.maximum, 3);
     EXPECT_EQ(results.products.at(0).of(6), nullptr);

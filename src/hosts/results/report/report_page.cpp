@@ -8,6 +8,7 @@
 #include <cmath>
 #include <ctime>
 #include <filesystem>
+#include <utility>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -15,7 +16,6 @@
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "hosts/results/cell_image.h"
-#include "hosts/results/grid_picture.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
 #include "hosts/results/report/station_map.h"
@@ -75,15 +75,6 @@ details{margin:4px 0}summary{cursor:pointer;color:var(--accent)}
 @media print{nav{display:none}main{max-width:none}}
 )";
 
-struct TableTitle {
-    const char* table;
-    const char* title;
-};
-constexpr std::array<TableTitle, 3> kTableTitles = {
-    {{"StatCET", "Crop ET (StatCET)"},
-     {"StatNIR", "Net irrigation requirement (StatNIR)"},
-     {"StatIRR", "Irrigation water requirement (StatIRR)"}}};
-
 std::string methodName(const RunSettings& settings) {
     static constexpr std::array<const char*, 7> names = {"an unknown method",
                                                          "ASCE Penman-Monteith, tall reference",
@@ -116,6 +107,18 @@ std::string unitNote() {
            "units mean</a> says how they are related.</p>\n";
 }
 
+// The unit is named where a reading begins.
+std::vector<std::string> totalsHeads() {
+    std::vector<std::string> heads = {"Zone"};
+    for (const char* reading : {" (inches)", " (as the table)"}) {
+        std::string unit = ", acre-feet";
+        for (const Product* product : tabledProducts()) {
+            heads.push_back(std::string(product->table.title) + std::exchange(unit, "") + reading);
+        }
+    }
+    return heads;
+}
+
 std::string totalsSection(const RunResults& results) {
     std::string html = heading("totals", "Zone totals of the period");
     if (results.totals.empty()) {
@@ -128,7 +131,7 @@ std::string totalsSection(const RunResults& results) {
                          const std::map<std::string, double>& b) {
         rows.push_back({escaped(zone)});
         for (const auto& volumes : {b, a}) {
-            for (const std::string& name : kZoneTables) {
+            for (const std::string& name : zoneTableNames()) {
                 const auto found = volumes.find(name);
                 rows.back().push_back(
                     found == volumes.end() ? "&ndash;" : fmt::format("{:.1f}", found->second));
@@ -141,15 +144,11 @@ std::string totalsSection(const RunResults& results) {
         for (const auto& [name, volume] : zone.inches) inches[name] += volume;
     }
     add("All zones", table, inches);
-    return html + unitNote() + "<div class=\"scroll\">" +
-           htmlTable({"Zone", "Crop ET, acre-feet (inches)", "Net irrigation (inches)",
-                      "Irrigation (inches)", "Crop ET, acre-feet (as the table)",
-                      "Net irrigation (as the table)", "Irrigation (as the table)"},
-                     rows, 1) +
+    return html + unitNote() + "<div class=\"scroll\">" + htmlTable(totalsHeads(), rows, 1) +
            "</div>\n";
 }
 
-std::string legendOf(const Product& product, const std::vector<Rgb>& colors) {
+std::string legendOf(const ProductGrids& product, const std::vector<Rgb>& colors) {
     std::string stops;
     for (std::size_t i = 0; i <= 8; ++i) {
         const Rgb& color = colors[i * (colors.size() - 1) / 8];
@@ -158,7 +157,7 @@ std::string legendOf(const Product& product, const std::vector<Rgb>& colors) {
     return fmt::format(
         "<p class=\"ramp\">{:.3g}<i style=\"background:linear-gradient(to right,{})"
         "\"></i>{:.3g} {} &middot; light grey: no data</p>\n",
-        product.minimum, stops, product.maximum, product.unit);
+        product.minimum, stops, product.maximum, product.product->unit);
 }
 
 std::string smallMap(IRasterWorkspace& workspace, const ProductGrid& grid,
@@ -180,10 +179,11 @@ std::string smallMap(IRasterWorkspace& workspace, const ProductGrid& grid,
 std::string mapsSection(IPlatform& platform, const RunResults& results) {
     std::string html = heading("maps", "Maps");
     const auto workspace = platform.rasters().openFromFolder(results.settings.OutputWorkspace);
-    for (const Product& product : results.products) {
-        html += "<h3>" + product.title + "</h3>\n<p class=\"note\">" + product.note + ".</p>\n";
+    for (const ProductGrids& product : results.products) {
+        html += fmt::format("<h3>{}</h3>\n<p class=\"note\">{}.</p>\n", product.product->title,
+                            product.product->meaning);
         if (product.minimum <= product.maximum) {
-            const std::vector<Rgb> colors = rampOf(product.grids.front().name).colors();
+            const std::vector<Rgb> colors = product.product->ramp.colors();
             html += legendOf(product, colors) + "<div class=\"maps\">\n";
             std::vector<std::string> empty;
             for (const ProductGrid& grid : product.grids) {
@@ -208,22 +208,26 @@ std::string mapsSection(IPlatform& platform, const RunResults& results) {
     return html;
 }
 
-const std::vector<MonthlySeries>& chartLines() {
-    static const std::vector<MonthlySeries> lines = {
-        {"Crop ET", "#2e8b57", {}},
-        {"Precipitation", "#2f6fb7", {}},
-        {"Net irrigation requirement", "#c77f1a", {}},
-        {"Irrigation water requirement", "#a8323e", {}}};
+MonthlySeries lineOf(const Product& product) {
+    return {std::string(product.title), std::string(product.lineColor), {}};
+}
+
+// Those that the zones' charts share.
+std::vector<const Product*> zoneLines() {
+    std::vector<const Product*> lines;
+    for (const Product& product : products()) {
+        if (product.charted == Charted::basinAndZones) lines.push_back(&product);
+    }
     return lines;
 }
 
 std::string basinChart(const RunResults& results) {
-    std::vector<MonthlySeries> lines = chartLines();
-    lines.insert(lines.begin(), {"Reference ET", "#7a8a92", {}});
-    for (MonthlySeries& line : lines) {
-        const auto product = std::ranges::find(results.products, line.name, &Product::title);
+    std::vector<MonthlySeries> lines;
+    for (const ProductGrids& product : results.products) {
+        if (product.product->charted == Charted::none) continue;
+        MonthlySeries& line = lines.emplace_back(lineOf(*product.product));
         for (int month = 1; month <= 12; ++month) {
-            if (const ProductGrid* grid = product->of(month)) {
+            if (const ProductGrid* grid = product.of(month)) {
                 line.values[static_cast<std::size_t>(month - 1)] = grid->statistics.mean;
             }
         }
@@ -238,16 +242,18 @@ std::string basinChart(const RunResults& results) {
 std::string chartsSection(const RunResults& results) {
     std::string html = heading("charts", "Months") + basinChart(results);
     if (results.zoneMeans.empty()) return html;
+    std::vector<MonthlySeries> legend;
+    for (const Product* product : zoneLines()) legend.push_back(lineOf(*product));
     html +=
         "<h3>Zones</h3>\n<p class=\"note\">Crop ET and the requirements over the zone's cells that "
         "have them, precipitation over the whole zone.</p>\n" +
-        chartLegend(chartLines()) + "<div class=\"charts\">\n";
+        chartLegend(legend) + "<div class=\"charts\">\n";
     for (const ZoneMeans& zone : results.zoneMeans) {
-        std::vector<MonthlySeries> lines = chartLines();
-        const std::array<const char*, 4> products = {"ET", "PPT", "NIR", "IRR"};
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            const auto found = zone.byProduct.find(products[i]);
-            if (found != zone.byProduct.end()) lines[i].values = found->second;
+        std::vector<MonthlySeries> lines;
+        for (const Product* product : zoneLines()) {
+            MonthlySeries& line = lines.emplace_back(lineOf(*product));
+            const auto found = zone.byProduct.find(product);
+            if (found != zone.byProduct.end()) line.values = found->second;
         }
         html += monthlyChart(zone.zone, "inches per month", lines);
     }
@@ -256,9 +262,10 @@ std::string chartsSection(const RunResults& results) {
 
 std::string tablesSection(const RunResults& results) {
     std::string html = heading("tables", "Zone tables") + unitNote();
-    for (const auto& [table, title] : kTableTitles) {
+    for (const Product* product : tabledProducts()) {
+        const std::string table(product->table.name);
         const auto& months = results.tables.at(table);
-        html += std::string("<h3>") + title + "</h3>\n";
+        html += fmt::format("<h3>{} ({})</h3>\n", product->title, table);
         if (months.empty()) {
             html += "<p>No rows.</p>\n";
             continue;
@@ -386,6 +393,13 @@ std::string messagesSection(const RunResults& results) {
     return html + "</ul>\n";
 }
 
+// "a, b and c".
+std::string inSentence(std::vector<std::string> names) {
+    const std::string last = names.back();
+    names.pop_back();
+    return names.empty() ? last : joinedNames(names) + " and " + last;
+}
+
 std::string unitsSection(const RunSettings& settings) {
     std::vector<std::vector<std::string>> rows;
     for (const int month : settings.months()) {
@@ -399,7 +413,9 @@ std::string unitsSection(const RunSettings& settings) {
            "depth "
            "in feet is the mean divided by 12, and the volume in acre-feet is that depth times the "
            "counted area in acres. Figures marked <b>inches</b> are made this way.</p>\n"
-           "<p>The tables StatCET, StatNIR and StatIRR convert by a fixed rule that takes a grid's "
+           "<p>The tables " +
+           inSentence(zoneTableNames()) +
+           " convert by a fixed rule that takes a grid's "
            "mean as <b>millimetres per day</b>: depth in feet = days of the month &times; mean / "
            "304.8. Figures marked <b>table</b> are the tables' own. For grids in inches per month "
            "they are days / 25.4 times the figures marked inches, so they overstate the water of a "

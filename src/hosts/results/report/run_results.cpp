@@ -18,7 +18,7 @@ constexpr double kInchesPerFoot = 12;
 
 std::size_t place(int month) { return static_cast<std::size_t>(month - 1); }
 
-void addGrid(Product& product, IRasterWorkspace& workspace, const std::string& name,
+void addGrid(ProductGrids& product, IRasterWorkspace& workspace, const std::string& name,
              const std::string& label, int month) {
     if (!workspace.exists(name)) {
         product.missing.push_back(name);
@@ -32,45 +32,19 @@ void addGrid(Product& product, IRasterWorkspace& workspace, const std::string& n
     product.maximum = std::max(product.maximum, s.maximum);
 }
 
-Product emptyProduct(const std::string& title, const std::string& unit, const std::string& note) {
+ProductGrids gridsOf(const Product& product, IRasterWorkspace& workspace,
+                     const RunSettings& settings) {
     const double infinity = std::numeric_limits<double>::infinity();
-    return {title, unit, note, {}, {}, infinity, -infinity};
-}
-
-std::vector<Product> products(IRasterWorkspace& workspace, const RunSettings& settings) {
-    struct Kind {
-        const char* title;
-        const char* unit;
-        const char* note;
-        std::string prefix;
-        std::string suffix;
-    };
-    const std::string tag = settings.methodTag();
-    const std::vector<Kind> kinds = {
-        {"Reference ET", "inches per month", "The water that the reference surface would evaporate",
-         "RefET_", tag},
-        {"Crop coefficients", "ratio", "Kc of the land cover's crops", "Kc_", tag},
-        {"Crop ET", "inches per month", "Crop coefficient times reference ET", "ET_", tag},
-        {"Precipitation", "inches per month", "Interpolated from the stations", "PPT_", ""},
-        {"Net irrigation requirement", "inches per month",
-         "Crop ET less 0.8 of precipitation, not below 0", "NIR_", ""},
-        {"Irrigation water requirement", "inches per month",
-         "Net irrigation requirement over the irrigation efficiency", "IRR_", ""}};
-    std::vector<Product> all;
-    for (const Kind& kind : kinds) {
-        Product product = emptyProduct(kind.title, kind.unit, kind.note);
-        for (const int month : settings.months()) {
-            const std::string label = GetMonthName(month);
-            addGrid(product, workspace, kind.prefix + label + kind.suffix, label, month);
-        }
-        all.push_back(std::move(product));
+    ProductGrids grids{&product, {}, {}, infinity, -infinity};
+    const GridNaming& naming = product.shownAsRead ? product.read : product.made;
+    if (!naming.monthly) {
+        addGrid(grids, workspace, gridName(naming, settings, 0), "all months", 0);
+        return grids;
     }
-    Product efficiency = emptyProduct(
-        "Irrigation efficiency", "fraction",
-        "Field application efficiency times conveyance efficiency, of each zone and crop");
-    addGrid(efficiency, workspace, "faef_500", "all months", 0);
-    all.insert(all.end() - 1, std::move(efficiency));
-    return all;
+    for (const int month : settings.months()) {
+        addGrid(grids, workspace, gridName(naming, settings, month), GetMonthName(month), month);
+    }
+    return grids;
 }
 
 // The mean of a grid in each zone.
@@ -92,16 +66,17 @@ ZoneMeans& meansOf(std::vector<ZoneMeans>& all, const std::string& zone) {
     return found != all.end() ? *found : all.emplace_back(ZoneMeans{zone, {}});
 }
 
-void addPrecipitation(IPlatform& platform, IRasterWorkspace& workspace, const RunSettings& settings,
-                      std::vector<ZoneMeans>& all) {
+// The means of a product's grids over whole zones.
+void addGridMeans(const Product& product, IPlatform& platform, IRasterWorkspace& workspace,
+                  const RunSettings& settings, std::vector<ZoneMeans>& all) {
     for (const int month : settings.months()) {
-        const std::string name = "PPT_" + GetMonthName(month);
+        const std::string name = gridName(product.read, settings, month);
         if (!workspace.exists(name)) continue;
         const auto means = zoneMeansOf(platform, settings,
                                        workspace.openRasterDataset(name)->createDefaultRaster());
         for (ZoneMeans& zone : all) {
             const auto found = means.find(zone.zone);
-            if (found != means.end()) zone.byProduct["PPT"][place(month)] = found->second;
+            if (found != means.end()) zone.byProduct[&product][place(month)] = found->second;
         }
     }
 }
@@ -109,18 +84,21 @@ void addPrecipitation(IPlatform& platform, IRasterWorkspace& workspace, const Ru
 std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspace,
                                  const RunResults& results) {
     std::vector<ZoneMeans> all;
-    const std::map<std::string, std::string> productOf = {
-        {"StatCET", "ET"}, {"StatNIR", "NIR"}, {"StatIRR", "IRR"}};
-    for (const std::string& table : kZoneTables) {
-        for (const ZoneMonth& row : results.tables.at(table)) {
+    for (const Product* product : tabledProducts()) {
+        for (const ZoneMonth& row : results.tables.at(std::string(product->table.name))) {
             const double ratio = tableOverInches(row.month, results.settings.yearNumber());
             if (ratio == 0) continue;
-            meansOf(all, row.zone).byProduct[productOf.at(table)][place(row.month)] =
+            meansOf(all, row.zone).byProduct[product][place(row.month)] =
                 row.depthFeet / ratio * kInchesPerFoot;
         }
     }
     try {
-        if (!all.empty()) addPrecipitation(platform, workspace, results.settings, all);
+        for (const Product& product : products()) {
+            const bool fromGrids =
+                product.charted == Charted::basinAndZones && product.table.name.empty();
+            if (all.empty() || !fromGrids) continue;
+            addGridMeans(product, platform, workspace, results.settings, all);
+        }
     } catch (const PlatformError&) {
         return all;  // zones that cannot be read are among the findings
     }
@@ -129,7 +107,7 @@ std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspac
 
 }  // namespace
 
-const ProductGrid* Product::of(int month) const {
+const ProductGrid* ProductGrids::of(int month) const {
     const auto found = std::ranges::find(grids, month, &ProductGrid::month);
     return found == grids.end() || found->statistics.cells == 0 ? nullptr : &*found;
 }
@@ -141,12 +119,14 @@ RunResults readResults(IPlatform& platform, const RunSettings& settings) {
     RunResults results;
     results.settings = settings;
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
-    results.products = products(*workspace, settings);
-    for (const std::string& table : kZoneTables) {
+    for (const Product& product : products()) {
+        results.products.push_back(gridsOf(product, *workspace, settings));
+    }
+    for (const std::string& table : zoneTableNames()) {
         results.tables[table] = zoneMonths(platform, settings.OutputWorkspace, table);
     }
     results.totals =
-        zoneTotals(platform, settings.OutputWorkspace, kZoneTables, settings.yearNumber());
+        zoneTotals(platform, settings.OutputWorkspace, zoneTableNames(), settings.yearNumber());
     results.zoneMeans = zoneMeans(platform, *workspace, results);
     results.runs = notedRuns(settings.OutputWorkspace);
     results.findings = checkInputs(platform, settings);

@@ -14,6 +14,7 @@
 #include "hosts/results/grid_statistics.h"
 #include "hosts/results/run_log.h"
 #include "hosts/results/zone_results.h"
+#include "modelling/products.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -26,11 +27,9 @@ struct ProductGrid {
     GridStatistics statistics;
 };
 
-// Grids of one kind, which share a legend.
-struct Product {
-    std::string title;
-    std::string unit;
-    std::string note;                  // what the cells are
+// The grids of a product, which share a legend.
+struct ProductGrids {
+    const Product* product = nullptr;
     std::vector<ProductGrid> grids;    // those that are there
     std::vector<std::string> missing;  // names of months' grids that are not
     double minimum = 0;                // over all grids
@@ -45,13 +44,13 @@ using Monthly = std::array<std::optional<double>, 12>;
 // precipitation over the whole zone.
 struct ZoneMeans {
     std::string zone;
-    std::map<std::string, Monthly> byProduct;  // "ET", "PPT", "NIR", "IRR"
+    std::map<const Product*, Monthly> byProduct;  // of those that have a line in the zones' charts
 };
 
 struct RunResults {
     RunSettings settings;
-    std::vector<Product> products;
-    std::map<std::string, std::vector<ZoneMonth>> tables;  // StatCET, StatNIR, StatIRR
+    std::vector<ProductGrids> products;                    // all, in the order of the chain
+    std::map<std::string, std::vector<ZoneMonth>> tables;  // by zone table
     std::vector<ZoneTotals> totals;
     std::vector<ZoneMeans> zoneMeans;
     std::vector<StepRun> runs;
@@ -60,8 +59,5 @@ struct RunResults {
 
 // Reads the output folder of the settings. Throws PlatformError when it is not there.
 RunResults readResults(IPlatform& platform, const RunSettings& settings);
-
-// The zone tables in the order of the chain.
-inline const std::vector<std::string> kZoneTables = {"StatCET", "StatNIR", "StatIRR"};
 
 }  // namespace velmora
