@@ -6,12 +6,13 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "hosts/chain/step_names.h"
+#include "hosts/chain/copies.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/step_run.h"
 #include "hosts/results/zone_results.h"
 #include "modelling/old_results.h"
+#include "modelling/products.h"
 #include "platform/platform.h"
 #include "settings/settings_file.h"
 
@@ -21,17 +22,16 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// What a step makes in the output folder, as the summary says it.
-const std::map<std::string, std::string> kProducts = {
-    {"refet", "RefET_<month>_<method>, GridOP.mdb"},
-    {"kc", "Kc_<month>_<method>"},
-    {"cropet", "ET_<month>_<method>, StatCET"},
-    {"ppt", "PPT_<month>"},
-    {"nir", "NIR_<month>, StatNIR"},
-    {"eff", "Lu_Intersected, IREF"},
-    {"irr", "IRR_<month>, StatIRR"}};
+// What a step leaves in the output folder, as the summary says it.
+std::string madeBy(const std::string& step) {
+    const Product& product = productMadeBy(step);
+    std::vector<std::string> names = {std::string(product.onTheWay), namePattern(product.made),
+                                      std::string(product.table.name), std::string(product.beside)};
+    std::erase(names, "");
+    return joinedNames(names);
+}
 
-const std::vector<std::string> kZoneTables = {"StatCET", "StatNIR", "StatIRR"};
+constexpr const char* kInches = "inches: ";
 
 class Chain {
   public:
@@ -82,7 +82,7 @@ class Chain {
 
     // Only these make surfaces over stations.
     bool diagnoses(const std::string& step) const {
-        return options_.diagnose && (step == "refet" || step == "ppt");
+        return options_.diagnose && productMadeBy(step).overStations;
     }
 
     // The command line that goes on where the chain stopped, with all of its options.
@@ -112,26 +112,16 @@ class Chain {
     void copyFor(const std::string& step) {
         const auto now = settings();
         if (!now) return;
-        const auto copyAll = [&](const std::string& maker, const std::vector<StepName>& names) {
-            for (const StepName& name : names) copyMadeGrid(*now, maker, name.made, name.read);
-        };
-        if (step == "cropet") copyAll("kc", namesForCropEt(*now));
-        if (step == "irr") copyAll("eff", namesForIrrigationRequirement());
-    }
-
-    // Copies a grid that this chain has made, or that stands for one that is missing.
-    void copyMadeGrid(const RunSettings& now, const std::string& maker, const std::string& from,
-                      const std::string& to) {
-        if (!platform_.files().folderExists(now.OutputWorkspace)) return;
-        const auto workspace = platform_.rasters().openFromFolder(now.OutputWorkspace);
-        const bool made = std::ranges::find(results_, maker, &StepResult::step) != results_.end();
-        if (!workspace->exists(from)) return;  // the step says what it misses
-        if (!made && workspace->exists(to)) {
-            tell("note: {} is used as it stands; velmora{} grid copy {} {} renews it\n", to,
-                 repeatedOptions(session_), from, to);
-            return;
+        std::vector<std::string> makers;
+        for (const StepResult& result : results_) makers.push_back(result.step);
+        for (const GridCopy& copy : copiesReadBy(platform_, *now, step, makers)) {
+            const auto& [made, read] = copy.names;
+            if (copy.isKept()) {
+                tell("note: {} is used as it stands; velmora{} grid copy {} {} renews it\n", read,
+                     repeatedOptions(session_), made, read);
+            }
+            if (copy.isDue()) gridCopy(session_, joinedPath(now->OutputWorkspace, made), read);
         }
-        gridCopy(session_, joinedPath(now.OutputWorkspace, from), to);
     }
 
     // What the step would read though it is old: grids of earlier runs, and for the efficiencies
@@ -173,7 +163,7 @@ class Chain {
         }
         for (const StepResult& result : results_) {
             print("  {:<8}{:>8.2f} s  {}\n", result.step, result.seconds,
-                  hasMonths(*now) ? kProducts.at(result.step) : std::string());
+                  hasMonths(*now) ? madeBy(result.step) : std::string());
         }
         print("  {:<8}{:>8.2f} s\n", "all", allSeconds());
         if (hasMonths(*now)) printTotals(*now);
@@ -187,11 +177,29 @@ class Chain {
                                       : fmt::format("{:>{}.1f}", found->second, width);
     }
 
+    // The columns of inches are narrow, but for the first one, whose head says what they are.
+    static int widthAfter(const std::string& prefix) { return prefix.empty() ? 12 : 16; }
+
+    static std::string heads() {
+        std::string line = fmt::format("{:<26}", "zone");
+        for (const std::string& table : zoneTableNames()) line += fmt::format("{:>14}", table);
+        std::string prefix = kInches;
+        for (const Product* product : tabledProducts()) {
+            line += fmt::format("{:>{}}", prefix + std::string(product->table.column),
+                                widthAfter(prefix));
+            prefix.clear();
+        }
+        return line;
+    }
+
     static void printLine(const ZoneTotals& totals) {
         std::string line = fmt::format("{:<26}", oneLine(totals.zone));
-        for (const std::string& table : kZoneTables) line += figure(totals.table, table, 14);
-        line += figure(totals.inches, "StatCET", 16) + figure(totals.inches, "StatNIR", 12) +
-                figure(totals.inches, "StatIRR", 12);
+        for (const std::string& table : zoneTableNames()) line += figure(totals.table, table, 14);
+        std::string prefix = kInches;
+        for (const std::string& table : zoneTableNames()) {
+            line += figure(totals.inches, table, widthAfter(prefix));
+            prefix.clear();
+        }
         print("{}\n", line);
     }
 
@@ -205,7 +213,7 @@ class Chain {
     }
 
     std::vector<ZoneTotals> totalsOf(const RunSettings& now) {
-        return zoneTotals(platform_, now.OutputWorkspace, kZoneTables, now.yearNumber());
+        return zoneTotals(platform_, now.OutputWorkspace, zoneTableNames(), now.yearNumber());
     }
 
     void printTotals(const RunSettings& now) {
@@ -215,8 +223,7 @@ class Chain {
             "\nZone totals, acre-feet, {} to {}: as the tables take them (a grid's mean as "
             "mm per day), and as inches per month, the grids' own unit\n",
             now.BeginMonth, now.EndMonth);
-        print("{:<26}{:>14}{:>14}{:>14}{:>16}{:>12}{:>12}\n", "zone", "StatCET", "StatNIR",
-              "StatIRR", "inches: crop ET", "net irr.", "irrigation");
+        print("{}\n", heads());
         for (const ZoneTotals& zone : totals) printLine(zone);
         printLine(sumOf(totals));
     }
@@ -225,7 +232,7 @@ class Chain {
         Json json = {{"zone", totals.zone}};
         for (const auto& [key, volumes] :
              {std::pair{"asTables", &totals.table}, {"asInches", &totals.inches}}) {
-            for (const std::string& table : kZoneTables) {
+            for (const std::string& table : zoneTableNames()) {
                 const auto found = volumes->find(table);
                 json[key][table] = found == volumes->end() ? Json() : Json(found->second);
             }

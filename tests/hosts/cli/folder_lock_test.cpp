@@ -10,7 +10,7 @@
 #include "check/input_check.h"
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
-#include "hosts/chain/step_names.h"
+#include "hosts/chain/copies.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -40,7 +40,7 @@ struct FolderLocks : testing::Test {
 };
 
 TEST_F(FolderLocks, ACopyHoldsTheLockOfItsFolder) {
-    const StepName name{"IREF", "faef_500"};
+    const StepInputs::Copy name{"IREF", "faef_500"};
     {
         const auto run = platform.files().lockFolder(out);
         EXPECT_THAT([&] { copyToName(platform, out, name); }, anotherRunWorks());

@@ -63,10 +63,10 @@ PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& applicati
         [this] { openSample(); });
     add("copyKcMaps", "Copy Kc Maps for Crop ET",
         "Copy Kc_<month>_<method> to Kc_<month>, the names that the crop ET step reads",
-        [this] { copyKcMaps(); });
+        [this] { copyGridsOf("kc"); });
     add("copyEfficiency", "Copy Efficiency Map for Irrigation Requirement",
         "Copy IREF to faef_500, the name that the irrigation water requirement step reads",
-        [this] { copyEfficiency(); });
+        [this] { copyGridsOf("eff"); });
     add("help", "Help", "Open the user guide", [this] { help(); });
     add("about", "About Velmora", "Version and licence", [this] { about(); });
     // A menu that QGIS makes for a plugin would stay in its window when the plugin is gone.
@@ -126,24 +126,19 @@ void PluginMenu::commandEnded(const std::string& progId, const QString& caption)
     });
 }
 
-// True when there is something to copy: a grid that the next step does not find under its name, or
-// finds older than it is.
+// True when there is something to copy for the next step.
 bool PluginMenu::offerCopies(const std::string& progId) {
-    IFileSystem& files = application_.platform().files();
     const bool kc = progId == kKcCommand;
     if ((!kc && progId != kEfficiencyCommand) ||
-        !files.fileExists(defaultSettingsPath(application_.extensionFolder()))) {
+        !application_.platform().files().fileExists(
+            defaultSettingsPath(application_.extensionFolder()))) {
         return false;
     }
     const RunSettings settings = currentSettings(application_);
-    const auto names = kc ? namesForCropEt(settings) : namesForIrrigationRequirement();
-    const bool waiting = std::any_of(names.begin(), names.end(), [&](const StepName& name) {
-        const std::string made = joinedPath(settings.OutputWorkspace, name.made + "/hdr.adf");
-        const std::string read = joinedPath(settings.OutputWorkspace, name.read + "/hdr.adf");
-        return files.fileExists(made) &&
-               (!files.fileExists(read) || files.lastModified(read) < files.lastModified(made));
-    });
-    if (!waiting) return false;
+    const Product& product = productMadeBy(kc ? "kc" : "eff");
+    const auto copies = copiesOfProduct(application_.platform(), settings, product, false);
+    if (std::ranges::none_of(copies, &GridCopy::isOffered)) return false;
+    const auto names = copiesOf(product, settings);
     const QString step = kc ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
     say(step + " reads " + toQt(names.front().made) + " under the name " +
             toQt(names.front().read) + ".",
@@ -209,14 +204,14 @@ void PluginMenu::showSample(const std::string& folder) {
     document_.refreshContents();
 }
 
-void PluginMenu::copyKcMaps() { copy(namesForCropEt(currentSettings(application_))); }
+void PluginMenu::copyGridsOf(const std::string& step) {
+    copy(copiesOf(productMadeBy(step), currentSettings(application_)));
+}
 
-void PluginMenu::copyEfficiency() { copy(namesForIrrigationRequirement()); }
-
-void PluginMenu::copy(const std::vector<StepName>& names) {
+void PluginMenu::copy(const std::vector<StepInputs::Copy>& names) {
     const std::string folder = currentSettings(application_).OutputWorkspace;
     if (names.empty()) throw PlatformError("The settings name no months to copy for");
-    for (const StepName& name : names) copyToName(application_.platform(), folder, name);
+    for (const auto& name : names) copyToName(application_.platform(), folder, name);
     const QString more = names.size() > 1 ? " ... " + toQt(names.back().made) : QString();
     const QString to = names.size() > 1 ? " ... " + toQt(names.back().read) : QString();
     say(toQt(names.front().made) + more + " copied to " + toQt(names.front().read) + to + ".", {});

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/chain/step_names.h"
+#include "hosts/chain/copies.h"
 #include "hosts/qgis/plugin/qgis_document.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 
@@ -46,10 +46,10 @@ class PluginMenu : public QObject {
     void openSampleIn(const std::string& folder);
     bool applySample(const std::string& folder);
     void showSample(const std::string& folder);
-    void copyKcMaps();
-    void copyEfficiency();
+    // Copies the grids of the step to the names under which they are read.
+    void copyGridsOf(const std::string& step);
     bool offerCopies(const std::string& progId);
-    void copy(const std::vector<StepName>& names);
+    void copy(const std::vector<StepInputs::Copy>& copies);
     void help();
     void about();
 
