@@ -20,6 +20,7 @@
 #include "gis/zone_keys.h"
 #include "irrigation/irrigation_inputs.h"
 #include "modelling/old_results.h"
+#include "modelling/products.h"
 #include "modelling/step_inputs.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
@@ -109,7 +110,8 @@ class InputCheck {
     // Grids of earlier runs that a step would read, and files that it would pass over.
     void checkStepInputs() {
         std::set<std::string> told;
-        for (const char* step : {"cropet", "nir", "irr"}) {
+        for (const Product& product : products()) {
+            const std::string step(product.maker);
             auto texts = oldInputs(platform_, settings_, step);
             std::ranges::move(passedOverInputs(platform_, settings_, step),
                               std::back_inserter(texts));
