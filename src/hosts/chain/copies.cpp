@@ -51,12 +51,14 @@ std::vector<GridCopy> copiesReadBy(IPlatform& platform, const RunSettings& setti
     return copies;
 }
 
-void copyToName(IPlatform& platform, const std::string& folder, const StepInputs::Copy& names) {
+std::string copyToName(IPlatform& platform, const std::string& folder,
+                       const StepInputs::Copy& names) {
     const auto workspace = platform.rasters().openFromFolder(folder);
     WorkingFolder working(platform.files(), folder);
     const auto source = workspace->openRasterDataset(names.made);
     workspace->save(std::array{RasterToSave{names.read, source->createDefaultRaster(), "GRID"}});
     working.settle();
+    return source->path();
 }
 
 }  // namespace velmora

@@ -42,7 +42,8 @@ std::vector<GridCopy> copiesReadBy(IPlatform& platform, const RunSettings& setti
                                    const std::string& step, const std::vector<std::string>& makers);
 
 // Saves the grid under the name that is read, replacing an older one, while it holds the folder's
-// lock. Throws PlatformError, also when a run works in the folder.
-void copyToName(IPlatform& platform, const std::string& folder, const StepInputs::Copy& names);
+// lock. The path of the grid. Throws PlatformError, also when a run works in the folder.
+std::string copyToName(IPlatform& platform, const std::string& folder,
+                       const StepInputs::Copy& names);
 
 }  // namespace velmora

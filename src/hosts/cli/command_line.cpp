@@ -8,6 +8,7 @@
 
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "hosts/chain/steps.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"

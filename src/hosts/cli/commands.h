@@ -109,7 +109,6 @@ int runAll(const Session& session, const ChainOptions& options);
 // folder.
 int runStep(const Session& session, const std::string& step, bool diagnose = false,
             const EfficiencyOptions& efficiency = {});
-std::vector<std::string> stepNames();
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
 struct KcOptions {

@@ -4,8 +4,8 @@
 
 #include "check/finding_groups.h"
 #include "check/input_check.h"
+#include "hosts/chain/steps.h"
 #include "hosts/cli/commands.h"
-#include "hosts/cli/step_run.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/components/menu_item.h"
 #include "platform/platform.h"

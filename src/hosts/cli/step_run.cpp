@@ -4,28 +4,17 @@
 #include <exception>
 
 #include "gis/errors.h"
+#include "hosts/chain/steps.h"
 #include "hosts/cli/headless_application.h"
-#include "hosts/components/loaded_extension.h"
 #include "hosts/results/run_log.h"
 #include "modelling/products.h"
 #include "settings/settings_file.h"
-#include "shell/interfaces.h"
 
 namespace velmora::cli {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// The steps in their order, with the classes of their commands.
-const std::vector<std::pair<std::string, std::string>> kSteps = {
-    {"refet", "Tarnwick.clsET_ReferenceET"},
-    {"kc", "Tarnwick.clsET_CropCoefficient"},
-    {"cropet", "Tarnwick.clsET_CropET"},
-    {"ppt", "Tarnwick.clsPPT"},
-    {"nir", "Tarnwick.clsIR_NIR"},
-    {"eff", "Tarnwick.clsIR_EFF"},
-    {"irr", "Tarnwick.clsIR_IRR"}};
 
 // Writes the diagnostics into the output folder and shows them.
 Json showDiagnostics(const Session& session, HeadlessApplication& application,
@@ -60,34 +49,7 @@ void drive(const Session& session, HeadlessApplication& application, Form& form,
     }
 }
 
-void click(HeadlessApplication& application, const std::string& step) {
-    const LoadedExtension extension;
-    const auto command = extension.create<ICommand>(progIdOf(step));
-    command->OnCreate(&application);
-    command->OnClick();
-}
-
 }  // namespace
-
-std::string progIdOf(const std::string& step) {
-    for (const auto& [name, progId] : kSteps) {
-        if (name == step) return progId;
-    }
-    throw PlatformError("There is no step " + step);
-}
-
-std::string stepOfProgId(const std::string& progId) {
-    for (const auto& [name, id] : kSteps) {
-        if (id == progId) return name;
-    }
-    return {};
-}
-
-std::vector<std::string> stepNames() {
-    std::vector<std::string> names;
-    for (const auto& [step, id] : kSteps) names.push_back(step);
-    return names;
-}
 
 void tellError(StepResult& result, const std::string& text) {
     tell("velmora: {}\n", oneLine(text));
@@ -109,7 +71,7 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
     std::string failure;
     try {
         if (step == "eff") requireShares(session, efficiency);
-        click(application, step);
+        clickStep(application, step);
         result.done = application.outcome() == StepOutcome::done;
         if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
     } catch (const std::exception& e) {

@@ -20,11 +20,6 @@ struct StepResult {
     nlohmann::ordered_json diagnostics;  // null unless asked for
 };
 
-// The ProgID of the step's command. Throws PlatformError for no step.
-std::string progIdOf(const std::string& step);
-// The step whose command has the ProgID, "" for none.
-std::string stepOfProgId(const std::string& progId);
-
 // Clicks the step's command and notes the run in the output folder. What the step throws is told
 // and makes it a failed one.
 StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
