@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/frm_statistics.h"
 
-#include <ranges>
+#include <algorithm>
 #include <utility>
 
 #include "forms/record_rows.h"
@@ -45,7 +45,9 @@ void frmStatistics::load() {
         return;
     }
     Form::load();
-    for (const Product* product : tabledProducts() | std::views::reverse) {  // the last one first
+    std::vector<const Product*> tabled = tabledProducts();
+    std::ranges::reverse(tabled);  // the last one first
+    for (const Product* product : tabled) {
         const ZoneTable& table = product->table;
         const std::string entry = std::string(table.name) + ": " + std::string(table.entry);
         cboRst.addItem(entry);
