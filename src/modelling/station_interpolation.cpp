@@ -5,14 +5,24 @@
 
 namespace velmora {
 
-RasterPtr krigedSurface(IInterpolationOp& interpolation, const std::vector<Sample>& samples) {
-    RasterPtr surface;
+namespace {
+
+RasterPtr kriged(IInterpolationOp& interpolation, const std::vector<Sample>& samples) {
     try {
-        surface = interpolation.Krige(samples, SemivariogramType::spherical, kNearestStations);
+        return interpolation.Krige(samples, SemivariogramType::spherical, kNearestStations);
     } catch (const PlatformError&) {
-        surface = nullptr;
+        return nullptr;
     }
-    return surface ? surface : inverseDistanceSurface(interpolation, samples);
+}
+
+}  // namespace
+
+Interpolated interpolate(IInterpolationOp& interpolation, Estimator estimator,
+                         const std::vector<Sample>& samples) {
+    if (estimator == Estimator::kriging) {
+        if (RasterPtr surface = kriged(interpolation, samples)) return {surface, true};
+    }
+    return {interpolation.IDW(samples, kInverseDistancePower, kNearestStations), false};
 }
 
 }  // namespace velmora

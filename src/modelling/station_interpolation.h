@@ -11,13 +11,16 @@ namespace velmora {
 constexpr int kNearestStations = 12;
 constexpr double kInverseDistancePower = 2.0;
 
-inline RasterPtr inverseDistanceSurface(IInterpolationOp& interpolation,
-                                        const std::vector<Sample>& samples) {
-    return interpolation.IDW(samples, kInverseDistancePower, kNearestStations);
-}
+enum class Estimator { inverseDistance, kriging };
 
-// Kriging where it has a surface, else, without a word, inverse distance weighting. Throws
+struct Interpolated {
+    RasterPtr raster;
+    bool kriged = false;
+};
+
+// Where kriging has no surface, inverse distance weighting takes its place without a word. Throws
 // PlatformError without samples.
-RasterPtr krigedSurface(IInterpolationOp& interpolation, const std::vector<Sample>& samples);
+Interpolated interpolate(IInterpolationOp& interpolation, Estimator estimator,
+                         const std::vector<Sample>& samples);
 
 }  // namespace velmora

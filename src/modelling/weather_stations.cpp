@@ -87,14 +87,6 @@ std::optional<double> WeatherStations::elevation(std::size_t station) const {
     return inFeet() ? *stored * 0.3048 : *stored;
 }
 
-std::vector<std::size_t> WeatherStations::between(const std::string& qualified, double low,
-                                                  double high) const {
-    requireWeatherField(qualified);
-    const std::string bracketed = "[" + qualified + "]";
-    return joined_->select(bracketed + " > " + numberText(low) + " AND " + bracketed + " < " +
-                           numberText(high));
-}
-
 std::vector<std::size_t> WeatherStations::selected(const std::string& whereClause) const {
     return joined_->select(whereClause);
 }
@@ -115,34 +107,44 @@ std::string WeatherStations::zerosText(const std::string& qualified) const {
     return "; " + std::to_string(zero) + (zero == 1 ? " station holds 0" : " stations hold 0");
 }
 
-LinearTrend WeatherStations::detrend(const std::string& qualified,
-                                     std::vector<std::size_t>& stations) {
-    std::erase_if(stations, [&](std::size_t station) { return !elevation(station); });
+std::vector<ElevationPair> WeatherStations::pairs(const std::string& qualified,
+                                                  const std::vector<std::size_t>& stations) const {
     std::vector<StationValue> values;
     for (const std::size_t station : stations) {
         values.push_back(
-            {positions_[station], *elevation(station), number(station, qualified).value()});
+            {positions_[station], elevation(station).value(), number(station, qualified).value()});
     }
-    const LinearTrend trend = fitLinearTrend(pairsByPosition(std::move(values)));
-    calculate(stations, "[" + qualified + "]-" + numberText(trend.b) + " * [" +
-                            layerField("ELEVATION") + "]" + (inFeet() ? " * 0.3048" : "") + " -" +
-                            numberText(trend.a));
-    return trend;
+    return pairsByPosition(std::move(values));
 }
 
-LinearTrend WeatherStations::detrendFor(const std::string& surface, const std::string& qualified,
-                                        int month, std::vector<std::size_t>& stations,
-                                        const std::string& aside) {
-    try {
-        return detrend(qualified, stations);
-    } catch (const PlatformError& e) {
-        throw surfaceFailure(surface, qualified, month, stations.size(), e.what() + aside);
-    }
+LinearTrend WeatherStations::trendOf(const std::string& qualified,
+                                     const std::vector<std::size_t>& stations) const {
+    return fitLinearTrend(pairs(qualified, stations));
+}
+
+std::vector<std::optional<double>> WeatherStations::residuals(
+    const std::string& qualified, const std::vector<std::size_t>& stations,
+    const LinearTrend& trend) const {
+    return platform_.calculator().calculate(
+        *joined_, stations,
+        "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField("ELEVATION") + "]" +
+            (inFeet() ? " * 0.3048" : "") + " -" + numberText(trend.a));
+}
+
+LinearTrend WeatherStations::detrend(const std::string& qualified,
+                                     const std::vector<std::size_t>& stations) {
+    const LinearTrend trend = trendOf(qualified, stations);
+    setWorkingValues(stations, residuals(qualified, stations, trend));
+    return trend;
 }
 
 void WeatherStations::calculate(const std::vector<std::size_t>& stations,
                                 const std::string& expression) {
-    const auto values = platform_.calculator().calculate(*joined_, stations, expression);
+    setWorkingValues(stations, platform_.calculator().calculate(*joined_, stations, expression));
+}
+
+void WeatherStations::setWorkingValues(const std::vector<std::size_t>& stations,
+                                       const std::vector<std::optional<double>>& values) {
     for (std::size_t i = 0; i < stations.size(); ++i) {
         layer_->setValue(stations[i], values[i] ? FieldValue(*values[i]) : FieldValue());
     }
@@ -171,17 +173,6 @@ void WeatherStations::storeWorkingField(IPrompts& prompts) {
         prompts.failure("The working field " + workingField_ +
                         " is not stored: " + std::string(e.what()));
     }
-}
-
-PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
-                             std::size_t validStations, const std::string& reason) {
-    return PlatformError("The surface " + surface + " (field " + qualified + ", month " +
-                         GetMonthName(month) + ") has " + std::to_string(validStations) +
-                         (validStations == 1 ? " valid station: " : " valid stations: ") + reason);
-}
-
-std::string retrendExpression(const std::string& name, const LinearTrend& trend) {
-    return "[" + name + "] + " + numberText(trend.a) + " + " + numberText(trend.b) + " * [DEM] ";
 }
 
 }  // namespace velmora

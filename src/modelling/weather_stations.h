@@ -54,8 +54,7 @@ class WeatherStations {
     // Metres, whatever the unit of the settings.
     std::optional<double> elevation(std::size_t station) const;
 
-    // Stations whose value lies strictly between, in record order.
-    std::vector<std::size_t> between(const std::string& qualified, double low, double high) const;
+    // The stations for which the clause holds, in record order.
     std::vector<std::size_t> selected(const std::string& whereClause) const;
     // How many stations have a number in the field, and how many of them hold 0.
     struct Zeros {
@@ -67,14 +66,19 @@ class WeatherStations {
     // "; 15 stations hold 0", "" when none does.
     std::string zerosText(const std::string& qualified) const;
 
-    // Fits value = a + b * elevation (metres) over the stations and puts what it leaves of each
-    // into the working field. Stations without an elevation take no part and are dropped. Throws
-    // PlatformError for fewer than two stations, or when all stand at one elevation.
-    LinearTrend detrend(const std::string& qualified, std::vector<std::size_t>& stations);
-
-    // The same for a surface of a month, which the failure then names; `aside` ends its text.
-    LinearTrend detrendFor(const std::string& surface, const std::string& qualified, int month,
-                           std::vector<std::size_t>& stations, const std::string& aside = {});
+    // The elevations (metres) and values of stations that have both.
+    std::vector<ElevationPair> pairs(const std::string& qualified,
+                                     const std::vector<std::size_t>& stations) const;
+    // Fits value = a + b * elevation over them. Throws PlatformError for fewer than two stations,
+    // or when all stand at one elevation; the text goes on after a count of stations.
+    LinearTrend trendOf(const std::string& qualified,
+                        const std::vector<std::size_t>& stations) const;
+    // What the line leaves of each station's value, by the field calculator.
+    std::vector<std::optional<double>> residuals(const std::string& qualified,
+                                                 const std::vector<std::size_t>& stations,
+                                                 const LinearTrend& trend) const;
+    // Fits the line and puts what it leaves of each station into the working field.
+    LinearTrend detrend(const std::string& qualified, const std::vector<std::size_t>& stations);
 
     // Puts the expression's value of each station into the working field, null where an operand is
     // null or the value has no number.
@@ -91,6 +95,8 @@ class WeatherStations {
     void storeWorkingField(IPrompts& prompts);
 
   private:
+    void setWorkingValues(const std::vector<std::size_t>& stations,
+                          const std::vector<std::optional<double>>& values);
     bool inFeet() const { return settings_.SiteElevationUnit == "Feet"; }
 
     IPlatform& platform_;
@@ -101,12 +107,5 @@ class WeatherStations {
     std::unique_ptr<IJoinedLayer> joined_;
     std::vector<Point> positions_;
 };
-
-// Why a surface of a month cannot be made: names surface, field, month and the valid stations.
-PlatformError surfaceFailure(const std::string& surface, const std::string& qualified, int month,
-                             std::size_t validStations, const std::string& reason);
-
-// The map algebra that puts the trend back: "[name] + a + b * [DEM] ", the DEM in metres.
-std::string retrendExpression(const std::string& name, const LinearTrend& trend);
 
 }  // namespace velmora

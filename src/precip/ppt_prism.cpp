@@ -1,21 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <numeric>
-
-#include "gis/cell_values.h"
-#include "gis/errors.h"
 #include "gis/text.h"
-#include "modelling/station_interpolation.h"
+#include "precip/precipitation_rules.h"
 #include "precip/precipitation_run.h"
 #include "precip/reference_grids.h"
 
 namespace velmora {
-
-namespace {
-
-// Hundredths of a millimetre in an inch: reference grids are in the former, stations in the latter.
-constexpr double kHundredthsPerInch = 2540;
-
-}  // namespace
 
 void PrecipitationRun::PPT_PRISM() {
     prepare();
@@ -28,38 +17,24 @@ void PrecipitationRun::prismMonth(int month) {
     const RasterPtr prism = openReferenceGrid(platform_, settings_, month);
     const std::string path = prismGridPath(settings_.PrismGridFolder, month);
     algebra_->BindRaster(prism, "SfcPPT");
-    const std::vector<std::optional<double>> factors = ExtractPRISMValue(*prism);
-    warnOfKeptValues(path, field, factors);
+    const std::vector<std::optional<double>> references = ExtractPRISMValue(*prism);
+    warnOfKeptValues(path, field, references);
 
-    const std::string ratio = stations_->workingField();
-    std::vector<std::size_t> all(stations_->count());
-    std::iota(all.begin(), all.end(), 0);
-    stations_->calculate(all, "2540 * [" + field + "] / [" + ratio + "]");
-    const std::vector<std::size_t> valid =
-        stations_->selected("[" + ratio + "] >= 0 AND [" + ratio + "] < 1000");
+    StationSurface surface(referencedPrecipitation(), *stations_, month, {path, references});
     if (rainlessMonth(month, field)) return;
-    tellZeros(month, field, valid);
-    if (valid.empty()) {
-        throw surfaceFailure(surfaceName(month), field, month, 0,
-                             "no ratio of a station to the reference grid " + path +
-                                 " is at least 0 and below 1000" + stations_->zerosText(field));
-    }
-
-    algebra_->BindRaster(krigedSurface(*interpolation_, stations_->samples(valid, ratio)),
-                         "RefPPT");
-    finishMonth(month, algebra_->Execute("[SfcPPT] * [RefPPT] / 2540.0"));
-    explain({surfaceName(month), field, ratio, valid, "a ratio of 0 to below 1000", false, true,
-             false, true, factors});
+    tellZeros(month, field, surface.valid());
+    finishMonth(month, surface.make(*interpolation_, *algebra_));
+    explain(surface);
 }
 
 // A station without a reference value that has something in the working field gets a ratio to that,
 // which seldom means anything: the user is told once.
 void PrecipitationRun::warnOfKeptValues(const std::string& path, const std::string& field,
-                                        const std::vector<std::optional<double>>& factors) {
+                                        const std::vector<std::optional<double>>& references) {
     if (toldOfKeptValues_) return;
     std::vector<std::string> names;
-    for (std::size_t station = 0; station < factors.size(); ++station) {
-        if (!factors[station] && stations_->number(station, stations_->workingField()) &&
+    for (std::size_t station = 0; station < references.size(); ++station) {
+        if (!references[station] && stations_->number(station, stations_->workingField()) &&
             stations_->number(station, field)) {
             names.push_back(stations_->name(station));
         }
@@ -74,14 +49,7 @@ void PrecipitationRun::warnOfKeptValues(const std::string& path, const std::stri
 }
 
 std::vector<std::optional<double>> PrecipitationRun::ExtractPRISMValue(const IRaster& prism) {
-    std::vector<std::optional<double>> factors =
-        cellValuesAt(prism, stations_->positions(), geometry_.crs, platform_.spatialReferences());
-    for (std::size_t station = 0; station < factors.size(); ++station) {
-        if (!factors[station]) continue;
-        stations_->setWorkingValue(station, *factors[station]);
-        *factors[station] /= kHundredthsPerInch;
-    }
-    return factors;
+    return sampleReference(platform_, prism, geometry_.crs, *stations_);
 }
 
 }  // namespace velmora

@@ -9,15 +9,10 @@
 #include "gis/month_names.h"
 #include "gis/text.h"
 #include "modelling/products.h"
+#include "precip/precipitation_rules.h"
 #include "settings/modelling_extent.h"
 
 namespace velmora {
-
-namespace {
-
-constexpr const char* kWorkingField = "RefPPT";
-
-}  // namespace
 
 bool PrecipitationRun::run() {
     openOutputWorkspace();
@@ -74,7 +69,7 @@ void PrecipitationRun::prepare() {
     recorder_.emplace(platform_.files(), settings_, "ppt");
     geometry_ = runGeometry(platform_, settings_);
     stations_ =
-        std::make_unique<WeatherStations>(platform_, settings_, kWorkingField, geometry_.crs);
+        std::make_unique<WeatherStations>(platform_, settings_, kPrecipitationField, geometry_.crs);
     interpolation_ = platform_.analysis().interpolation();
     algebra_ = platform_.analysis().mapAlgebra();
     useCells(interpolation_->environment(), geometry_);
@@ -131,9 +126,9 @@ void PrecipitationRun::bindDem() {
         platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster(), "DEM");
 }
 
-void PrecipitationRun::explain(const SurfaceRecipe& recipe) {
+void PrecipitationRun::explain(StationSurface& surface) {
     if (IDiagnostics* diagnostics = application_.diagnostics()) {
-        diagnostics->add(diagnose(platform_.analysis(), *stations_, recipe));
+        diagnostics->add(diagnose(platform_.analysis(), surface));
     }
 }
 

@@ -38,10 +38,10 @@ class PrecipitationRun {
     void PPT_PRISM();
     void prismMonth(int month);
     // Writes the reference value under every station into the working field; a station without one
-    // keeps what it has. The factors that turn ratios into inches, by station.
+    // keeps what it has. The values, by station.
     std::vector<std::optional<double>> ExtractPRISMValue(const IRaster& prism);
     void warnOfKeptValues(const std::string& path, const std::string& field,
-                          const std::vector<std::optional<double>>& factors);
+                          const std::vector<std::optional<double>>& references);
 
     void openOutputWorkspace();
     bool pathsAreSet();
@@ -57,7 +57,7 @@ class PrecipitationRun {
     // Tells how many stations hold 0 and are not among the valid ones.
     void tellZeros(int month, const std::string& field, const std::vector<std::size_t>& valid);
     void bindDem();
-    void explain(const SurfaceRecipe& recipe);
+    void explain(StationSurface& surface);
 
     IApplication& application_;
     IPlatform& platform_;

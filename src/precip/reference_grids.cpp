@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "precip/reference_grids.h"
 
+#include "gis/cell_values.h"
 #include "gis/errors.h"
 
 namespace velmora {
@@ -23,6 +24,16 @@ RasterPtr openReferenceGrid(IPlatform& platform, const RunSettings& settings, in
                             settings.PrismGridFolder +
                             "), without a file extension and ending in the month's two digits");
     }
+}
+
+std::vector<std::optional<double>> sampleReference(IPlatform& platform, const IRaster& grid,
+                                                   const std::string& crs,
+                                                   WeatherStations& stations) {
+    auto values = cellValuesAt(grid, stations.positions(), crs, platform.spatialReferences());
+    for (std::size_t station = 0; station < values.size(); ++station) {
+        if (values[station]) stations.setWorkingValue(station, *values[station]);
+    }
+    return values;
 }
 
 }  // namespace velmora

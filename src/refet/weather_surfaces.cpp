@@ -5,7 +5,6 @@
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
-#include "modelling/station_interpolation.h"
 #include "modelling/surface_diagnostics.h"
 
 namespace velmora {
@@ -14,14 +13,12 @@ namespace {
 
 constexpr const char* kWorkingField = "TempTTT";
 
-bool inFahrenheit(const std::string& unit) { return unit == "Degree F"; }
-
 }  // namespace
 
 WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& settings,
                                  const GridGeometry& geometry, RasterPtr dem,
                                  IDiagnostics* diagnostics)
-    : settings_(settings),
+    : quantities_(weatherQuantities(settings)),
       analysis_(platform.analysis()),
       diagnostics_(diagnostics),
       stations_(platform, settings, kWorkingField, geometry.crs) {
@@ -53,77 +50,42 @@ void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace,
 }
 
 void WeatherSurfaces::prepareMonth(int month) {
-    prepareTemperature("TM_", month);
-    prepareTemperature("TN_", month);
-    if (settings_.HasTmean && hasField("TA_", month)) prepareTemperature("TA_", month);
-    if (!settings_.needsFullWeather()) return;
-    if (settings_.HasTdew && hasField("TD_", month)) prepareTemperature("TD_", month);
-    if (settings_.HasSR && hasField("SR_", month)) prepareDirect("SR_", "Soalr radiation", month);
-    if (settings_.HasWS && hasField("WS_", month)) prepareDirect("WS_", "Wind Speed", month);
+    for (const WeatherQuantity& quantity : quantities_) {
+        if (quantity.required || hasField(quantity, month)) prepare(quantity, month);
+    }
 }
 
 // A month outside the run, whose temperatures the soil heat flux of the run's first or last month
 // uses: without valid stations it only counts as missing.
 void WeatherSurfaces::prepareNeighbour(int month) {
+    if (month < 1 || month > 12) return;
+    for (const WeatherQuantity& quantity : quantities_) {
+        if (quantity.required && !hasField(quantity, month)) return;
+    }
     const std::size_t before = prepared_.size();
-    if (month < 1 || month > 12 || !hasField("TM_", month) || !hasField("TN_", month)) return;
     try {
-        prepareTemperature("TM_", month);
-        prepareTemperature("TN_", month);
+        for (const WeatherQuantity& quantity : quantities_) {
+            if (quantity.required) prepare(quantity, month);
+        }
     } catch (const PlatformError&) {
         prepared_.resize(before);
         reports_.resize(before);
     }
 }
 
-bool WeatherSurfaces::hasField(const std::string& prefix, int month) const {
-    return stations_.hasField(stations_.weatherField(prefix, month));
+bool WeatherSurfaces::hasField(const WeatherQuantity& quantity, int month) const {
+    return stations_.hasField(stations_.weatherField(quantity.recipe.quantity, month));
 }
 
-void WeatherSurfaces::prepareTemperature(const std::string& prefix, int month) {
-    const std::string surface = prefix + GetMonthName(month);
-    const std::string name = stations_.weatherField(prefix, month);
-    const bool fahrenheit = inFahrenheit(settings_.TemperatureUnit);
-    std::vector<std::size_t> valid =
-        fahrenheit ? stations_.between(name, 0, 150) : stations_.between(name, -20, 80);
-    const LinearTrend trend = stations_.detrendFor(surface, name, month, valid);
-    const RasterPtr residuals =
-        inverseDistanceSurface(*interpolation_, stations_.samples(valid, stations_.workingField()));
-    prepared_.push_back({surface, retrended(residuals, trend), "GRID"});
-    reports_.push_back(surface + " is ready...");
-    if (diagnostics_) {
-        diagnostics_->add(diagnose(analysis_, stations_,
-                                   {surface,
-                                    name,
-                                    name,
-                                    valid,
-                                    fahrenheit ? "between 0 and 150" : "between -20 and 80",
-                                    true,
-                                    false,
-                                    false,
-                                    false,
-                                    {}}));
+void WeatherSurfaces::prepare(const WeatherQuantity& quantity, int month) {
+    StationSurface surface(quantity.recipe, stations_, month);
+    prepared_.push_back({surface.name(), surface.make(*interpolation_, *algebra_), "GRID"});
+    reports_.push_back(quantity.title.empty()
+                           ? surface.name() + " is ready..."
+                           : "Interpolation of <" + quantity.title + "> is done!");
+    if (diagnostics_ && quantity.recipe.detrended()) {
+        diagnostics_->add(diagnose(analysis_, surface));
     }
-}
-
-RasterPtr WeatherSurfaces::retrended(const RasterPtr& residuals, const LinearTrend& trend) {
-    algebra_->BindRaster(residuals, "T");
-    const std::string line = retrendExpression("T", trend);
-    return algebra_->Execute(
-        inFahrenheit(settings_.TemperatureUnit) ? "5.0 / 9.0 * ( " + line + " - 32.0)" : line);
-}
-
-void WeatherSurfaces::prepareDirect(const std::string& prefix, const std::string& title,
-                                    int month) {
-    const std::string surface = prefix + GetMonthName(month);
-    const std::string name = stations_.weatherField(prefix, month);
-    const std::vector<std::size_t> valid = stations_.between(name, 0, 500);
-    if (valid.empty()) {
-        throw surfaceFailure(surface, name, month, 0, "at least one must be above 0 and below 500");
-    }
-    prepared_.push_back(
-        {surface, inverseDistanceSurface(*interpolation_, stations_.samples(valid, name)), "GRID"});
-    reports_.push_back("Interpolation of <" + title + "> is done!");
 }
 
 }  // namespace velmora

@@ -12,6 +12,7 @@
 
 #include "gis/application.h"
 #include "modelling/weather_stations.h"
+#include "refet/weather_rules.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -41,12 +42,10 @@ class WeatherSurfaces {
   private:
     void prepareMonth(int month);
     void prepareNeighbour(int month);
-    void prepareTemperature(const std::string& prefix, int month);
-    void prepareDirect(const std::string& prefix, const std::string& title, int month);
-    bool hasField(const std::string& prefix, int month) const;
-    RasterPtr retrended(const RasterPtr& residuals, const LinearTrend& trend);
+    void prepare(const WeatherQuantity& quantity, int month);
+    bool hasField(const WeatherQuantity& quantity, int month) const;
 
-    const RunSettings& settings_;
+    const std::vector<WeatherQuantity> quantities_;
     IAnalysisFactory& analysis_;
     IDiagnostics* diagnostics_;
     WeatherStations stations_;

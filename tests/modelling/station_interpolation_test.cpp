@@ -43,12 +43,17 @@ class FakeInterpolation : public IInterpolationOp {
 TEST(StationInterpolation, InverseDistanceWhereKrigingHasNoSurface) {
     using Kriging = FakeInterpolation::Kriging;
     FakeInterpolation works(Kriging::works);
-    EXPECT_EQ(krigedSurface(works, {}), works.kriged);
+    const auto made = [](FakeInterpolation& fake, Estimator estimator) {
+        const Interpolated surface = interpolate(fake, estimator, {});
+        EXPECT_EQ(surface.kriged, surface.raster == fake.kriged);
+        return surface.raster;
+    };
+    EXPECT_EQ(made(works, Estimator::kriging), works.kriged);
     FakeInterpolation nothing(Kriging::givesNothing);
-    EXPECT_EQ(krigedSurface(nothing, {}), nothing.weighted);
+    EXPECT_EQ(made(nothing, Estimator::kriging), nothing.weighted);
     FakeInterpolation fails(Kriging::fails);
-    EXPECT_EQ(krigedSurface(fails, {}), fails.weighted);
-    EXPECT_EQ(inverseDistanceSurface(works, {}), works.weighted);
+    EXPECT_EQ(made(fails, Estimator::kriging), fails.weighted);
+    EXPECT_EQ(made(works, Estimator::inverseDistance), works.weighted);
 }
 
 }  // namespace

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// How the methods of the precipitation run make their surfaces. The run and the check of its inputs
+// ask here.
+#pragma once
+
+#include "modelling/surface_recipe.h"
+
+namespace velmora {
+
+// The stations' numeric field that is interpolated.
+constexpr const char* kPrecipitationField = "RefPPT";
+
+// "EDK": detrended over elevation, kriged, the line put back over the DEM, negative cells set to 0.
+const SurfaceRecipe& detrendedPrecipitation();
+
+// "PRISM_REF": kriged ratios of the stations to a reference grid, which they scale.
+const SurfaceRecipe& referencedPrecipitation();
+
+}  // namespace velmora
