@@ -86,7 +86,7 @@ std::vector<Finding> checkStationElevations(IPlatform& platform, const RunSettin
                  {},
                  lie + ": compare their coordinates and elevations"}};
     }
-    return {{Severity::error,
+    return {{Severity::warning,
              stations.path(),
              "ELEVATION",
              {},

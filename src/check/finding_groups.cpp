@@ -50,16 +50,27 @@ struct Group {
     std::vector<const Finding*> members;
 };
 
+constexpr std::size_t kNamed = 3;
+
+// "12 of the kind, first: TD_Jan Logan, TD_Jan Moore, TD_Feb Logan"
+std::string membersOf(const Group& group) {
+    std::string first;
+    for (std::size_t i = 0; i < std::min(kNamed, group.members.size()); ++i) {
+        const Finding& member = *group.members[i];
+        const std::string blank = member.field.empty() || member.station.empty() ? "" : " ";
+        const std::string label = member.field + blank + member.station;
+        if (!label.empty()) first += (first.empty() ? ", first: " : ", ") + label;
+    }
+    return std::to_string(group.members.size()) + " of the kind" + first;
+}
+
 std::string lineOf(const Group& group) {
     const auto size = [](const Finding* f) { return std::fabs(lenientNumber(f->text)); };
     const Finding& worst =
         **std::max_element(group.members.begin(), group.members.end(),
                            [&](const Finding* a, const Finding* b) { return size(a) < size(b); });
-    std::string line = findingLine(worst);
-    if (group.members.size() > 1) {
-        line += " (and " + std::to_string(group.members.size() - 1) + " more of the kind)";
-    }
-    return line;
+    const std::string line = findingLine(worst);
+    return group.members.size() > 1 ? line + " (" + membersOf(group) + ")" : line;
 }
 
 std::string counted(std::size_t count, const std::string& word) {
@@ -81,6 +92,16 @@ std::vector<std::string> findingLines(const std::vector<Finding>& findings) {
     for (const Severity severity : {Severity::note, Severity::warning, Severity::error}) {
         for (const Group& group : groups) {
             if (std::get<Severity>(group.key) == severity) lines.push_back(lineOf(group));
+        }
+    }
+    return lines;
+}
+
+std::vector<std::string> allFindingLines(const std::vector<Finding>& findings) {
+    std::vector<std::string> lines;
+    for (const Severity severity : {Severity::note, Severity::warning, Severity::error}) {
+        for (const Finding& finding : findings) {
+            if (finding.severity == severity) lines.push_back(findingLine(finding));
         }
     }
     return lines;

@@ -10,8 +10,11 @@ namespace velmora {
 
 // Findings as lines for a reader: notes first and errors last, so that what matters stands at the
 // end. Findings of one kind about one file and quantity ("has no value" in TM_Jan to TM_Dec of any
-// station) become one line with their count and the one with the largest number.
+// station) become one line: the one with the largest number, their count and the first three.
 std::vector<std::string> findingLines(const std::vector<Finding>& findings);
+
+// Each finding in a line of its own, in the same order.
+std::vector<std::string> allFindingLines(const std::vector<Finding>& findings);
 
 // "1 error, 2 warnings, 0 notes"
 std::string findingCounts(const std::vector<Finding>& findings);

@@ -13,8 +13,8 @@
 #include "check/precipitation_check.h"
 #include "check/station_check.h"
 #include "check/type_check.h"
+#include "crop/kc_table.h"
 #include "gis/errors.h"
-#include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/zone_keys.h"
@@ -22,6 +22,7 @@
 #include "modelling/old_results.h"
 #include "modelling/products.h"
 #include "modelling/step_inputs.h"
+#include "refet/run_size.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
 #include "settings/settings_fields.h"
@@ -72,9 +73,9 @@ class InputCheck {
         }
         if (settings_.endMonthNumber() == 0 ||
             settings_.beginMonthNumber() > settings_.endMonthNumber()) {
-            add(Severity::error, "BeginMonth, EndMonth",
+            add(Severity::warning, "BeginMonth, EndMonth",
                 "\"" + settings_.BeginMonth + "\" to \"" + settings_.EndMonth +
-                    "\" holds no month: use Jan to Dec");
+                    "\" holds no month, so runs make nothing: use Jan to Dec");
         }
         const auto year = strictNumber(settings_.Year);
         if (!year || *year < 1000 || *year > 9999) {
@@ -130,6 +131,7 @@ class InputCheck {
                 std::to_string(geometry_->columns) + " x " + std::to_string(geometry_->rows) +
                     " cells of " + numberText(settings_.CellSize) + " m in " +
                     platform_.spatialReferences().name(geometry_->crs));
+            requireMemory(platform_.files(), *geometry_);
         } catch (const PlatformError& e) {
             add(Severity::error, "ExtentProvider, CellSize", e.what());
         }
@@ -161,36 +163,46 @@ class InputCheck {
         }
     }
 
-    // Reads the DEM on the run's grid, a row here and there.
+    struct Elevations {
+        std::size_t seen = 0;
+        std::size_t missing = 0;
+        std::size_t odd = 0;
+    };
+
+    Elevations elevationsOf(const IRaster& metres, int everyRow) const {
+        Elevations found;
+        std::vector<float> cells(static_cast<std::size_t>(geometry_->columns));
+        for (int row = 0; row < geometry_->rows; row += everyRow) {
+            metres.read({0, row, geometry_->columns, 1}, cells);
+            for (const float z : cells) {
+                ++found.seen;
+                if (z == kNoData) {
+                    ++found.missing;
+                } else if (z < kLowestGround || z > kHighestGround) {
+                    ++found.odd;
+                }
+            }
+        }
+        return found;
+    }
+
+    // Reads the DEM on the run's grid, a row here and there, or all of it where these are empty.
     void checkElevations(const RasterPtr& dem) {
         const auto algebra = platform_.analysis().mapAlgebra();
         useCells(algebra->environment(), *geometry_);
         algebra->BindRaster(dem, "DEM");
         const RasterPtr metres =
             algebra->Execute(settings_.DemUnit == "Feet" ? "0.3048 * [DEM]" : "[DEM] * 1");
-        std::size_t seen = 0;
-        std::size_t missing = 0;
-        std::size_t odd = 0;
-        std::vector<float> cells(static_cast<std::size_t>(geometry_->columns));
-        for (int row = 0; row < geometry_->rows; row += std::max(1, geometry_->rows / 100)) {
-            metres->read({0, row, geometry_->columns, 1}, cells);
-            for (const float z : cells) {
-                ++seen;
-                if (z == kNoData) {
-                    ++missing;
-                } else if (z < kLowestGround || z > kHighestGround) {
-                    ++odd;
-                }
-            }
-        }
-        if (missing == seen) {
+        Elevations found = elevationsOf(*metres, std::max(1, geometry_->rows / 100));
+        if (found.missing == found.seen) found = elevationsOf(*metres, 1);
+        if (found.missing == found.seen) {
             add(Severity::error, settings_.DEM, "has no data within the modelling extent");
-        } else if (missing > 0) {
+        } else if (found.missing > 0) {
             add(Severity::note, settings_.DEM,
-                std::to_string(missing * 100 / seen) +
+                std::to_string(found.missing * 100 / found.seen) +
                     " % of the modelling extent has no elevation, and gets no reference ET");
         }
-        if (odd > 0) {
+        if (found.odd > 0) {
             add(Severity::warning, settings_.DEM,
                 "holds elevations below -450 or above 8900 m: is the DEM unit right (" +
                     settings_.DemUnit + ")?");
@@ -204,8 +216,8 @@ class InputCheck {
         if (!settings_.KcTable.empty()) {
             try {
                 const auto table = platform_.features().openTable(settings_.KcTable);
-                for (int month = 1; month <= 12; ++month) {
-                    requireField(*table, "Kc_" + GetMonthName(month));
+                for (const int month : settings_.months()) {
+                    requireField(*table, kcFieldName(month));
                 }
             } catch (const PlatformError& e) {
                 add(Severity::error, settings_.KcTable, e.what());

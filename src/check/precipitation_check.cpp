@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "check/precipitation_check.h"
 
+#include <memory>
+
 #include "gis/cell_values.h"
 #include "gis/errors.h"
+#include "gis/month_names.h"
+#include "modelling/station_surface.h"
+#include "precip/precipitation_rules.h"
 #include "precip/reference_grids.h"
 
 namespace velmora {
@@ -29,7 +34,7 @@ class PrecipitationCheck {
         } else if (method == "PRISM_REF") {
             checkReferenceGrids();
         } else {
-            add(Severity::warning, "PrecipitationMethod",
+            add(Severity::error, "PrecipitationMethod",
                 "\"" + method + "\" is neither EDK nor PRISM_REF: precipitation is not made");
         }
         return findings_;
@@ -42,14 +47,49 @@ class PrecipitationCheck {
     }
 
     void checkReferenceGrids() {
+        openStations();
         for (const int month : settings_.months()) {
             try {
-                checkReferenceGrid(prismGridPath(settings_.PrismGridFolder, month),
-                                   *openReferenceGrid(platform_, settings_, month));
+                const RasterPtr grid = openReferenceGrid(platform_, settings_, month);
+                const std::string path = prismGridPath(settings_.PrismGridFolder, month);
+                checkReferenceGrid(path, *grid);
+                checkRatios(path, *grid, month);
             } catch (const PlatformError& e) {
                 add(Severity::error, "PrismGridFolder", e.what());
                 if (settings_.PrismGridFolder.size() < 2) return;
             }
+        }
+    }
+
+    // As the run joins them; what keeps them from being joined is told by the check of the
+    // stations.
+    void openStations() {
+        if (!geometry_) return;
+        try {
+            joined_ = std::make_unique<WeatherStations>(platform_, settings_, kPrecipitationField,
+                                                        geometry_->crs);
+        } catch (const PlatformError&) {
+            return;
+        }
+    }
+
+    // Whether the run can make the month's surface of ratios. Goes through the months in their
+    // order, as a station without a reference value keeps the ratio of the month before.
+    void checkRatios(const std::string& path, const IRaster& grid, int month) {
+        const SurfaceRecipe& recipe = referencedPrecipitation();
+        if (!joined_) return;
+        const std::string field = joined_->weatherField(recipe.quantity, month);
+        if (!joined_->hasField(field)) return;
+        const auto references = sampleReference(platform_, grid, geometry_->crs, *joined_);
+        try {
+            StationSurface surface(recipe, *joined_, month, {path, references});
+            if (!joined_->zeros(field).all()) surface.fit();
+        } catch (const SurfaceFailure& e) {
+            findings_.push_back({Severity::error,
+                                 settings_.WeatherData,
+                                 recipe.quantity + GetMonthName(month),
+                                 {},
+                                 e.shortly()});
         }
     }
 
@@ -63,10 +103,10 @@ class PrecipitationCheck {
         if (stations->fieldIndex("staname") < 0) return;
         const auto values = cellValuesAt(grid, stations->points(geometry_->crs), geometry_->crs,
                                          platform_.spatialReferences());
-        const bool worked = stations->fieldIndex("RefPPT") >= 0;
+        const bool worked = stations->fieldIndex(kPrecipitationField) >= 0;
         for (std::size_t s = 0; s < values.size(); ++s) {
             if (values[s]) continue;
-            const bool kept = worked && !isNull(stations->value(s, "RefPPT"));
+            const bool kept = worked && !isNull(stations->value(s, kPrecipitationField));
             add(kept ? Severity::warning : Severity::note, path,
                 kept ? "has no value here, so the station's ratio is made to what its field RefPPT "
                        "holds from an earlier run: delete that field to leave the station out"
@@ -78,6 +118,7 @@ class PrecipitationCheck {
     IPlatform& platform_;
     const RunSettings& settings_;
     const std::optional<GridGeometry>& geometry_;
+    std::unique_ptr<WeatherStations> joined_;
     std::vector<Finding> findings_;
 };
 

@@ -13,23 +13,42 @@
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
+#include "modelling/station_surface.h"
+#include "precip/precipitation_rules.h"
+#include "refet/weather_rules.h"
 
 namespace velmora {
 
 namespace {
 
-// A monthly quantity of the weather table: the values that a run uses and those to be expected.
+// A monthly quantity of the weather table that a step uses.
 struct Quantity {
-    const char* prefix;
-    double above;  // a run uses values above ... and below ...
-    double below;
-    double high;  // higher values are suspicious
-    const char* unit;
-    std::size_t least;  // as many stations must be valid
-    // When the field is missing, how bad that is and what follows.
-    Severity missing;
+    SurfaceRecipe recipe;
+    Severity missing;  // when the table lacks its field of a month: how bad that is, what follows
     const char* consequence;
 };
+
+// Values above it are suspicious.
+double highestLikely(const SurfaceRecipe& recipe) {
+    if (recipe.quantity == "SR_") return 45;
+    if (recipe.quantity == "WS_") return 15;
+    if (recipe.quantity == "P_") return 40;
+    return recipe.fromFahrenheit ? 125 : 52;
+}
+
+std::vector<Quantity> quantitiesOf(const RunSettings& settings) {
+    std::vector<Quantity> all;
+    for (const WeatherQuantity& weather : weatherQuantities(settings)) {
+        all.push_back({weather.recipe, weather.required ? Severity::error : Severity::note,
+                       weather.required    ? ""
+                       : weather.estimated ? ": the month is estimated"
+                                           : ": the month has no such grid"});
+    }
+    if (const SurfaceRecipe* recipe = precipitationRecipe(settings)) {
+        all.push_back({*recipe, Severity::error, ": the month's precipitation cannot be made"});
+    }
+    return all;
+}
 
 class StationCheck {
   public:
@@ -48,6 +67,8 @@ class StationCheck {
         if (weather_) appendFindings(checkFlags(*weather_, settings_));
         if (weather_ && requireField(*weather_, "STN")) {
             attempt(*weather_, "STN", [&] { checkTable(); });
+            joined_ = matched_ > 0 ? joined() : nullptr;
+            attempt(*weather_, "STN", [&] { checkMonths(); });
         }
         return findings_;
     }
@@ -169,54 +190,56 @@ class StationCheck {
         std::set<std::string> keys;
         for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
             const std::string key = keyText(weather_->value(r, "STN"));
-            if (!keys.insert(key).second) {
+            const bool first = keys.insert(key).second;
+            if (!first) {
                 add(Severity::warning, weather_->path(), "STN", key,
                     "stands more than once: the first record counts");
             }
             if (named && !stationNames.contains(key)) {
                 add(Severity::warning, weather_->path(), "STN", key,
                     "is no station of " + stations_->path());
+            } else if (first) {
+                used_.push_back(r);
             }
         }
-        std::size_t matched = 0;
         for (const std::string& name : stationNames) {
             if (keys.contains(name)) {
-                ++matched;
+                ++matched_;
             } else {
                 add(Severity::warning, stations_->path(), "staname", name,
                     "has no record in " + weather_->path());
             }
         }
-        if (named && matched == 0) {
+        if (named && matched_ == 0) {
             add(Severity::error, weather_->path(), "STN", {},
                 "no record belongs to a station: compare STN with the stations' staname");
         }
-        checkMonths();
+    }
+
+    // The stations as a run joins them, null where that cannot be, which has been told by then.
+    std::unique_ptr<WeatherStations> joined() {
+        try {
+            return std::make_unique<WeatherStations>(platform_, settings_, kTemperatureField,
+                                                     geometry_ ? geometry_->crs : stations_->crs());
+        } catch (const PlatformError& e) {
+            if (!hasErrors()) add(Severity::error, stations_->path(), {}, {}, e.what());
+            return nullptr;
+        }
+    }
+
+    bool hasErrors() const {
+        return std::ranges::any_of(findings_,
+                                   [](const Finding& f) { return f.severity == Severity::error; });
     }
 
     void checkMonths() {
-        const bool fahrenheit = settings_.TemperatureUnit == "Degree F";
-        const double above = fahrenheit ? 0 : -20;
-        const double below = fahrenheit ? 150 : 80;
-        const double high = fahrenheit ? 125 : 52;
-        const char* degrees = fahrenheit ? "deg F" : "deg C";
-        for (const int m : settings_.months()) {
-            const char* estimated = ": the month is estimated";
-            checkQuantity({"TM_", above, below, high, degrees, 2, Severity::error, ""}, m);
-            checkQuantity({"TN_", above, below, high, degrees, 2, Severity::error, ""}, m);
-            if (settings_.needsFullWeather()) {
-                checkQuantity({"TD_", above, below, high, degrees, 2, Severity::note, estimated},
-                              m);
-                checkQuantity({"SR_", 0, 500, 45, "MJ/m2/Day", 1, Severity::note, estimated}, m);
-                checkQuantity({"WS_", 0, 500, 15, "m/s", 1, Severity::note, estimated}, m);
+        const std::vector<Quantity> quantities = quantitiesOf(settings_);
+        for (const int month : settings_.months()) {
+            for (const Quantity& quantity : quantities) checkQuantity(quantity, month);
+            checkOrder("TN_", "TM_", month, "the minimum is above the maximum temperature");
+            if (settings_.HasTdew && settings_.needsFullWeather()) {
+                checkOrder("TD_", "TN_", month, "the dew point is above the minimum temperature");
             }
-            if (settings_.PrecipitationMethod == "EDK") {
-                checkQuantity({"P_", 0, 1000, 40, "inches per month", 2, Severity::warning,
-                               ": the month's precipitation cannot be made"},
-                              m);
-            }
-            checkOrder("TN_", "TM_", m, "the minimum is above the maximum temperature");
-            checkOrder("TD_", "TN_", m, "the dew point is above the minimum temperature");
         }
     }
 
@@ -226,18 +249,30 @@ class StationCheck {
     }
 
     void checkQuantity(const Quantity& quantity, int month) {
-        const std::string field = quantity.prefix + GetMonthName(month);
-        attempt(*weather_, field, [&] { checkValues(quantity, field); });
-    }
-
-    void checkValues(const Quantity& quantity, const std::string& field) {
+        const std::string field = quantity.recipe.quantity + GetMonthName(month);
         if (weather_->fieldIndex(field) < 0) {
             add(quantity.missing, weather_->path(), field, {},
                 std::string("the field is missing") + quantity.consequence);
             return;
         }
-        std::size_t valid = 0;
-        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+        attempt(*weather_, field, [&] {
+            if (rainless(quantity.recipe, month)) {
+                add(Severity::note, weather_->path(), field, {},
+                    "all stations hold 0: a month without rain");
+                return;
+            }
+            checkValues(quantity.recipe, field);
+            checkSurface(quantity.recipe, field, month);
+        });
+    }
+
+    bool rainless(const SurfaceRecipe& recipe, int month) const {
+        return recipe.zerosCount && joined_ &&
+               joined_->zeros(joined_->weatherField(recipe.quantity, month)).all();
+    }
+
+    void checkValues(const SurfaceRecipe& recipe, const std::string& field) {
+        for (const std::size_t r : used_) {
             const std::string station = keyText(weather_->value(r, "STN"));
             const double* number = numberIn(r, field);
             if (const auto* text = std::get_if<std::string>(&value_); text && !text->empty()) {
@@ -246,23 +281,26 @@ class StationCheck {
                         "\", but it should be a number: make the field a numeric one");
             } else if (!number) {
                 add(Severity::note, weather_->path(), field, station, "has no value");
-            } else if (!(*number > quantity.above && *number < quantity.below)) {
+            } else if (!recipe.isRatio() && !recipe.range.holds(*number)) {
                 add(Severity::warning, weather_->path(), field, station,
-                    numberText(*number) + " is not between " + numberText(quantity.above) +
-                        " and " + numberText(quantity.below) + " " + quantity.unit +
+                    numberText(*number) + " is not " + recipe.range.text() + " " + recipe.unit +
                         ", so the station takes no part");
-            } else {
-                ++valid;
-                if (*number > quantity.high) {
-                    add(Severity::warning, weather_->path(), field, station,
-                        numberText(*number) + " is not likely in " + quantity.unit);
-                }
+            } else if (*number > highestLikely(recipe)) {
+                add(Severity::warning, weather_->path(), field, station,
+                    numberText(*number) + " is not likely in " + recipe.unit);
             }
         }
-        if (valid < quantity.least) {
-            add(Severity::error, weather_->path(), field, {},
-                "has " + std::to_string(valid) + " valid values, at least " +
-                    std::to_string(quantity.least) + " are needed");
+    }
+
+    // Whether the run can make the month's surface of these stations. That of ratios needs the
+    // reference grid as well.
+    void checkSurface(const SurfaceRecipe& recipe, const std::string& field, int month) {
+        if (!joined_ || recipe.isRatio()) return;
+        if (recipe.detrended() && stations_->fieldIndex("ELEVATION") < 0) return;
+        try {
+            StationSurface(recipe, *joined_, month).fit();
+        } catch (const SurfaceFailure& e) {
+            add(Severity::error, weather_->path(), field, {}, e.shortly());
         }
     }
 
@@ -274,7 +312,7 @@ class StationCheck {
         attempt(*weather_, low, [&] { weather_->value(0, low); });
         attempt(*weather_, up, [&] { weather_->value(0, up); });
         if (!readable(*weather_, low) || !readable(*weather_, up)) return;
-        for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
+        for (const std::size_t r : used_) {
             const double* first = numberIn(r, low);
             if (!first) continue;
             const double lowValue = *first;
@@ -290,6 +328,9 @@ class StationCheck {
     const std::optional<GridGeometry>& geometry_;
     std::shared_ptr<IFeatureClass> stations_;
     std::shared_ptr<ITable> weather_;
+    std::unique_ptr<WeatherStations> joined_;
+    std::size_t matched_ = 0;        // stations that have a record
+    std::vector<std::size_t> used_;  // records of the weather table that belong to a station
     FieldValue value_;
     std::set<std::string> unreadable_;  // tables' paths with fields
     std::vector<Finding> findings_;

@@ -42,4 +42,10 @@ const SurfaceRecipe& referencedPrecipitation() {
     return recipe;
 }
 
+const SurfaceRecipe* precipitationRecipe(const RunSettings& settings) {
+    if (settings.PrecipitationMethod == "EDK") return &detrendedPrecipitation();
+    if (settings.PrecipitationMethod == "PRISM_REF") return &referencedPrecipitation();
+    return nullptr;
+}
+
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "modelling/surface_recipe.h"
+#include "settings/run_settings.h"
 
 namespace velmora {
 
@@ -15,5 +16,8 @@ const SurfaceRecipe& detrendedPrecipitation();
 
 // "PRISM_REF": kriged ratios of the stations to a reference grid, which they scale.
 const SurfaceRecipe& referencedPrecipitation();
+
+// That of the settings' method, null for a method that is neither.
+const SurfaceRecipe* precipitationRecipe(const RunSettings& settings);
 
 }  // namespace velmora

@@ -16,6 +16,7 @@
 #include "refet/cls_models.h"
 #include "refet/equations/calendar.h"
 #include "refet/refet_pass.h"
+#include "refet/run_size.h"
 #include "refet/work_database.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
@@ -25,7 +26,6 @@ namespace velmora {
 namespace {
 
 constexpr int kGeographicNad83 = 4269;
-constexpr double kBytesPerCell = 130;  // of the cell table and what passes through memory beside it
 
 constexpr std::array<const char*, 6> kMethodLines = {
     "use ASCE Std  Penman-Monteith (Tall Crop: Alfalfa) ...",
@@ -124,14 +124,7 @@ void ReferenceEtRun::SetupWorkDatabase() {
 void ReferenceEtRun::GetGeographicCoordinates() {
     trapped("GetGeographicCoordinates", [&] {
         geometry_ = runGeometry(platform_, settings_);
-        const double bytes = kBytesPerCell * static_cast<double>(geometry_.cells());
-        if (bytes > static_cast<double>(platform_.files().freeMemory())) {
-            throw PlatformError("A cell size of " + numberText(settings_.CellSize) + " m makes " +
-                                std::to_string(geometry_.columns) + " x " +
-                                std::to_string(geometry_.rows) +
-                                " cells, for which this machine has not enough free memory (" +
-                                formatPlaces(bytes / 1e9, 1) + " GB): give a larger cell size");
-        }
+        requireMemory(platform_.files(), geometry_);
         // The left edge of the extent stands for the whole row.
         std::vector<Point> leftEdge;
         for (int row = 0; row < geometry_.rows; ++row) {

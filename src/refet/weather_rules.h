@@ -12,6 +12,9 @@
 
 namespace velmora {
 
+// The stations' numeric field that receives what the line over elevation leaves of a temperature.
+constexpr const char* kTemperatureField = "TempTTT";
+
 struct WeatherQuantity {
     SurfaceRecipe recipe;
     bool required = false;   // else a month whose field the table lacks goes without it

@@ -9,19 +9,13 @@
 
 namespace velmora {
 
-namespace {
-
-constexpr const char* kWorkingField = "TempTTT";
-
-}  // namespace
-
 WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& settings,
                                  const GridGeometry& geometry, RasterPtr dem,
                                  IDiagnostics* diagnostics)
     : quantities_(weatherQuantities(settings)),
       analysis_(platform.analysis()),
       diagnostics_(diagnostics),
-      stations_(platform, settings, kWorkingField, geometry.crs) {
+      stations_(platform, settings, kTemperatureField, geometry.crs) {
     stations_.requireElevations();
     interpolation_ = platform.analysis().interpolation();
     algebra_ = platform.analysis().mapAlgebra();

@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
+#include "platform/files/file_system.h"
 #include "tests/support/run_fixture.h"
 
 namespace velmora {
@@ -27,6 +29,8 @@ struct InputCheck : testing::Test {
 };
 
 TEST_F(InputCheck, GoodInputsHaveNoErrors) {
+    f.makeWeather(f.stations(), test::RunFixture::usualWeather,
+                  {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
     EXPECT_THAT(lines(), Not(Contains(HasSubstr("error"))));
     EXPECT_THAT(lines(), Contains(HasSubstr("37 x 21 cells of 400 m")));
 }
@@ -175,11 +179,12 @@ TEST_F(InputCheck, ElevationUnitsAgainstTheDem) {
     place(1);
     EXPECT_THAT(lines(), Not(Contains(HasSubstr("the stations lie"))));
     f.settings.SiteElevationUnit = "Feet";
-    EXPECT_THAT(lines(),
-                Contains(testing::AllOf(
-                    testing::StartsWith("error: " + f.folder.file("stations.shp") + ": ELEVATION"),
-                    HasSubstr(" m below the DEM "),
-                    testing::EndsWith("agree with SiteElevationUnit=Meters or DemUnit=Feet"))));
+    EXPECT_THAT(
+        lines(),
+        Contains(testing::AllOf(
+            testing::StartsWith("warning: " + f.folder.file("stations.shp") + ": ELEVATION"),
+            HasSubstr(" m below the DEM "),
+            testing::EndsWith("agree with SiteElevationUnit=Meters or DemUnit=Feet"))));
     f.settings.SiteElevationUnit = "Meters";
     f.settings.DemUnit = "Feet";
     EXPECT_THAT(lines(), Contains(testing::AllOf(
@@ -206,7 +211,7 @@ TEST_F(InputCheck, PrecipitationOfTheStations) {
     f.settings.DemUnit = "Feet";
     EXPECT_THAT(lines(), Contains(HasSubstr("precipitation takes its elevations as metres")));
     f.makeWeather(f.stations(), test::RunFixture::usualWeather);
-    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.folder.file("weather.dbf") +
+    EXPECT_THAT(lines(), Contains(HasSubstr("error: " + f.folder.file("weather.dbf") +
                                             ": P_Jun: the field is missing")));
     f.settings.PrecipitationMethod = "prism";
     EXPECT_THAT(lines(), Contains(HasSubstr("\"prism\" is neither EDK nor PRISM_REF")));
@@ -350,6 +355,116 @@ TEST_F(InputCheck, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
                          testing::StartsWith("error: " + path + ": TM_Jun: "),
                          HasSubstr("record 5, field TM_Jun: \"7777,00\" is no number"))));
     EXPECT_THAT(all, Contains(HasSubstr("TN_Jul: S5: 88 is not between")));
+}
+
+TEST_F(InputCheck, MoreCellsThanTheMemoryTakes) {
+    class SmallMachine : public platform::FileSystem {
+      public:
+        std::uint64_t freeMemory() const override { return 1000; }
+    } small;
+    f.application.platform().otherFiles = &small;
+    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: "),
+                                                 HasSubstr("37 x 21 cells, for which this machine "
+                                                           "has not enough free memory"))));
+}
+
+TEST_F(InputCheck, AMonthWithoutRainIsNoError) {
+    f.makeWeather(f.stations(),
+                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                      if (p == "P_" && m == 7) return 0.0;
+                      return test::RunFixture::usualWeather(p, s, m);
+                  },
+                  {"TM_", "TN_", "P_"});
+    EXPECT_THAT(lines(), Contains("note: " + f.folder.file("weather.dbf") +
+                                  ": P_Jul: all stations hold 0: a month without rain"));
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("P_Jul: S"))));
+}
+
+// A value at its limit is likely, one beyond it is told.
+TEST_F(InputCheck, LikelyLimits) {
+    const auto told = [&](const std::string& prefix, double value) {
+        f.makeWeather(f.stations(),
+                      [&](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                          if (p == prefix && s.name == "S4" && m == 7) return value;
+                          return test::RunFixture::usualWeather(p, s, m);
+                      },
+                      {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
+        const auto all = lines();
+        return std::ranges::any_of(all, [&](const std::string& line) {
+            return line.find(prefix + "Jul: S4: ") != std::string::npos &&
+                   line.find(" is not likely in ") != std::string::npos;
+        });
+    };
+    const auto expectLimit = [&](const std::string& prefix, double limit) {
+        EXPECT_FALSE(told(prefix, limit)) << prefix;
+        EXPECT_TRUE(told(prefix, limit + 0.01)) << prefix;
+    };
+    for (const char* prefix : {"TM_", "TN_", "TD_"}) expectLimit(prefix, 52);
+    expectLimit("SR_", 45);
+    expectLimit("WS_", 15);
+    expectLimit("P_", 40);
+    f.settings.TemperatureUnit = "Degree F";
+    expectLimit("TM_", 125);
+}
+
+TEST_F(InputCheck, LimitsOfElevationsAndSettings) {
+    auto stations = f.stations();
+    const auto told = [&](double elevation, const std::string& unit) {
+        f.settings.SiteElevationUnit = unit;
+        stations[4].elevation = elevation;
+        f.makeStations(stations);
+        const auto all = lines();
+        return std::ranges::any_of(all, [&](const std::string& line) {
+            return line.find(" is not likely in " + unit) != std::string::npos;
+        });
+    };
+    EXPECT_FALSE(told(6000, "Meters"));
+    EXPECT_TRUE(told(6000.1, "Meters"));
+    EXPECT_FALSE(told(-450, "Meters"));
+    EXPECT_TRUE(told(-450.1, "Meters"));
+    EXPECT_FALSE(told(19685, "Feet"));
+    EXPECT_TRUE(told(19686, "Feet"));
+    const auto has = [&](const std::string& text) {
+        const auto all = lines();
+        return std::ranges::any_of(
+            all, [&](const std::string& line) { return line.find(text) != std::string::npos; });
+    };
+    for (const auto& [ks, odd] :
+         {std::pair{0.1, false}, {0.25, false}, {0.09, true}, {0.26, true}}) {
+        f.settings.Ks = ks;
+        EXPECT_EQ(has("is far from 0.16 to 0.19"), odd) << ks;
+    }
+    for (const auto& [wind, odd] :
+         {std::pair{0.0, true}, {0.1, false}, {15.0, false}, {15.1, true}}) {
+        f.settings.EstimatedWindSpeed = wind;
+        EXPECT_EQ(has("m/s is not likely at 2 m"), odd) << wind;
+    }
+    for (const auto& [year, odd] :
+         {std::pair{"999", true}, {"1000", false}, {"9999", false}, {"10000", true}}) {
+        f.settings.Year = year;
+        EXPECT_EQ(has("is no year of four digits"), odd) << year;
+    }
+    for (const auto& [ground, odd] :
+         {std::pair{8900.0F, false}, {8901.0F, true}, {-450.0F, false}, {-451.0F, true}}) {
+        f.makeDem([&](int, int) { return ground; });
+        EXPECT_EQ(has("holds elevations below -450 or above 8900 m"), odd) << ground;
+    }
+}
+
+// A station is told that lies farther from the domain than the domain's longer side.
+TEST_F(InputCheck, ReachOfStations) {
+    auto stations = f.stations();
+    const Envelope domain = f.geometry().extent();
+    for (const auto& [away, odd] : {std::pair{0.99, false}, {1.01, true}}) {
+        stations[1].x = domain.xMax + away * domain.width();
+        f.makeStations(stations);
+        const auto all = lines();
+        EXPECT_EQ(std::ranges::any_of(all,
+                                      [](const std::string& line) {
+                                          return line.find("S1: lies ") != std::string::npos;
+                                      }),
+                  odd);
+    }
 }
 
 }  // namespace

@@ -68,10 +68,11 @@ CommandLine::CommandLine()
     whenChosen(add(app_, "commands", "Show the toolbar and menus as a host sees them",
                    "velmora commands --json"),
                listCommands);
-    whenChosen(
+    CLI::App* check =
         add(app_, "check", "List what is wrong or suspicious in the inputs that the settings name",
-            "velmora check"),
-        checkSettings);
+            "velmora check --all");
+    check->add_flag("--all", all_, "List each finding, not one line for all of a kind");
+    whenChosen(check, [this](const Session& s) { return checkSettings(s, all_); });
     addKc();
     addEfficiency();
     addTable();

@@ -57,6 +57,7 @@ class CommandLine {
     bool newCrop_ = false;
     bool csv_ = false;
     bool inputsOnly_ = false;
+    bool all_ = false;
     bool replaceDatabase_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;

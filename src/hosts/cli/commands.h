@@ -135,8 +135,9 @@ int report(const Session& session, const std::string& file);
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);
 
-// `velmora check`: what is wrong or suspicious in the inputs.
-int checkSettings(const Session& session);
+// `velmora check`: what is wrong or suspicious in the inputs; each finding, or a line for each
+// kind.
+int checkSettings(const Session& session, bool all);
 
 // `velmora grid`: datasets by path, or by name in the output folder.
 int gridInfo(const Session& session, const std::string& dataset);

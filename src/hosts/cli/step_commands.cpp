@@ -82,7 +82,7 @@ int listCommands(const Session& session) {
     return kDone;
 }
 
-int checkSettings(const Session& session) {
+int checkSettings(const Session& session, bool all) {
     platform::Platform platform;
     const std::string path = defaultSettingsPath(session.settingsFolder);
     if (!platform.files().fileExists(path)) {
@@ -104,7 +104,8 @@ int checkSettings(const Session& session) {
     if (session.json) {
         printJson(list);
     } else {
-        for (const std::string& line : findingLines(findings)) print("{}\n", oneLine(line));
+        const auto lines = all ? allFindingLines(findings) : findingLines(findings);
+        for (const std::string& line : lines) print("{}\n", oneLine(line));
         print("{}\n", findingCounts(findings));
     }
     return counts[Severity::error] == 0 ? kDone : kFailed;

@@ -289,6 +289,8 @@ TEST_F(Command, CommandsShowTheTree) {
 }
 
 TEST_F(Command, CheckTellsErrorsByItsStatus) {
+    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                        {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
     EXPECT_EQ(run("check").status, 1);
     apply();
     EXPECT_EQ(run("check").status, 0);
@@ -296,6 +298,19 @@ TEST_F(Command, CheckTellsErrorsByItsStatus) {
     apply("DEM=gone");
     EXPECT_EQ(run("check").status, 1);
     EXPECT_THAT(run("check").output, HasSubstr("error: " + folder + "/gone"));
+    // One line for the missing values of a kind, or one for each.
+    fixture.makeWeather(test::RunFixture::stations(),
+                        [](const std::string& p, const test::Station& s, int m) {
+                            return p == "P_" && (s.name == "S1" || s.name == "S2")
+                                       ? FieldValue()
+                                       : test::RunFixture::usualWeather(p, s, m);
+                        },
+                        {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
+    EXPECT_THAT(run("check").output,
+                HasSubstr("weather.dbf: P_Jun: S1: has no value (4 of the kind, first: P_Jun S1, "
+                          "P_Jun S2, P_Jul S1)\n"));
+    EXPECT_THAT(run("check --all").output, testing::AllOf(HasSubstr("P_Jun: S1: has no value\n"),
+                                                          HasSubstr("P_Jul: S2: has no value\n")));
 }
 
 TEST_F(Command, GridsAreCopiedExportedAndDrawn) {

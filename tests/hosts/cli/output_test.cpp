@@ -33,6 +33,8 @@ TEST(Console, ControlCharactersBecomeVisible) {
 }
 
 TEST_F(Command, OutputThatCannotBeWrittenIsAFailure) {
+    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                        {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
     ASSERT_EQ(apply().status, 0);
     for (const char* command : {"settings show", "--json settings show", "commands", "check",
                                 "grid info dem", "--help", "--version", "settings --help"}) {
@@ -149,6 +151,8 @@ TEST_F(Command, AFailureThatIsShownIsTheStepsFailure) {
 }
 
 TEST_F(Command, SmallTexts) {
+    fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
+                        {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
     const Outcome check = run("check");
     EXPECT_EQ(check.status, 1);
     EXPECT_EQ(check.results, "");

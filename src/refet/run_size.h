@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "gis/files.h"
+#include "gis/grid_geometry.h"
+
+namespace velmora {
+
+// Throws PlatformError, which names the cell size and the gigabytes, when the cell table of a
+// reference ET run on the grid does not fit into the free memory.
+void requireMemory(const IFileSystem& files, const GridGeometry& geometry);
+
+}  // namespace velmora
