@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <functional>
 #include <ostream>
@@ -11,6 +12,7 @@
 #include "check/input_check.h"
 #include "crop/kc_maps.h"
 #include "gis/errors.h"
+#include "gis/memory_raster.h"
 #include "tests/support/crop_fixture.h"
 
 namespace velmora {
@@ -95,7 +97,7 @@ void elevations(CropFixture& f, const std::function<double(const Station&)>& of)
 void referenced(CropFixture& f) {
     f.settings.PrecipitationMethod = "PRISM_REF";
     for (const int month : {6, 7}) {
-        f.makeReferenceGrid(month, f.geometry(), [](int, int) { return 2000.0F; });
+        f.makeReferenceGrid(month, f.geometry(), [](int, int) { return 2540.0F; });
     }
 }
 
@@ -286,10 +288,10 @@ const std::vector<Broken> kBroken = {
      "P_Jul: has 0 valid stations"},
     {"ratios, P 0", both(weather("P_", 0.0, july), referenced), kNone, ""},
     {"ratios of 1000",
-     both(weather("P_", 1000.0 * 2000 / 2540, july), referenced),
+     both(weather("P_", 1000.0, july), referenced),
      {Step::ppt},
      "P_Jul: has 0 valid stations: no ratio of a station"},
-    {"ratios of 999", both(weather("P_", 999.0 * 2000 / 2540, july), referenced), kNone, ""},
+    {"ratios of 999", both(weather("P_", 999.99, july), referenced), kNone, ""},
     {"no reference grid", setting(&RunSettings::PrecipitationMethod, "PRISM_REF"), {Step::ppt}, ""},
     {"reference grids elsewhere",
      [](CropFixture& f) {
@@ -329,7 +331,16 @@ const std::vector<Broken> kBroken = {
     {"a DEM of one cell",
      [](CropFixture& f) {
          f.settings.CellSize = 40;  // 210 rows, of which the check first reads every second
-         f.makeDem([](int c, int r) { return c == 3 && r == 5 ? 1500.0F : kNoData; });
+         GridGeometry fine = f.geometry();
+         fine.columns *= 10;
+         fine.rows *= 10;
+         fine.cellSize /= 10;
+         Grid dem(fine);
+         dem.at(30, 5) = 1500;
+         f.application.platform()
+             .rasters()
+             .openFromFolder(f.folder.path())
+             ->save(std::array{RasterToSave{"dem", std::make_shared<MemoryRaster>(dem), "GRID"}});
      },
      kNone, ""},
     // Crop coefficients.

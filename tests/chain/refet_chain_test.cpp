@@ -310,13 +310,22 @@ TEST(RefEtChain, StationsOutsideTheRangesTakeNoPart) {
 }
 
 TEST(RefEtChain, MethodsFourAndFiveMakeTemperaturesOnly) {
+    for (const char* method : {"4", "5"}) {
+        RunFixture f;
+        f.settings.RefETMethod = method;
+        ASSERT_TRUE(f.run());
+        EXPECT_TRUE(f.hasOutput("TM_Jul"));
+        for (const char* grid : {"TD_Jul", "SR_Jul", "WS_Jul", "TA_Jul"}) {
+            EXPECT_FALSE(f.hasOutput(grid)) << method << ": " << grid;
+        }
+    }
+}
+
+TEST(RefEtChain, QuantitiesThatTheSettingsTakeAsMissingAreNotMade) {
     RunFixture f;
-    f.settings.RefETMethod = "4";
+    f.settings.HasTdew = f.settings.HasSR = f.settings.HasWS = false;
     ASSERT_TRUE(f.run());
-    EXPECT_TRUE(f.hasOutput("TM_Jul"));
-    EXPECT_FALSE(f.hasOutput("TD_Jul"));
-    EXPECT_FALSE(f.hasOutput("WS_Jul"));
-    EXPECT_FALSE(f.hasOutput("TA_Jul"));
+    for (const char* grid : {"TD_Jul", "SR_Jul", "WS_Jul"}) EXPECT_FALSE(f.hasOutput(grid)) << grid;
 }
 
 TEST(RefEtChain, MeanTemperatureIsMadeWhenThere) {
