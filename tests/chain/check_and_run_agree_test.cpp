@@ -13,6 +13,7 @@
 #include "crop/kc_maps.h"
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
+#include "gis/month_names.h"
 #include "tests/support/crop_fixture.h"
 
 namespace velmora {
@@ -22,7 +23,7 @@ using test::CropFixture;
 using test::RunFixture;
 using test::Station;
 
-enum class Step { refet, ppt, kc };
+enum class Step { refet, ppt, kc, cropet };
 using Steps = std::vector<Step>;
 
 struct Broken {
@@ -39,13 +40,16 @@ const std::vector<std::string> kAll = {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"};
 bool done(CropFixture& f, Step step) {
     if (step == Step::refet) return f.run();
     if (step == Step::ppt) return f.runPrecipitation();
-    try {
+    if (step == Step::kc) {
         makeKcMaps(f.application, f.settings,
                    {f.settings.LandCover, "Use", f.settings.KcTable, 200});
         return true;
-    } catch (const PlatformError&) {
-        return false;
     }
+    for (const int month : f.settings.months()) {
+        const std::string label = GetMonthName(month);
+        if (f.hasOutput("Kc_" + label + f.settings.methodTag())) f.copyKcMaps({label});
+    }
+    return f.runCropEt();
 }
 
 // Weather in which the value of a quantity is another at the stations and months that `where` says.
@@ -364,6 +368,22 @@ const std::vector<Broken> kBroken = {
      kNone, ""},
     {"no Kc table", setting(&RunSettings::KcTable, "/none/kc.dbf"), {Step::kc}, ""},
     {"no land cover", setting(&RunSettings::LandCover, "/none/land.shp"), {Step::kc}, ""},
+    // Zones.
+    {"no zones", setting(&RunSettings::Zones, "/none/zones.shp"), {Step::cropet}, ""},
+    {"no zone field", setting(&RunSettings::ZoneField, "NAME"), {Step::cropet}, "NAME: the field"},
+    {"zones of points",
+     both(setting(&RunSettings::ZoneField, "staname"),
+          [](CropFixture& f) { f.settings.Zones = f.settings.WeatherStations; }),
+     {Step::cropet},
+     ""},
+    {"zones of one key",
+     [](CropFixture& f) {
+         auto zones = CropFixture::zones();
+         zones[1].key = zones[0].key;
+         f.makeZones(zones);
+     },
+     kNone,
+     ""},
     {"land cover of points",
      [](CropFixture& f) { f.settings.LandCover = f.settings.WeatherStations; },
      {Step::kc},
@@ -384,19 +404,22 @@ TEST_P(CheckAndRun, Agree) {
     }
     EXPECT_EQ(errors.empty(), broken.fail.empty()) << errors;
     EXPECT_NE(errors.find(broken.said), std::string::npos) << errors;
-    for (const Step step : {Step::refet, Step::ppt, Step::kc}) {
-        const bool fails = std::ranges::find(broken.fail, step) != broken.fail.end();
+    const auto fails = [&](Step step) {
+        return std::ranges::find(broken.fail, step) != broken.fail.end();
+    };
+    for (const Step step : {Step::refet, Step::ppt, Step::kc, Step::cropet}) {
         f.application.prompts().messages.clear();
-        // A failure of the domain or the output folder is that of any step.
+        // What fails all that went before has left these nothing to work on.
         if (step == Step::kc && broken.fail == kBoth) continue;
+        if (step == Step::cropet && (fails(Step::refet) || fails(Step::kc))) continue;
         bool made = false;
         try {
             made = done(f, step);
         } catch (const PlatformError&) {
             made = false;
         }
-        EXPECT_EQ(made, !fails) << "step " << static_cast<int>(step) << "\n"
-                                << f.allMessages() << errors;
+        EXPECT_EQ(made, !fails(step)) << "step " << static_cast<int>(step) << "\n"
+                                      << f.allMessages() << errors;
     }
 }
 
