@@ -62,7 +62,7 @@ class StationSurface {
     RasterPtr make(IInterpolationOp& interpolation, IMapAlgebraOp& algebra);
     bool kriged() const { return kriged_; }  // as make() went
 
-    // What the station's values are multiplied by in backAt(); nothing where there is no reference.
+    // What backAt() takes as the reference at a station; nothing where the grid has no value.
     std::optional<double> referenceAt(std::size_t station) const;
 
   private:

@@ -46,8 +46,7 @@ RasterPtr SurfaceRecipe::back(IMapAlgebraOp& algebra, const RasterPtr& interpola
                                formatPlaces(referenceScale, 1));
     }
     const std::string line = retrendExpression(variable, trend);
-    const RasterPtr all =
-        algebra.Execute(fromFahrenheit ? "5.0 / 9.0 * ( " + line + " - 32.0)" : line);
+    RasterPtr all = algebra.Execute(fromFahrenheit ? "5.0 / 9.0 * ( " + line + " - 32.0)" : line);
     if (!notNegative) return all;
     algebra.BindRaster(all, "AllCell");
     algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "Positive");

@@ -446,7 +446,7 @@ TEST_F(InputCheck, LimitsOfElevationsAndSettings) {
     }
     for (const auto& [ground, odd] :
          {std::pair{8900.0F, false}, {8901.0F, true}, {-450.0F, false}, {-451.0F, true}}) {
-        f.makeDem([&](int, int) { return ground; });
+        f.makeDem([height = ground](int, int) { return height; });
         EXPECT_EQ(has("holds elevations below -450 or above 8900 m"), odd) << ground;
     }
 }

@@ -10,7 +10,7 @@
 namespace velmora {
 namespace {
 
-constexpr GridGeometry kCells = {2, 1, 0, 1, 1, {}};
+const GridGeometry kCells = {2, 1, 0, 1, 1, {}};
 constexpr double kElevation = 1500;
 constexpr double kReference = 4064;
 constexpr LinearTrend kTrend = {12.5, -0.0065};
