@@ -362,7 +362,7 @@ TEST_F(InputCheck, MoreCellsThanTheMemoryTakes) {
       public:
         std::uint64_t freeMemory() const override { return 1000; }
     } small;
-    f.application.platform().otherFiles = &small;
+    f.world.platform.otherFiles = &small;
     EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: "),
                                                  HasSubstr("37 x 21 cells, for which this machine "
                                                            "has not enough free memory"))));
