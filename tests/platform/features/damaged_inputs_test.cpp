@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
@@ -233,6 +234,25 @@ TEST_F(DamagedInputs, NumbersOfDeletedRecordsAreNotLookedAt) {
 }
 
 // The room for files ends at every place of what is written.
+TEST_F(DamagedInputs, ACoordinateSystemThatIsNoneIsNamed) {
+    test::write(zones("prj"), "");  // tells nothing, and nothing wrong
+    EXPECT_NO_THROW(used());
+    test::write(zones("prj"), "PROJCS[");
+    EXPECT_THAT([&] { used(); },
+                testing::ThrowsMessage<PlatformError>(
+                    AllOf(HasSubstr(zones("shp")), HasSubstr(zones("prj") + " tells none"))));
+}
+
+TEST_F(DamagedInputs, WhatAKilledWritingLeftGoesWithTheNextOne) {
+    const std::string left = folder.file(".velmora-unfinished-999999999@0-zones");
+    std::filesystem::create_directory(left);
+    test::write(left + "/zones.dbf", "half");
+    std::filesystem::last_write_time(
+        left, std::filesystem::file_time_type::clock::now() - std::chrono::hours(48));
+    make("others");
+    EXPECT_FALSE(std::filesystem::exists(left));
+}
+
 TEST_F(DamagedInputs, WhatDoesNotReachTheDiskIsNotMade) {
     std::vector<NewFeature> features;
     std::vector<std::vector<FieldValue>> records;
