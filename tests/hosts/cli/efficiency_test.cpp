@@ -37,7 +37,13 @@ TEST_F(ChainCommand, RunsAllStepsAndMakesAStarterDatabase) {
     }
     EXPECT_THAT(run("report").output, HasSubstr("/out/report.html: open it in a browser"));
     EXPECT_THAT(test::contentOf(crops.folder.file("out/report.html")), HasSubstr("<td>irr</td>"));
+    EXPECT_EQ(run("report").status, 0);
     EXPECT_EQ(run("report none/x.html").status, 1);
+    const std::string weather = crops.folder.file("weather.dbf");
+    ASSERT_TRUE(std::filesystem::exists(weather));
+    std::filesystem::rename(weather, weather + ".away");  // which the check in the report tells
+    EXPECT_EQ(run("report").status, 1);
+    std::filesystem::rename(weather + ".away", weather);
     EXPECT_EQ(run("--settings-folder none report").status, 1);
     // Drip irrigation has no share of barley, a close-growing crop.
     const auto rows = nlohmann::json::parse(run("--json eff show West").output);
