@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "gis/working_folder.h"
 #include "modelling/old_results.h"
 
@@ -15,11 +16,17 @@ namespace {
 
 using State = GridCopy::State;
 
+// Steps make grids, so a raster file of that name is the user's.
+bool isUsersFile(const IRasterWorkspace& workspace, const std::string& name) {
+    return workspace.openRasterDataset(name)->path() != joinedPath(workspace.folder(), name);
+}
+
 State stateOf(const IRasterWorkspace& workspace, const StepInputs::Copy& names, bool inThisJob) {
     if (!workspace.exists(names.made)) return State::nothing;
     if (!workspace.exists(names.read)) return State::missing;
-    if (inThisJob) return State::renewed;
     try {
+        if (isUsersFile(workspace, names.read)) return State::standing;
+        if (inThisJob) return State::renewed;
         return isOutdated(workspace, names) ? State::outdated : State::standing;
     } catch (const PlatformError&) {
         return State::standing;  // whoever reads the grid says what is wrong with it

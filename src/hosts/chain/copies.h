@@ -19,7 +19,7 @@ struct GridCopy {
         missing,   // nothing stands under the name that is read
         renewed,   // the grid has been made in this job
         outdated,  // what stands under the name that is read is older than the grid, and differs
-        standing   // what stands there is good, or the user's own
+        standing   // what stands there is good, or the user's own raster file
     };
     StepInputs::Copy names;
     State state = State::nothing;

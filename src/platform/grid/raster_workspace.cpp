@@ -114,14 +114,12 @@ std::unique_ptr<IRasterDataset> openDataset(const std::string& path) {
     throw PlatformError(failure);
 }
 
-// The raster file that a grid of this name stands for from now on, if there is one that opens.
-std::unique_ptr<IRasterDataset> fileReplacedBy(const std::string& path) {
-    std::error_code error;
-    if (fs::is_directory(path, error)) return nullptr;
+bool isRasterFile(const std::string& path) {
     try {
-        return openDataset(path);
+        openDataset(path);
+        return true;
     } catch (const PlatformError&) {
-        return nullptr;
+        return false;
     }
 }
 
@@ -132,7 +130,7 @@ void requireReplaceable(const std::string& path) {
         throw PlatformError("The folder " + path +
                             " is no grid, so it is not replaced: move it away");
     }
-    if (fs::is_regular_file(path, error) && !fileReplacedBy(path)) {
+    if (fs::is_regular_file(path, error) && !isRasterFile(path)) {
         throw PlatformError("The file " + path +
                             " is no raster, so it is not replaced: move it away");
     }
@@ -223,13 +221,12 @@ class Workspace : public IRasterWorkspace {
         }
     }
 
-    // The new dataset takes its name; then the old one goes.
+    // The new dataset takes the place of the one of that very name. A raster file of the name and
+    // an ending is the user's: it stays, and is passed over from now on.
     static void moveInPlace(const std::string& from, const std::string& to) {
         requireReplaceable(to);
-        const auto old = fileReplacedBy(to);
         replaceTree(from, to);
         removeDescriptions(to);
-        if (old && old->path() != to) old->remove();
     }
 
     std::string folder_;

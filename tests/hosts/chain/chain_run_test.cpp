@@ -10,6 +10,7 @@
 #include "gis/errors.h"
 #include "hosts/chain/steps.h"
 #include "modelling/products.h"
+#include "platform/grid/geotiff_export.h"
 #include "tests/support/irrigation_fixture.h"
 
 namespace velmora {
@@ -71,7 +72,10 @@ struct ChainRuns : testing::Test {
     void makeOldCopy() {
         f.save("faef_500", f.filled(0.5F));
         f.save("IREF", f.filled(0.7F));
-        const std::filesystem::path values = f.folder.file("out/faef_500/w001001.adf");
+        makeOlder("faef_500/w001001.adf");
+    }
+    void makeOlder(const std::string& file) {
+        const std::filesystem::path values = f.folder.file("out/" + file);
         std::filesystem::last_write_time(
             values, std::filesystem::last_write_time(values) - std::chrono::hours(1));
     }
@@ -109,6 +113,21 @@ TEST_F(ChainRuns, CopiesWhatItMadeAndKeepsWhatStands) {
     EXPECT_EQ(run({"kc", "cropet"}), "");
     EXPECT_THAT(host.heard,
                 ElementsAre("kc", "run kc", "cropet", "Kc_Jul_4 to Kc_Jul", "run cropet"));
+}
+
+// A raster file under the name that is read is the user's own: also a chain that has made the grid
+// anew leaves it, and says so.
+TEST_F(ChainRuns, AUsersOwnRasterFileIsNotCopiedOver) {
+    f.save("Kc_Jul_4", f.filled(1.0F));
+    platform::exportGeoTiff(*f.filled(0.5F), f.folder.file("out/Kc_Jul.tif"));
+    makeOlder("Kc_Jul.tif");
+    EXPECT_EQ(run({"kc", "cropet"}), "cropet");
+    EXPECT_THAT(host.heard, ElementsAre("kc", "run kc", "cropet", "keeps Kc_Jul",
+                                        HasSubstr("cropet refused: Kc_Jul is older")));
+    plan.useOld = true;
+    EXPECT_EQ(run({"kc", "cropet"}), "");
+    EXPECT_EQ(f.output("Kc_Jul").at(3, 3), 0.5F);
+    EXPECT_FALSE(std::filesystem::exists(f.folder.file("out/Kc_Jul")));
 }
 
 TEST_F(ChainRuns, RefusesWhatIsOldUnlessTold) {

@@ -120,7 +120,9 @@ TEST_F(RasterWorkspace, AFileOfTheNameIsFoundByItsStem) {
     EXPECT_EQ(first("faef_500"), 9);
     save("faef_500", flat(4));
     EXPECT_EQ(first("faef_500"), 4);
-    EXPECT_FALSE(fs::exists(folder.file("faef_500.tif")));
+    EXPECT_EQ(first("faef_500.tif"), 9);  // the user's, which no grid takes away
+    EXPECT_THAT(workspace->openRasterDataset("faef_500")->passedOver(),
+                testing::ElementsAre(folder.file("faef_500.tif")));
 }
 
 TEST_F(RasterWorkspace, OtherFilesOfTheNameStopNothing) {

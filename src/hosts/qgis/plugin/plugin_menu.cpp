@@ -136,9 +136,12 @@ bool PluginMenu::offerCopies(const std::string& progId) {
     }
     const RunSettings settings = currentSettings(application_);
     const Product& product = productMadeBy(kc ? "kc" : "eff");
-    const auto copies = copiesOfProduct(application_.platform(), settings, product, false);
-    if (std::ranges::none_of(copies, &GridCopy::isOffered)) return false;
-    const auto names = copiesOf(product, settings);
+    std::vector<StepInputs::Copy> names;
+    for (const GridCopy& copy :
+         copiesOfProduct(application_.platform(), settings, product, false)) {
+        if (copy.isOffered()) names.push_back(copy.names);
+    }
+    if (names.empty()) return false;
     const QString step = kc ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
     say(step + " reads " + toQt(names.front().made) + " under the name " +
             toQt(names.front().read) + ".",
