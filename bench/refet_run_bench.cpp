@@ -16,12 +16,6 @@
 namespace velmora::bench {
 namespace {
 
-class SilentMonitor : public IProgressMonitor {
-  public:
-    void setMessage(const std::string&) override {}
-    void setStatus(const std::string&) override {}
-};
-
 class SilentHost : public IApplication, IPrompts, IBrowsers, IDialogs, IMxDocument {
   public:
     IPlatform& platform() override { return platform_; }
@@ -29,6 +23,7 @@ class SilentHost : public IApplication, IPrompts, IBrowsers, IDialogs, IMxDocume
     IBrowsers& browsers() override { return *this; }
     IDialogs& dialogs() override { return *this; }
     IMxDocument& document() override { return *this; }
+    Feedback& feedback() override { return feedback_; }
     std::string extensionFolder() override { return {}; }
     void noteOutcome(StepOutcome) override {}
 
@@ -63,6 +58,7 @@ class SilentHost : public IApplication, IPrompts, IBrowsers, IDialogs, IMxDocume
     void refreshContents() override {}
 
     platform::Platform platform_;
+    Feedback feedback_;
 };
 
 std::string basinFolder(int n) {
@@ -77,8 +73,7 @@ void referenceEtRun(benchmark::State& state) {
     const RunSettings settings = makeBigBasin(host.platform(), basinFolder(n), n);
     platform::useThreads(static_cast<int>(state.range(1)));
     for (auto _ : state) {
-        SilentMonitor monitor;
-        if (!ReferenceEtRun(host, settings, monitor).run()) state.SkipWithError("the run failed");
+        if (!ReferenceEtRun(host, settings).run()) state.SkipWithError("the run failed");
     }
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

@@ -12,10 +12,14 @@ void runMonths(IApplication& application, const RunSettings& settings) {
     IPrompts& prompts = application.prompts();
     const Product& reference = productMadeBy("refet");
     const Product& coefficients = productMadeBy("kc");
-    ZonalGridSeries series(application, settings, productMadeBy("cropet"));
+    const Product& cropEt = productMadeBy("cropet");
+    ZonalGridSeries series(application, settings, cropEt);
     prompts.message("Ready to create table");
     series.createTable();
-    for (const int month : settings.months()) {
+    const std::vector<int> months = settings.months();
+    FeedbackParts parts(application.feedback(), months.size());
+    for (const int month : months) {
+        parts.next(monthMessage(cropEt, month));
         const RasterPtr kc = series.open(coefficients, month);
         prompts.message(gridName(reference.read, settings, month));
         const RasterPtr etr = series.open(reference, month);

@@ -313,6 +313,7 @@ void frmKcEditor::makeMaps() {
     const double cellSize = boundedKcCellSize(lenientNumber(txtCellSize.text()));
     save();
     picCurve.clear();
+    const FeedbackScope scope(application().feedback(), title());
     setBusy(true);
     try {
         makeKcMaps(

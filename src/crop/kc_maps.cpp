@@ -58,7 +58,10 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
     StepRecorder recorder(platform.files(), settings, "kc");
     prompts.message("post");
     prompts.message("Kc_loop");
-    for (const int month : settings.months()) {
+    const std::vector<int> months = settings.months();
+    FeedbackParts parts(application.feedback(), months.size());
+    for (const int month : months) {
+        parts.next(monthMessage(kcMaps(), month));
         const std::string column = table->name() + "." + kcFieldName(month);
         conversion->ToRasterDataset({*joined, "[" + column + "] <> 0", column}, "Grid", *workspace,
                                     kcGridName(settings, month));

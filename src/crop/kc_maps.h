@@ -22,7 +22,8 @@ struct KcMapInputs {
 double boundedKcCellSize(double cellSize);
 
 // Makes the maps and shows the messages of the way. Polygons whose crop the table lacks, or whose
-// coefficient of the month is 0, make no cells. Throws PlatformError; the months before stay.
+// coefficient of the month is 0, make no cells. Throws PlatformError, or Cancelled; the months
+// before stay.
 void makeKcMaps(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs);
 
 // Adds the period's maps to the map document. Throws PlatformError.

@@ -84,17 +84,9 @@ std::vector<std::string> MultiSelectList::chosenItems() const {
     return chosen;
 }
 
-void ProgressBar::begin(std::size_t maximum) {
-    value_ = 0;
-    maximum_ = maximum;
+void ProgressBar::setFraction(double fraction) {
+    fraction_ = fraction;
     refresh();
-}
-
-// The host hears of every hundredth, so that long work is not slowed down by its bar.
-void ProgressBar::advance() {
-    const std::size_t hundredth = maximum_ / 100 + 1;
-    ++value_;
-    if (value_ % hundredth == 0 || value_ == maximum_) refresh();
 }
 
 void CheckBox::setValue(bool value) {

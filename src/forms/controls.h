@@ -113,14 +113,11 @@ class CheckBox : public Control {
 class ProgressBar : public Control {
   public:
     using Control::Control;
-    std::size_t value() const { return value_; }
-    std::size_t maximum() const { return maximum_; }
-    void begin(std::size_t maximum);
-    void advance();
+    double fraction() const { return fraction_; }  // 0 to 1
+    void setFraction(double fraction);
 
   private:
-    std::size_t value_ = 0;
-    std::size_t maximum_ = 0;
+    double fraction_ = 0;
 };
 
 // A group of controls with a caption.

@@ -25,10 +25,15 @@ class TrappedForm : public Form {
     IPlatform& platform() const { return application_.platform(); }
     IPrompts& prompts() const { return application_.prompts(); }
 
-    // Does what the user asks for; shows what a failure says.
+    // Does what the user asks for; shows what a failure says. Here cancelled work ends.
     void attempt(const std::function<void()>& body) {
         failed_ = false;
-        if (!trapped(prompts(), body)) fail();
+        try {
+            if (!trapped(prompts(), body)) fail();
+        } catch (const Cancelled&) {
+            fail();
+            application_.noteOutcome(StepOutcome::cancelled);
+        }
     }
     void fail() { failed_ = true; }
     // A refusal or failure that has a text of its own.

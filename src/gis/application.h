@@ -9,6 +9,7 @@
 #include "gis/clock.h"
 #include "gis/diagnostics.h"
 #include "gis/features.h"
+#include "gis/feedback.h"
 #include "gis/files.h"
 #include "gis/joins.h"
 #include "gis/map_document.h"
@@ -46,7 +47,7 @@ class IDialogs {
     virtual void show(Form& form) = 0;       // returns at once
 };
 
-enum class StepOutcome { done, failed };
+enum class StepOutcome { done, failed, cancelled };
 
 class IApplication {
   public:
@@ -56,11 +57,13 @@ class IApplication {
     virtual IBrowsers& browsers() = 0;
     virtual IDialogs& dialogs() = 0;
     virtual IMxDocument& document() = 0;
+    // Where steps report how far they are; the host's loops report there too.
+    virtual Feedback& feedback() = 0;
     // The folder that stands for the extension module's own, home of the default settings file.
     virtual std::string extensionFolder() = 0;
     // Where steps send what stands behind their surfaces; none unless the user asked for it.
     virtual IDiagnostics* diagnostics() { return nullptr; }
-    // Told at the end of every click of a model command.
+    // Told at the end of every click of a model command, and of cancelled work of a form.
     virtual void noteOutcome(StepOutcome outcome) = 0;
 };
 

@@ -23,6 +23,9 @@ namespace {
 
 constexpr const char* kEfficiency = "IREF";  // the field, in the database and the pieces
 constexpr std::size_t kRepairsTold = 5;
+// How much of the work has been done by then.
+constexpr double kPiecesMade = 0.5;
+constexpr double kEfficienciesFound = 0.9;
 
 std::string piecesName() { return std::string(productMadeBy("eff").onTheWay); }
 
@@ -89,6 +92,7 @@ void ensureEfficiencyField(IFeatureWorkspaceFactory& features, const std::string
 
 bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
     IPlatform& platform = application.platform();
+    application.feedback().beginPart(0, kPiecesMade);
     DeleteFeatureClass(platform.features(), settings.OutputWorkspace, piecesName());
     const auto landCover = opened(platform, settings, settings.LandCover, "land cover");
     const auto zones = opened(platform, settings, settings.Zones, "zone");
@@ -115,7 +119,9 @@ bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
 }
 
 void GetIREF(IApplication& application, const RunSettings& settings,
-             const std::string& databasePath, ProgressBar& progress) {
+             const std::string& databasePath) {
+    IFeedback& feedback = application.feedback();
+    feedback.beginPart(kPiecesMade, kEfficienciesFound);
     IPlatform& platform = application.platform();
     ensureEfficiencyField(platform.features(), piecesPath(settings));
     EfficiencyLookup lookup(platform, databasePath);
@@ -126,13 +132,14 @@ void GetIREF(IApplication& application, const RunSettings& settings,
     const auto transaction = shapefiles->beginTransaction();
     const auto pieces = shapefiles->open("Select * from " + piecesName());
     std::size_t count = 0;
+    std::size_t done = 0;
     for (; !pieces->eof(); pieces->moveNext()) ++count;
-    progress.begin(count);
     for (pieces->moveFirst(); !pieces->eof(); pieces->moveNext()) {
         pieces->setValue(kEfficiency, lookup.of(keyText(pieces->value(settings.ZoneField)),
                                                 keyText(pieces->value(kCropField))));
         pieces->update();
-        progress.advance();
+        feedback.advance(static_cast<double>(++done) / static_cast<double>(count));
+        throwIfCancelled(feedback);
     }
     transaction->commit();
     application.prompts().message("Ready to make EF map");
@@ -141,6 +148,7 @@ void GetIREF(IApplication& application, const RunSettings& settings,
 void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
                         WorkingFolder& folder) {
     IPlatform& platform = application.platform();
+    application.feedback().beginPart(kEfficienciesFound, 1);
     const auto pieces = platform.features().openFeatureClass(piecesPath(settings));
     const auto layer = platform.memoryRelationships().openUnjoined(pieces);
     const auto conversion = platform.analysis().conversion();

@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "forms/controls.h"
 #include "gis/application.h"
 #include "gis/working_folder.h"
 #include "settings/run_settings.h"
@@ -18,9 +17,9 @@ namespace velmora {
 bool GetLuIntersected(IApplication& application, const RunSettings& settings);
 
 // Gives every piece the IREF of its zone and crop from the irrigation database, 0 when it has none,
-// all pieces in one transaction; `progress` advances with each. Throws PlatformError.
+// all pieces in one transaction. Throws PlatformError, and Cancelled before anything is changed.
 void GetIREF(IApplication& application, const RunSettings& settings,
-             const std::string& databasePath, ProgressBar& progress);
+             const std::string& databasePath);
 
 // Makes the grid "IREF" of the pieces whose efficiency is not 0, on cells of the settings' size
 // over the extent of the pieces, and settles the output folder. Throws PlatformError.

@@ -27,6 +27,17 @@ bool isTextColumn(const std::string& name) {
 
 const RunSettings& settings() { return processState().settings; }
 
+// Shows in a bar how much of the work is done.
+class BarListener : public IFeedbackListener {
+  public:
+    explicit BarListener(ProgressBar& bar) : bar_(bar) {}
+    void begins(const std::string&) override { bar_.setFraction(0); }
+    void fractionChanged(double done) override { bar_.setFraction(done); }
+
+  private:
+    ProgressBar& bar_;
+};
+
 }  // namespace
 
 frmEfficiency::frmEfficiency(IApplication& application)
@@ -190,7 +201,7 @@ void frmEfficiency::calculate() {
     try {
         database().estimateEfficiencies(zone(),
                                         [this] { fail("Error in getting Method Efficiency"); });
-    } catch (const PlatformError&) {
+    } catch (...) {
         showShares();
         throw;
     }
@@ -198,16 +209,19 @@ void frmEfficiency::calculate() {
 }
 
 void frmEfficiency::makeMap() {
+    BarListener bar(PBar1);
+    const Listening listening(application().feedback(), bar);
+    const FeedbackScope scope(application().feedback(), cmdEFMap.text());
     setBusy(true);
     try {
         WorkingFolder folder(platform().files(), settings().OutputWorkspace);
         if (GetLuIntersected(application(), settings())) {
-            GetIREF(application(), settings(), databasePath_, PBar1);
+            GetIREF(application(), settings(), databasePath_);
             makeEfficiencyGrid(application(), settings(), folder);
         } else {
             fail();
         }
-    } catch (const PlatformError&) {
+    } catch (...) {
         setBusy(false);
         throw;
     }

@@ -15,7 +15,10 @@ void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
 
 void addRequirements(IApplication& application, const RunSettings& settings,
                      ZonalGridSeries& series, const Requirement& requirement) {
-    for (const int month : settings.months()) {
+    const std::vector<int> months = settings.months();
+    FeedbackParts parts(application.feedback(), months.size());
+    for (const int month : months) {
+        parts.next(monthMessage(series.product(), month));
         const RasterPtr precipitation = series.open(productMadeBy("ppt"), month);
         const RasterPtr cropEt = series.open(productMadeBy("cropet"), month);
         const auto algebra = application.platform().analysis().mapAlgebra();

@@ -155,6 +155,10 @@ std::vector<std::string> gridNames(const GridNaming& naming, const RunSettings& 
     return names;
 }
 
+std::string monthMessage(const Product& product, int month) {
+    return std::string(product.title) + " of " + GetMonthName(month) + " ...";
+}
+
 std::string namePattern(const GridNaming& naming) {
     return std::string(naming.stem) + (naming.monthly ? "<month>" : "") +
            (naming.tagged ? "_<method>" : "");

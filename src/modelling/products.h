@@ -74,6 +74,8 @@ std::vector<std::string> zoneTableNames();
 std::string gridName(const GridNaming& naming, const RunSettings& settings, int month);
 // Those of the settings' period in order, or the one of all months.
 std::vector<std::string> gridNames(const GridNaming& naming, const RunSettings& settings);
+// What is being made, for whoever watches a step: "Precipitation of Jul ...".
+std::string monthMessage(const Product& product, int month);
 // "Kc_<month>_<method>".
 std::string namePattern(const GridNaming& naming);
 

@@ -161,17 +161,18 @@ std::vector<Sample> WeatherStations::samples(const std::vector<std::size_t>& sta
     return samples;
 }
 
-void WeatherStations::storeWorkingField(IPrompts& prompts) {
+void WeatherStations::storeWorkingField(IApplication& application) {
     if (!layer_->takesEdits()) {
-        prompts.notice("The working field " + workingField_ + " is kept in memory only: " +
-                       layer_->path() + " has no dBASE table of its own that can be written to");
+        application.feedback().warning("The working field " + workingField_ +
+                                       " is kept in memory only: " + layer_->path() +
+                                       " has no dBASE table of its own that can be written to");
         return;
     }
     try {
         layer_->store(platform_.features());
     } catch (const PlatformError& e) {
-        prompts.failure("The working field " + workingField_ +
-                        " is not stored: " + std::string(e.what()));
+        application.prompts().failure("The working field " + workingField_ +
+                                      " is not stored: " + std::string(e.what()));
     }
 }
 

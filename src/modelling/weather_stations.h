@@ -92,7 +92,7 @@ class WeatherStations {
     // Stores the working field in the stations' attribute table. Where that fails the table stays
     // as it was and a message says why; that stations without such a table keep the field in memory
     // is a notice. What was made from the values in memory stands either way.
-    void storeWorkingField(IPrompts& prompts);
+    void storeWorkingField(IApplication& application);
 
   private:
     void setWorkingValues(const std::vector<std::size_t>& stations,

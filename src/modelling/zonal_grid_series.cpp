@@ -21,10 +21,10 @@ ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& s
       folder_(application.platform().files(), settings.OutputWorkspace),
       workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
     for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
-        application.prompts().notice(old);
+        application.feedback().warning(old);
     }
     for (const std::string& text : passedOverInputs(application.platform(), settings, step_)) {
-        application.prompts().notice(text);
+        application.feedback().warning(text);
     }
 }
 

@@ -23,6 +23,7 @@ class ZonalGridSeries {
     // The product has a zone table, and must outlive the series. Throws PlatformError.
     ZonalGridSeries(IApplication& application, const RunSettings& settings, const Product& product);
 
+    const Product& product() const { return product_; }
     // A grid of the output folder. Throws PlatformError when there is none.
     RasterPtr open(const std::string& name) const;
     // The month's grid of a product, under the name that is read.

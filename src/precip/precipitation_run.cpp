@@ -77,8 +77,13 @@ void PrecipitationRun::prepare() {
 }
 
 void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
-    for (const int month : settings_.months()) (this->*make)(month);
-    stations_->storeWorkingField(application_.prompts());
+    const std::vector<int> months = settings_.months();
+    FeedbackParts parts(application_.feedback(), months.size());
+    for (const int month : months) {
+        parts.next(monthMessage(productMadeBy("ppt"), month));
+        (this->*make)(month);
+    }
+    stations_->storeWorkingField(application_);
     folder_->settle();
 }
 
@@ -103,10 +108,11 @@ bool PrecipitationRun::rainlessMonth(int month, const std::string& field) {
     if (!zeros.all()) return false;
     bindDem();
     finishMonth(month, algebra_->Execute("[DEM] * 0"));
-    application_.prompts().notice(surfaceName(month) + ": all " + std::to_string(zeros.stations) +
-                                  " stations with a value of " + field +
-                                  " hold 0, a month without rain: the grid is 0 where the DEM has "
-                                  "data");
+    application_.feedback().warning(
+        surfaceName(month) + ": all " + std::to_string(zeros.stations) +
+        " stations with a value of " + field +
+        " hold 0, a month without rain: the grid is 0 where the DEM has "
+        "data");
     return true;
 }
 
@@ -116,9 +122,9 @@ void PrecipitationRun::tellZeros(int month, const std::string& field,
     std::size_t left = zeros.zero;
     for (const std::size_t station : valid) left -= stations_->number(station, field) == 0.0;
     if (left == 0) return;
-    application_.prompts().notice(surfaceName(month) + ": " + std::to_string(left) + " of " +
-                                  std::to_string(zeros.stations) + " stations hold 0 in field " +
-                                  field + " and take no part");
+    application_.feedback().warning(surfaceName(month) + ": " + std::to_string(left) + " of " +
+                                    std::to_string(zeros.stations) + " stations hold 0 in field " +
+                                    field + " and take no part");
 }
 
 void PrecipitationRun::bindDem() {

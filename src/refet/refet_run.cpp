@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
+#include <string>
 
 #include "gis/error_trap.h"
 #include "gis/errors.h"
@@ -35,24 +35,24 @@ constexpr std::array<const char*, 6> kMethodLines = {
     "use SCS Modified Blaney-Criddle ...",
     "use Priestley-Taylor  ..."};
 
+// How much of a year's run on a large grid has been done by then.
+constexpr double kPrepared = 0.05;
+constexpr double kSurfacesMade = 0.5;
+constexpr double kMonthsMade = 0.85;
+
 }  // namespace
 
-ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& settings,
-                               IProgressMonitor& monitor)
+ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& settings)
     : application_(application),
       platform_(application.platform()),
       settings_(settings),
-      monitor_(monitor),
+      feedback_(application.feedback()),
       year_(settings.yearNumber()),
       runStatus_(processState().runStatus) {}
 
-// The error trap of a procedure: shows the platform's description behind the procedure's name.
 template <class Body>
-void ReferenceEtRun::trapped(const char* procedure, Body body) {
-    try {
-        body();
-    } catch (const std::exception& e) {
-        application_.prompts().failure(std::string("Error in '") + procedure + "': " + e.what());
+void ReferenceEtRun::trapped(const std::string& procedure, Body body) {
+    if (!velmora::trapped(application_.prompts(), "Error in '" + procedure + "': ", body)) {
         runStatus_ = false;
     }
 }
@@ -69,6 +69,7 @@ void ReferenceEtRun::runSteps() {
     const double start = platform_.clock().seconds();
     show("Velmora is starting to run ...");
     show("Previous setttings has been loaded ...");
+    feedback_.beginPart(0, kPrepared);
     SetupWorkDatabase();
     if (!runStatus_) return;
     show("Access MDB has been created for operations ...");
@@ -76,13 +77,18 @@ void ReferenceEtRun::runSteps() {
     if (!runStatus_) return;
     GetRasterTemp();
     if (!runStatus_) return;
+    feedback_.beginPart(kPrepared, kSurfacesMade);
     GetParameters();
     if (!runStatus_) return;
     show("All parameter layers are ready now...");
     show(kMethodLines[static_cast<std::size_t>(settings_.methodNumber() - 1)]);
-    for (const int month : settings_.months()) {
+    const std::vector<int> months = settings_.months();
+    FeedbackParts parts(feedback_, months.size(), kSurfacesMade, kMonthsMade);
+    for (const int month : months) {
+        parts.next();
         if (!runMonth(month)) return;
     }
+    feedback_.beginPart(kMonthsMade, 1);
     storeCells();
     settle();
     if (!runStatus_) return;
@@ -191,8 +197,8 @@ void ReferenceEtRun::GetParameters() {
         surfaces_ = std::make_unique<WeatherSurfaces>(platform_, settings_, geometry_, dem_,
                                                       application_.diagnostics());
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
-                        [this](const std::string& line) { show(line); });
-        surfaces_->storeWorkingField(application_.prompts());
+                        feedback_);
+        surfaces_->storeWorkingField(application_);
         if (settings_.needsFullWeather()) tellEstimates();
     });
 }
@@ -208,9 +214,8 @@ void ReferenceEtRun::tellEstimates() {
             if (!hasGrid(prefix, month)) months.push_back(GetMonthName(month));
         }
         if (months.empty()) continue;
-        application_.prompts().notice("The run has no " + std::string(name) + " (" + prefix +
-                                      "...) for " + joinedNames(months) +
-                                      ": it is estimated from " + source);
+        feedback_.warning("The run has no " + std::string(name) + " (" + prefix + "...) for " +
+                          joinedNames(months) + ": it is estimated from " + source);
     }
 }
 
@@ -229,31 +234,33 @@ RasterPtr ReferenceEtRun::weatherGrid(const std::string& prefix, int month) {
 
 // Says nothing of its own when it fails; the status line of the monitor does.
 void ReferenceEtRun::ReadinGrids(int month) {
-    try {
-        GridReadIn(*weatherGrid("TM_", month), CellField::TM);
-        GridReadIn(*weatherGrid("TN_", month), CellField::TN);
-        if (!settings_.needsFullWeather()) return;
-        const Date date{representativeDay(month, year_), month, year_};
-        if (hasGrid("TD_", month)) {
-            GridReadIn(*weatherGrid("TD_", month), CellField::TD);
-        } else {
-            estimateDewPoint(platform_.loop(), cells_, settings_.Ko, noData_);
-        }
-        if (hasGrid("SR_", month)) {
-            GridReadIn(*weatherGrid("SR_", month), CellField::SR);
-        } else {
-            estimateSolarRadiation(platform_.loop(), cells_, settings_.Ks, date,
-                                   static_cast<std::size_t>(geometry_.rows), noData_);
-        }
-        if (hasGrid("WS_", month)) {
-            GridReadIn(*weatherGrid("WS_", month), CellField::WS);
-        } else {
-            estimateWindSpeed(cells_, settings_.EstimatedWindSpeed);
-        }
-    } catch (const std::exception& e) {
-        monitor_.setStatus("ReadinGrids: " + std::string(e.what()));
-        application_.prompts().reason("ReadinGrids: " + std::string(e.what()));
-        runStatus_ = false;
+    const auto failure = failureOf([&] { readWeather(month); });
+    if (!failure) return;
+    feedback_.setStatus("ReadinGrids: " + *failure);
+    application_.prompts().reason("ReadinGrids: " + *failure);
+    runStatus_ = false;
+}
+
+void ReferenceEtRun::readWeather(int month) {
+    GridReadIn(*weatherGrid("TM_", month), CellField::TM);
+    GridReadIn(*weatherGrid("TN_", month), CellField::TN);
+    if (!settings_.needsFullWeather()) return;
+    const Date date{representativeDay(month, year_), month, year_};
+    if (hasGrid("TD_", month)) {
+        GridReadIn(*weatherGrid("TD_", month), CellField::TD);
+    } else {
+        estimateDewPoint(platform_.loop(), cells_, settings_.Ko, noData_);
+    }
+    if (hasGrid("SR_", month)) {
+        GridReadIn(*weatherGrid("SR_", month), CellField::SR);
+    } else {
+        estimateSolarRadiation(platform_.loop(), cells_, settings_.Ks, date,
+                               static_cast<std::size_t>(geometry_.rows), noData_);
+    }
+    if (hasGrid("WS_", month)) {
+        GridReadIn(*weatherGrid("WS_", month), CellField::WS);
+    } else {
+        estimateWindSpeed(cells_, settings_.EstimatedWindSpeed);
     }
 }
 
@@ -271,7 +278,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
         toldAboutHeatFlux_ = true;
         return;
     }
-    try {
+    const auto failure = failureOf([&] {
         const auto algebra = platform_.analysis().mapAlgebra();
         useCells(algebra->environment(), geometry_);
         algebra->BindRaster(weatherGrid("TM_", p), "TPMax");
@@ -283,14 +290,14 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
                                   ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
                                   : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
             CellField::GG);
-    } catch (const std::exception& e) {
-        withoutData(CellField::GG);
-        application_.prompts().failure("Error in 'GetSoilHeatFlux': " + std::string(e.what()));
-    }
+    });
+    if (!failure) return;
+    withoutData(CellField::GG);
+    application_.prompts().failure("Error in 'GetSoilHeatFlux': " + *failure);
 }
 
 void ReferenceEtRun::CalculateRefET(int month) {
-    try {
+    const auto failure = failureOf([&] {
         const auto method = static_cast<RefEtMethod>(settings_.methodNumber());
         const Date date{representativeDay(month, year_), month, year_};
         const RefEtPassResult result =
@@ -301,12 +308,12 @@ void ReferenceEtRun::CalculateRefET(int month) {
                                            std::to_string(result.failedCells) + " cells in " +
                                            GetMonthName(month) + ")");
         }
-    } catch (const std::exception& e) {
-        monitor_.setStatus(GetMonthName(month) + ": " + e.what());
-        application_.prompts().reason(GetMonthName(month) + ": " + e.what());
-        application_.prompts().failure("Error found in RefET calculation module");
-        runStatus_ = false;
-    }
+    });
+    if (!failure) return;
+    feedback_.setStatus(GetMonthName(month) + ": " + *failure);
+    application_.prompts().reason(GetMonthName(month) + ": " + *failure);
+    application_.prompts().failure("Error found in RefET calculation module");
+    runStatus_ = false;
 }
 
 // What cannot be read is no data, never what an earlier month left in the column.
@@ -315,16 +322,14 @@ void ReferenceEtRun::withoutData(CellField field) {
 }
 
 void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
-    try {
-        gridIntoField(platform_.loop(), raster, cells_, field);
-    } catch (const std::exception& e) {
-        withoutData(field);
-        application_.prompts().failure("Error in 'GridReadin': " + std::string(e.what()));
-    }
+    const auto failure = failureOf([&] { gridIntoField(platform_.loop(), raster, cells_, field); });
+    if (!failure) return;
+    withoutData(field);
+    application_.prompts().failure("Error in 'GridReadin': " + *failure);
 }
 
 void ReferenceEtRun::GridReadOut(int month) {
-    try {
+    const auto save = [&] {
         const Product& product = productMadeBy("refet");
         const std::string name = gridName(product.made, settings_, month);
         const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
@@ -334,8 +339,8 @@ void ReferenceEtRun::GridReadOut(int month) {
             application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
         ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);
         application_.document().addLayer(std::move(layer));
-    } catch (const std::exception& e) {
-        application_.prompts().failure("Errors in 'GridReadout':  " + std::string(e.what()));
+    };
+    if (!velmora::trapped(application_.prompts(), "Errors in 'GridReadout':  ", save)) {
         runStatus_ = false;
     }
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "gis/application.h"
-#include "gis/progress.h"
 #include "gis/working_folder.h"
 #include "modelling/step_record.h"
 #include "refet/cell_table.h"
@@ -21,16 +20,17 @@ namespace velmora {
 
 class ReferenceEtRun {
   public:
-    ReferenceEtRun(IApplication& application, const RunSettings& settings,
-                   IProgressMonitor& monitor);
+    ReferenceEtRun(IApplication& application, const RunSettings& settings);
 
     // Runs from beginning to end, or to the first procedure whose error trap clears the run-status
-    // flag. Shows its messages as it goes. True when the run is done.
+    // flag. Shows its messages as it goes. True when the run is done. Throws Cancelled; the grids
+    // made before stay.
     bool run();
 
   private:
     void runSteps();
     bool runMonth(int month);
+    void readWeather(int month);
 
     // Each traps its own failures; a failure is shown and clears the run-status flag, except where
     // the procedure says otherwise.
@@ -48,9 +48,10 @@ class ReferenceEtRun {
     void GridReadIn(const IRaster& raster, CellField field);
     void withoutData(CellField field);
 
+    // Shows a failure behind the procedure's name and clears the run-status flag.
     template <class Body>
-    void trapped(const char* procedure, Body body);
-    void show(const std::string& text) { monitor_.setMessage(text); }
+    void trapped(const std::string& procedure, Body body);
+    void show(const std::string& text) { feedback_.setMessage(text); }
     RasterPtr weatherGrid(const std::string& prefix, int month);
     void tellEstimates();
     bool hasGrid(const std::string& prefix, int month) const;
@@ -60,7 +61,7 @@ class ReferenceEtRun {
     IApplication& application_;
     IPlatform& platform_;
     const RunSettings& settings_;
-    IProgressMonitor& monitor_;
+    IFeedback& feedback_;
     int year_;
     bool& runStatus_;
     std::optional<WorkingFolder> folder_;

@@ -9,13 +9,20 @@
 
 namespace velmora {
 
+namespace {
+
+constexpr std::size_t kCellsOfASave = 250'000'000;  // some seconds
+
+}  // namespace
+
 WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& settings,
                                  const GridGeometry& geometry, RasterPtr dem,
                                  IDiagnostics* diagnostics)
     : quantities_(weatherQuantities(settings)),
       analysis_(platform.analysis()),
       diagnostics_(diagnostics),
-      stations_(platform, settings, kTemperatureField, geometry.crs) {
+      stations_(platform, settings, kTemperatureField, geometry.crs),
+      cells_(geometry.cells()) {
     stations_.requireElevations();
     interpolation_ = platform.analysis().interpolation();
     algebra_ = platform.analysis().mapAlgebra();
@@ -24,23 +31,34 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
     algebra_->BindRaster(std::move(dem), "DEM");
 }
 
-void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace,
-                           const std::function<void(const std::string&)>& report) {
+void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace, IFeedback& feedback) {
     if (end < std::max(1, begin)) return;
     std::string failure;
     try {
         prepareNeighbour(begin - 1);
-        for (int month = std::max(1, begin); month <= end; ++month) prepareMonth(month);
+        for (int month = std::max(1, begin); month <= end; ++month) {
+            throwIfCancelled(feedback);
+            prepareMonth(month);
+            if (month < end) saveWhenLarge(workspace, feedback);
+        }
         prepareNeighbour(end + 1);
     } catch (const PlatformError& e) {
         failure = e.what();
     }
+    save(workspace, feedback);
+    if (!failure.empty()) throw PlatformError(failure);
+}
+
+void WeatherSurfaces::saveWhenLarge(IRasterWorkspace& workspace, IFeedback& feedback) {
+    if (cells_ * prepared_.size() >= kCellsOfASave) save(workspace, feedback);
+}
+
+void WeatherSurfaces::save(IRasterWorkspace& workspace, IFeedback& feedback) {
     workspace.save(prepared_);
     for (const RasterToSave& saved : prepared_) made_.insert(saved.name);
-    for (const std::string& line : reports_) report(line);
+    for (const std::string& line : reports_) feedback.setMessage(line);
     prepared_.clear();
     reports_.clear();
-    if (!failure.empty()) throw PlatformError(failure);
 }
 
 void WeatherSurfaces::prepareMonth(int month) {

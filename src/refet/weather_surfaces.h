@@ -4,7 +4,6 @@
 // as they are.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -28,18 +27,21 @@ class WeatherSurfaces {
     // Makes every grid that the method needs for the months `begin` to `end`, and TM and TN of the
     // month before and after where the table has them, and saves them all in `workspace`. A month
     // that cannot be made ends with a PlatformError that names quantity, month and station count;
-    // the grids before it are saved. `report` is told each grid.
-    void make(int begin, int end, IRasterWorkspace& workspace,
-              const std::function<void(const std::string&)>& report);
+    // the grids before it are saved. Each grid is told when it is saved. Throws Cancelled.
+    void make(int begin, int end, IRasterWorkspace& workspace, IFeedback& feedback);
 
     // Whether make() has saved the grid of that name.
     bool made(const std::string& name) const { return made_.contains(name); }
 
     // Stores the field "TempTTT" (the detrended values last interpolated) in the stations'
     // attribute table. Where that cannot be, the user is told and the table stays as it was.
-    void storeWorkingField(IPrompts& prompts) { stations_.storeWorkingField(prompts); }
+    void storeWorkingField(IApplication& application) { stations_.storeWorkingField(application); }
 
   private:
+    // As one save while it is small: the neighbours of a tile are searched once for all surfaces of
+    // a save. On a large grid the months become ready one after the other.
+    void saveWhenLarge(IRasterWorkspace& workspace, IFeedback& feedback);
+    void save(IRasterWorkspace& workspace, IFeedback& feedback);
     void prepareMonth(int month);
     void prepareNeighbour(int month);
     void prepare(const WeatherQuantity& quantity, int month);
@@ -54,6 +56,7 @@ class WeatherSurfaces {
     std::vector<RasterToSave> prepared_;
     std::vector<std::string> reports_;
     std::set<std::string> made_;
+    std::size_t cells_;
 };
 
 }  // namespace velmora

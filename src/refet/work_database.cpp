@@ -34,7 +34,7 @@ void make(IPlatform& platform, const std::string& pathWithoutExtension, Fill fil
     try {
         fill(*createWithTable(platform, unfinished));
         platform.files().replaceFile(unfinished, path);
-    } catch (const PlatformError&) {
+    } catch (...) {
         platform.files().deleteFile(unfinished);
         throw;
     }

@@ -53,6 +53,8 @@ void ModelCommand::OnClick() {
         if (ran && application().prompts().failures() == failuresBefore) {
             outcome = StepOutcome::done;
         }
+    } catch (const Cancelled&) {
+        outcome = StepOutcome::cancelled;
     } catch (...) {
         application().noteOutcome(outcome);
         throw;
@@ -60,17 +62,14 @@ void ModelCommand::OnClick() {
     application().noteOutcome(outcome);
 }
 
-clsET_ReferenceET::clsET_ReferenceET()
-    : ModelCommand({"Velmora_RefET", "Calculate Reference ET", "Estimate Regional RefET"}) {}
+MonitoredCommand::~MonitoredCommand() { closeMonitor(); }
 
-clsET_ReferenceET::~clsET_ReferenceET() { closeMonitor(); }
-
-void clsET_ReferenceET::closeMonitor() {
+void MonitoredCommand::closeMonitor() {
     if (monitor_) monitor_->close();
     monitor_.reset();
 }
 
-bool clsET_ReferenceET::runStep() {
+bool MonitoredCommand::runStep() {
     const RunSettings& settings = processState().settings;
     closeMonitor();
     monitor_ = std::make_unique<frmMonitor>();
@@ -80,7 +79,16 @@ bool clsET_ReferenceET::runStep() {
         frmMonitor& monitor;
         ~Ending() { monitor.stepEnded(); }
     } const ending{*monitor_};
-    return ReferenceEtRun(application(), settings, *monitor_).run();
+    const Listening listening(application().feedback(), *monitor_);
+    const FeedbackScope scope(application().feedback(), Caption());
+    return runMonitored(settings);
+}
+
+clsET_ReferenceET::clsET_ReferenceET()
+    : MonitoredCommand({"Velmora_RefET", "Calculate Reference ET", "Estimate Regional RefET"}) {}
+
+bool clsET_ReferenceET::runMonitored(const RunSettings& settings) {
+    return ReferenceEtRun(application(), settings).run();
 }
 
 clsET_CropCoefficient::clsET_CropCoefficient()
@@ -105,21 +113,27 @@ bool clsET_CropCoefficient::runStep() {
     return !form.failed();
 }
 
-clsET_CropET::clsET_CropET() : ModelCommand({"", "Estimate Crop ET", ""}) {}
+clsET_CropET::clsET_CropET() : MonitoredCommand({"", "Estimate Crop ET", ""}) {}
 
-bool clsET_CropET::runStep() { return runCropEt(application(), processState().settings); }
+bool clsET_CropET::runMonitored(const RunSettings& settings) {
+    return runCropEt(application(), settings);
+}
 
 clsPPT::clsPPT()
-    : ModelCommand({"PPTInter", "Precipitation Estimation",
-                    "Estimate spatially distributed precipitation"}) {}
+    : MonitoredCommand({"PPTInter", "Precipitation Estimation",
+                        "Estimate spatially distributed precipitation"}) {}
 
-bool clsPPT::runStep() { return PrecipitationRun(application(), processState().settings).run(); }
+bool clsPPT::runMonitored(const RunSettings& settings) {
+    return PrecipitationRun(application(), settings).run();
+}
 
 clsIR_NIR::clsIR_NIR()
-    : ModelCommand(
+    : MonitoredCommand(
           {"", "Estimate Crop Water Requirement", "Estimate Irrigation Water Requirement"}) {}
 
-bool clsIR_NIR::runStep() { return runNetIrrigation(application(), processState().settings); }
+bool clsIR_NIR::runMonitored(const RunSettings& settings) {
+    return runNetIrrigation(application(), settings);
+}
 
 clsIR_EFF::clsIR_EFF()
     : Command({"WaterUseRst", "Estimate Irrigation Efficiency", "Show the Results"}) {}
@@ -134,11 +148,11 @@ void clsIR_EFF::OnClick() {
 }
 
 clsIR_IRR::clsIR_IRR()
-    : ModelCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",
-                    "Estimate Irrigation Water Requirement"}) {}
+    : MonitoredCommand({"WaterUseRst", "Estimate Irrigation Water Requirement",
+                        "Estimate Irrigation Water Requirement"}) {}
 
-bool clsIR_IRR::runStep() {
-    return runIrrigationRequirement(application(), processState().settings);
+bool clsIR_IRR::runMonitored(const RunSettings& settings) {
+    return runIrrigationRequirement(application(), settings);
 }
 
 }  // namespace velmora

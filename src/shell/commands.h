@@ -12,6 +12,7 @@ namespace velmora {
 
 class frmMonitor;
 class frmSettings;
+struct RunSettings;
 
 // The properties in which the commands differ.
 struct CommandTexts {
@@ -61,23 +62,33 @@ class ModelCommand : public Command {
 
   protected:
     // Runs the step on the settings just read. False when it failed; a failure that it shows makes
-    // the click a failed one also when it goes on and gives true. What it throws is
-    // the click's failure and goes to the host.
+    // the click a failed one also when it goes on and gives true. A cancelled step ends here; what
+    // else it throws is the click's failure and goes to the host.
     virtual bool runStep() = 0;
 };
 
-// The progress monitor of a run stays open until the user closes it, or the next run begins.
-class clsET_ReferenceET : public ModelCommand {
+// A step that the progress monitor shows, when the settings ask for it. The window stays open until
+// the user closes it, or the next run begins.
+class MonitoredCommand : public ModelCommand {
   public:
-    clsET_ReferenceET();
-    ~clsET_ReferenceET() override;
+    using ModelCommand::ModelCommand;
+    ~MonitoredCommand() override;
 
   protected:
-    bool runStep() override;
+    bool runStep() final;
+    virtual bool runMonitored(const RunSettings& settings) = 0;
 
   private:
     void closeMonitor();
     std::unique_ptr<frmMonitor> monitor_;
+};
+
+class clsET_ReferenceET : public MonitoredCommand {
+  public:
+    clsET_ReferenceET();
+
+  protected:
+    bool runMonitored(const RunSettings& settings) override;
 };
 
 // Opens the Kc-Map Maker; when it is closed and maps have been made, they are shown in the map.
@@ -89,28 +100,28 @@ class clsET_CropCoefficient : public ModelCommand {
     bool runStep() override;
 };
 
-class clsET_CropET : public ModelCommand {
+class clsET_CropET : public MonitoredCommand {
   public:
     clsET_CropET();
 
   protected:
-    bool runStep() override;
+    bool runMonitored(const RunSettings& settings) override;
 };
 
-class clsPPT : public ModelCommand {
+class clsPPT : public MonitoredCommand {
   public:
     clsPPT();
 
   protected:
-    bool runStep() override;
+    bool runMonitored(const RunSettings& settings) override;
 };
 
-class clsIR_NIR : public ModelCommand {
+class clsIR_NIR : public MonitoredCommand {
   public:
     clsIR_NIR();
 
   protected:
-    bool runStep() override;
+    bool runMonitored(const RunSettings& settings) override;
 };
 
 // Opens the irrigation efficiency dialog, whose opening passes the run gate.
@@ -120,12 +131,12 @@ class clsIR_EFF : public Command {
     void OnClick() override;
 };
 
-class clsIR_IRR : public ModelCommand {
+class clsIR_IRR : public MonitoredCommand {
   public:
     clsIR_IRR();
 
   protected:
-    bool runStep() override;
+    bool runMonitored(const RunSettings& settings) override;
 };
 
 }  // namespace velmora

@@ -4,19 +4,19 @@
 #include <string>
 
 #include "forms/form.h"
-#include "gis/progress.h"
+#include "gis/feedback.h"
 
 namespace velmora {
 
 // The progress monitor: a small window that tells what a model step is doing. It cannot be closed
 // while the step runs.
-class frmMonitor : public Form, public IProgressMonitor {
+class frmMonitor : public Form, public IFeedbackListener {
   public:
     frmMonitor();
 
     void load() override;  // disables "Close"
-    void setMessage(const std::string& text) override { lblMessage.setText(text); }
-    void setStatus(const std::string& text) override { lblStatus.setText(text); }
+    void messageChanged(const std::string& text) override { lblMessage.setText(text); }
+    void statusChanged(const std::string& text) override { lblStatus.setText(text); }
     void stepEnded();  // the window tells so and may be closed
 
     Label lblProgress{"lblProgress", "Progress:"};

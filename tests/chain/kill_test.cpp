@@ -51,6 +51,7 @@ struct Kill : testing::Test {
         if (child == 0) {
             const int nowhere = ::open("/dev/null", O_RDWR);
             for (const int stream : {0, 1, 2}) ::dup2(nowhere, stream);
+            ::signal(SIGINT, SIG_DFL);  // whoever runs the tests may ignore it
             ::execv(VELMORA_PROGRAM, pointers.data());
             ::_exit(127);
         }
@@ -172,6 +173,41 @@ TEST_F(Kill, NeverLeavesAnythingBroken) {
         }
     }
     EXPECT_GT(killed, 7 * kKills / 2);
+}
+
+// Ctrl-C is no kill: the step itself ends, with nothing unfinished left.
+TEST_F(Kill, CtrlCEndsAStepAndLeavesNothingUnfinished) {
+    ASSERT_EQ(run({"run", "all", "--default-shares", "crop", "--cvef", "0.9"}), 0);
+    ASSERT_EQ(run({"run", "all", "--default-shares", "crop", "--cvef", "0.9"}), 0);
+    const Files undisturbed = files();
+    int cancelled = 0;
+    for (const char* name : {"refet", "kc", "cropet", "ppt", "nir", "eff", "irr"}) {
+        const auto began = Clock::now();
+        ASSERT_EQ(run(step(name)), 0) << name;
+        const auto whole = Clock::now() - began;
+        for (int i = 0; i < kKills; ++i) {
+            SCOPED_TRACE(std::string(name) + ", Ctrl-C " + std::to_string(i));
+            const pid_t child = start(step(name));
+            std::this_thread::sleep_for(whole * std::uniform_real_distribution<>(0, 1)(random));
+            ::kill(child, SIGINT);
+            const int status = end(child);
+            // Before it listens to signals they end the program; when it is done it is done.
+            EXPECT_THAT(status, testing::AnyOf(0, 128, 130));
+            cancelled += status == 130 ? 1 : 0;
+            expectNothingBroken();
+            for (const auto& entry : fs::recursive_directory_iterator(f.folder.path())) {
+                EXPECT_FALSE(entry.path().filename().string().starts_with(kUnfinishedPrefix))
+                    << entry;
+            }
+        }
+        ASSERT_EQ(run(step(name)), 0) << name;
+        const Files again = files();
+        for (const auto& [file, content] : undisturbed) {
+            ASSERT_TRUE(again.contains(file)) << name << ' ' << file;
+            EXPECT_TRUE(again.at(file) == content) << name << ' ' << file;
+        }
+    }
+    EXPECT_GT(cancelled, 7 * kKills / 4);
 }
 
 TEST_F(Kill, AStarterDatabaseIsWholeOrNotThere) {

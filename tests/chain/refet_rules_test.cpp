@@ -30,8 +30,8 @@ class WatchingMonitor : public test::RecordingMonitor {
   public:
     WatchingMonitor(std::string line, std::function<void()> act)
         : line_(std::move(line)), act_(std::move(act)) {}
-    void setMessage(const std::string& text) override {
-        RecordingMonitor::setMessage(text);
+    void messageChanged(const std::string& text) override {
+        RecordingMonitor::messageChanged(text);
         if (text == line_) act_();
     }
 
@@ -65,7 +65,8 @@ struct RefEtRules : testing::Test {
     // A run of June and July in which `act` happens when June is done.
     bool runWith(const std::function<void()>& act) {
         WatchingMonitor monitor(kJuneIsDone, act);
-        const bool done = ReferenceEtRun(f.application, f.settings, monitor).run();
+        const Listening listening(f.application.feedback(), monitor);
+        const bool done = ReferenceEtRun(f.application, f.settings).run();
         lines = monitor.messages;
         return done;
     }
@@ -248,7 +249,7 @@ class FullApplication : public test::TestApplication {
 
 TEST_F(RefEtRules, AResultThatCannotBeShownStopsTheRun) {
     FullApplication application(f.world.platform, f.folder.file("settings"));
-    EXPECT_FALSE(ReferenceEtRun(application, f.settings, f.monitor).run());
+    EXPECT_FALSE(ReferenceEtRun(application, f.settings).run());
     EXPECT_FALSE(processState().runStatus);
     EXPECT_THAT(application.messages(),
                 testing::ElementsAre(StartsWith("Errors in 'GridReadout':  no room for ")));

@@ -26,12 +26,11 @@ bool hasData(const Grid& grid) {
 }
 
 // Damages the run's folder when June is done.
-class Intruder : public IProgressMonitor {
+class Intruder : public IFeedbackListener {
   public:
-    void setMessage(const std::string& text) override {
+    void messageChanged(const std::string& text) override {
         if (text.starts_with("Reference ET in Jun") && afterJune) afterJune();
     }
-    void setStatus(const std::string&) override {}
     std::function<void()> afterJune;
 };
 
@@ -42,7 +41,8 @@ struct UnfinishedMonths : testing::Test {
     bool runWith(std::function<void()> afterJune) {
         Intruder monitor;
         monitor.afterJune = std::move(afterJune);
-        return ReferenceEtRun(f.application, f.settings, monitor).run();
+        const Listening listening(f.application.feedback(), monitor);
+        return ReferenceEtRun(f.application, f.settings).run();
     }
     // A grid of fewer cells than the run's.
     void replaceBySmaller(const std::string& name) {

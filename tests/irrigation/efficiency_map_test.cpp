@@ -64,11 +64,10 @@ TEST_F(EfficiencyMap, EveryCellHasTheEfficiencyOfItsZoneAndCrop) {
     EXPECT_THAT(f.application.messages(),
                 ElementsAre("Ready to make EF map", "EF map (IREF) generated successfully in < " +
                                                         f.settings.OutputWorkspace + " > "));
-    EXPECT_EQ(form.PBar1.value(), form.PBar1.maximum());
-    EXPECT_GT(form.PBar1.maximum(), 20U);
+    EXPECT_EQ(form.PBar1.fraction(), 1);
     const auto pieces =
         f.application.platform().features().openFeatureClass(f.folder.file("out/Lu_Intersected"));
-    EXPECT_EQ(pieces->recordCount(), form.PBar1.maximum());
+    EXPECT_GT(pieces->recordCount(), 20U);
     for (std::size_t r = 0; r < pieces->recordCount(); ++r) {
         EXPECT_EQ(
             std::get<double>(pieces->value(r, "IREF")),

@@ -104,7 +104,10 @@ void RunDomain::makeReferenceGrid(int month, const GridGeometry& geometry,
 
 bool RunDomain::runPrecipitation() { return PrecipitationRun(application, settings).run(); }
 
-bool RunDomain::run() { return ReferenceEtRun(application, settings, monitor).run(); }
+bool RunDomain::run() {
+    const Listening listening(application.feedback(), monitor);
+    return ReferenceEtRun(application, settings).run();
+}
 
 Grid RunDomain::output(const std::string& name) {
     return wholeGrid(*application.platform()

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "gis/grid.h"
-#include "gis/progress.h"
 #include "settings/run_settings.h"
 #include "tests/support/folder.h"
 #include "tests/support/test_application.h"
@@ -19,14 +18,6 @@ struct Station {
     double x;
     double y;
     double elevation;
-};
-
-class RecordingMonitor : public IProgressMonitor {
-  public:
-    void setMessage(const std::string& text) override { messages.push_back(text); }
-    void setStatus(const std::string& text) override { statuses.push_back(text); }
-    std::vector<std::string> messages;
-    std::vector<std::string> statuses;
 };
 
 // A value of a station's weather: by prefix ("TM_"), station and month (1 to 12).

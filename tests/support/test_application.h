@@ -11,6 +11,7 @@
 #include "tests/support/fake_browsers.h"
 #include "tests/support/fake_dialogs.h"
 #include "tests/support/fake_document.h"
+#include "tests/support/fake_feedback.h"
 #include "tests/support/fake_prompts.h"
 
 namespace velmora::test {
@@ -25,12 +26,15 @@ class TestApplication : public IApplication {
   public:
     // The platform must outlive the application.
     TestApplication(IPlatform& platform, std::string settingsFolder)
-        : folder(std::move(settingsFolder)), platform_(platform) {}
+        : folder(std::move(settingsFolder)), platform_(platform) {
+        feedback_.listen(warnings_);
+    }
     IPlatform& platform() override { return platform_; }
     FakePrompts& prompts() override { return prompts_; }
     FakeBrowsers& browsers() override { return browsers_; }
     FakeDialogs& dialogs() override { return dialogs_; }
     FakeDocument& document() override { return document_; }
+    Feedback& feedback() override { return feedback_; }
     std::string extensionFolder() override { return folder; }
     IDiagnostics* diagnostics() override { return askForDiagnostics ? &diagnostics_ : nullptr; }
     const std::vector<SurfaceDiagnostics>& diagnosed() const { return diagnostics_.surfaces; }
@@ -44,6 +48,8 @@ class TestApplication : public IApplication {
   private:
     IPlatform& platform_;
     FakePrompts prompts_;
+    WarningsAsNotices warnings_{prompts_};
+    Feedback feedback_;
     FakeBrowsers browsers_;
     FakeDialogs dialogs_;
     FakeDocument document_;

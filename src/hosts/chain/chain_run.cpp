@@ -40,6 +40,8 @@ class ChainRun {
         } catch (const PlatformError& e) {
             host_.fails(step, e.what());
             return false;
+        } catch (const Cancelled&) {
+            return false;
         }
     }
 

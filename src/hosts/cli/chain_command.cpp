@@ -4,6 +4,7 @@
 #include "gis/text.h"
 #include "hosts/chain/chain_run.h"
 #include "hosts/chain/steps.h"
+#include "hosts/cli/cancelling.h"
 #include "hosts/cli/chain_summary.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/console.h"
@@ -30,8 +31,9 @@ class TerminalChain : public IChainHost {
         const std::string stoppedAt = runChain(platform_, *this, plan);
         const bool done = stoppedAt.empty();
         if (!done) {
-            tell("The chain stops at {}. Mend what its message says, then go on with:\n  {}\n",
-                 stoppedAt, goOnWith(stoppedAt));
+            tell("The chain stops at {}. {}o on with:\n  {}\n", stoppedAt,
+                 feedback().cancelled() ? "G" : "Mend what its message says, then g",
+                 goOnWith(stoppedAt));
         }
         if (session_.json) {
             printSummaryJson(platform_, done ? settings() : std::nullopt, results_, stoppedAt,

@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <map>
 #include <sstream>
 
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "hosts/chain/steps.h"
+#include "hosts/cli/cancelling.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
@@ -20,6 +22,11 @@
 namespace velmora::cli {
 
 namespace {
+
+const std::map<std::string, ProgressForm> kProgressForms = {{"auto", ProgressForm::automatic},
+                                                            {"lines", ProgressForm::lines},
+                                                            {"bar", ProgressForm::bar},
+                                                            {"json", ProgressForm::json}};
 
 std::string settingsHelp() {
     std::string help = "fields:\n";
@@ -53,6 +60,10 @@ CommandLine::CommandLine()
     app_.add_option("--settings-folder", session_.settingsFolder,
                     "Folder of the settings file (default: the user's own)");
     app_.add_flag("--quiet", session_.terminal.quiet, "Print no progress lines");
+    app_.add_option("--progress", session_.terminal.progress,
+                    "auto (a bar on a terminal, else lines), lines, bar, or json (everything on "
+                    "standard error as lines of JSON)")
+        ->transform(CLI::CheckedTransformer(kProgressForms).description("FORM"));
     app_.add_flag("--json", session_.json, "Print results as JSON, where there are any");
     app_.add_flag("--yes", yes_, "Answer every question with yes");
     app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
@@ -373,12 +384,17 @@ int CommandLine::run(int argc, const char* const* argv) {
         if (!wrong.str().empty()) tellText(wrong.str());
         return *ended;
     }
+    int status = kFailed;
     try {
-        return runChosen();
+        status = runChosen();
     } catch (const std::exception& e) {
-        tell("velmora: {}\n", oneLine(e.what()));
-        return kFailed;
+        tellOf("velmora", e.what());
+    } catch (const Cancelled&) {
+        // told below
     }
+    if (status == kDone || !feedback().cancelled()) return status;
+    tellOf("velmora", "stopped as you asked; what was finished before stays");
+    return cancelledStatus();
 }
 
 int CommandLine::runChosen() {
@@ -393,6 +409,8 @@ int CommandLine::runChosen() {
     if (yes_) session_.terminal.answer = true;
     if (no_) session_.terminal.answer = false;
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
+    if (session_.terminal.progress == ProgressForm::json) tellAsJson();
+    cancelOnSignals();
     session_.sync = !noSync_;
     platform::setSyncing(session_.sync);
     const int threads = platform::useThreads(session_.threads);
@@ -409,6 +427,11 @@ std::string repeatedOptions(const Session& session) {
         options += " --settings-folder " + shellWord(wholePath(session.settingsFolder));
     }
     if (session.terminal.quiet) options += " --quiet";
+    for (const auto& [name, form] : kProgressForms) {
+        if (form == session.terminal.progress && form != ProgressForm::automatic) {
+            options += " --progress " + name;
+        }
+    }
     if (session.json) options += " --json";
     if (session.terminal.answer) options += *session.terminal.answer ? " --yes" : " --no";
     if (session.threads > 0) options += fmt::format(" --threads {}", session.threads);

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -31,6 +32,27 @@ void flushOutput() {
 void write(const std::string& text) {
     errno = 0;
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) noteFailure();
+}
+
+constexpr const char* kEraseLine = "\r\x1b[K";
+
+bool tellsJson = false;
+
+std::string& statusLine() {
+    static std::string line;
+    return line;
+}
+
+void writeError(const std::string& text) {
+    [[maybe_unused]] const auto written = std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+// Columns that a line may fill without a second one.
+std::size_t terminalWidth() {
+    winsize size = {};
+    const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    return known ? size.ws_col - 1U : 79U;
 }
 
 unsigned byteAt(const std::string& text, std::size_t i) {
@@ -107,9 +129,51 @@ void printJson(const nlohmann::ordered_json& json) {
 }
 
 void tellText(const std::string& text) {
+    if (tellsJson) {
+        const std::string told = oneLine(text);
+        const auto begin = told.find_first_not_of(' ');
+        if (begin == std::string::npos) return;
+        tellJson({{"kind", "text"},
+                  {"text", told.substr(begin, told.find_last_not_of(' ') + 1 - begin)}});
+        return;
+    }
     flushOutput();  // so that the two outputs keep their order where they are one
-    const std::string line = visible(text);
-    [[maybe_unused]] const auto written = std::fwrite(line.data(), 1, line.size(), stderr);
+    const std::string& below = statusLine();
+    writeError((below.empty() ? "" : kEraseLine) + visible(text) + below);
+}
+
+void tellOf(const std::string& kind, const std::string& text) {
+    if (tellsJson) {
+        tellJson({{"kind", kind == "velmora" ? "error" : kind}, {"text", text}});
+    } else {
+        tell("{}: {}\n", kind, oneLine(text));
+    }
+}
+
+void tellAsJson() { tellsJson = true; }
+
+void tellJson(const nlohmann::ordered_json& json) {
+    using Json = nlohmann::ordered_json;
+    flushOutput();
+    writeError(json.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n");
+}
+
+void setStatusLine(const std::string& text) {
+    std::string line = oneLine(text);
+    const std::size_t width = terminalWidth();
+    // In characters: a byte that goes on with one does not count.
+    std::size_t shown = 0;
+    std::size_t end = 0;
+    while (end < line.size() && shown < width) {
+        ++end;
+        while (end < line.size() && (byteAt(line, end) & 0xC0U) == 0x80U) ++end;
+        ++shown;
+    }
+    line.resize(end);
+    if (line == statusLine()) return;
+    statusLine() = line;
+    flushOutput();
+    writeError(kEraseLine + line);
 }
 
 int closeOutput(int status) {
@@ -120,7 +184,7 @@ int closeOutput(int status) {
     const std::string text =
         fmt::format("velmora: standard output cannot be written ({}): what it has is not whole\n",
                     std::strerror(outputFailure()));
-    [[maybe_unused]] const auto written = std::fwrite(text.data(), 1, text.size(), stderr);
+    writeError(text);
     return status == 0 ? 1 : status;
 }
 

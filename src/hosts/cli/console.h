@@ -25,6 +25,17 @@ void printJson(const nlohmann::ordered_json& json);
 // To standard error, behind what standard output has so far.
 void tellText(const std::string& text);
 
+// One thing that is told: "kind: text". What is told of the kind "velmora" is an error.
+void tellOf(const std::string& kind, const std::string& text);
+
+// From now on all that is told are lines that each hold a JSON object with its "kind", for a
+// program that reads them; what has no kind of its own is of the kind "text".
+void tellAsJson();
+void tellJson(const nlohmann::ordered_json& json);
+
+// A line that stays below all that is told on a terminal, cut at its width; "" takes it away.
+void setStatusLine(const std::string& text);
+
 template <class... T>
 void print(fmt::format_string<T...> format, T&&... values) {
     printText(fmt::vformat(format, fmt::make_format_args(values...)));

@@ -39,7 +39,7 @@ void HeadlessDialogs::showModal(Form& form) {
 
 // The labels that a step writes become lines as they change.
 void HeadlessDialogs::show(Form& form) {
-    if (options_.quiet) return;
+    if (options_.quiet || options_.progress == ProgressForm::json || showsBar(options_)) return;
     for (const char* name : {"lblMessage", "lblStatus"}) {
         auto& label = form.control<Label>(name);
         label.hostRefresh = [&label] {
@@ -69,7 +69,11 @@ std::vector<std::string> HeadlessDocument::paths() const {
 }
 
 HeadlessApplication::HeadlessApplication(std::string settingsFolder, const TerminalOptions& options)
-    : settingsFolder_(std::move(settingsFolder)), prompts_(options), dialogs_(options) {}
+    : settingsFolder_(std::move(settingsFolder)),
+      prompts_(options),
+      dialogs_(options),
+      progress_(options, prompts_),
+      listening_(feedback(), progress_) {}
 
 std::string defaultSettingsFolder() { return parentFolderName(classRegistryPath()); }
 

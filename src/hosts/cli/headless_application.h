@@ -11,6 +11,8 @@
 
 #include "forms/form.h"
 #include "gis/application.h"
+#include "hosts/cli/cancelling.h"
+#include "hosts/cli/progress.h"
 #include "hosts/cli/terminal.h"
 #include "hosts/results/diagnostics_report.h"
 #include "platform/platform.h"
@@ -35,7 +37,8 @@ class ScriptedBrowsers : public IBrowsers {
     std::deque<std::string> answers_;
 };
 
-// Shows modal forms to a driver, and the progress monitor as lines.
+// Shows modal forms to a driver, and the progress monitor as lines where progress has no other
+// form.
 class HeadlessDialogs : public IDialogs {
   public:
     explicit HeadlessDialogs(const TerminalOptions& options) : options_(options) {}
@@ -71,6 +74,7 @@ class HeadlessApplication : public IApplication {
     ScriptedBrowsers& browsers() override { return browsers_; }
     HeadlessDialogs& dialogs() override { return dialogs_; }
     HeadlessDocument& document() override { return document_; }
+    Feedback& feedback() override { return cli::feedback(); }
     std::string extensionFolder() override { return settingsFolder_; }
     IDiagnostics* diagnostics() override { return diagnose_ ? &report_ : nullptr; }
     void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
@@ -88,6 +92,8 @@ class HeadlessApplication : public IApplication {
     HeadlessDialogs dialogs_;
     HeadlessDocument document_;
     DiagnosticsReport report_;
+    Progress progress_;
+    Listening listening_;
     bool diagnose_ = false;
     StepOutcome outcome_ = StepOutcome::done;
 };

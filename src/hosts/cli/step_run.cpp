@@ -52,7 +52,7 @@ void drive(const Session& session, HeadlessApplication& application, Form& form,
 }  // namespace
 
 void tellError(StepResult& result, const std::string& text) {
-    tell("velmora: {}\n", oneLine(text));
+    tellOf("velmora", text);
     result.told.push_back({"error", text});
     result.done = false;
 }
@@ -76,6 +76,8 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
         if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
     } catch (const std::exception& e) {
         failure = e.what();
+    } catch (const Cancelled&) {
+        result.done = false;  // between two parts of the step
     }
     result.seconds = clock.seconds() - began;
     result.told = application.prompts().told();

@@ -5,12 +5,14 @@
 
 #include <iostream>
 
+#include "hosts/cli/cancelling.h"
+
 namespace velmora::cli {
 
 void TerminalPrompts::showLine(const char* kind, const std::string& text) {
     messages_.push_back(text);
     told_.push_back({kind, text});
-    tell("{}: {}\n", kind, oneLine(text));
+    tellOf(kind, text);
 }
 
 void TerminalPrompts::message(const std::string& text, const std::string&) {
@@ -23,6 +25,7 @@ bool TerminalPrompts::confirm(const std::string& question, const std::string&) {
     bool yes = answer.value_or(false);
     if (!answer && isatty(STDIN_FILENO) != 0) {
         tell("question: {} [y/N] ", oneLine(question));
+        waitForInput();
         std::string line;
         std::getline(std::cin, line);
         yes = line.starts_with('y') || line.starts_with('Y');

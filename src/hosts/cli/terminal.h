@@ -11,9 +11,12 @@
 
 namespace velmora::cli {
 
-// How questions are answered when nobody sits at the terminal.
+enum class ProgressForm { automatic, lines, bar, json };
+
+// How questions are answered when nobody sits at the terminal, and how much is told.
 struct TerminalOptions {
-    bool quiet = false;          // no progress lines
+    bool quiet = false;  // no progress lines
+    ProgressForm progress = ProgressForm::automatic;
     std::optional<bool> answer;  // --yes or --no
 };
 

@@ -7,6 +7,7 @@
 #include <tbb/task_arena.h>
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <memory>
 #include <system_error>
@@ -18,20 +19,31 @@ namespace velmora::platform {
 
 namespace {
 
-struct Heartbeat {
+struct Watch {
     std::thread::id thread;
-    std::function<void()> beat;
+    IFeedback* feedback = nullptr;
 };
 
-Heartbeat& heartbeat() {
-    static Heartbeat heartbeat;
-    return heartbeat;
+Watch& watch() {
+    static Watch watch;
+    return watch;
 }
+
+// How deep this thread is in loops: a loop within a loop says nothing of its own.
+thread_local int depth = 0;
+
+class Deeper {
+  public:
+    Deeper() { ++depth; }
+    ~Deeper() { --depth; }
+    Deeper(const Deeper&) = delete;
+    Deeper& operator=(const Deeper&) = delete;
+};
 
 }  // namespace
 
-void setHeartbeat(std::function<void()> beat) {
-    heartbeat() = {std::this_thread::get_id(), std::move(beat)};
+IFeedback* watchLoops(IFeedback* feedback) {
+    return std::exchange(watch(), {std::this_thread::get_id(), feedback}).feedback;
 }
 
 namespace {
@@ -71,12 +83,21 @@ int useThreads(int threads) {
 
 void parallelFor(std::size_t count, std::size_t grain,
                  const std::function<void(std::size_t begin, std::size_t end)>& body) {
+    IFeedback* feedback = watch().thread == std::this_thread::get_id() ? watch().feedback : nullptr;
+    const std::thread::id caller = std::this_thread::get_id();
+    const bool reports = feedback != nullptr && depth == 0;
+    std::atomic<std::size_t> done = 0;
+    const Deeper deeper;
     tbb::parallel_for(
         tbb::blocked_range<std::size_t>(0, count, std::max<std::size_t>(1, grain)),
         [&](const tbb::blocked_range<std::size_t>& range) {
             body(range.begin(), range.end());
-            const Heartbeat& heart = heartbeat();
-            if (heart.beat && heart.thread == std::this_thread::get_id()) heart.beat();
+            const std::size_t sofar = done += range.size();
+            if (feedback == nullptr || caller != std::this_thread::get_id()) return;
+            throwIfCancelled(*feedback);
+            if (reports) {
+                feedback->advance(static_cast<double>(sofar) / static_cast<double>(count));
+            }
         },
         tbb::simple_partitioner());
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 
+#include "gis/feedback.h"
 #include "gis/parallel.h"
 
 namespace velmora::platform {
@@ -12,9 +13,9 @@ namespace velmora::platform {
 // how many they use, which are fewer where the system gives no more.
 int useThreads(int threads);
 
-// Something to do now and then on this thread while its loops run; {} for nothing. A host with
-// windows keeps them painted so.
-void setHeartbeat(std::function<void()> heartbeat);
+// Where the loops that this thread runs report how far they are, nullptr for nowhere; the one
+// before. A loop ends with Cancelled, on this thread, when the user has cancelled.
+IFeedback* watchLoops(IFeedback* feedback);
 
 // Runs the body over disjoint ranges that cover 0..count, each of about `grain` or more.
 void parallelFor(std::size_t count, std::size_t grain,

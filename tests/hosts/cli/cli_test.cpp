@@ -49,8 +49,9 @@ TEST_F(Command, RunsPrecipitation) {
     EXPECT_EQ(ran.status, 0) << ran.output;
     EXPECT_EQ(ran.output,
               "message: Using EDK to interpolate precipitation...\n"
-              "message: PPT Calculation for Jun is Over!\n"
-              "message: PPT Calculation for Jul is Over!\n");
+              "Precipitation of Jun ...\nmessage: PPT Calculation for Jun is Over!\n"
+              "Precipitation of Jul ...\nmessage: PPT Calculation for Jul is Over!\n"
+              "The step has ended.\n");
     EXPECT_TRUE(fixture.hasOutput("PPT_Jul"));
     EXPECT_FALSE(std::filesystem::exists(folder + "/out/PPT_diagnostics.csv"));
     ASSERT_EQ(apply("OutputWorkspace=none/out2").status, 0);
@@ -138,16 +139,18 @@ TEST_F(CropCommand, TheChainToTheZoneTable) {
     const Outcome ran = run("run cropet");
     EXPECT_EQ(ran.status, 0) << ran.output;
     EXPECT_EQ(ran.output,
-              "message: Ready to create table\nmessage: RefET_Jun_4\n"
+              "message: Ready to create table\nCrop ET of Jun ...\nmessage: RefET_Jun_4\n"
               "note: StatCET: the zone key \"Middle Valley Irrigators' District\" has more than 25 "
               "characters, of which tables keep \"Middle Valley Irrigators'\"\n"
-              "message: RefET_Jul_4\n"
-              "message: Potential crop ET calculation is completed ...\n");
+              "Crop ET of Jul ...\nmessage: RefET_Jul_4\n"
+              "message: Potential crop ET calculation is completed ...\nThe step has ended.\n");
     EXPECT_EQ(crops.tableRows("StatCET").size(), 6U);
     crops.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather, {"P_"});
     EXPECT_EQ(run("run ppt").status, 0);
     EXPECT_EQ(run("run nir").status, 0);
-    EXPECT_THAT(run("run nir").output, testing::StartsWith("note: StatNIR: the zone key "));
+    EXPECT_THAT(run("run nir").output,
+                testing::StartsWith("Net irrigation requirement of Jun ...\nnote: StatNIR: the "
+                                    "zone key "));
     EXPECT_EQ(crops.tableRows("StatNIR").size(), 6U);
     EXPECT_EQ(run("kc maps --cell-size 20 --field use").status, 0);
     EXPECT_EQ(crops.output("Kc_Jun_4").geometry.cellSize, 100);

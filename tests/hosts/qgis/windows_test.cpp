@@ -151,7 +151,7 @@ TEST_F(Desktop, TheMonitorCannotBeClosedWhileItsStepRuns) {
     EXPECT_TRUE(window->isVisible());
     window->close();
     EXPECT_TRUE(window->isVisible());
-    monitor->setMessage("Kriging ...");
+    monitor->messageChanged("Kriging ...");
     EXPECT_EQ(widget<QLabel>(*window, "lblMessage").text(), "Kriging ...");
     monitor->stepEnded();
     click(*window, "cmdClose");

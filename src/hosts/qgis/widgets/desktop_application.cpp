@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qgis/widgets/desktop_application.h"
 
-#include "hosts/qgis/widgets/keep_painted.h"
 #include "platform/platform.h"
 
 namespace velmora::qt {
@@ -12,10 +11,18 @@ DesktopApplication::DesktopApplication(QWidget* mainWindow, IMxDocument& documen
       settingsFolder_(std::move(settingsFolder)),
       prompts_(mainWindow),
       browsers_(mainWindow),
-      dialogs_(mainWindow, prompts_) {
-    platform::setHeartbeat([] { keepPainted(); });
+      dialogs_(mainWindow, prompts_),
+      workBar_(mainWindow, feedback_, prompts_) {
+    platform::watchLoops(&feedback_);
 }
 
-DesktopApplication::~DesktopApplication() { platform::setHeartbeat({}); }
+DesktopApplication::~DesktopApplication() { platform::watchLoops(nullptr); }
+
+void DesktopApplication::noteOutcome(StepOutcome outcome) {
+    outcome_ = outcome;
+    if (outcome == StepOutcome::cancelled) {
+        prompts_.notice("Stopped as you asked; what was finished before stays.");
+    }
+}
 
 }  // namespace velmora::qt

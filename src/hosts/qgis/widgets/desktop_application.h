@@ -8,6 +8,7 @@
 #include "hosts/qgis/widgets/qt_browsers.h"
 #include "hosts/qgis/widgets/qt_dialogs.h"
 #include "hosts/qgis/widgets/qt_prompts.h"
+#include "hosts/qgis/widgets/work_bar.h"
 #include "platform/platform.h"
 
 namespace velmora::qt {
@@ -27,8 +28,9 @@ class DesktopApplication : public IApplication {
     QtBrowsers& browsers() override { return browsers_; }
     QtDialogs& dialogs() override { return dialogs_; }
     IMxDocument& document() override { return document_; }
+    Feedback& feedback() override { return feedback_; }
     std::string extensionFolder() override { return settingsFolder_; }
-    void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
+    void noteOutcome(StepOutcome outcome) override;
     StepOutcome outcome() const { return outcome_; }
 
   private:
@@ -38,6 +40,8 @@ class DesktopApplication : public IApplication {
     QtPrompts prompts_;
     QtBrowsers browsers_;
     QtDialogs dialogs_;
+    Feedback feedback_;
+    WorkBar workBar_;
     StepOutcome outcome_ = StepOutcome::done;
 };
 

@@ -15,6 +15,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTableView>
+#include <cmath>
 #include <exception>
 #include <memory>
 
@@ -247,9 +248,8 @@ void FormBinder::bind(Frame& control, QGroupBox& widget) {
 
 void FormBinder::bind(ProgressBar& control, QProgressBar& widget) {
     show(control, widget, [&control, &widget] {
-        const int most = static_cast<int>(control.maximum());
-        widget.setRange(0, most > 0 ? most : 1);
-        widget.setValue(static_cast<int>(control.value()));
+        widget.setRange(0, 1000);
+        widget.setValue(static_cast<int>(std::lround(control.fraction() * 1000)));
         keepPainted();
     });
 }
