@@ -16,10 +16,20 @@
 #include "platform/tables/sqlite_recordset.h"
 #include "platform/tables/sqlite_statement.h"
 #include "platform/tables/statement_scanner.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 
 namespace {
+
+constexpr int kStepsBetweenBeats = 100'000;  // some milliseconds
+
+// Called by SQLite now and then: work goes on; other than 0 ends it.
+int beat(void* given) {
+    auto& feedback = *static_cast<IFeedback*>(given);
+    feedback.advance(0);
+    return feedback.cancelled() ? 1 : 0;
+}
 
 constexpr int kPatience = 5000;  // milliseconds to wait for another program's change to end
 
@@ -211,7 +221,14 @@ void SqliteConnection::append(const std::string& table, const IColumnSource& sou
         "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN; "
         "INSERT INTO " +
         quotedName(table) + " SELECT * FROM velmora_columns; COMMIT;";
-    if (sqlite3_exec(database_.get(), statements.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    IFeedback* feedback = watching();
+    if (feedback != nullptr) {
+        sqlite3_progress_handler(database_.get(), kStepsBetweenBeats, beat, feedback);
+    }
+    const int result = sqlite3_exec(database_.get(), statements.c_str(), nullptr, nullptr, nullptr);
+    sqlite3_progress_handler(database_.get(), 0, nullptr, nullptr);
+    if (result == SQLITE_INTERRUPT && feedback != nullptr) throwIfCancelled(*feedback);
+    if (result != SQLITE_OK) {
         throw PlatformError("Cannot write. " + databaseFailure(database_.get()));
     }
 }

@@ -46,6 +46,10 @@ IFeedback* watchLoops(IFeedback* feedback) {
     return std::exchange(watch(), {std::this_thread::get_id(), feedback}).feedback;
 }
 
+IFeedback* watching() {
+    return watch().thread == std::this_thread::get_id() ? watch().feedback : nullptr;
+}
+
 namespace {
 
 // How many of the wanted threads the system gives, this one included: the library that runs the

@@ -16,6 +16,8 @@ int useThreads(int threads);
 // Where the loops that this thread runs report how far they are, nullptr for nowhere; the one
 // before. A loop ends with Cancelled, on this thread, when the user has cancelled.
 IFeedback* watchLoops(IFeedback* feedback);
+// Where work of this thread that is no loop reports, nullptr for nowhere.
+IFeedback* watching();
 
 // Runs the body over disjoint ranges that cover 0..count, each of about `grain` or more.
 void parallelFor(std::size_t count, std::size_t grain,

@@ -74,6 +74,32 @@ TEST_F(Database, ColumnsGoInWhole) {
     EXPECT_TRUE(records->eof());
 }
 
+// A large table takes a while; who waits hears that work goes on, and may cancel it.
+TEST_F(Database, ColumnsThatTakeLongMayBeCancelled) {
+    class ManyRows : public TwoColumns {
+      public:
+        ManyRows() { values.resize(300'000, 2.5); }
+    };
+    class CancelsAtOnce : public IFeedbackListener {
+      public:
+        explicit CancelsAtOnce(Feedback& feedback) : feedback_(feedback) {}
+        void beat() override { feedback_.cancel(); }
+
+      private:
+        Feedback& feedback_;
+    };
+    Feedback feedback;
+    CancelsAtOnce listener(feedback);
+    feedback.listen(listener);
+    platform.connections().createDatabase(text);
+    const auto connection = platform.connections().open(text);
+    connection->createTable("GGG", {{"A", FieldType::number, 0}, {"B", FieldType::number, 0}});
+    watchLoops(&feedback);
+    EXPECT_THROW(connection->append("GGG", ManyRows()), Cancelled);
+    watchLoops(nullptr);
+    EXPECT_NO_THROW(platform.connections().open(text)->open("Select * from GGG"));
+}
+
 TEST_F(Database, ProvidersAndFilesAreChecked) {
     EXPECT_THROW(platform.connections().open(text), PlatformError);  // no file
     made();
