@@ -13,6 +13,7 @@
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 #include "settings/weather_flags.h"
 #include "settings/weather_inspection.h"
 
@@ -171,13 +172,7 @@ std::vector<CheckBox*> frmSettings::parameterBoxes() {
 void frmSettings::load() {
     Form::load();
     showDefaults();
-    IFileSystem& files = application_.platform().files();
-    if (files.fileExists(defaultSettingsPath(application_.extensionFolder()))) {
-        restoreFromDefaultFile();
-    } else {
-        optMonthly.choose();
-        chkShowMonitor.setValue(true);
-    }
+    restoreFromDefaultFile();
     if (!txtWeatherData.text().empty()) inspectWeather();
     showPage(0);
     cboZoneField.setEnabled(false);
@@ -312,13 +307,23 @@ void frmSettings::inspectWeather() {
     }
 }
 
+// Where there is no record.
+void frmSettings::showFirstChoices() {
+    optMonthly.choose();
+    chkShowMonitor.setValue(true);
+}
+
 void frmSettings::restoreFromDefaultFile() {
     try {
-        RunSettings& settings = processState().settings;
-        settings = readSettings(application_.platform().files(),
-                                defaultSettingsPath(application_.extensionFolder()));
-        restore(settings);
-        restorePrecipitation(settings);
+        const auto stored =
+            storedSettings(application_.platform().files(), application_.extensionFolder());
+        if (!stored) {
+            showFirstChoices();
+            return;
+        }
+        processState().settings = *stored;
+        restore(*stored);
+        restorePrecipitation(*stored);
     } catch (const std::exception&) {
         application_.prompts().message("Error with 'Info' file");
     }
@@ -389,8 +394,7 @@ void frmSettings::loadPrevious() {
             application_.prompts().message("Error with 'Info' file");
         }
     } else {
-        optMonthly.choose();
-        chkShowMonitor.setValue(true);
+        showFirstChoices();
     }
     if (!txtWeatherData.text().empty()) inspectWeather();
     showPage(0);

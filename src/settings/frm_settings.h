@@ -106,6 +106,7 @@ class frmSettings : public Form {
     void enablePrism(bool enabled);
     void inspectWeather();
 
+    void showFirstChoices();
     void restoreFromDefaultFile();
     void restore(const RunSettings& settings);
     void restorePrecipitation(const RunSettings& settings);

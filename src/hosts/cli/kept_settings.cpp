@@ -6,6 +6,7 @@
 #include "settings/fill_form.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -20,22 +21,31 @@ bool stays(const SettingsField& field, const Assignments& named) {
     return !(isFlagOfTheTable(field) && named.contains("WeatherData"));
 }
 
-}  // namespace
-
-RunSettings soundRecord(const std::string& path) {
-    RunSettings settings = readSettings(platform::FileSystem(), path);
+void requireSound(const RunSettings& settings, const std::string& path) {
     try {
         requireRestorable(settings);
     } catch (const PlatformError& e) {
         throw PlatformError(path + ": " + e.what());
     }
+}
+
+}  // namespace
+
+RunSettings soundRecord(const std::string& path) {
+    RunSettings settings = readSettings(platform::FileSystem(), path);
+    requireSound(settings, path);
     return settings;
 }
 
-std::optional<RunSettings> recordInForce(const std::string& path) {
-    if (!platform::FileSystem().fileExists(path)) return std::nullopt;
+std::optional<RunSettings> soundRecordInForce(const std::string& settingsFolder) {
+    auto settings = storedSettings(platform::FileSystem(), settingsFolder);
+    if (settings) requireSound(*settings, defaultSettingsPath(settingsFolder));
+    return settings;
+}
+
+std::optional<RunSettings> recordInForce(const std::string& settingsFolder) {
     try {
-        return soundRecord(path);
+        return soundRecordInForce(settingsFolder);
     } catch (const PlatformError& e) {
         throw PlatformError(std::string(e.what()) +
                             ". Nothing is changed: load saved settings (velmora settings load "
