@@ -42,79 +42,9 @@ void fill(ListBox& list, const std::vector<std::string>& items, int shown) {
 
 frmSettings::frmSettings(IApplication& application)
     : Form("frmSettings", "General Settings"), application_(application) {
-    addControls();
-    bindHandlers();
-}
-
-void frmSettings::addControls() {
-    for (Control* control : std::initializer_list<Control*>{&txtDEM,
-                                                            &cmdDEM,
-                                                            &txtWeatherStations,
-                                                            &cmdWeatherStations,
-                                                            &txtWeatherData,
-                                                            &cmdWeatherData,
-                                                            &txtKc,
-                                                            &cmdKc,
-                                                            &txtLandCover,
-                                                            &cmdLandCover,
-                                                            &txtZones,
-                                                            &cmdZones,
-                                                            &cboZoneField,
-                                                            &txtOutput,
-                                                            &cmdOutput,
-                                                            &txtExtent,
-                                                            &cmdExtent,
-                                                            &txtCellSize,
-                                                            &lblCellsInWidth,
-                                                            &lblCellsInHeight,
-                                                            &lblLeft,
-                                                            &lblRight,
-                                                            &lblTop,
-                                                            &lblBottom,
-                                                            &optMonthly,
-                                                            &optDaily,
-                                                            &txtYear,
-                                                            &cboBeginMonth,
-                                                            &cboEndMonth,
-                                                            &cboBeginDay,
-                                                            &cboEndDay,
-                                                            &cboRefETMethod,
-                                                            &cboSiteUnit,
-                                                            &cboDemUnit,
-                                                            &cboTemperatureUnit,
-                                                            &cboRadiationUnit,
-                                                            &cboWindUnit,
-                                                            &chkTmax,
-                                                            &chkTmin,
-                                                            &chkTmean,
-                                                            &chkTdew,
-                                                            &chkRHmean,
-                                                            &chkRHmax,
-                                                            &chkRHmin,
-                                                            &chkSR,
-                                                            &chkWS,
-                                                            &cmdGetInfo,
-                                                            &lblWindSpeed,
-                                                            &txtWindSpeed,
-                                                            &lblKs,
-                                                            &txtKs,
-                                                            &lblKo,
-                                                            &txtKo,
-                                                            &optEDK,
-                                                            &optPRISM,
-                                                            &lblPrism,
-                                                            &txtPrism,
-                                                            &cmdPrism,
-                                                            &chkShowMonitor,
-                                                            &cmdOK,
-                                                            &cmdApply,
-                                                            &cmdCancel,
-                                                            &cmdSaveAs,
-                                                            &cmdLoad}) {
-        add(*control);
-    }
     OptionButton::group({&optMonthly, &optDaily});
     OptionButton::group({&optEDK, &optPRISM});
+    bindHandlers();
 }
 
 void frmSettings::bindHandlers() {

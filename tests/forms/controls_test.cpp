@@ -9,6 +9,21 @@
 namespace velmora {
 namespace {
 
+struct TwoBoxes : Form {
+    TwoBoxes() : Form("frmTwo", "Two") {}
+    TextBox txtFirst{*this, "txtFirst", "1"};
+    Label lblSecond{*this, "lblSecond", "second"};
+    TextBox apart{"apart"};
+};
+
+TEST(Controls, JoinTheFormThatDeclaresThem) {
+    TwoBoxes form;
+    EXPECT_EQ(form.controls(), (std::vector<Control*>{&form.txtFirst, &form.lblSecond}));
+    EXPECT_EQ(form.find("lblSecond"), &form.lblSecond);
+    EXPECT_EQ(form.find("apart"), nullptr);
+    EXPECT_EQ(form.txtFirst.text(), "1");
+}
+
 TEST(Controls, OneOptionOfAGroupIsOn) {
     OptionButton a("a");
     OptionButton b("b");
