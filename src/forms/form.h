@@ -47,7 +47,6 @@ class Form {
     Handler hostClose;  // the host takes its window away
 
   protected:
-    void add(Control& control) { controls_.push_back(&control); }
     void setBusy(bool busy);
 
   private:

@@ -78,8 +78,8 @@ TEST(Controls, DisabledButtonDoesNothing) {
 
 class SmallForm : public Form {
   public:
-    SmallForm() : Form("frmSmall", "Small") { add(box); }
-    TextBox box{"txtBox"};
+    SmallForm() : Form("frmSmall", "Small") {}
+    TextBox box{*this, "txtBox"};
 };
 
 TEST(Form, FindsItsControls) {
@@ -145,8 +145,8 @@ TEST(DataGrid, KeepsItsCurrentRowForTheSameColumns) {
 
 TEST(Form, TellsItsHostAboutFocusAndPage) {
     struct OneBox : Form {
-        OneBox() : Form("frm", "Title") { add(box); }
-        TextBox box{"txt"};
+        OneBox() : Form("frm", "Title") {}
+        TextBox box{*this, "txt"};
     } form;
     const Control* focused = nullptr;
     int page = -1;
