@@ -9,6 +9,7 @@
 #include "forms/form.h"
 #include "gis/application.h"
 #include "settings/run_settings.h"
+#include "settings/settings_fields.h"
 
 namespace velmora {
 
@@ -108,12 +109,16 @@ class frmSettings : public Form {
     void showFirstChoices();
     void restoreFromDefaultFile();
     void restore(const RunSettings& settings);
+    void show(const SettingsField& field, const RunSettings& settings);
     void restorePrecipitation(const RunSettings& settings);
     void loadPrevious();
     void saveAs();
     void apply();
     bool checksPass();
     RunSettings collected() const;
+    void take(const SettingsField& field, std::string& value) const;
+    void take(const SettingsField& field, double& value) const;
+    void take(const SettingsField& field, bool& value) const;
 
     std::vector<CheckBox*> parameterBoxes();
 

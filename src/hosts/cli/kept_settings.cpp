@@ -12,7 +12,9 @@ namespace velmora::cli {
 
 namespace {
 
-bool isFlagOfTheTable(const SettingsField& field) { return field.name.starts_with("Has"); }
+bool isFlagOfTheTable(const SettingsField& field) {
+    return field.kind == FieldKind::flag && field.name != "ShowMonitor";
+}
 
 // Fields that a command leaves as they were: those that nobody named, but for what a weather table
 // named anew holds.
@@ -55,12 +57,11 @@ std::optional<RunSettings> recordInForce(const std::string& settingsFolder) {
 
 void showAsStored(Form& form, const RunSettings& record, const Assignments& named) {
     for (const SettingsField& field : settingsFields()) {
-        const bool shownDifferently = field.name == "TimeStep" ||
-                                      field.name == "PrecipitationMethod" ||
-                                      field.name == "PrismGridFolder" || isFlagOfTheTable(field);
+        const bool amongOptions = !field.options.empty();
+        const bool shownDifferently =
+            amongOptions || field.name == "PrismGridFolder" || isFlagOfTheTable(field);
         const std::string value = settingsText(record, field);
-        const bool choice = field.name == "TimeStep" || field.name == "PrecipitationMethod";
-        if (!shownDifferently || !stays(field, named) || (choice && value.empty())) continue;
+        if (!shownDifferently || !stays(field, named) || (amongOptions && value.empty())) continue;
         fillIn(form, field, value);
     }
 }

@@ -87,7 +87,7 @@ Assignments parsed(const std::vector<std::string>& assignments) {
                                 joinedNames(names));
         }
         const std::string value = assignment.substr(equals + 1);
-        all[name] = isPath(*field) ? wholePath(value) : value;
+        all[name] = field->kind == FieldKind::path ? wholePath(value) : value;
     }
     return all;
 }
