@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isGridFolder(const fs::path& path) { return isFile((path / "hdr.adf").string()); }
-
 // The raster files of that name plus an ending, in order of name.
 std::vector<fs::path> filesOfName(const fs::path& exact) {
     std::error_code error;
