@@ -32,13 +32,6 @@ constexpr const char* kTableFilter = "dBASE tables (*.dbf)|*.dbf";
 
 frmKcEditor::frmKcEditor(IApplication& application, const RunSettings& settings)
     : TrappedForm(application, "frmKcEditor", "Kc-Map Maker"), settings_(settings) {
-    for (Control* control : std::initializer_list<Control*>{
-             &txtKcDBName,  &cmdOpenDB,    &cmdCreateDB,   &grdKc,         &cmdSave,
-             &cmdSaveNew,   &picCurve,     &cmdBackward,   &cmdForward,    &txtLandCover,
-             &cmdLandCover, &cboFieldList, &cmdListLuType, &cboLuTypeList, &cmdMatch,
-             &cmdSummary,   &grdSummary,   &txtCellSize,   &cmdMakeMap,    &cmdClose}) {
-        add(*control);
-    }
     IBrowsers& browsers = application.browsers();
     const auto onClick = [this](CommandButton& button, void (frmKcEditor::*action)()) {
         button.onClick = [this, action] { attempt([this, action] { (this->*action)(); }); };

@@ -21,29 +21,29 @@ class frmKcEditor : public TrappedForm {
     void load() override;
 
     // The crop coefficient table
-    TextBox txtKcDBName{"txtKcDBName"};
-    CommandButton cmdOpenDB{"cmdOpenDB", "Open Kc Table"};
-    CommandButton cmdCreateDB{"cmdCreateDB", "Create New Kc Table"};
-    DataGrid grdKc{"grdKc"};
-    CommandButton cmdSave{"cmdSave", "Save"};
-    CommandButton cmdSaveNew{"cmdSaveNew", "Save New"};
+    TextBox txtKcDBName{*this, "txtKcDBName"};
+    CommandButton cmdOpenDB{*this, "cmdOpenDB", "Open Kc Table"};
+    CommandButton cmdCreateDB{*this, "cmdCreateDB", "Create New Kc Table"};
+    DataGrid grdKc{*this, "grdKc"};
+    CommandButton cmdSave{*this, "cmdSave", "Save"};
+    CommandButton cmdSaveNew{*this, "cmdSaveNew", "Save New"};
     // The monthly curve of the current crop
-    Chart picCurve{"picCurve"};
-    CommandButton cmdBackward{"cmdBackward", "Backward"};
-    CommandButton cmdForward{"cmdForward", "Forward"};
+    Chart picCurve{*this, "picCurve"};
+    CommandButton cmdBackward{*this, "cmdBackward", "Backward"};
+    CommandButton cmdForward{*this, "cmdForward", "Forward"};
     // The land cover
-    TextBox txtLandCover{"txtLandCover"};
-    CommandButton cmdLandCover{"cmdLandCover", "..."};
-    ListBox cboFieldList{"cboFieldList"};
-    CommandButton cmdListLuType{"cmdListLuType", "List Land Use Types"};
-    ListBox cboLuTypeList{"cboLuTypeList"};
-    CommandButton cmdMatch{"cmdMatch", "Match with Kc Table"};
-    CommandButton cmdSummary{"cmdSummary", "Summarize Crop Types"};
-    DataGrid grdSummary{"grdSummary"};
+    TextBox txtLandCover{*this, "txtLandCover"};
+    CommandButton cmdLandCover{*this, "cmdLandCover", "..."};
+    ListBox cboFieldList{*this, "cboFieldList"};
+    CommandButton cmdListLuType{*this, "cmdListLuType", "List Land Use Types"};
+    ListBox cboLuTypeList{*this, "cboLuTypeList"};
+    CommandButton cmdMatch{*this, "cmdMatch", "Match with Kc Table"};
+    CommandButton cmdSummary{*this, "cmdSummary", "Summarize Crop Types"};
+    DataGrid grdSummary{*this, "grdSummary"};
     // The maps
-    TextBox txtCellSize{"txtCellSize"};
-    CommandButton cmdMakeMap{"cmdMakeMap", "Make Kc Maps"};
-    CommandButton cmdClose{"cmdClose", "Close"};
+    TextBox txtCellSize{*this, "txtCellSize"};
+    CommandButton cmdMakeMap{*this, "cmdMakeMap", "Make Kc Maps"};
+    CommandButton cmdClose{*this, "cmdClose", "Close"};
 
   private:
     void openTable(const std::string& path);

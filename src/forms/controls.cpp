@@ -3,9 +3,15 @@
 
 #include <algorithm>
 
+#include "forms/form.h"
 #include "gis/errors.h"
 
 namespace velmora {
+
+Control::Control(Form& form, std::string controlName, std::string initialText)
+    : Control(std::move(controlName), std::move(initialText)) {
+    form.controls_.push_back(this);
+}
 
 void Control::setText(const std::string& text) {
     text_ = text;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The controls of a form, free of any toolkit: each holds what the user sees (text, items, value,
 // enabled) and tells a listener when that changes. A host binds its widgets to them by name and
-// calls the user's actions (type, choose, tick, click); a form sets the handlers.
+// calls the user's actions (type, choose, tick, click); a form sets the handlers. A control joins
+// the form that it is declared in: TextBox txtYear{*this, "txtYear"}.
 #pragma once
 
 #include <functional>
@@ -12,10 +13,15 @@ namespace velmora {
 
 using Handler = std::function<void()>;
 
+class Form;
+
 class Control {
   public:
+    // A control that belongs to no form.
     explicit Control(std::string controlName, std::string initialText = {})
         : name_(std::move(controlName)), text_(std::move(initialText)) {}
+    // A control that joins its form, whose member it is.
+    Control(Form& form, std::string controlName, std::string initialText = {});
     virtual ~Control() = default;
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;

@@ -19,6 +19,7 @@ class Form {
 
     const std::string& name() const { return name_; }
     const std::string& title() const { return title_; }
+    // In the order in which the form declares them.
     const std::vector<Control*>& controls() const { return controls_; }
     Control* find(const std::string& controlName) const;  // nullptr when there is none
 
@@ -46,10 +47,10 @@ class Form {
     Handler hostClose;  // the host takes its window away
 
   protected:
-    void add(Control& control) { controls_.push_back(&control); }
     void setBusy(bool busy);
 
   private:
+    friend class Control;  // which joins its form
     [[noreturn]] void throwMissing(const std::string& controlName) const;
 
     std::string name_;

@@ -78,7 +78,7 @@ class IConnectionFactory {
     // Creates an empty database file. Throws PlatformError when the file exists already.
     virtual void createDatabase(const std::string& connectionString) = 0;
     virtual std::unique_ptr<IConnection> open(const std::string& connectionString) = 0;
-    // Makes a database file of the user's: `fill` makes it under the name that it is given, and
+    // Makes a database file: `fill` makes it under the name that it is given, and
     // when it is whole and on the disk it takes the place of `path`. After a failure the old file
     // stays. Throws PlatformError, or what `fill` throws.
     virtual void makeDatabase(const std::string& path,

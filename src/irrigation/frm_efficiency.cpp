@@ -43,12 +43,6 @@ class BarListener : public IFeedbackListener {
 frmEfficiency::frmEfficiency(IApplication& application)
     : TrappedForm(application, "frmEfficiency",
                   "Interactive Mapping of Feild Application Efficiency of Irrigation") {
-    for (Control* control : std::initializer_list<Control*>{
-             &txtIRDB, &cmdOpenIRDB, &cmdApplyIRDB, &fraMethods, &lblZone, &cmbZone, &lblMethods,
-             &dgdMethods, &fraShares, &lblCvef, &txtCvef, &dgdShares, &cmdCalFieldEf, &fraMap,
-             &cmdEFMap, &PBar1, &cmdClose}) {
-        add(*control);
-    }
     txtIRDB.onDoubleClick = [this] { browse(); };
     cmdOpenIRDB.onClick = [this] { browse(); };
     cmdApplyIRDB.onClick = [this] { apply(); };

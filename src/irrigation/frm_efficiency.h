@@ -25,26 +25,26 @@ class frmEfficiency : public TrappedForm {
     const std::string& reason() const { return reason_; }
 
     // The database. Until it is applied the rest of the form is disabled.
-    TextBox txtIRDB{"txtIRDB"};
-    CommandButton cmdOpenIRDB{"cmdOpenIRDB", "..."};  // as a double click into the box
-    CommandButton cmdApplyIRDB{"cmdApplyIRDB", "Apply"};
+    TextBox txtIRDB{*this, "txtIRDB"};
+    CommandButton cmdOpenIRDB{*this, "cmdOpenIRDB", "..."};  // as a double click into the box
+    CommandButton cmdApplyIRDB{*this, "cmdApplyIRDB", "Apply"};
     // The methods: the default list, or that of the chosen zone
-    Frame fraMethods{"fraMethods", "Irrigation methods"};
-    Label lblZone{"lblZone", "Zone"};
-    ListBox cmbZone{"cmbZone"};
-    Label lblMethods{"lblMethods", "Methods of the zone and their efficiencies"};
-    DataGrid dgdMethods{"dgdMethods"};
+    Frame fraMethods{*this, "fraMethods", "Irrigation methods"};
+    Label lblZone{*this, "lblZone", "Zone"};
+    ListBox cmbZone{*this, "cmbZone"};
+    Label lblMethods{*this, "lblMethods", "Methods of the zone and their efficiencies"};
+    DataGrid dgdMethods{*this, "dgdMethods"};
     // The shares and efficiencies of the zone's crops
-    Frame fraShares{"fraShares", "Shares of the methods"};
-    Label lblCvef{"lblCvef", "Conveyance efficiency"};
-    TextBox txtCvef{"txtCvef", "1.0"};
-    DataGrid dgdShares{"dgdShares"};
-    CommandButton cmdCalFieldEf{"cmdCalFieldEf", "Estimate EF"};
+    Frame fraShares{*this, "fraShares", "Shares of the methods"};
+    Label lblCvef{*this, "lblCvef", "Conveyance efficiency"};
+    TextBox txtCvef{*this, "txtCvef", "1.0"};
+    DataGrid dgdShares{*this, "dgdShares"};
+    CommandButton cmdCalFieldEf{*this, "cmdCalFieldEf", "Estimate EF"};
     // The map
-    Frame fraMap{"fraMap", "Efficiency map"};
-    CommandButton cmdEFMap{"cmdEFMap", "Make Map"};
-    ProgressBar PBar1{"PBar1"};
-    CommandButton cmdClose{"cmdClose", "Close"};
+    Frame fraMap{*this, "fraMap", "Efficiency map"};
+    CommandButton cmdEFMap{*this, "cmdEFMap", "Make Map"};
+    ProgressBar PBar1{*this, "PBar1"};
+    CommandButton cmdClose{*this, "cmdClose", "Close"};
 
   private:
     void enableRest(bool enabled);

@@ -21,10 +21,6 @@ constexpr const char* kResultSource =
 
 frmStatistics::frmStatistics(IApplication& application, std::string table)
     : TrappedForm(application, "frmStatistics", "Zonal Results"), name_(std::move(table)) {
-    for (Control* control : std::initializer_list<Control*>{&cboRst, &lstContent, &cmdRefresh,
-                                                            &lblNote, &dgdResult, &cmdClose}) {
-        add(*control);
-    }
     cmdRefresh.setEnabled(false);
     lstContent.onClick = [this] { cmdRefresh.setEnabled(true); };
     cmdRefresh.onClick = [this] {

@@ -19,12 +19,12 @@ class frmStatistics : public TrappedForm {
     void load() override;
 
     // The kinds of results, that of the shown table first; choosing another one changes nothing.
-    ListBox cboRst{"cboRst"};
-    MultiSelectList lstContent{"lstContent"};
-    CommandButton cmdRefresh{"cmdRefresh", "Refresh"};
-    Label lblNote{"lblNote"};
-    DataGrid dgdResult{"dgdResult"};
-    CommandButton cmdClose{"cmdClose", "Close"};
+    ListBox cboRst{*this, "cboRst"};
+    MultiSelectList lstContent{*this, "lstContent"};
+    CommandButton cmdRefresh{*this, "cmdRefresh", "Refresh"};
+    Label lblNote{*this, "lblNote"};
+    DataGrid dgdResult{*this, "dgdResult"};
+    CommandButton cmdClose{*this, "cmdClose", "Close"};
 
   private:
     void showTable();

@@ -2,8 +2,6 @@
 #include "refet/work_database.h"
 
 #include "gis/connection_text.h"
-#include "gis/errors.h"
-#include "gis/text.h"
 
 namespace velmora {
 
@@ -14,7 +12,6 @@ std::string connectionTo(const std::string& path) {
 }
 
 std::unique_ptr<IConnection> createWithTable(IPlatform& platform, const std::string& path) {
-    platform.files().deleteFile(path);
     platform.connections().createDatabase(connectionTo(path));
     auto connection = platform.connections().open(connectionTo(path));
     std::vector<ColumnDefinition> columns;
@@ -25,19 +22,11 @@ std::unique_ptr<IConnection> createWithTable(IPlatform& platform, const std::str
     return connection;
 }
 
-// Makes the database under another name, lets `fill` fill it and puts it in its place.
 template <class Fill>
 void make(IPlatform& platform, const std::string& pathWithoutExtension, Fill fill) {
-    const std::string path = pathWithoutExtension + ".mdb";
-    const std::string unfinished =
-        joinedPath(parentFolderName(path), kUnfinishedPrefix + fileName(path));
-    try {
-        fill(*createWithTable(platform, unfinished));
-        platform.files().replaceFile(unfinished, path);
-    } catch (...) {
-        platform.files().deleteFile(unfinished);
-        throw;
-    }
+    platform.connections().makeDatabase(
+        pathWithoutExtension + ".mdb",
+        [&](const std::string& unfinished) { fill(*createWithTable(platform, unfinished)); });
 }
 
 }  // namespace

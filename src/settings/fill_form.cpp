@@ -2,7 +2,6 @@
 #include "settings/fill_form.h"
 
 #include <algorithm>
-#include <map>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -41,38 +40,39 @@ void chooseEntry(ListBox& list, const std::string& name, const std::string& valu
     }
 }
 
-void chooseOption(Form& form, const std::string& name, const std::string& value) {
-    static const std::map<std::string, std::string> options = {{"Monthly", "optMonthly"},
-                                                               {"Daily", "optDaily"},
-                                                               {"EDK", "optEDK"},
-                                                               {"PRISM_REF", "optPRISM"}};
-    const auto found = options.find(value);
-    const bool fits =
-        found != options.end() && (name == "TimeStep") == (value == "Monthly" || value == "Daily");
-    if (!fits) {
-        throw PlatformError(name + "=" + value + ": choose " +
-                            (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"));
+void choose(Form& form, const SettingsField& field, const std::string& value) {
+    const std::string name(field.name);
+    if (field.options.empty()) {
+        auto& list = form.control<ListBox>(std::string(field.control));
+        if (name == "ZoneField" && !form.control<TextBox>("txtZones").text().empty()) list.focus();
+        chooseEntry(list, name, value);
+    } else if (const FieldOption* option = optionOf(field, value)) {
+        form.control<OptionButton>(std::string(option->control)).choose();
+    } else {
+        throw PlatformError(name + "=" + value + ": choose " + optionNames(field));
     }
-    form.control<OptionButton>(found->second).choose();
+}
+
+void tick(CheckBox& box, const SettingsField& field, const std::string& value) {
+    if (!isTrue(value) && !isFalse(value)) {
+        throw PlatformError(std::string(field.name) + "=" + value + ": choose true or false");
+    }
+    box.setValue(isTrue(value));
 }
 
 }  // namespace
 
 void fillIn(Form& form, const SettingsField& field, const std::string& value) {
-    const std::string name(field.name);
-    Control* control = form.find(std::string(field.control));
-    if (name == "TimeStep" || name == "PrecipitationMethod") {
-        chooseOption(form, name, value);
-    } else if (auto* list = dynamic_cast<ListBox*>(control)) {
-        if (name == "ZoneField" && !form.control<TextBox>("txtZones").text().empty()) list->focus();
-        chooseEntry(*list, name, value);
-    } else if (auto* box = dynamic_cast<TextBox*>(control)) {
-        box->enter(value);
-    } else if (auto* check = dynamic_cast<CheckBox*>(control)) {
-        if (!isTrue(value) && !isFalse(value)) {
-            throw PlatformError(name + "=" + value + ": choose true or false");
-        }
-        check->setValue(isTrue(value));
+    const std::string control(field.control);
+    switch (field.kind) {
+        case FieldKind::choice:
+            return choose(form, field, value);
+        case FieldKind::flag:
+            return tick(form.control<CheckBox>(control), field, value);
+        case FieldKind::path:
+        case FieldKind::number:
+        case FieldKind::text:
+            return form.control<TextBox>(control).enter(value);
     }
 }
 

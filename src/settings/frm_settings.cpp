@@ -13,6 +13,7 @@
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 #include "settings/weather_flags.h"
 #include "settings/weather_inspection.h"
 
@@ -41,79 +42,9 @@ void fill(ListBox& list, const std::vector<std::string>& items, int shown) {
 
 frmSettings::frmSettings(IApplication& application)
     : Form("frmSettings", "General Settings"), application_(application) {
-    addControls();
-    bindHandlers();
-}
-
-void frmSettings::addControls() {
-    for (Control* control : std::initializer_list<Control*>{&txtDEM,
-                                                            &cmdDEM,
-                                                            &txtWeatherStations,
-                                                            &cmdWeatherStations,
-                                                            &txtWeatherData,
-                                                            &cmdWeatherData,
-                                                            &txtKc,
-                                                            &cmdKc,
-                                                            &txtLandCover,
-                                                            &cmdLandCover,
-                                                            &txtZones,
-                                                            &cmdZones,
-                                                            &cboZoneField,
-                                                            &txtOutput,
-                                                            &cmdOutput,
-                                                            &txtExtent,
-                                                            &cmdExtent,
-                                                            &txtCellSize,
-                                                            &lblCellsInWidth,
-                                                            &lblCellsInHeight,
-                                                            &lblLeft,
-                                                            &lblRight,
-                                                            &lblTop,
-                                                            &lblBottom,
-                                                            &optMonthly,
-                                                            &optDaily,
-                                                            &txtYear,
-                                                            &cboBeginMonth,
-                                                            &cboEndMonth,
-                                                            &cboBeginDay,
-                                                            &cboEndDay,
-                                                            &cboRefETMethod,
-                                                            &cboSiteUnit,
-                                                            &cboDemUnit,
-                                                            &cboTemperatureUnit,
-                                                            &cboRadiationUnit,
-                                                            &cboWindUnit,
-                                                            &chkTmax,
-                                                            &chkTmin,
-                                                            &chkTmean,
-                                                            &chkTdew,
-                                                            &chkRHmean,
-                                                            &chkRHmax,
-                                                            &chkRHmin,
-                                                            &chkSR,
-                                                            &chkWS,
-                                                            &cmdGetInfo,
-                                                            &lblWindSpeed,
-                                                            &txtWindSpeed,
-                                                            &lblKs,
-                                                            &txtKs,
-                                                            &lblKo,
-                                                            &txtKo,
-                                                            &optEDK,
-                                                            &optPRISM,
-                                                            &lblPrism,
-                                                            &txtPrism,
-                                                            &cmdPrism,
-                                                            &chkShowMonitor,
-                                                            &cmdOK,
-                                                            &cmdApply,
-                                                            &cmdCancel,
-                                                            &cmdSaveAs,
-                                                            &cmdLoad}) {
-        add(*control);
-    }
     OptionButton::group({&optMonthly, &optDaily});
     OptionButton::group({&optEDK, &optPRISM});
+    bindHandlers();
 }
 
 void frmSettings::bindHandlers() {
@@ -171,13 +102,7 @@ std::vector<CheckBox*> frmSettings::parameterBoxes() {
 void frmSettings::load() {
     Form::load();
     showDefaults();
-    IFileSystem& files = application_.platform().files();
-    if (files.fileExists(defaultSettingsPath(application_.extensionFolder()))) {
-        restoreFromDefaultFile();
-    } else {
-        optMonthly.choose();
-        chkShowMonitor.setValue(true);
-    }
+    restoreFromDefaultFile();
     if (!txtWeatherData.text().empty()) inspectWeather();
     showPage(0);
     cboZoneField.setEnabled(false);
@@ -185,10 +110,10 @@ void frmSettings::load() {
 }
 
 void frmSettings::showDefaults() {
-    for (TextBox* box : {&txtDEM, &txtWeatherStations, &txtWeatherData, &txtKc, &txtLandCover,
-                         &txtZones, &txtOutput, &txtExtent, &txtCellSize, &txtPrism}) {
-        box->setText({});
+    for (const SettingsField& field : settingsFields()) {
+        if (field.kind == FieldKind::path) control<TextBox>(std::string(field.control)).setText({});
     }
+    txtCellSize.setText({});
     for (Label* label :
          {&lblCellsInWidth, &lblCellsInHeight, &lblLeft, &lblRight, &lblTop, &lblBottom}) {
         label->setText({});
@@ -312,51 +237,49 @@ void frmSettings::inspectWeather() {
     }
 }
 
+// Where there is no record.
+void frmSettings::showFirstChoices() {
+    optMonthly.choose();
+    chkShowMonitor.setValue(true);
+}
+
 void frmSettings::restoreFromDefaultFile() {
     try {
-        RunSettings& settings = processState().settings;
-        settings = readSettings(application_.platform().files(),
-                                defaultSettingsPath(application_.extensionFolder()));
-        restore(settings);
-        restorePrecipitation(settings);
+        const auto stored =
+            storedSettings(application_.platform().files(), application_.extensionFolder());
+        if (!stored) {
+            showFirstChoices();
+            return;
+        }
+        processState().settings = *stored;
+        restore(*stored);
+        restorePrecipitation(*stored);
     } catch (const std::exception&) {
         application_.prompts().message("Error with 'Info' file");
     }
 }
 
-// All that both ways of reading a record show, the precipitation option and its folder aside.
+// All that both ways of reading a record show, the precipitation option and its folder aside. The
+// ticks of the parameters stay as stored where the weather table cannot be inspected.
 void frmSettings::restore(const RunSettings& settings) {
-    txtDEM.setText(settings.DEM);
-    txtWeatherStations.setText(settings.WeatherStations);
-    txtWeatherData.setText(settings.WeatherData);
-    txtKc.setText(settings.KcTable);
-    txtLandCover.setText(settings.LandCover);
-    txtZones.setText(settings.Zones);
-    cboZoneField.setText(settings.ZoneField);
-    txtOutput.setText(settings.OutputWorkspace);
-    txtExtent.setText(settings.ExtentProvider);
-    txtCellSize.setText(numberText(settings.CellSize));
-    cboRefETMethod.select(settings.methodNumber() - 1);  // fails for a method that is none
-    chkShowMonitor.setValue(settings.ShowMonitor);
-    if (settings.TimeStep == "Monthly") optMonthly.choose();
-    if (settings.TimeStep == "Daily") optDaily.choose();
-    txtYear.setText(settings.Year);
-    cboBeginMonth.setText(settings.BeginMonth);
-    cboEndMonth.setText(settings.EndMonth);
-    cboBeginDay.setText(settings.BeginDay);
-    cboEndDay.setText(settings.EndDay);
-    // What was stored stays where the weather table cannot be inspected.
-    const std::array<bool, kWeatherParameters> held = {
-        settings.HasTmax, settings.HasTmin,  settings.HasTdew,  settings.HasTmean, settings.HasSR,
-        settings.HasWS,   settings.HasRHmax, settings.HasRHmin, settings.HasRHmean};
-    const auto boxes = parameterBoxes();
-    for (std::size_t i = 0; i < boxes.size(); ++i) boxes[i]->setValue(held[i]);
-    cboDemUnit.setText(settings.DemUnit);
-    cboSiteUnit.setText(settings.SiteElevationUnit);
-    cboTemperatureUnit.setText(settings.TemperatureUnit);
-    txtWindSpeed.setText(numberText(settings.EstimatedWindSpeed));
-    txtKs.setText(numberText(settings.Ks));
-    txtKo.setText(numberText(settings.Ko));
+    for (const SettingsField& field : settingsFields()) {
+        const bool aside = field.name == "PrecipitationMethod" || field.name == "PrismGridFolder";
+        if (!aside) show(field, settings);
+    }
+}
+
+void frmSettings::show(const SettingsField& field, const RunSettings& settings) {
+    const std::string text = settingsText(settings, field);
+    const std::string name(field.control);
+    if (const FieldOption* option = optionOf(field, text)) {
+        control<OptionButton>(std::string(option->control)).choose();
+    } else if (field.kind == FieldKind::flag) {
+        control<CheckBox>(name).setValue(text == "true");
+    } else if (name == cboRefETMethod.name()) {
+        cboRefETMethod.select(settings.methodNumber() - 1);  // fails for a method that is none
+    } else if (field.options.empty()) {
+        control<Control>(name).setText(text);
+    }
 }
 
 // A stored "PRISM_REF" switches the time step to "Daily" and leaves the detrended option on; kept
@@ -389,8 +312,7 @@ void frmSettings::loadPrevious() {
             application_.prompts().message("Error with 'Info' file");
         }
     } else {
-        optMonthly.choose();
-        chkShowMonitor.setValue(true);
+        showFirstChoices();
     }
     if (!txtWeatherData.text().empty()) inspectWeather();
     showPage(0);
@@ -441,44 +363,27 @@ RunSettings frmSettings::collected() const {
         throw PlatformError("The cell size \"" + txtCellSize.text() + "\" is not a number");
     }
     RunSettings settings;
-    settings.DEM = txtDEM.text();
-    settings.WeatherStations = txtWeatherStations.text();
-    settings.WeatherData = txtWeatherData.text();
-    settings.KcTable = txtKc.text();
-    settings.LandCover = txtLandCover.text();
-    settings.Zones = txtZones.text();
-    settings.ZoneField = cboZoneField.text();
-    settings.PrismGridFolder = txtPrism.text();
-    settings.OutputWorkspace = txtOutput.text();
-    settings.ExtentProvider = txtExtent.text();
+    for (const SettingsField& field : settingsFields()) {
+        std::visit([&](auto member) { take(field, settings.*member); }, field.member);
+    }
     settings.CellSize = *cellSize;
-    settings.RefETMethod = cboRefETMethod.text().substr(0, 1);
-    if (optEDK.value()) settings.PrecipitationMethod = "EDK";
-    if (optPRISM.value()) settings.PrecipitationMethod = "PRISM_REF";
-    if (optMonthly.value()) settings.TimeStep = "Monthly";
-    if (optDaily.value()) settings.TimeStep = "Daily";
-    settings.Year = txtYear.text();
-    settings.BeginMonth = cboBeginMonth.text();
-    settings.EndMonth = cboEndMonth.text();
-    settings.BeginDay = cboBeginDay.text();
-    settings.EndDay = cboEndDay.text();
-    settings.DemUnit = cboDemUnit.text();
-    settings.SiteElevationUnit = cboSiteUnit.text();
-    settings.TemperatureUnit = cboTemperatureUnit.text();
-    settings.ShowMonitor = chkShowMonitor.value();
-    settings.HasTmax = chkTmax.value();
-    settings.HasTmin = chkTmin.value();
-    settings.HasTmean = chkTmean.value();
-    settings.HasTdew = chkTdew.value();
-    settings.HasRHmean = chkRHmean.value();
-    settings.HasRHmax = chkRHmax.value();
-    settings.HasRHmin = chkRHmin.value();
-    settings.HasSR = chkSR.value();
-    settings.HasWS = chkWS.value();
-    settings.Ks = lenientNumber(txtKs.text());
-    settings.Ko = lenientNumber(txtKo.text());
-    settings.EstimatedWindSpeed = lenientNumber(txtWindSpeed.text());
     return settings;
+}
+
+void frmSettings::take(const SettingsField& field, std::string& value) const {
+    for (const FieldOption& option : field.options) {
+        if (control<OptionButton>(std::string(option.control)).value()) value = option.value;
+    }
+    if (field.options.empty()) value = control<Control>(std::string(field.control)).text();
+    if (field.control == cboRefETMethod.name()) value = value.substr(0, 1);  // its number
+}
+
+void frmSettings::take(const SettingsField& field, double& value) const {
+    value = lenientNumber(control<TextBox>(std::string(field.control)).text());
+}
+
+void frmSettings::take(const SettingsField& field, bool& value) const {
+    value = control<CheckBox>(std::string(field.control)).value();
 }
 
 void frmSettings::apply() {

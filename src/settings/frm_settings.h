@@ -9,6 +9,7 @@
 #include "forms/form.h"
 #include "gis/application.h"
 #include "settings/run_settings.h"
+#include "settings/settings_fields.h"
 
 namespace velmora {
 
@@ -20,81 +21,80 @@ class frmSettings : public Form {
     void load() override;
 
     // "Input Data"
-    TextBox txtDEM{"txtDEM"};
-    CommandButton cmdDEM{"cmdDEM", "..."};
-    TextBox txtWeatherStations{"txtWeatherStations"};
-    CommandButton cmdWeatherStations{"cmdWeatherStations", "..."};
-    TextBox txtWeatherData{"txtWeatherData"};
-    CommandButton cmdWeatherData{"cmdWeatherData", "..."};
-    TextBox txtKc{"txtKc"};
-    CommandButton cmdKc{"cmdKc", "..."};
-    TextBox txtLandCover{"txtLandCover"};
-    CommandButton cmdLandCover{"cmdLandCover", "..."};
-    TextBox txtZones{"txtZones"};
-    CommandButton cmdZones{"cmdZones", "..."};
-    ListBox cboZoneField{"cboZoneField"};
+    TextBox txtDEM{*this, "txtDEM"};
+    CommandButton cmdDEM{*this, "cmdDEM", "..."};
+    TextBox txtWeatherStations{*this, "txtWeatherStations"};
+    CommandButton cmdWeatherStations{*this, "cmdWeatherStations", "..."};
+    TextBox txtWeatherData{*this, "txtWeatherData"};
+    CommandButton cmdWeatherData{*this, "cmdWeatherData", "..."};
+    TextBox txtKc{*this, "txtKc"};
+    CommandButton cmdKc{*this, "cmdKc", "..."};
+    TextBox txtLandCover{*this, "txtLandCover"};
+    CommandButton cmdLandCover{*this, "cmdLandCover", "..."};
+    TextBox txtZones{*this, "txtZones"};
+    CommandButton cmdZones{*this, "cmdZones", "..."};
+    ListBox cboZoneField{*this, "cboZoneField"};
     // "Output Workspace"
-    TextBox txtOutput{"txtOutput"};
-    CommandButton cmdOutput{"cmdOutput", "..."};
+    TextBox txtOutput{*this, "txtOutput"};
+    CommandButton cmdOutput{*this, "cmdOutput", "..."};
     // "Extent and Cell Size"
-    TextBox txtExtent{"txtExtent"};
-    CommandButton cmdExtent{"cmdExtent", "..."};
-    TextBox txtCellSize{"txtCellSize"};
-    Label lblCellsInWidth{"lblCellsInWidth"};
-    Label lblCellsInHeight{"lblCellsInHeight"};
-    Label lblLeft{"lblLeft"};
-    Label lblRight{"lblRight"};
-    Label lblTop{"lblTop"};
-    Label lblBottom{"lblBottom"};
+    TextBox txtExtent{*this, "txtExtent"};
+    CommandButton cmdExtent{*this, "cmdExtent", "..."};
+    TextBox txtCellSize{*this, "txtCellSize"};
+    Label lblCellsInWidth{*this, "lblCellsInWidth"};
+    Label lblCellsInHeight{*this, "lblCellsInHeight"};
+    Label lblLeft{*this, "lblLeft"};
+    Label lblRight{*this, "lblRight"};
+    Label lblTop{*this, "lblTop"};
+    Label lblBottom{*this, "lblBottom"};
     // "Time Step and  Period"
-    OptionButton optMonthly{"optMonthly", "Monthly"};
-    OptionButton optDaily{"optDaily", "Daily"};
-    TextBox txtYear{"txtYear"};
-    ListBox cboBeginMonth{"cboBeginMonth"};
-    ListBox cboEndMonth{"cboEndMonth"};
-    ListBox cboBeginDay{"cboBeginDay"};
-    ListBox cboEndDay{"cboEndDay"};
+    OptionButton optMonthly{*this, "optMonthly", "Monthly"};
+    OptionButton optDaily{*this, "optDaily", "Daily"};
+    TextBox txtYear{*this, "txtYear"};
+    ListBox cboBeginMonth{*this, "cboBeginMonth"};
+    ListBox cboEndMonth{*this, "cboEndMonth"};
+    ListBox cboBeginDay{*this, "cboBeginDay"};
+    ListBox cboEndDay{*this, "cboEndDay"};
     // "Methods for Calculating Reference ET"
-    ListBox cboRefETMethod{"cboRefETMethod"};
+    ListBox cboRefETMethod{*this, "cboRefETMethod"};
     // "Measurement Units"
-    ListBox cboSiteUnit{"cboSiteUnit"};
-    ListBox cboDemUnit{"cboDemUnit"};
-    ListBox cboTemperatureUnit{"cboTemperatureUnit"};
-    ListBox cboRadiationUnit{"cboRadiationUnit"};
-    ListBox cboWindUnit{"cboWindUnit"};
+    ListBox cboSiteUnit{*this, "cboSiteUnit"};
+    ListBox cboDemUnit{*this, "cboDemUnit"};
+    ListBox cboTemperatureUnit{*this, "cboTemperatureUnit"};
+    ListBox cboRadiationUnit{*this, "cboRadiationUnit"};
+    ListBox cboWindUnit{*this, "cboWindUnit"};
     // "Meteorological Data Information"
-    CheckBox chkTmax{"chkTmax", "Maximum Temperature"};
-    CheckBox chkTmin{"chkTmin", "Minimum Temperature"};
-    CheckBox chkTmean{"chkTmean", "Mean Temperature"};
-    CheckBox chkTdew{"chkTdew", "Dewpoint Temperature"};
-    CheckBox chkRHmean{"chkRHmean", "Mean RH"};
-    CheckBox chkRHmax{"chkRHmax", "Maximum RH"};
-    CheckBox chkRHmin{"chkRHmin", "Minimum RH"};
-    CheckBox chkSR{"chkSR", "Solar Radiation"};
-    CheckBox chkWS{"chkWS", "Wind Speed"};
-    CommandButton cmdGetInfo{"cmdGetInfo", "Get Info"};
-    Label lblWindSpeed{"lblWindSpeed", "Estimated Wind Speed at 2m:"};
-    TextBox txtWindSpeed{"txtWindSpeed"};
-    Label lblKs{"lblKs", "(Tmax-Tmin)^0.5 x Ra x"};
-    TextBox txtKs{"txtKs"};
-    Label lblKo{"lblKo", "Estimated as :Tmin - Ko"};
-    TextBox txtKo{"txtKo"};
+    CheckBox chkTmax{*this, "chkTmax", "Maximum Temperature"};
+    CheckBox chkTmin{*this, "chkTmin", "Minimum Temperature"};
+    CheckBox chkTmean{*this, "chkTmean", "Mean Temperature"};
+    CheckBox chkTdew{*this, "chkTdew", "Dewpoint Temperature"};
+    CheckBox chkRHmean{*this, "chkRHmean", "Mean RH"};
+    CheckBox chkRHmax{*this, "chkRHmax", "Maximum RH"};
+    CheckBox chkRHmin{*this, "chkRHmin", "Minimum RH"};
+    CheckBox chkSR{*this, "chkSR", "Solar Radiation"};
+    CheckBox chkWS{*this, "chkWS", "Wind Speed"};
+    CommandButton cmdGetInfo{*this, "cmdGetInfo", "Get Info"};
+    Label lblWindSpeed{*this, "lblWindSpeed", "Estimated Wind Speed at 2m:"};
+    TextBox txtWindSpeed{*this, "txtWindSpeed"};
+    Label lblKs{*this, "lblKs", "(Tmax-Tmin)^0.5 x Ra x"};
+    TextBox txtKs{*this, "txtKs"};
+    Label lblKo{*this, "lblKo", "Estimated as :Tmin - Ko"};
+    TextBox txtKo{*this, "txtKo"};
     // "Precipitation Interpolation"
-    OptionButton optEDK{"optEDK", "Use elevationally detrended method"};
-    OptionButton optPRISM{"optPRISM", "Use PRISM precipitation GRID as reference"};
-    Label lblPrism{"lblPrism", "Location of  the reference GRIDs:"};
-    TextBox txtPrism{"txtPrism"};
-    CommandButton cmdPrism{"cmdPrism", "..."};
+    OptionButton optEDK{*this, "optEDK", "Use elevationally detrended method"};
+    OptionButton optPRISM{*this, "optPRISM", "Use PRISM precipitation GRID as reference"};
+    Label lblPrism{*this, "lblPrism", "Location of  the reference GRIDs:"};
+    TextBox txtPrism{*this, "txtPrism"};
+    CommandButton cmdPrism{*this, "cmdPrism", "..."};
     // "Performance Control"
-    CheckBox chkShowMonitor{"chkShowMonitor", "Show Progress  Monitor"};
-    CommandButton cmdOK{"cmdOK", "OK"};
-    CommandButton cmdApply{"cmdApply", "Apply"};
-    CommandButton cmdCancel{"cmdCancel", "Cancel"};
-    CommandButton cmdSaveAs{"cmdSaveAs", "Save As"};
-    CommandButton cmdLoad{"cmdLoad", "Load Previous Settings"};
+    CheckBox chkShowMonitor{*this, "chkShowMonitor", "Show Progress  Monitor"};
+    CommandButton cmdOK{*this, "cmdOK", "OK"};
+    CommandButton cmdApply{*this, "cmdApply", "Apply"};
+    CommandButton cmdCancel{*this, "cmdCancel", "Cancel"};
+    CommandButton cmdSaveAs{*this, "cmdSaveAs", "Save As"};
+    CommandButton cmdLoad{*this, "cmdLoad", "Load Previous Settings"};
 
   private:
-    void addControls();
     void bindHandlers();
     void showDefaults();
 
@@ -106,14 +106,19 @@ class frmSettings : public Form {
     void enablePrism(bool enabled);
     void inspectWeather();
 
+    void showFirstChoices();
     void restoreFromDefaultFile();
     void restore(const RunSettings& settings);
+    void show(const SettingsField& field, const RunSettings& settings);
     void restorePrecipitation(const RunSettings& settings);
     void loadPrevious();
     void saveAs();
     void apply();
     bool checksPass();
     RunSettings collected() const;
+    void take(const SettingsField& field, std::string& value) const;
+    void take(const SettingsField& field, double& value) const;
+    void take(const SettingsField& field, bool& value) const;
 
     std::vector<CheckBox*> parameterBoxes();
 

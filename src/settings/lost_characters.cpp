@@ -28,10 +28,11 @@ std::vector<LostText> textsToBeLost(const RunSettings& settings) {
                          "the settings file cannot hold \"" + lost + "\": \"" + text +
                              "\" is stored as \"" + utf8FromWindows1252(windows1252FromUtf8(text)) +
                              "\"" +
-                             (isPath(field) ? ", which names something else: rename or move it so "
-                                              "that its path has letters of Western Europe only "
-                                              "(Windows-1252), and apply again"
-                                            : "")});
+                             (field.kind == FieldKind::path
+                                  ? ", which names something else: rename or move it so "
+                                    "that its path has letters of Western Europe only "
+                                    "(Windows-1252), and apply again"
+                                  : "")});
     }
     return texts;
 }
@@ -40,7 +41,7 @@ std::vector<LostText> lostPaths(const IFileSystem& files, const RunSettings& set
     std::vector<LostText> texts;
     for (const SettingsField& field : settingsFields()) {
         const std::string path = settingsText(settings, field);
-        if (!isPath(field) || path.find('?') == std::string::npos) continue;
+        if (field.kind != FieldKind::path || path.find('?') == std::string::npos) continue;
         if (namesSomething(files, field, path)) continue;
         texts.push_back({std::string(field.name),
                          "\"" + path +

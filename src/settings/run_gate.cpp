@@ -4,21 +4,20 @@
 #include "gis/errors.h"
 #include "settings/lost_characters.h"
 #include "settings/run_state.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora {
 
 bool passRunGate(IApplication& application) {
     const IFileSystem& files = application.platform().files();
-    const std::string path = defaultSettingsPath(application.extensionFolder());
-    if (!files.fileExists(path)) {
-        application.prompts().failure("Run Settings First,Please!");
-        return false;
-    }
     try {
-        RunSettings& settings = processState().settings;
-        settings = readSettings(files, path);
-        for (const LostText& lost : lostPaths(files, settings)) {
+        const auto stored = storedSettings(files, application.extensionFolder());
+        if (!stored) {
+            application.prompts().failure(kNoSettings);
+            return false;
+        }
+        processState().settings = *stored;
+        for (const LostText& lost : lostPaths(files, *stored)) {
             application.prompts().notice(lost.field + ": " + lost.text);
         }
         return true;

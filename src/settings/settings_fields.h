@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every field of the run settings declared once: its name, its place in the record, the control of
-// the General Settings form that fills it, and what it means. The settings file, the form, the
-// command and its help follow this table.
+// Every field of the run settings declared once: its name, its kind, its place in the record, the
+// control of the General Settings form that fills it, and what it means. The settings file, the
+// form, the command, its help and the report follow this table.
 #pragma once
 
 #include <span>
@@ -17,11 +17,27 @@ namespace velmora {
 using SettingsMember =
     std::variant<std::string RunSettings::*, double RunSettings::*, bool RunSettings::*>;
 
+enum class FieldKind {
+    path,    // of a file, a folder or a dataset
+    number,  // typed
+    choice,  // an entry of a list, or one of a group of options
+    flag,    // ticked
+    text     // typed
+};
+
+// An option button of the form, and the text that the record has when it is on.
+struct FieldOption {
+    std::string_view value;
+    std::string_view control;
+};
+
 struct SettingsField {
     std::string_view name;
+    FieldKind kind;
     SettingsMember member;
-    std::string_view control;  // the form's control; for a pair of options the first of them
+    std::string_view control;  // the form's control, "" where options are
     std::string_view help;
+    std::span<const FieldOption> options = {};
 };
 
 // All 35 fields in the order of the record.
@@ -30,8 +46,11 @@ std::span<const SettingsField> settingsFields();
 // The field of that name (case counts), or nullptr.
 const SettingsField* findSettingsField(std::string_view name);
 
-// Whether the field holds the path of a file, a folder or a dataset.
-bool isPath(const SettingsField& field);
+// The option whose text is `value`, or nullptr.
+const FieldOption* optionOf(const SettingsField& field, std::string_view value);
+
+// The texts of a field's options: "Monthly or Daily".
+std::string optionNames(const SettingsField& field);
 
 // Puts one record's value of a field into another record.
 void copyField(const SettingsField& field, const RunSettings& from, RunSettings& to);

@@ -98,23 +98,24 @@ RunSettings parseSettingsRecord(std::string_view bytes) {
 }
 
 void requireRestorable(const RunSettings& settings) {
-    const auto require = [](bool holds, const std::string& field, const std::string& value,
-                            const char* wanted) {
+    const auto require = [](bool holds, const SettingsField& field, const std::string& value,
+                            const std::string& wanted) {
         if (holds) return;
-        throw PlatformError("The field " + field + " holds \"" + value + "\", but it should be " +
-                            wanted);
+        throw PlatformError("The field " + std::string(field.name) + " holds \"" + value +
+                            "\", but it should be " + wanted);
     };
     const std::string& method = settings.RefETMethod;
-    require(method.size() == 1 && method >= "1" && method <= "6", "RefETMethod", method, "1 to 6");
-    const std::string& rain = settings.PrecipitationMethod;
-    require(rain.empty() || rain == "EDK" || rain == "PRISM_REF", "PrecipitationMethod", rain,
-            "EDK or PRISM_REF");
-    const std::string& step = settings.TimeStep;
-    require(step.empty() || step == "Monthly" || step == "Daily", "TimeStep", step,
-            "Monthly or Daily");
-    for (const char* name : {"CellSize", "Ks", "Ko", "EstimatedWindSpeed"}) {
-        const std::string number = settingsText(settings, *findSettingsField(name));
-        require(strictNumber(number).has_value(), name, number, "a number");
+    require(method.size() == 1 && method >= "1" && method <= "6", *findSettingsField("RefETMethod"),
+            method, "1 to 6");
+    for (const SettingsField& field : settingsFields()) {
+        if (field.options.empty()) continue;
+        const std::string value = settingsText(settings, field);
+        require(value.empty() || optionOf(field, value), field, value, optionNames(field));
+    }
+    for (const SettingsField& field : settingsFields()) {
+        if (field.kind != FieldKind::number) continue;
+        const std::string number = settingsText(settings, field);
+        require(strictNumber(number).has_value(), field, number, "a number");
     }
 }
 

@@ -4,10 +4,6 @@
 namespace velmora {
 
 frmMonitor::frmMonitor() : Form("frmMonitor", "Progress  Monitor") {
-    for (Control* control : std::initializer_list<Control*>{&lblProgress, &lblMessage, &lblStatus,
-                                                            &lblWarning, &cmdClose}) {
-        add(*control);
-    }
     cmdClose.onClick = [this] { close(); };
 }
 

@@ -19,12 +19,12 @@ class frmMonitor : public Form, public IFeedbackListener {
     void statusChanged(const std::string& text) override { lblStatus.setText(text); }
     void stepEnded();  // the window tells so and may be closed
 
-    Label lblProgress{"lblProgress", "Progress:"};
-    Label lblMessage{"lblMessage"};
-    Label lblStatus{"lblStatus", "Velmora is working ..."};
-    Label lblWarning{"lblWarning",
+    Label lblProgress{*this, "lblProgress", "Progress:"};
+    Label lblMessage{*this, "lblMessage"};
+    Label lblStatus{*this, "lblStatus", "Velmora is working ..."};
+    Label lblWarning{*this, "lblWarning",
                      "Warning:  Using  ArcMap during this  time may cause unexpected problems ..."};
-    CommandButton cmdClose{"cmdClose", "Close"};
+    CommandButton cmdClose{*this, "cmdClose", "Close"};
 };
 
 }  // namespace velmora

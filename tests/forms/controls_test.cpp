@@ -9,6 +9,21 @@
 namespace velmora {
 namespace {
 
+struct TwoBoxes : Form {
+    TwoBoxes() : Form("frmTwo", "Two") {}
+    TextBox txtFirst{*this, "txtFirst", "1"};
+    Label lblSecond{*this, "lblSecond", "second"};
+    TextBox apart{"apart"};
+};
+
+TEST(Controls, JoinTheFormThatDeclaresThem) {
+    TwoBoxes form;
+    EXPECT_EQ(form.controls(), (std::vector<Control*>{&form.txtFirst, &form.lblSecond}));
+    EXPECT_EQ(form.find("lblSecond"), &form.lblSecond);
+    EXPECT_EQ(form.find("apart"), nullptr);
+    EXPECT_EQ(form.txtFirst.text(), "1");
+}
+
 TEST(Controls, OneOptionOfAGroupIsOn) {
     OptionButton a("a");
     OptionButton b("b");
@@ -63,8 +78,8 @@ TEST(Controls, DisabledButtonDoesNothing) {
 
 class SmallForm : public Form {
   public:
-    SmallForm() : Form("frmSmall", "Small") { add(box); }
-    TextBox box{"txtBox"};
+    SmallForm() : Form("frmSmall", "Small") {}
+    TextBox box{*this, "txtBox"};
 };
 
 TEST(Form, FindsItsControls) {
@@ -127,8 +142,8 @@ TEST(DataGrid, KeepsItsCurrentRowForTheSameColumns) {
 
 TEST(Form, TellsItsHostAboutFocusAndPage) {
     struct OneBox : Form {
-        OneBox() : Form("frm", "Title") { add(box); }
-        TextBox box{"txt"};
+        OneBox() : Form("frm", "Title") {}
+        TextBox box{*this, "txt"};
     } form;
     const Control* focused = nullptr;
     int page = -1;

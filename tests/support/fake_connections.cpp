@@ -112,8 +112,13 @@ std::unique_ptr<IConnection> FakeConnections::open(const std::string& connection
 void FakeConnections::makeDatabase(const std::string& path,
                                    const std::function<void(const std::string& unfinished)>& fill) {
     const std::string unfinished = joinedPath(parentFolderName(path), kUnfinishedPrefix);
-    fill(unfinished);
-    files_.replaceFile(unfinished, path);
+    try {
+        fill(unfinished);
+        files_.replaceFile(unfinished, path);
+    } catch (...) {
+        files_.deleteFile(unfinished);
+        throw;
+    }
 }
 
 std::map<std::string, std::size_t> FakeConnections::rowsOf(const std::string& database) const {

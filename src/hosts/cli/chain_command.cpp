@@ -11,7 +11,7 @@
 #include "hosts/cli/step_run.h"
 #include "modelling/products.h"
 #include "platform/platform.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -45,9 +45,7 @@ class TerminalChain : public IChainHost {
     }
 
     std::optional<RunSettings> settings() override {
-        const std::string path = defaultSettingsPath(session_.settingsFolder);
-        if (!platform_.files().fileExists(path)) return std::nullopt;
-        return readSettings(platform_.files(), path);
+        return storedSettings(platform_.files(), session_.settingsFolder);
     }
 
     void begins(const std::string& step) override {

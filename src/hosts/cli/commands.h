@@ -46,6 +46,9 @@ std::string wholePath(const std::string& path);
 
 enum class TableForm { aligned, csv };
 
+// Says that there are no settings and what makes them; the failure that this is.
+int failWithoutSettings(const Session& session);
+
 // `velmora settings`: the buttons of the General Settings form.
 int applySettings(const Session& session, const std::vector<std::string>& assignments);
 int showSettings(const Session& session);

@@ -9,7 +9,7 @@
 #include "hosts/results/grid_statistics.h"
 #include "modelling/products.h"
 #include "platform/platform.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -76,8 +76,7 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     if (applied != kDone || inputsOnly) return applied;
     const int ran = runAll(own, {{{}, "0.9", "crop", false, false}, {}, {}, false});
     if (ran != kDone) return ran;
-    const RunSettings settings =
-        readSettings(platform.files(), defaultSettingsPath(own.settingsFolder));
+    const RunSettings settings = requiredSettings(platform.files(), own.settingsFolder);
     if (!session.json) printTables(platform, settings);
     const int drawn = drawPictures(own, settings, path);
     if (drawn != kDone) return drawn;

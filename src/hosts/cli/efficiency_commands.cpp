@@ -19,7 +19,7 @@
 #include "irrigation/zone_filling.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -38,8 +38,7 @@ std::optional<bool> answerTo(const std::string& question, const EfficiencyOption
 bool failed(const Form& form) { return dynamic_cast<const TrappedForm&>(form).failed(); }
 
 RunSettings settingsOf(HeadlessApplication& application) {
-    return readSettings(application.platform().files(),
-                        defaultSettingsPath(application.extensionFolder()));
+    return requiredSettings(application.platform().files(), application.extensionFolder());
 }
 
 std::string databaseIn(const Form& form) { return form.control<TextBox>("txtIRDB").text(); }
@@ -215,8 +214,9 @@ void requireShares(const Session& session, const EfficiencyOptions& options) {
     if (!options.defaultShares.empty()) return;
     HeadlessApplication application(session.settingsFolder, session.terminal);
     const IFileSystem& files = application.platform().files();
-    if (!files.fileExists(defaultSettingsPath(session.settingsFolder))) return;
-    const std::string path = irrigationDatabaseOf(settingsOf(application), options);
+    const auto settings = storedSettings(files, session.settingsFolder);
+    if (!settings) return;
+    const std::string path = irrigationDatabaseOf(*settings, options);
     if (files.fileExists(path)) {
         const IrrigationDatabase database(application.platform(), path);
         if (database.hasEfficiencyTable() && !database.query("Select * from IREF")->eof()) return;

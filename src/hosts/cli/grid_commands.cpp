@@ -10,7 +10,7 @@
 #include "hosts/results/grid_picture.h"
 #include "hosts/results/grid_statistics.h"
 #include "platform/platform.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -18,8 +18,8 @@ namespace {
 
 // The output folder of the settings, or "" when there are none.
 std::string outputFolder(const Session& session, const IFileSystem& files) {
-    const std::string path = defaultSettingsPath(session.settingsFolder);
-    return files.fileExists(path) ? readSettings(files, path).OutputWorkspace : std::string();
+    const auto settings = storedSettings(files, session.settingsFolder);
+    return settings ? settings->OutputWorkspace : std::string();
 }
 
 bool isName(const std::string& dataset) { return dataset.find('/') == std::string::npos; }

@@ -6,12 +6,15 @@
 #include "settings/fill_form.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
 namespace {
 
-bool isFlagOfTheTable(const SettingsField& field) { return field.name.starts_with("Has"); }
+bool isFlagOfTheTable(const SettingsField& field) {
+    return field.kind == FieldKind::flag && field.name != "ShowMonitor";
+}
 
 // Fields that a command leaves as they were: those that nobody named, but for what a weather table
 // named anew holds.
@@ -20,22 +23,31 @@ bool stays(const SettingsField& field, const Assignments& named) {
     return !(isFlagOfTheTable(field) && named.contains("WeatherData"));
 }
 
-}  // namespace
-
-RunSettings soundRecord(const std::string& path) {
-    RunSettings settings = readSettings(platform::FileSystem(), path);
+void requireSound(const RunSettings& settings, const std::string& path) {
     try {
         requireRestorable(settings);
     } catch (const PlatformError& e) {
         throw PlatformError(path + ": " + e.what());
     }
+}
+
+}  // namespace
+
+RunSettings soundRecord(const std::string& path) {
+    RunSettings settings = readSettings(platform::FileSystem(), path);
+    requireSound(settings, path);
     return settings;
 }
 
-std::optional<RunSettings> recordInForce(const std::string& path) {
-    if (!platform::FileSystem().fileExists(path)) return std::nullopt;
+std::optional<RunSettings> soundRecordInForce(const std::string& settingsFolder) {
+    auto settings = storedSettings(platform::FileSystem(), settingsFolder);
+    if (settings) requireSound(*settings, defaultSettingsPath(settingsFolder));
+    return settings;
+}
+
+std::optional<RunSettings> recordInForce(const std::string& settingsFolder) {
     try {
-        return soundRecord(path);
+        return soundRecordInForce(settingsFolder);
     } catch (const PlatformError& e) {
         throw PlatformError(std::string(e.what()) +
                             ". Nothing is changed: load saved settings (velmora settings load "
@@ -45,12 +57,11 @@ std::optional<RunSettings> recordInForce(const std::string& path) {
 
 void showAsStored(Form& form, const RunSettings& record, const Assignments& named) {
     for (const SettingsField& field : settingsFields()) {
-        const bool shownDifferently = field.name == "TimeStep" ||
-                                      field.name == "PrecipitationMethod" ||
-                                      field.name == "PrismGridFolder" || isFlagOfTheTable(field);
+        const bool amongOptions = !field.options.empty();
+        const bool shownDifferently =
+            amongOptions || field.name == "PrismGridFolder" || isFlagOfTheTable(field);
         const std::string value = settingsText(record, field);
-        const bool choice = field.name == "TimeStep" || field.name == "PrecipitationMethod";
-        if (!shownDifferently || !stays(field, named) || (choice && value.empty())) continue;
+        if (!shownDifferently || !stays(field, named) || (amongOptions && value.empty())) continue;
         fillIn(form, field, value);
     }
 }

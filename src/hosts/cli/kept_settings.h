@@ -19,8 +19,11 @@ using Assignments = std::map<std::string, std::string>;  // values by the names 
 // has written.
 RunSettings soundRecord(const std::string& path);
 
-// The same of the default settings file, with what to do then; nothing before the first Apply.
-std::optional<RunSettings> recordInForce(const std::string& path);
+// The same of the default settings file; nothing before the first Apply.
+std::optional<RunSettings> soundRecordInForce(const std::string& settingsFolder);
+
+// The same, and the failure says what to do then.
+std::optional<RunSettings> recordInForce(const std::string& settingsFolder);
 
 // Lets the form, which has just opened or loaded the record, show it as it was stored. The flags of
 // a weather table that is named are left to the form's inspection.

@@ -19,6 +19,7 @@
 #include "settings/run_settings.h"
 #include "settings/settings_fields.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 #include "settings/weather_inspection.h"
 #include "shell/interfaces.h"
 
@@ -86,7 +87,7 @@ Assignments parsed(const std::vector<std::string>& assignments) {
                                 joinedNames(names));
         }
         const std::string value = assignment.substr(equals + 1);
-        all[name] = isPath(*field) ? wholePath(value) : value;
+        all[name] = field->kind == FieldKind::path ? wholePath(value) : value;
     }
     return all;
 }
@@ -161,7 +162,7 @@ int applySettings(const Session& session, const std::vector<std::string>& assign
         return kBadUsage;
     }
     const std::string path = defaultSettingsPath(session.settingsFolder);
-    const std::optional<RunSettings> before = recordInForce(path);
+    const std::optional<RunSettings> before = recordInForce(session.settingsFolder);
     HeadlessApplication application(session.settingsFolder, session.terminal);
     requireReadable(application.platform(), named, before.value_or(RunSettings()));
     bool applied = false;
@@ -183,23 +184,24 @@ int applySettings(const Session& session, const std::vector<std::string>& assign
     return lost ? kFailed : kDone;
 }
 
+int failWithoutSettings(const Session& session) {
+    tell("message: {}\n", kNoSettings);
+    tell("velmora: there is no {} yet: velmora settings apply makes it\n",
+         defaultSettingsPath(session.settingsFolder));
+    return kFailed;
+}
+
 int showSettings(const Session& session) {
-    const platform::FileSystem files;
-    const std::string path = defaultSettingsPath(session.settingsFolder);
-    if (!files.fileExists(path)) {
-        tell("message: Run Settings First,Please!\n");
-        tell("velmora: there is no {} yet: velmora settings apply makes it\n", path);
-        return kFailed;
-    }
-    printSettings(readSettings(files, path), session.json);
+    const auto settings = storedSettings(platform::FileSystem(), session.settingsFolder);
+    if (!settings) return failWithoutSettings(session);
+    printSettings(*settings, session.json);
     return kDone;
 }
 
 // "Save As" writes what the last Apply stored; nothing in force changes.
 int saveSettingsAs(const Session& session, const std::string& file) {
-    const std::optional<RunSettings> record =
-        recordInForce(defaultSettingsPath(session.settingsFolder));
-    if (!record) return showSettings(session);
+    const std::optional<RunSettings> record = recordInForce(session.settingsFolder);
+    if (!record) return failWithoutSettings(session);
     const std::string path = wholePath(file);
     platform::FileSystem files;
     writeSettings(files, path, *record);
@@ -219,7 +221,7 @@ int loadSettings(const Session& session, const std::string& file) {
     }
     std::optional<RunSettings> before;
     try {
-        if (files.fileExists(defaultPath)) before = soundRecord(defaultPath);
+        before = soundRecordInForce(session.settingsFolder);
     } catch (const PlatformError& e) {
         application.prompts().notice(std::string("The damaged settings in force are replaced: ") +
                                      e.what());

@@ -9,7 +9,7 @@
 #include "hosts/components/loaded_extension.h"
 #include "hosts/components/menu_item.h"
 #include "platform/platform.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 #include "shell/interfaces.h"
 
 namespace velmora::cli {
@@ -84,13 +84,9 @@ int listCommands(const Session& session) {
 
 int checkSettings(const Session& session, bool all) {
     platform::Platform platform;
-    const std::string path = defaultSettingsPath(session.settingsFolder);
-    if (!platform.files().fileExists(path)) {
-        tell("velmora: {}: there are no settings yet: velmora settings apply makes them\n", path);
-        return kFailed;
-    }
-    const std::vector<Finding> findings =
-        checkInputs(platform, readSettings(platform.files(), path));
+    const auto settings = storedSettings(platform.files(), session.settingsFolder);
+    if (!settings) return failWithoutSettings(session);
+    const std::vector<Finding> findings = checkInputs(platform, *settings);
     std::map<Severity, int> counts;
     auto list = nlohmann::ordered_json::array();
     for (const Finding& finding : findings) {

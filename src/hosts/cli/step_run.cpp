@@ -8,7 +8,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/results/run_log.h"
 #include "modelling/products.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::cli {
 
@@ -25,11 +25,10 @@ Json showDiagnostics(const Session& session, HeadlessApplication& application,
         return Json::array();
     }
     if (!session.json) print("{}\n", report.table());
-    const std::string settings = defaultSettingsPath(session.settingsFolder);
-    const std::string folder =
-        readSettings(application.platform().files(), settings).OutputWorkspace;
-    const auto files = report.write(application.platform().files(), folder,
-                                    std::string(productMadeBy(step).made.stem) + "diagnostics");
+    IFileSystem& disk = application.platform().files();
+    const std::string folder = requiredSettings(disk, session.settingsFolder).OutputWorkspace;
+    const auto files =
+        report.write(disk, folder, std::string(productMadeBy(step).made.stem) + "diagnostics");
     const std::string pictures =
         files.size() > 1
             ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +

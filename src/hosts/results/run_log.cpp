@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "gis/text.h"
-#include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora {
 
@@ -45,9 +45,9 @@ bool isOf(const Json& entry, const std::string& step) {
 
 std::string noteRun(IFileSystem& files, const std::string& settingsFolder, const StepRun& run) {
     try {
-        const std::string settings = defaultSettingsPath(settingsFolder);
-        if (!files.fileExists(settings)) return {};
-        const std::string folder = readSettings(files, settings).OutputWorkspace;
+        const auto settings = storedSettings(files, settingsFolder);
+        if (!settings) return {};
+        const std::string folder = settings->OutputWorkspace;
         if (!files.folderExists(folder)) return {};
         Json runs = Json::array();
         for (const Json& old : read(folder)) {

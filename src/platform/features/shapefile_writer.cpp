@@ -16,6 +16,7 @@
 #include "platform/features/vector_dataset.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_file.h"
 
 namespace velmora::platform {
 
@@ -116,13 +117,12 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
                 const std::vector<Field>& fields, TextEncoding encoding,
                 const std::function<void(const LayerWriter& add)>& fill) {
     const std::string stem = baseName(path);
-    sweepUnfinished(parentFolderName(path));
-    const std::string unfinished = unfinishedPath(withoutExtension(path));
     CPLErrorReset();
     const GdalFailures failures;  // those of the last flush are told to nobody else
     try {
+        const UnfinishedFile folder(withoutExtension(path));
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-        DatasetPtr dataset(driver->Create(unfinished.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        DatasetPtr dataset(driver->Create(folder.path().c_str(), 0, 0, 0, GDT_Unknown, nullptr));
         CPLStringList options;
         if (encoding == TextEncoding::utf8) options.SetNameValue("ENCODING", "UTF-8");
         OGRSpatialReference system;
@@ -146,13 +146,11 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
         dataset.reset();
         if (failures.any()) throw PlatformError(failures.first());
         const bool shapes = type != wkbNone;
-        if (recordsWritten(joinedPath(unfinished, stem), shapes) != std::optional(records)) {
+        if (recordsWritten(joinedPath(folder.path(), stem), shapes) != std::optional(records)) {
             throw PlatformError("not all records reached the disk, which may be full");
         }
-        moveInPlace(unfinished, stem, withoutExtension(path), shapes);
-        removeTree(unfinished);
+        moveInPlace(folder.path(), stem, withoutExtension(path), shapes);
     } catch (const std::exception& e) {
-        removeTree(unfinished);
         throw PlatformError("Cannot write " + path + ": " + e.what());
     }
 }

@@ -20,6 +20,7 @@
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_file.h"
 
 namespace velmora::platform {
 
@@ -154,13 +155,11 @@ void FileSystem::createFolder(const std::string& path) {
 }
 
 void FileSystem::copyFile(const std::string& from, const std::string& to) {
-    sweepUnfinished(parentFolderName(to));
-    const std::string unfinished = unfinishedPath(to);
     try {
-        fs::copy_file(from, unfinished);
-        replaceDurably(unfinished, to);
+        UnfinishedFile copy(to);
+        fs::copy_file(from, copy.path());
+        copy.finish();
     } catch (const std::exception& e) {
-        removeTree(unfinished);
         throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what());
     }
 }
@@ -170,13 +169,11 @@ void FileSystem::replaceFile(const std::string& from, const std::string& to) {
 }
 
 void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
-    sweepUnfinished(parentFolderName(path));
-    const std::string unfinished = unfinishedPath(path);
     try {
-        writeWholeFile(unfinished, bytes);
-        replaceFile(unfinished, path);
+        UnfinishedFile file(path);
+        writeWholeFile(file.path(), bytes);
+        file.finish();
     } catch (const PlatformError& e) {
-        removeTree(unfinished);
         throw PlatformError("Cannot write " + path + ": " + e.what());
     }
 }

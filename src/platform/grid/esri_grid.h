@@ -19,13 +19,13 @@
 
 namespace velmora::platform {
 
-// Writes a grid folder tile by tile, in any order and from several threads. A folder that is not
-// finished goes with the writer.
+// Writes a grid folder tile by tile, in any order and from several threads. The folder of a
+// grid that does not get finished is its owner's to remove.
 class EsriGridWriter {
   public:
-    // Creates the folder. Throws PlatformError when that fails or the grid is too large.
+    // Creates the folder, which must not be there. Throws PlatformError when that fails or the grid
+    // is too large.
     EsriGridWriter(std::string folder, GridGeometry geometry);
-    ~EsriGridWriter();
     EsriGridWriter(const EsriGridWriter&) = delete;
     EsriGridWriter& operator=(const EsriGridWriter&) = delete;
 
@@ -54,7 +54,6 @@ class EsriGridWriter {
     GridTiles tiles_;
     std::vector<TileStatistics> statistics_;
     std::optional<PosixFile> file_;
-    bool finished_ = false;
 };
 
 // Reads a grid folder of uncompressed single precision tiles straight from its files, or returns

@@ -50,19 +50,8 @@ EsriGridWriter::EsriGridWriter(std::string folder, GridGeometry geometry)
                             "cells or a smaller extent");
     }
     statistics_.resize(tiles_.count());
-    removeTree(folder_);
     if (::mkdir(folder_.c_str(), 0777) != 0) throwFileError("Cannot create the grid", folder_);
-    const std::string path = joinedPath(folder_, "w001001.adf");
-    try {
-        file_.emplace(path, O_WRONLY | O_CREAT, "Cannot create the grid");
-    } catch (...) {
-        removeTree(folder_);
-        throw;
-    }
-}
-
-EsriGridWriter::~EsriGridWriter() {
-    if (!finished_) removeTree(folder_);
+    file_.emplace(joinedPath(folder_, "w001001.adf"), O_WRONLY | O_CREAT, "Cannot create the grid");
 }
 
 // Partial sums in several lanes, so that the additions of a row do not wait for each other. Which
@@ -136,7 +125,6 @@ void EsriGridWriter::finish() {
     if (!geometry_.crs.empty()) {
         writeWholeFile(joinedPath(folder_, "prj.adf"), esriWkt(geometry_.crs) + "\n");
     }
-    finished_ = true;
 }
 
 void EsriGridWriter::writeIndex() const {

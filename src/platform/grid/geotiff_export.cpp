@@ -10,6 +10,7 @@
 #include "platform/features/spatial_reference.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_file.h"
 #include "platform/grid/gdal_raster.h"
 
 namespace velmora::platform {
@@ -71,14 +72,12 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
             throw PlatformError("Cannot export " + path + ": " + gdalMessage("out of memory"));
         }
     }
-    sweepUnfinished(parentFolderName(path));
-    const std::string unfinished = unfinishedPath(path);
     try {
-        writeCog(*driver, *whole, unfinished);
-        requireSame(raster, *openGdalRaster(unfinished));
-        replaceDurably(unfinished, path);
+        UnfinishedFile file(path);
+        writeCog(*driver, *whole, file.path());
+        requireSame(raster, *openGdalRaster(file.path()));
+        file.finish();
     } catch (const PlatformError& e) {
-        removeTree(unfinished);
         throw PlatformError("Cannot write " + path + ": " + e.what());
     }
 }

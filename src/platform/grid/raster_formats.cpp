@@ -6,6 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/files/posix_file.h"
 
 namespace velmora::platform {
 
@@ -33,6 +34,16 @@ bool hasRasterEnding(const std::string& path) {
     return std::ranges::any_of(rasterEndings(), [&](const std::string& ending) {
         return sameIgnoringCase(name.substr(dot + 1), ending);
     });
+}
+
+bool isGridFolder(const std::string& path) { return isFile(joinedPath(path, "hdr.adf")); }
+
+bool isRasterDataset(const std::string& path) {
+    try {
+        return isGridFolder(path) || (hasRasterEnding(path) && isFile(path));
+    } catch (const PlatformError&) {
+        return false;
+    }
 }
 
 // Not Surfer's text form, whose reader takes the decimal mark of the locale.

@@ -11,6 +11,7 @@
 #include "gis/text.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_file.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/grid/gdal_raster.h"
 #include "platform/grid/raster_formats.h"
@@ -21,8 +22,6 @@ namespace velmora::platform {
 namespace fs = std::filesystem;
 
 namespace {
-
-bool isGridFolder(const fs::path& path) { return isFile((path / "hdr.adf").string()); }
 
 // The raster files of that name plus an ending, in order of name.
 std::vector<fs::path> filesOfName(const fs::path& exact) {
@@ -138,7 +137,7 @@ void requireReplaceable(const std::string& path) {
 
 // A raster on its way to its final name.
 struct Unfinished {
-    std::string path;
+    UnfinishedFile folder;
     RasterPtr raster;
     std::unique_ptr<EsriGridWriter> writer;
 };
@@ -163,19 +162,14 @@ class Workspace : public IRasterWorkspace {
 
     void save(std::span<const RasterToSave> rasters) override {
         std::vector<Unfinished> unfinished;
-        try {
-            for (const RasterToSave& entry : rasters) unfinished.push_back(begun(entry));
-            writeTiles(unfinished);
-            parallelFor(unfinished.size(), 1, [&](std::size_t begin, std::size_t end) {
-                for (std::size_t i = begin; i < end; ++i) unfinished[i].writer->finish();
-            });
-            syncFileSystemOf(folder_);  // no name may stand for what a power cut could lose
-            for (std::size_t i = 0; i < rasters.size(); ++i) {
-                moveInPlace(unfinished[i].path, joinedPath(folder_, rasters[i].name));
-            }
-        } catch (...) {
-            for (const Unfinished& entry : unfinished) removeTree(entry.path);
-            throw;
+        for (const RasterToSave& entry : rasters) unfinished.push_back(begun(entry));
+        writeTiles(unfinished);
+        parallelFor(unfinished.size(), 1, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end; ++i) unfinished[i].writer->finish();
+        });
+        syncFileSystemOf(folder_);  // no name may stand for what a power cut could lose
+        for (std::size_t i = 0; i < rasters.size(); ++i) {
+            moveInPlace(unfinished[i].folder, joinedPath(folder_, rasters[i].name));
         }
     }
 
@@ -187,9 +181,9 @@ class Workspace : public IRasterWorkspace {
         }
         const std::string target = joinedPath(folder_, entry.name);
         requireReplaceable(target);
-        const std::string path = unfinishedPath(target);
-        return {path, entry.raster,
-                std::make_unique<EsriGridWriter>(path, entry.raster->geometry())};
+        UnfinishedFile folder(target, Leftovers::left);  // swept when the folder was locked
+        auto writer = std::make_unique<EsriGridWriter>(folder.path(), entry.raster->geometry());
+        return {std::move(folder), entry.raster, std::move(writer)};
     }
 
     // Rasters of one shape go through their tiles together, so that what they share is made once.
@@ -223,9 +217,9 @@ class Workspace : public IRasterWorkspace {
 
     // The new dataset takes the place of the one of that very name. A raster file of the name and
     // an ending is the user's: it stays, and is passed over from now on.
-    static void moveInPlace(const std::string& from, const std::string& to) {
+    static void moveInPlace(UnfinishedFile& folder, const std::string& to) {
         requireReplaceable(to);
-        replaceTree(from, to);
+        folder.finishTree();
         removeDescriptions(to);
     }
 

@@ -17,6 +17,7 @@
 #include "platform/files/posix_file.h"
 #include "platform/tables/access_reader.h"
 #include "platform/tables/access_state.h"
+#include "platform/tables/unfinished_database.h"
 
 namespace velmora::platform {
 
@@ -113,18 +114,13 @@ std::string importedDatabase(const std::string& path) {
     if (std::filesystem::exists(sidecar)) return sidecar;
     const ImportLock lock(path);
     if (std::filesystem::exists(sidecar)) return sidecar;  // made while we waited
-    sweepUnfinished(parentFolderName(sidecar));
-    const std::string unfinished = unfinishedPath(sidecar);
-    removeTree(unfinished);
-    const std::string failure = readApart(path, unfinished);
-    if (failure.empty()) {
-        removeTree(sidecar + "-journal");  // of an older copy, which would be undone in this one
-        replaceDurably(unfinished, sidecar);
-        return sidecar;
+    UnfinishedDatabase copy(sidecar);
+    const std::string failure = readApart(path, copy.path());
+    if (!failure.empty()) {
+        throw PlatformError("The Access database " + path + " cannot be imported: " + failure);
     }
-    removeTree(unfinished);
-    removeTree(unfinished + "-journal");
-    throw PlatformError("The Access database " + path + " cannot be imported: " + failure);
+    copy.finish();
+    return sidecar;
 }
 
 std::string staleAccessCopy(const std::string& path) {

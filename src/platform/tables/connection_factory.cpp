@@ -4,10 +4,10 @@
 #include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
-#include "platform/files/posix_file.h"
 #include "platform/tables/access_import.h"
 #include "platform/tables/dbase_connection.h"
 #include "platform/tables/sqlite_connection.h"
+#include "platform/tables/unfinished_database.h"
 
 namespace velmora::platform {
 
@@ -46,21 +46,9 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
 
 void ConnectionFactory::makeDatabase(
     const std::string& path, const std::function<void(const std::string& unfinished)>& fill) {
-    sweepUnfinished(parentFolderName(path));
-    const std::string unfinished = unfinishedPath(path);
-    const auto drop = [&] {
-        removeTree(unfinished);
-        removeTree(unfinished + "-journal");
-    };
-    drop();
-    try {
-        fill(unfinished);
-        removeTree(path + "-journal");  // of the old file, which would be undone in the new one
-        replaceDurably(unfinished, path);
-    } catch (...) {
-        drop();
-        throw;
-    }
+    UnfinishedDatabase database(path);
+    fill(database.path());
+    database.finish();
 }
 
 std::string ConnectionFactory::staleCopy(const std::string& path) { return staleAccessCopy(path); }

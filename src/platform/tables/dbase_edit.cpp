@@ -12,6 +12,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/unfinished_file.h"
 #include "platform/tables/dbase_encoding.h"
 #include "platform/tables/dbase_utf8.h"
 
@@ -289,7 +290,6 @@ void DbaseEdit::save() {
     const std::string before = readWholeFile(target_, kLargestDbase);
     const bool fits = std::ranges::all_of(
         newTexts(), [&](const std::string& text) { return encodes(encoding, text); });
-    sweepUnfinished(parentFolderName(target_));
     if (fits) {
         store(before, encoding);
         return;
@@ -312,16 +312,15 @@ void DbaseEdit::save() {
 void DbaseEdit::store(const std::string& before, const std::string& encoding,
                       const std::function<void()>& ready) {
     const std::string after = changed(before, encoding);
-    const std::string unfinished = unfinishedPath(target_);
     try {
-        write(unfinished, after);
-        requireRight(unfinished, before, encoding);
-        fs::permissions(unfinished, fs::status(target_).permissions());
+        UnfinishedFile table(target_);
+        write(table.path(), after);
+        requireRight(table.path(), before, encoding);
+        fs::permissions(table.path(), fs::status(target_).permissions());
         ready();
-        replaceDurably(unfinished, target_);
+        table.finish();
         namesChanged();
     } catch (const std::exception& e) {
-        removeTree(unfinished);
         throw PlatformError("Cannot store changes in " + target_ + ": " + e.what());
     }
 }

@@ -136,40 +136,31 @@ EncodingChange::EncodingChange(std::string table, const std::string& encoding,
                                std::function<void()> changed)
     : table_(std::move(table)),
       changed_(std::move(changed)),
-      note_(withoutExtension(table_) + ".cpg"),
-      unfinishedNote_(unfinishedPath(note_)),
-      unfinishedTable_(unfinishedPath(withoutExtension(table_) + "-marked.dbf")),
+      newNote_(withoutExtension(table_) + ".cpg"),
+      markedTable_(withoutExtension(table_) + "-marked.dbf", Leftovers::left),
       noted_(!notesOf(table_).empty()) {
-    try {
-        if (noted_) {
-            std::string marked = readWholeFile(table_, kLargestDbase);
-            const char mark = markOf(encoding);
-            if (marked.size() > kLanguageMark) marked[kLanguageMark] = mark;
-            writeWholeFile(unfinishedTable_, marked);
-            if (mark == '\0' || readWholeFile(unfinishedTable_, kLargestDbase) != marked ||
-                markOf(dbaseEncoding(unfinishedTable_)) != mark) {
-                refuse(table_, "its .cpg tells the encoding " + encoding +
-                                   ", which the table alone cannot tell meanwhile. Store it in "
-                                   "UTF-8 with the program that made it");
-            }
-            fs::permissions(unfinishedTable_, fs::status(table_).permissions());
-        }
-        writeWholeFile(unfinishedNote_, kUtf8);
-    } catch (...) {
-        removeTree(unfinishedTable_);
-        removeTree(unfinishedNote_);
-        throw;
-    }
+    if (noted_) writeMarked(encoding);
+    writeWholeFile(newNote_.path(), kUtf8);
 }
 
-EncodingChange::~EncodingChange() {
-    removeTree(unfinishedTable_);
-    removeTree(unfinishedNote_);
+void EncodingChange::writeMarked(const std::string& encoding) const {
+    const std::string& path = markedTable_.path();
+    std::string marked = readWholeFile(table_, kLargestDbase);
+    const char mark = markOf(encoding);
+    if (marked.size() > kLanguageMark) marked[kLanguageMark] = mark;
+    writeWholeFile(path, marked);
+    if (mark == '\0' || readWholeFile(path, kLargestDbase) != marked ||
+        markOf(dbaseEncoding(path)) != mark) {
+        refuse(table_, "its .cpg tells the encoding " + encoding +
+                           ", which the table alone cannot tell meanwhile. Store it in "
+                           "UTF-8 with the program that made it");
+    }
+    fs::permissions(path, fs::status(table_).permissions());
 }
 
 void EncodingChange::tellByMark() {
     if (!noted_) return;
-    replaceDurably(unfinishedTable_, table_);
+    markedTable_.finishAs(table_);
     changed_();
     for (const std::string& note : notesOf(table_)) {
         fs::remove(note);
@@ -180,7 +171,7 @@ void EncodingChange::tellByMark() {
 }
 
 void EncodingChange::tellUtf8() {
-    replaceDurably(unfinishedNote_, note_);
+    newNote_.finish();
     changed_();
 }
 

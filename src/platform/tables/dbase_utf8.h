@@ -11,6 +11,8 @@
 #include <functional>
 #include <string>
 
+#include "platform/files/unfinished_file.h"
+
 namespace velmora::platform {
 
 // The bytes of the whole table `path` with texts and names of fields in UTF-8 and without a mark.
@@ -25,9 +27,6 @@ class EncodingChange {
     // ".cpg" tells an encoding that has no mark.
     EncodingChange(
         std::string table, const std::string& encoding, std::function<void()> changed = [] {});
-    ~EncodingChange();
-    EncodingChange(const EncodingChange&) = delete;
-    EncodingChange& operator=(const EncodingChange&) = delete;
 
     // Has the table alone tell its old encoding. Throws PlatformError.
     void tellByMark();
@@ -35,12 +34,13 @@ class EncodingChange {
     void tellUtf8();
 
   private:
+    void writeMarked(const std::string& encoding) const;
+
     std::string table_;
     std::function<void()> changed_;
-    std::string note_;  // the ".cpg"
-    std::string unfinishedNote_;
-    std::string unfinishedTable_;  // the old one with its mark
-    bool noted_ = false;           // whether a ".cpg" tells the old encoding
+    UnfinishedFile newNote_;
+    UnfinishedFile markedTable_;  // the old one with its mark
+    bool noted_ = false;          // whether a ".cpg" tells the old encoding
 };
 
 }  // namespace velmora::platform

@@ -41,6 +41,17 @@ TEST_F(Command, RunsReferenceEt) {
     EXPECT_GT(stats.at(1).at("mean").get<double>(), 3);
 }
 
+TEST_F(Command, WithoutSettingsOneMessageIsGiven) {
+    for (const char* command : {"settings show", "settings save-as mine.inf", "check"}) {
+        const Outcome outcome = run(command);
+        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_THAT(outcome.output,
+                    testing::AllOf(HasSubstr("message: Run Settings First,Please!"),
+                                   HasSubstr("Zav.inf yet: velmora settings apply makes it")))
+            << command;
+    }
+}
+
 TEST_F(Command, RunsPrecipitation) {
     fixture.makeWeather(test::RunFixture::stations(), test::RunFixture::usualWeather,
                         {"TM_", "TN_", "P_"});

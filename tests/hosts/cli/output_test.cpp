@@ -156,7 +156,7 @@ TEST_F(Command, SmallTexts) {
     const Outcome check = run("check");
     EXPECT_EQ(check.status, 1);
     EXPECT_EQ(check.results, "");
-    EXPECT_THAT(check.told, testing::StartsWith("velmora: "));
+    EXPECT_THAT(check.told, testing::StartsWith("message: Run Settings First,Please!"));
     ASSERT_EQ(apply("DEM=gone").status, 0);
     EXPECT_THAT(run("check").results, HasSubstr("\n1 error, "));
     EXPECT_EQ(run("grid stats nosuch").results, "");

@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTableView>
 #include <set>
@@ -292,6 +293,20 @@ TEST_F(Windows, EveryControlHasAToolTipAndAPlaceInTheTabOrder) {
         }
         EXPECT_EQ(window.windowTitle(), toQt(form->title()));
     }
+}
+
+TEST_F(Windows, EveryWidgetThatTakesInputIsAControl) {
+    const QRegularExpression input("^(txt|cbo|cmb|cmd|chk|opt|lst|grd|dgd)");
+    int count = 0;
+    for (Form* form : forms) {
+        const qt::FormWindow window(*form, prompts, nullptr);
+        for (const auto* shown : window.findChildren<QWidget*>(input)) {
+            const std::string name = shown->objectName().toStdString();
+            EXPECT_TRUE(form->find(name)) << form->name() << "." << name;
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 80);
 }
 
 // Down a page and from left to right, as one reads.

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The texts of the General Settings window, written down here once more, and what its keys do.
 #include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <set>
 
 #include "hosts/qgis/widgets/texts.h"
 #include "settings/frm_settings.h"
+#include "settings/settings_fields.h"
 #include "settings/settings_file.h"
 #include "tests/hosts/qgis/qt_fixture.h"
 #include "tests/support/run_fixture.h"
@@ -103,6 +107,42 @@ TEST_F(SettingsWindow, StaticTexts) {
                              "Load Previous Settings"}) {
         EXPECT_EQ(shown.count(text), 1U) << text;
     }
+}
+
+// The window as it was drawn, beside the table of the fields.
+TEST_F(SettingsWindow, HasAWidgetForEachFieldAndNoOther) {
+    const qt::FormWindow window(form, prompts, nullptr);
+    std::multiset<std::string> drawn;
+    const auto add = [&](const auto& widgets) {
+        for (const auto* drawnOne : widgets) {
+            if (!drawnOne->objectName().isEmpty() && !drawnOne->objectName().startsWith("qt_")) {
+                drawn.insert(drawnOne->objectName().toStdString());
+            }
+        }
+    };
+    add(window.findChildren<QLineEdit*>());
+    add(window.findChildren<QComboBox*>());
+    add(window.findChildren<QCheckBox*>());
+    add(window.findChildren<QRadioButton*>());
+    std::multiset<std::string> fields = {"cboRadiationUnit", "cboWindUnit"};  // have one entry each
+    for (const SettingsField& field : settingsFields()) {
+        SCOPED_TRACE(field.name);
+        for (const FieldOption& option : field.options) {
+            fields.emplace(option.control);
+            widget<QRadioButton>(window, std::string(option.control).c_str());
+        }
+        if (!field.options.empty()) continue;
+        const std::string name(field.control);
+        fields.insert(name);
+        if (field.kind == FieldKind::choice) {
+            widget<QComboBox>(window, name.c_str());
+        } else if (field.kind == FieldKind::flag) {
+            widget<QCheckBox>(window, name.c_str());
+        } else {
+            widget<QLineEdit>(window, name.c_str());
+        }
+    }
+    EXPECT_EQ(drawn, fields);
 }
 
 // A letter presses a button without moving the focus out of the box that was typed into.

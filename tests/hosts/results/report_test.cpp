@@ -175,6 +175,15 @@ TEST_F(Report, StandsAloneAndNamesWhatIsWrong) {
     EXPECT_THROW(readResults(platform, f.settings), PlatformError);
 }
 
+TEST_F(Report, AnInputIsToldByItsFieldNotByItsText) {
+    f.settings.KcTable = "kc.dbf";
+    f.settings.Year = "2006/07";
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    EXPECT_THAT(page, HasSubstr("<span class=\"path\">kc.dbf</span>"));
+    EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">2006/07</span>")));
+    EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">" + f.settings.OutputWorkspace)));
+}
+
 TEST_F(Report, AnUnreadableInputCostsOnlyItsPart) {
     f.settings.DEM = f.folder.file("nothing");
     const std::string page = reportPage(platform, readResults(platform, f.settings));

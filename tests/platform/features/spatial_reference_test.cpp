@@ -6,13 +6,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "gis/errors.h"
-#include "platform/grid/esri_grid.h"
+#include "gis/memory_raster.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/test_platform.h"
 
@@ -90,12 +92,14 @@ TEST(SpatialReference, ADatabaseThatCannotBeReadIsTold) {
         EXPECT_THAT([&] { wktFromEsri(esri); }, told);
         EXPECT_THAT([&] { platform.features().openFeatureClass(folder.file("p.shp")); }, told);
         EXPECT_THAT([&] { esriWkt(crs); }, told);
-        EsriGridWriter writer(folder.file("g"), {4, 4, 0, 0, 1, crs});
-        writer.writeTile(0, std::vector<float>(16, 1.0F));
-        EXPECT_THAT([&] { writer.finish(); }, told);
+        const auto grid = std::make_shared<MemoryRaster>(Grid({4, 4, 0, 0, 1, crs}, 1.0F));
+        const auto workspace = platform.rasters().openFromFolder(folder.path());
+        EXPECT_THAT([&] { workspace->save(std::array{RasterToSave{"g", grid, "GRID"}}); }, told);
     })
         .join();
-    EXPECT_FALSE(std::filesystem::exists(folder.file("g")));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        EXPECT_EQ(entry.path().stem(), "p");
+    }
     EXPECT_TRUE(sameCoordinateSystem(other, wktFromEsri(esri)));
     EXPECT_EQ(platform.features().openFeatureClass(folder.file("p.shp"))->recordCount(), 1U);
     EXPECT_NE(esriWkt(crs), "");

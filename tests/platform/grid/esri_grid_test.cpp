@@ -28,6 +28,7 @@ Grid sample(int columns, int rows) {
 }
 
 void writeGrid(const Grid& grid, const std::string& folder) {
+    std::filesystem::remove_all(folder);
     EsriGridWriter writer(folder, grid.geometry);
     const MemoryRaster raster(grid);
     const GridTiles tiles(grid.geometry);

@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <regex>
+#include <set>
+#include <sstream>
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
@@ -74,6 +77,38 @@ TEST_F(RasterFormats, EndingsInCapitalsCount) {
          {"a.png", "a.vrt", "a.tfw", "a.tif.aux.xml", "tif", "/a.tif/b", "a."}) {
         EXPECT_FALSE(hasRasterEnding(other)) << other;
     }
+}
+
+TEST_F(RasterFormats, ARasterIsAGridFolderOrAFileWithAnEnding) {
+    fs::create_directories(folder.file("grid"));
+    EXPECT_FALSE(isRasterDataset(folder.file("grid")));
+    test::write(folder.file("grid/hdr.adf"), "header");
+    EXPECT_TRUE(isGridFolder(folder.file("grid")));
+    EXPECT_TRUE(isRasterDataset(folder.file("grid")));
+    EXPECT_TRUE(isRasterDataset(folder.file("a.tif")));
+    EXPECT_FALSE(isGridFolder(folder.file("a.tif")));
+    EXPECT_FALSE(isRasterDataset(folder.file("none.tif")));
+    fs::create_directories(folder.file("folder.tif"));
+    EXPECT_FALSE(isRasterDataset(folder.file("folder.tif")));
+    test::write(folder.file("b.txt"), "text");
+    EXPECT_FALSE(isRasterDataset(folder.file("b.txt")));
+}
+
+// The table of the document on file formats names the same endings.
+TEST_F(RasterFormats, TheDocumentNamesEveryEnding) {
+    const std::string document =
+        test::contentOf(std::string(VELMORA_TEST_DATA) + "/../../docs/file-formats.md");
+    std::set<std::string> named;
+    std::istringstream lines(document);
+    const std::regex ending("`\\.([a-z0-9]+)`");
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("| `.")) continue;
+        const std::string cell = line.substr(0, line.find('|', 1));
+        for (std::sregex_iterator it(cell.begin(), cell.end(), ending), end; it != end; ++it) {
+            named.insert((*it)[1]);
+        }
+    }
+    EXPECT_EQ(named, std::set<std::string>(rasterEndings().begin(), rasterEndings().end()));
 }
 
 // A plain file of cells that is cut reads as zeros elsewhere.

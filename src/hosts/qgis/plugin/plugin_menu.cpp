@@ -22,6 +22,7 @@
 #include "settings/fill_form.h"
 #include "settings/frm_settings.h"
 #include "settings/settings_file.h"
+#include "settings/stored_settings.h"
 
 namespace velmora::qgis {
 
@@ -35,10 +36,7 @@ constexpr const char* kEfficiencyCommand = "Tarnwick.clsIR_EFF";
 
 // The settings as they stand. Throws PlatformError when there are none.
 RunSettings currentSettings(IApplication& application) {
-    IFileSystem& files = application.platform().files();
-    const std::string path = defaultSettingsPath(application.extensionFolder());
-    if (!files.fileExists(path)) throw PlatformError("Run Settings First,Please!");
-    return readSettings(files, path);
+    return requiredSettings(application.platform().files(), application.extensionFolder());
 }
 
 // Where settings are kept that the sample's displace: beside them, under a name that is not taken.
@@ -129,16 +127,14 @@ void PluginMenu::commandEnded(const std::string& progId, const QString& caption)
 // True when there is something to copy for the next step.
 bool PluginMenu::offerCopies(const std::string& progId) {
     const bool kc = progId == kKcCommand;
-    if ((!kc && progId != kEfficiencyCommand) ||
-        !application_.platform().files().fileExists(
-            defaultSettingsPath(application_.extensionFolder()))) {
-        return false;
-    }
-    const RunSettings settings = currentSettings(application_);
+    if (!kc && progId != kEfficiencyCommand) return false;
+    const auto settings =
+        storedSettings(application_.platform().files(), application_.extensionFolder());
+    if (!settings) return false;
     const Product& product = productMadeBy(kc ? "kc" : "eff");
     std::vector<StepInputs::Copy> names;
     for (const GridCopy& copy :
-         copiesOfProduct(application_.platform(), settings, product, false)) {
+         copiesOfProduct(application_.platform(), *settings, product, false)) {
         if (copy.isOffered()) names.push_back(copy.names);
     }
     if (names.empty()) return false;

@@ -16,20 +16,10 @@
 
 namespace velmora::qt {
 
-namespace {
-
-bool isGrid(const QFileInfo& folder) {
-    return folder.isDir() && QFileInfo::exists(folder.filePath() + "/hdr.adf");
-}
-
-}  // namespace
-
 bool DatasetBrowser::isDataset(DatasetKind kind, const QString& path) {
+    if (kind == DatasetKind::raster) return platform::isRasterDataset(path.toStdString());
     const QFileInfo file(path);
-    const QString ending = file.suffix().toLower();
-    if (kind == DatasetKind::featureClass) return file.isFile() && ending == "shp";
-    return isGrid(file) ||
-           (file.isFile() && platform::hasRasterEnding(file.fileName().toStdString()));
+    return file.isFile() && file.suffix().toLower() == "shp";
 }
 
 DatasetBrowser::DatasetBrowser(DatasetKind kind, const QString& title, const QString& startFolder,
@@ -93,7 +83,9 @@ void DatasetBrowser::showFolder(const QString& path) {
                                            QDir::Name | QDir::DirsFirst | QDir::IgnoreCase);
     for (const QFileInfo& entry : entries) {
         const bool dataset = isDataset(kind_, entry.filePath());
-        if (!dataset && (!entry.isDir() || isGrid(entry))) continue;
+        const bool folder =
+            entry.isDir() && !isDataset(DatasetKind::raster, entry.filePath());  // and no grid
+        if (!dataset && !folder) continue;
         auto* item = new QListWidgetItem(
             style()->standardIcon(dataset ? QStyle::SP_FileIcon : QStyle::SP_DirIcon),
             entry.fileName(), list_);

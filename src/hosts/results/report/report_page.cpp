@@ -321,8 +321,7 @@ std::string inputsSection(IPlatform& platform, const RunResults& results) {
         const std::string name(field.name);
         const std::string text = settingsText(results.settings, field);
         if (text.empty()) continue;
-        const bool isFile = name != "OutputWorkspace" && text.find('/') != std::string::npos;
-        if (!isFile) {
+        if (field.kind != FieldKind::path || name == "OutputWorkspace") {
             others.push_back({name, escaped(text), escaped(std::string(field.help))});
             continue;
         }
