@@ -97,6 +97,7 @@ TEST_F(OldResults, TheCheckOfTheInputsTellsThemOnce) {
     std::vector<std::string> found;
     for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
         if (finding.file != f.settings.OutputWorkspace) continue;
+        if (finding.severity == Severity::note) continue;  // what is still to be made
         EXPECT_EQ(finding.severity, Severity::warning);
         found.push_back(finding.text);
     }

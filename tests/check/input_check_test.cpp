@@ -291,12 +291,21 @@ TEST_F(InputCheck, TypesThatDifferInCapitals) {
 TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
     f.settings.Zones = f.folder.file("domain.shp");
     f.settings.LandCover = f.folder.file("domain.shp");
-    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.settings.LandCover +
+    EXPECT_THAT(lines(), Contains(HasSubstr("error: " + f.settings.LandCover +
                                             ": Descriptio: the field is missing")));
     EXPECT_THAT(lines(), Contains(HasSubstr("note: " + f.folder.file("IrDB.mdb") +
                                             ": there is no irrigation database yet")));
     test::write(f.folder.file("IrDB.mdb"), "x");
     EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("irrigation database"))));
+}
+
+// The copy that stands for one is the step's to make.
+TEST_F(InputCheck, AnAccessDatabaseIsLeftAlone) {
+    f.settings.Zones = f.settings.LandCover = f.folder.file("domain.shp");
+    const std::string path = f.folder.file("IrDB.mdb");
+    test::write(path, std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(4096, '\0'));
+    EXPECT_THAT(lines(), Contains(HasSubstr("note: " + path + ": is an Access file")));
+    EXPECT_FALSE(f.application.platform().files().fileExists(path + ".sqlite"));
 }
 
 // Each input, cut to some part of it, is an error that names the file.
