@@ -15,6 +15,7 @@
 #include "crop/kc_table.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "gis/zone_keys.h"
 #include "refet/run_size.h"
@@ -130,8 +131,11 @@ class InputCheck {
 
     void checkDem() {
         try {
-            const RasterPtr dem =
-                platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster();
+            const auto dataset = platform_.rasters().openRasterDataset(settings_.DEM);
+            for (const std::string& text : passedOverTexts(platform_.rasters(), *dataset)) {
+                add(Severity::warning, settings_.DEM, text);
+            }
+            const RasterPtr dem = dataset->createDefaultRaster();
             if (dem->geometry().crs.empty()) {
                 add(Severity::warning, settings_.DEM,
                     "has no coordinate system: it is taken to be in the extent provider's");
