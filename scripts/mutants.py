@@ -32,7 +32,7 @@ TESTS = {
     "src/forms": ["test_forms"],
     "src/settings": ["test_settings"],
     "src/modelling": ["test_modelling", "test_chain:RefEt*:Precip*"],
-    "src/check": ["test_check"],
+    "src/check": ["test_check", "test_input_files"],
     "src/refet": ["test_refet", "test_chain:RefEt*"],
     "src/crop": ["test_crop", "test_editors:KcEditor*", "test_chain:Crop*:Kc*"],
     "src/precip": ["test_precip", "test_chain:Precip*"],
