@@ -38,7 +38,7 @@ TESTS = {
     "src/precip": ["test_precip", "test_chain:Precip*"],
     "src/irrigation": ["test_irrigation", "test_editors", "test_chain:Irrigation*"],
     "src/shell": ["test_shell", "test_components"],
-    "src/platform": ["test_platform"],
+    "src/platform": ["test_platform", "test_numerics"],
     "src/hosts/components": ["test_components"],
     "src/hosts/cli": ["test_cli"],
 }
