@@ -29,11 +29,12 @@ RasterPtr monthOf(const std::string& step, IMapAlgebraOp& algebra,
     return irrigationRequirement(algebra, inputs.at(0), inputs.at(1), inputs.at(2));
 }
 
-std::string firstOf(const std::vector<std::string>& names) {
-    const std::size_t shown = std::min(kNamed, names.size());
-    std::string text = joinedNames(std::vector(names.begin(), names.begin() + shown));
-    if (names.size() > shown) text += " and " + std::to_string(names.size() - shown) + " more";
-    return text + (names.size() == 1 ? " is" : " are");
+std::string firstOf(std::vector<std::string> names) {
+    const std::size_t count = names.size();
+    names.resize(std::min(kNamed, count));
+    std::string text = joinedNames(names);
+    if (count > kNamed) text += " and " + std::to_string(count - kNamed) + " more";
+    return text + (count == 1 ? " is" : " are");
 }
 
 class GridCheck {
