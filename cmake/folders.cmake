@@ -1,11 +1,14 @@
 # SPDX-License-Identifier: MIT
-# velmora_folder(NAME [LINKS TARGET...] [PRIVATE TARGET...]): the static library of one folder of src/ that belongs to a host or
-# to the platform. velmora_room(NAME): a folder of the extension; all of them make one library that is in a
+# velmora_folder(NAME [WITHOUT SOURCE...] [LINKS TARGET...] [PRIVATE TARGET...]): the static library of one folder of
+# src/ that belongs to a host or to the platform. velmora_room(NAME): a folder of the extension; all of them make one library that is in a
 # process once (velmora_steps, see src/CMakeLists.txt), so that nobody can link one alone.
 # tests/checks/includes.sh holds what a folder may include. Every header is also compiled alone.
 function(velmora_folder NAME)
-  cmake_parse_arguments(ARG "" "" "LINKS;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "WITHOUT;LINKS;PRIVATE" ${ARGN})
   velmora_sources(SOURCES)
+  foreach(SOURCE ${ARG_WITHOUT})
+    list(REMOVE_ITEM SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/${SOURCE})
+  endforeach()
   add_library(velmora_${NAME} STATIC ${SOURCES})
   target_include_directories(velmora_${NAME} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(velmora_${NAME} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE} velmora_options)

@@ -79,7 +79,7 @@ std::string counted(std::size_t count, const std::string& word) {
 
 }  // namespace
 
-std::vector<std::string> findingLines(const std::vector<Finding>& findings) {
+std::vector<FindingGroup> findingGroups(const std::vector<Finding>& findings) {
     std::vector<Group> groups;
     for (const Finding& finding : findings) {
         const Key key = keyOf(finding);
@@ -88,12 +88,20 @@ std::vector<std::string> findingLines(const std::vector<Finding>& findings) {
         if (group == groups.end()) group = groups.insert(groups.end(), Group{key, {}});
         group->members.push_back(&finding);
     }
-    std::vector<std::string> lines;
+    std::vector<FindingGroup> lines;
     for (const Severity severity : {Severity::note, Severity::warning, Severity::error}) {
         for (const Group& group : groups) {
-            if (std::get<Severity>(group.key) == severity) lines.push_back(lineOf(group));
+            if (std::get<Severity>(group.key) == severity) {
+                lines.push_back({severity, lineOf(group)});
+            }
         }
     }
+    return lines;
+}
+
+std::vector<std::string> findingLines(const std::vector<Finding>& findings) {
+    std::vector<std::string> lines;
+    for (const FindingGroup& group : findingGroups(findings)) lines.push_back(group.line);
     return lines;
 }
 

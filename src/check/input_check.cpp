@@ -4,24 +4,20 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 
+#include "check/grid_check.h"
+#include "check/irrigation_check.h"
 #include "check/precipitation_check.h"
 #include "check/station_check.h"
-#include "check/type_check.h"
 #include "crop/kc_table.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "gis/zone_keys.h"
-#include "irrigation/irrigation_inputs.h"
-#include "modelling/old_results.h"
-#include "modelling/products.h"
-#include "modelling/step_inputs.h"
 #include "refet/run_size.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
@@ -47,7 +43,7 @@ class InputCheck {
         appendFindings(checkStations(platform_, settings_, geometry_));
         appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
-        checkStepInputs();
+        appendFindings(checkGrids(platform_, settings_));
         // That such a path does not exist has been told, with the reason.
         std::erase_if(findings_, [&](const Finding& finding) {
             return std::find(lost_.begin(), lost_.end(), finding.file) != lost_.end();
@@ -108,22 +104,6 @@ class InputCheck {
             "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
     }
 
-    // Grids of earlier runs that a step would read, and files that it would pass over.
-    void checkStepInputs() {
-        std::set<std::string> told;
-        for (const Product& product : products()) {
-            const std::string step(product.maker);
-            auto texts = oldInputs(platform_, settings_, step);
-            std::ranges::move(passedOverInputs(platform_, settings_, step),
-                              std::back_inserter(texts));
-            for (const std::string& text : texts) {
-                if (told.insert(text).second) {
-                    add(Severity::warning, settings_.OutputWorkspace, text);
-                }
-            }
-        }
-    }
-
     void checkDomain() {
         try {
             geometry_ = runGeometry(platform_, settings_);
@@ -151,8 +131,11 @@ class InputCheck {
 
     void checkDem() {
         try {
-            const RasterPtr dem =
-                platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster();
+            const auto dataset = platform_.rasters().openRasterDataset(settings_.DEM);
+            for (const std::string& text : passedOverTexts(platform_.rasters(), *dataset)) {
+                add(Severity::warning, settings_.DEM, text);
+            }
+            const RasterPtr dem = dataset->createDefaultRaster();
             if (dem->geometry().crs.empty()) {
                 add(Severity::warning, settings_.DEM,
                     "has no coordinate system: it is taken to be in the extent provider's");
@@ -211,45 +194,30 @@ class InputCheck {
 
     void checkLaterInputs() {
         checkPolygons(settings_.Zones, "Zones", settings_.ZoneField);
+        if (!settings_.Zones.empty() && settings_.ZoneField.empty()) {
+            add(Severity::error, "ZoneField", "is empty: name the field of the zones' keys");
+        }
         checkPolygons(settings_.LandCover, "LandCover", "");
-        checkIrrigationInputs();
-        if (!settings_.KcTable.empty()) {
-            try {
-                const auto table = platform_.features().openTable(settings_.KcTable);
-                for (const int month : settings_.months()) {
-                    requireField(*table, kcFieldName(month));
-                }
-            } catch (const PlatformError& e) {
-                add(Severity::error, settings_.KcTable, e.what());
-            }
-        }
+        appendFindings(checkIrrigation(platform_, settings_));
+        checkCoefficients();
     }
 
-    // What the irrigation efficiency needs beside the settings.
-    void checkIrrigationInputs() {
+    void checkCoefficients() {
+        if (settings_.KcTable.empty()) {
+            add(Severity::note, "KcTable",
+                "is not set; reference ET and precipitation do not need it");
+            return;
+        }
         try {
-            if (!settings_.LandCover.empty()) {
-                appendFindings(checkTypes(
-                    *platform_.features().openFeatureClass(settings_.LandCover), kCropField));
+            const auto table = platform_.features().openTable(settings_.KcTable);
+            for (const int month : settings_.months()) {
+                const std::string fault = coefficientFault(*table, month);
+                if (fault.empty()) continue;
+                findings_.push_back(
+                    {Severity::error, table->path(), kcFieldName(month), {}, fault});
             }
-        } catch (const PlatformError&) {
-            return;  // which checkPolygons tells
-        }
-        const std::string database = irrigationDatabasePath(settings_);
-        if (!settings_.Zones.empty() && !platform_.files().fileExists(database)) {
-            add(Severity::note, database,
-                "there is no irrigation database yet: velmora irdb create makes one");
-        } else if (!settings_.Zones.empty()) {
-            checkCopy(database);
-        }
-    }
-
-    void checkCopy(const std::string& database) {
-        try {
-            const std::string stale = platform_.connections().staleCopy(database);
-            if (!stale.empty()) add(Severity::warning, database, stale);
         } catch (const PlatformError& e) {
-            add(Severity::error, database, e.what());
+            add(Severity::error, settings_.KcTable, e.what());
         }
     }
 

@@ -6,6 +6,7 @@
 #include "gis/cell_values.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
+#include "gis/raster_compare.h"
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "precip/reference_grids.h"
@@ -50,7 +51,11 @@ class PrecipitationCheck {
         openStations();
         for (const int month : settings_.months()) {
             try {
-                const RasterPtr grid = openReferenceGrid(platform_, settings_, month);
+                const auto dataset = openReferenceGrid(platform_, settings_, month);
+                for (const auto& text : passedOverTexts(platform_.rasters(), *dataset)) {
+                    add(Severity::warning, "PrismGridFolder", text);
+                }
+                const RasterPtr grid = dataset->createDefaultRaster();
                 const std::string path = prismGridPath(settings_.PrismGridFolder, month);
                 checkReferenceGrid(path, *grid);
                 checkRatios(path, *grid, month);

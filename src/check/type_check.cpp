@@ -20,7 +20,7 @@ std::string inSmallLetters(std::string text) {
 
 std::vector<Finding> checkTypes(const ITable& landCover, const std::string& field) {
     if (landCover.fieldIndex(field) < 0) {
-        return {{Severity::warning,
+        return {{Severity::error,
                  landCover.path(),
                  field,
                  {},

@@ -25,15 +25,20 @@ void runMonths(IApplication& application, const RunSettings& settings) {
         const RasterPtr etr = series.open(reference, month);
         const auto algebra = application.platform().analysis().mapAlgebra();
         useInputs(algebra->environment());
-        algebra->BindRaster(kc, "Kc");
-        algebra->BindRaster(etr, "ETR");
-        series.add(month, algebra->Execute("[Kc] * [ETR]"));
+        series.add(month, cropEvapotranspiration(*algebra, kc, etr));
     }
     series.showTable();
     prompts.message("Potential crop ET calculation is completed ...");
 }
 
 }  // namespace
+
+RasterPtr cropEvapotranspiration(IMapAlgebraOp& algebra, const RasterPtr& coefficients,
+                                 const RasterPtr& referenceEt) {
+    algebra.BindRaster(coefficients, "Kc");
+    algebra.BindRaster(referenceEt, "ETR");
+    return algebra.Execute("[Kc] * [ETR]");
+}
 
 bool runCropEt(IApplication& application, const RunSettings& settings) {
     return trapped(application.prompts(), [&] { runMonths(application, settings); });

@@ -19,6 +19,23 @@ std::string kcFieldName(int month) { return "Kc_" + GetMonthName(month); }
 
 bool isKcField(const std::string& field) { return sameIgnoringCase(field.substr(0, 3), "Kc_"); }
 
+std::string coefficientFault(const ITable& table, int month) {
+    const std::string field = kcFieldName(month);
+    if (table.fieldIndex(field) < 0) return "the field is missing";
+    try {
+        for (std::size_t r = 0; r < table.recordCount(); ++r) {
+            const FieldValue value = table.value(r, field);
+            const auto* text = std::get_if<std::string>(&value);
+            if (!text || text->empty()) continue;
+            return "holds the text \"" + *text +
+                   "\", but it should be a number: make the field a numeric one";
+        }
+    } catch (const PlatformError& e) {
+        return e.what();
+    }
+    return {};
+}
+
 void createKcTable(IPlatform& platform, const std::string& folder, const std::string& name) {
     const std::string path = joinedPath(folder, "TEMP.MDB");
     const std::string source =

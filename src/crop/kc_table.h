@@ -17,7 +17,10 @@ constexpr int kCropTypeWidth = 75;
 // "Kc_Jan" ... for months 1 to 12.
 std::string kcFieldName(int month);
 
-bool isKcField(const std::string& field);  // of any month, in capitals or not
+bool isKcField(const std::string& field);
+
+// What keeps the Kc maps from taking the month's coefficients of the table, "" for nothing.
+std::string coefficientFault(const ITable& table, int month);  // of any month, in capitals or not
 
 // Makes an empty table `name` in `folder`, replacing one of that name: through a work database
 // "TEMP.MDB" in the folder, which is replaced and deleted. Throws PlatformError.

@@ -44,4 +44,9 @@ std::vector<std::string> passedOverTexts(IRasterWorkspaceFactory& rasters,
     return texts;
 }
 
+void tellPassedOver(IPrompts& prompts, IRasterWorkspaceFactory& rasters,
+                    const IRasterDataset& dataset) {
+    for (const std::string& text : passedOverTexts(rasters, dataset)) prompts.notice(text);
+}
+
 }  // namespace velmora

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "gis/prompts.h"
 #include "gis/rasters.h"
 
 namespace velmora {
@@ -18,5 +19,9 @@ bool sameValues(const IRaster& a, const IRaster& b);
 // says nothing.
 std::vector<std::string> passedOverTexts(IRasterWorkspaceFactory& rasters,
                                          const IRasterDataset& dataset);
+
+// Tells them as notices.
+void tellPassedOver(IPrompts& prompts, IRasterWorkspaceFactory& rasters,
+                    const IRasterDataset& dataset);
 
 }  // namespace velmora

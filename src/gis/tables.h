@@ -86,6 +86,9 @@ class IConnectionFactory {
     // What to tell the user of a database that stands for another file which has changed since, ""
     // when there is nothing to tell. Throws PlatformError.
     virtual std::string staleCopy(const std::string& path) = 0;
+    // Whether open() would first make a file, a copy that stands for the database. Throws
+    // PlatformError.
+    virtual bool needsCopy(const std::string& path) = 0;
 };
 
 }  // namespace velmora

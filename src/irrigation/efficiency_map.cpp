@@ -11,7 +11,7 @@
 #include "gis/gis_functions.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
-#include "irrigation/crop_summary.h"
+#include "irrigation/efficiency_layers.h"
 #include "irrigation/irrigation_database.h"
 #include "modelling/products.h"
 #include "modelling/step_record.h"
@@ -31,15 +31,6 @@ std::string piecesName() { return std::string(productMadeBy("eff").onTheWay); }
 
 std::string piecesPath(const RunSettings& settings) {
     return joinedPath(settings.OutputWorkspace, piecesName());
-}
-
-std::shared_ptr<IFeatureClass> opened(IPlatform& platform, const RunSettings& settings,
-                                      const std::string& path, const std::string& what) {
-    if (path.empty()) {
-        throw PlatformError("The " + what +
-                            " shapefile is not set: choose it in the General Settings");
-    }
-    return platform.features().openFeatureClass(path, domainCrs(platform, settings));
 }
 
 void tellRepairs(IPrompts& prompts, const std::vector<std::string>& repairs) {
@@ -94,27 +85,17 @@ bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
     IPlatform& platform = application.platform();
     application.feedback().beginPart(0, kPiecesMade);
     DeleteFeatureClass(platform.features(), settings.OutputWorkspace, piecesName());
-    const auto landCover = opened(platform, settings, settings.LandCover, "land cover");
-    const auto zones = opened(platform, settings, settings.Zones, "zone");
-    if (landCover->fields().empty() || zones->fields().empty()) {
+    const EfficiencyLayers layers = openEfficiencyLayers(platform, settings);
+    if (layers.landCover->fields().empty() || layers.zones->fields().empty()) {
         application.prompts().failure("Table QI failed");
         return false;
     }
-    for (const auto& [layer, field] :
-         {std::pair{landCover, std::string(kCropField)}, {zones, settings.ZoneField}}) {
-        if (layer->fieldIndex(field) < 0) {
-            throw PlatformError("The shapefile " + layer->path() + " has no field \"" + field +
-                                "\"");
-        }
-    }
-    requireMetres(platform, *landCover, "land cover");
+    requireOverlay(platform, settings, layers);
     const OverlayResult result = platform.analysis().overlay()->Intersect(
-        {landCover, kCropField}, {zones, settings.ZoneField}, piecesPath(settings) + ".shp");
+        {layers.landCover, kCropField}, {layers.zones, settings.ZoneField},
+        piecesPath(settings) + ".shp");
     tellRepairs(application.prompts(), result.repairs);
-    if (result.pieces == 0) {
-        throw PlatformError("The land cover " + settings.LandCover + " and the zones " +
-                            settings.Zones + " have no land in common");
-    }
+    if (result.pieces == 0) throw noCommonLand(settings);
     return true;
 }
 

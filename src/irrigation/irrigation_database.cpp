@@ -20,14 +20,22 @@ double numberOrZero(const FieldValue& value) {
 }
 
 // A method code as a column name of a statement.
-std::string columnName(const FieldValue& code) {
-    const std::string text = keyText(code);
+std::string columnName(const std::string& text) {
     if (text.empty() || text.find_first_of("[]") != std::string::npos) {
         throw PlatformError("The method code \"" + text +
                             "\" of table IRMDDef is no name for a column: codes are not empty and "
                             "have no brackets");
     }
     return "[" + text + "]";
+}
+
+void requireFresh(const std::vector<std::string>& columns, const std::string& code) {
+    if (std::ranges::none_of(columns, [&](const auto& c) { return sameIgnoringCase(c, code); })) {
+        return;
+    }
+    throw PlatformError("The method code \"" + code +
+                        "\" of table IRMDDef stands twice, or is the name of another column of "
+                        "table IREF: give it another");
 }
 
 void copyShares(IRecordset& row, const std::vector<std::string>& methods,
@@ -95,12 +103,20 @@ void IrrigationDatabase::copyEfficiencyTable(const std::string& name) {
 }
 
 void IrrigationDatabase::createEfficiencyTable() {
+    connection_->execute(efficiencyTableStatement());
+}
+
+std::string IrrigationDatabase::efficiencyTableStatement() const {
     std::string statement = "CREATE TABLE IREF(ZoneUnit Char(50),CropType Char(50),";
+    std::vector<std::string> names = {"ZoneUnit", "CropType", "FAEF", "CVEF", "IREF"};
     const auto methods = query("Select * from IRMDDef");
     for (; !methods->eof(); methods->moveNext()) {
-        statement += columnName(methods->value("IRMD")) + " Double,";
+        const std::string code = keyText(methods->value("IRMD"));
+        statement += columnName(code) + " Double,";
+        requireFresh(names, code);
+        names.push_back(code);
     }
-    connection_->execute(statement + "FAEF Double,CVEF Double,IREF Double)");
+    return statement + "FAEF Double,CVEF Double,IREF Double)";
 }
 
 std::string IrrigationDatabase::methodsOf(const std::string& zone) {

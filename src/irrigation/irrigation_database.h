@@ -36,6 +36,8 @@ class IrrigationDatabase {
     // Makes table IREF: zone, crop, a share per method in the order of the default method list,
     // then FAEF, CVEF and IREF (fractions). Throws PlatformError.
     void createEfficiencyTable();
+    // The statement that does. Throws PlatformError for methods that cannot be columns.
+    std::string efficiencyTableStatement() const;
 
     // The queries of a zone's method list and of its shares and efficiencies.
     static std::string methodsOf(const std::string& zone);

@@ -31,6 +31,7 @@ constexpr std::array kProducts = {
     Product{.maker = "kc",
             .made = {"Kc_", true, true},
             .read = {"Kc_", true, false},
+            .copying = "Copy Kc Maps for Crop ET",
             .title = "Crop coefficients",
             .quantity = "the Kc maps",
             .unit = "ratio",
@@ -74,6 +75,7 @@ constexpr std::array kProducts = {
     Product{.maker = "eff",
             .made = {"IREF", false, false},
             .read = {"faef_500", false, false},
+            .copying = "Copy Efficiency Map for Irrigation Requirement",
             .shownAsRead = true,
             .title = "Irrigation efficiency",
             .quantity = "the efficiency map",
@@ -125,6 +127,13 @@ std::vector<const Product*> sourcesOf(const Product& product) {
         if (!maker.empty()) sources.push_back(&productMadeBy(maker));
     }
     return sources;
+}
+
+const Product* firstMadeOf(const Product& source) {
+    const auto* const found = std::ranges::find_if(kProducts, [&](const Product& product) {
+        return std::ranges::find(product.sources, source.maker) != product.sources.end();
+    });
+    return found == kProducts.end() ? nullptr : found;
 }
 
 std::vector<const Product*> tabledProducts() {

@@ -35,9 +35,11 @@ struct ZoneTable {
 enum class Charted { none, basin, basinAndZones };
 
 struct Product {
-    std::string_view maker;     // the step that makes it, of which it is the one product
-    GridNaming made;            // the names under which it is made
-    GridNaming read;            // and under which the steps after it look for it
+    std::string_view maker;  // the step that makes it, of which it is the one product
+    GridNaming made;         // the names under which it is made
+    GridNaming read;         // and under which the steps after it look for it
+    std::string_view copying =
+        {};                     // a desktop's entry that copies them, "" where names are the same
     bool shownAsRead = false;   // the report shows the grids that are read, not those that are made
     std::string_view title;     // "Crop ET"
     std::string_view quantity;  // the same inside a sentence
@@ -65,6 +67,9 @@ const Product* productOf(std::string_view grid);
 
 // What the product is made of, in the order of the row.
 std::vector<const Product*> sourcesOf(const Product& product);
+
+// The first product that is made of it, nullptr for none.
+const Product* firstMadeOf(const Product& source);
 
 // The products that have zone tables, and the tables' names.
 std::vector<const Product*> tabledProducts();

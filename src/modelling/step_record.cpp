@@ -73,6 +73,13 @@ std::optional<std::string> markOfLastRun(const IFileSystem& files, const std::st
     }
 }
 
+// An entry of the note is one line.
+std::string inOneLine(std::string text) {
+    std::ranges::replace_if(
+        text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return text;
+}
+
 }  // namespace
 
 bool StepRecord::lists(const std::string& grid) const {
@@ -81,8 +88,8 @@ bool StepRecord::lists(const std::string& grid) const {
 
 std::map<std::string, std::string> recordedSettings(const RunSettings& settings) {
     return {{"CellSize", numberText(settings.CellSize)},
-            {"ExtentProvider", settings.ExtentProvider},
-            {"Year", settings.Year}};
+            {"ExtentProvider", inOneLine(settings.ExtentProvider)},
+            {"Year", inOneLine(settings.Year)}};
 }
 
 std::optional<StepRecord> lastRun(const IFileSystem& files, const std::string& outputFolder,

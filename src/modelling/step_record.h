@@ -23,8 +23,8 @@ struct StepRecord {
     bool lists(const std::string& grid) const;
 };
 
-// The settings fields that a record keeps: grids of other cells, another domain or another year are
-// no input of this run.
+// The settings fields that a record keeps, line ends as blanks: grids of other cells, another
+// domain or another year are no input of this run.
 std::map<std::string, std::string> recordedSettings(const RunSettings& settings);
 
 // The last run of a step, nothing when none is noted. Throws PlatformError, which names the note's

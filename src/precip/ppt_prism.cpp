@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "precip/precipitation_rules.h"
 #include "precip/precipitation_run.h"
@@ -14,7 +15,9 @@ void PrecipitationRun::PPT_PRISM() {
 void PrecipitationRun::prismMonth(int month) {
     const std::string field = stations_->weatherField("P_", month);
     stations_->requireWeatherField(field);
-    const RasterPtr prism = openReferenceGrid(platform_, settings_, month);
+    const auto reference = openReferenceGrid(platform_, settings_, month);
+    tellPassedOver(application_.prompts(), platform_.rasters(), *reference);
+    const RasterPtr prism = reference->createDefaultRaster();
     const std::string path = prismGridPath(settings_.PrismGridFolder, month);
     algebra_->BindRaster(prism, "SfcPPT");
     const std::vector<std::optional<double>> references = ExtractPRISMValue(*prism);

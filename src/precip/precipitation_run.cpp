@@ -7,6 +7,7 @@
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
+#include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "modelling/products.h"
 #include "precip/precipitation_rules.h"
@@ -128,8 +129,10 @@ void PrecipitationRun::tellZeros(int month, const std::string& field,
 }
 
 void PrecipitationRun::bindDem() {
-    algebra_->BindRaster(
-        platform_.rasters().openRasterDataset(settings_.DEM)->createDefaultRaster(), "DEM");
+    const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
+    if (!demBound_) tellPassedOver(application_.prompts(), platform_.rasters(), *dem);
+    algebra_->BindRaster(dem->createDefaultRaster(), "DEM");
+    demBound_ = true;
 }
 
 void PrecipitationRun::explain(StationSurface& surface) {

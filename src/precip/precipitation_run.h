@@ -70,6 +70,7 @@ class PrecipitationRun {
     std::unique_ptr<IInterpolationOp> interpolation_;
     std::unique_ptr<IMapAlgebraOp> algebra_;
     bool toldOfKeptValues_ = false;
+    bool demBound_ = false;
 };
 
 }  // namespace velmora

@@ -15,10 +15,11 @@ std::string prismGridPath(const std::string& path, int month) {
     return path.substr(0, path.size() - 2) + (month < 10 ? "0" : "") + std::to_string(month);
 }
 
-RasterPtr openReferenceGrid(IPlatform& platform, const RunSettings& settings, int month) {
+std::unique_ptr<IRasterDataset> openReferenceGrid(IPlatform& platform, const RunSettings& settings,
+                                                  int month) {
     const std::string path = prismGridPath(settings.PrismGridFolder, month);
     try {
-        return platform.rasters().openRasterDataset(path)->createDefaultRaster();
+        return platform.rasters().openRasterDataset(path);
     } catch (const PlatformError& e) {
         throw PlatformError(std::string(e.what()) + ": the setting names one month's grid (" +
                             settings.PrismGridFolder +

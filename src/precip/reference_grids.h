@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,7 +19,8 @@ std::string prismGridPath(const std::string& path, int month);
 
 // The reference grid of a month. Throws PlatformError, which says how the grids are named, when
 // there is none.
-RasterPtr openReferenceGrid(IPlatform& platform, const RunSettings& settings, int month);
+std::unique_ptr<IRasterDataset> openReferenceGrid(IPlatform& platform, const RunSettings& settings,
+                                                  int month);
 
 // The value of the grid under each station, which goes into the stations' working field; a station
 // without one keeps what it has there. Positions are in `crs` (WKT).

@@ -10,6 +10,7 @@
 #include "gis/gis_functions.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
+#include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "modelling/products.h"
 #include "refet/cell_transfer.h"
@@ -163,6 +164,7 @@ void ReferenceEtRun::GetRasterTemp() {
         algebra->BindRaster(template_, "TmpRS");
         algebra->BindRaster(algebra->Execute(" ( [TmpRS] + 1.00 ) / 100.00"), "RSTEMP");
         const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
+        tellPassedOver(application_.prompts(), platform_.rasters(), *dem);
         algebra->BindRaster(dem->createDefaultRaster(), "FineDEM");
         save("NewDEM",
              algebra->Execute(settings_.DemUnit == "Feet"

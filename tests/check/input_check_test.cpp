@@ -7,8 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/files/file_system.h"
-#include "tests/support/run_fixture.h"
+#include "tests/support/memory_fixtures.h"
 
 namespace velmora {
 namespace {
@@ -18,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 struct InputCheck : testing::Test {
-    test::RunFixture f;
+    test::MemoryRun f;
     std::vector<std::string> lines() {
         std::vector<std::string> all;
         for (const Finding& finding : checkInputs(f.application.platform(), f.settings)) {
@@ -29,7 +28,7 @@ struct InputCheck : testing::Test {
 };
 
 TEST_F(InputCheck, GoodInputsHaveNoErrors) {
-    f.makeWeather(f.stations(), test::RunFixture::usualWeather,
+    f.makeWeather(f.stations(), test::MemoryRun::usualWeather,
                   {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
     EXPECT_THAT(lines(), Not(Contains(HasSubstr("error"))));
     EXPECT_THAT(lines(), Contains(HasSubstr("37 x 21 cells of 400 m")));
@@ -52,7 +51,7 @@ TEST_F(InputCheck, OddValuesNameFieldAndStation) {
                       if (p == "TD_" && s.name == "S3" && m == 6) return 25.0;
                       if (p == "TM_" && s.name == "S4" && m == 7) return 99.0;
                       if (p == "WS_" && s.name == "S5" && m == 7) return FieldValue();
-                      return test::RunFixture::usualWeather(p, s, m);
+                      return test::MemoryRun::usualWeather(p, s, m);
                   });
     const auto all = lines();
     EXPECT_THAT(all, Contains(HasSubstr("TD_Jun: S3: 25 > TN_Jun")));
@@ -75,11 +74,11 @@ TEST_F(InputCheck, TextWhereNumbersBelong) {
 }
 
 TEST_F(InputCheck, MissingFieldsAndKeys) {
-    f.makeWeather(f.stations(), test::RunFixture::usualWeather, {"TM_", "SR_"});
+    f.makeWeather(f.stations(), test::MemoryRun::usualWeather, {"TM_", "SR_"});
     EXPECT_THAT(lines(), Contains(HasSubstr("TN_Jun: the field is missing")));
     auto others = f.stations();
     for (auto& s : others) s.name = "other " + s.name;
-    f.makeWeather(others, test::RunFixture::usualWeather);
+    f.makeWeather(others, test::MemoryRun::usualWeather);
     EXPECT_THAT(lines(), Contains(HasSubstr("no record belongs to a station")));
 }
 
@@ -106,7 +105,7 @@ TEST_F(InputCheck, SettingsOfTheRun) {
     EXPECT_THAT(all, Contains(HasSubstr("holds no month")));
     EXPECT_THAT(all, Contains(HasSubstr("\"now\" is no year")));
     EXPECT_THAT(all, Contains(HasSubstr("The cell size is 0")));
-    EXPECT_THAT(all, Contains(HasSubstr("/none/out does not exist")));
+    EXPECT_THAT(all, Contains(HasSubstr("error: /none/out: ")));
 }
 
 TEST_F(InputCheck, ADemInTheWrongUnit) {
@@ -154,7 +153,7 @@ TEST_F(InputCheck, FlagsAgainstTheTable) {
 TEST_F(InputCheck, FieldsInSmallLetters) {
     f.makeWeather(f.stations(),
                   [](const std::string& p, const test::Station& s, int m) {
-                      return test::RunFixture::usualWeather(p == "sr_" ? "SR_" : p, s, m);
+                      return test::MemoryRun::usualWeather(p == "sr_" ? "SR_" : p, s, m);
                   },
                   {"TM_", "TN_", "TD_", "sr_", "WS_", "RHM_"});
     f.settings.HasSR = false;
@@ -203,14 +202,14 @@ TEST_F(InputCheck, PrecipitationOfTheStations) {
                   [](const std::string& p, const test::Station& s, int m) -> FieldValue {
                       if (p == "P_" && s.name == "S3" && m == 6) return 0.0;
                       if (p == "P_" && s.name == "S4" && m == 7) return 93.0;  // millimetres
-                      return test::RunFixture::usualWeather(p, s, m);
+                      return test::MemoryRun::usualWeather(p, s, m);
                   },
                   {"TM_", "TN_", "P_"});
     EXPECT_THAT(lines(), Contains(HasSubstr("P_Jun: S3: 0 is not between 0 and 1000")));
     EXPECT_THAT(lines(), Contains(HasSubstr("P_Jul: S4: 93 is not likely in inches per month")));
     f.settings.DemUnit = "Feet";
     EXPECT_THAT(lines(), Contains(HasSubstr("precipitation takes its elevations as metres")));
-    f.makeWeather(f.stations(), test::RunFixture::usualWeather);
+    f.makeWeather(f.stations(), test::MemoryRun::usualWeather);
     EXPECT_THAT(lines(), Contains(HasSubstr("error: " + f.folder.file("weather.dbf") +
                                             ": P_Jun: the field is missing")));
     f.settings.PrecipitationMethod = "prism";
@@ -288,91 +287,11 @@ TEST_F(InputCheck, TypesThatDifferInCapitals) {
                                   "coefficients"));
 }
 
-TEST_F(InputCheck, WhatTheIrrigationStepsNeed) {
-    f.settings.Zones = f.folder.file("domain.shp");
-    f.settings.LandCover = f.folder.file("domain.shp");
-    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.settings.LandCover +
-                                            ": Descriptio: the field is missing")));
-    EXPECT_THAT(lines(), Contains(HasSubstr("note: " + f.folder.file("IrDB.mdb") +
-                                            ": there is no irrigation database yet")));
-    test::write(f.folder.file("IrDB.mdb"), "x");
-    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("irrigation database"))));
-}
-
-// Each input, cut to some part of it, is an error that names the file.
-TEST_F(InputCheck, ACutInputIsAnError) {
-    const auto layer = [&](const std::string& name) {
-        f.application.platform().features().createFeatureClass(
-            f.folder.file(name + ".shp"), true, f.geometry().crs,
-            {{"NAME", FieldType::text, 20, 0}},
-            {rectangle({400000, 4498000, 404000, 4500000}, {std::string("A")}),
-             rectangle({404000, 4498000, 406000, 4500000}, {std::string("B")})});
-        return f.folder.file(name + ".shp");
-    };
-    f.settings.Zones = layer("zones");
-    f.settings.ZoneField = "NAME";
-    f.settings.LandCover = layer("landcover");
-    f.application.platform().features().createTable(
-        f.folder.file("kc.dbf"), {{"CropType", FieldType::text, 20, 0}}, {{std::string("Barley")}});
-    f.settings.KcTable = f.folder.file("kc.dbf");
-    for (const std::string name :
-         {"zones.shp", "zones.shx", "zones.dbf", "landcover.shp", "landcover.dbf", "weather.dbf",
-          "stations.dbf", "stations.shp", "domain.shp", "kc.dbf"}) {
-        const std::string path = f.folder.file(name);
-        const std::string whole = test::contentOf(path);
-        test::write(path, whole.substr(0, whole.size() * 6 / 10));
-        EXPECT_THAT(lines(),
-                    Contains(testing::AllOf(testing::StartsWith("error: "),
-                                            HasSubstr(path + " is damaged or cut short"))));
-        test::write(path, whole);
-    }
-    EXPECT_THAT(lines(), Not(Contains(HasSubstr("damaged"))));
-}
-
-TEST_F(InputCheck, ADamagedShapeIsAnError) {
-    const std::string path = f.folder.file("domain.shp");
-    f.settings.Zones = path;
-    std::string bytes = test::contentOf(path);
-    bytes[100 + 8 + 36] = 7;  // parts of its polygon
-    test::write(path, bytes);
-    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: " + path + ": "),
-                                                 HasSubstr("record 1 of " + path))));
-}
-
-TEST_F(InputCheck, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
-    f.makeWeather(f.stations(),
-                  [](const std::string& p, const test::Station& s, int m) -> FieldValue {
-                      if (p == "TM_" && s.name == "S4" && m == 6) return 7777.0;
-                      if (p == "TN_" && s.name == "S5" && m == 7) return 88.0;
-                      return test::RunFixture::usualWeather(p, s, m);
-                  });
-    const std::string path = f.folder.file("weather.dbf");
-    std::string bytes = test::contentOf(path);
-    bytes.replace(bytes.find(" 7777.0000"), 10, "   7777,00");
-    test::write(path, bytes);
-    const auto all = lines();
-    EXPECT_THAT(all, Contains(testing::AllOf(
-                         testing::StartsWith("error: " + path + ": TM_Jun: "),
-                         HasSubstr("record 5, field TM_Jun: \"7777,00\" is no number"))));
-    EXPECT_THAT(all, Contains(HasSubstr("TN_Jul: S5: 88 is not between")));
-}
-
-TEST_F(InputCheck, MoreCellsThanTheMemoryTakes) {
-    class SmallMachine : public platform::FileSystem {
-      public:
-        std::uint64_t freeMemory() const override { return 1000; }
-    } small;
-    f.world.platform.otherFiles = &small;
-    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: "),
-                                                 HasSubstr("37 x 21 cells, for which this machine "
-                                                           "has not enough free memory"))));
-}
-
 TEST_F(InputCheck, AMonthWithoutRainIsNoError) {
     f.makeWeather(f.stations(),
                   [](const std::string& p, const test::Station& s, int m) -> FieldValue {
                       if (p == "P_" && m == 7) return 0.0;
-                      return test::RunFixture::usualWeather(p, s, m);
+                      return test::MemoryRun::usualWeather(p, s, m);
                   },
                   {"TM_", "TN_", "P_"});
     EXPECT_THAT(lines(), Contains("note: " + f.folder.file("weather.dbf") +
@@ -386,7 +305,7 @@ TEST_F(InputCheck, LikelyLimits) {
         f.makeWeather(f.stations(),
                       [&](const std::string& p, const test::Station& s, int m) -> FieldValue {
                           if (p == prefix && s.name == "S4" && m == 7) return value;
-                          return test::RunFixture::usualWeather(p, s, m);
+                          return test::MemoryRun::usualWeather(p, s, m);
                       },
                       {"TM_", "TN_", "TD_", "SR_", "WS_", "P_"});
         const auto all = lines();

@@ -114,6 +114,19 @@ TEST(Products, StepsReadTheirSourcesUnderTheNamesThatAreRead) {
     EXPECT_THAT(inputsOf(june(), "irr").sources.back().grids, ElementsAre("IREF"));
 }
 
+TEST(Products, WhereNamesDifferADesktopCanCopy) {
+    std::vector<std::string_view> entries;
+    for (const Product& product : products()) {
+        EXPECT_EQ(product.copying.empty(), product.made == product.read) << product.maker;
+        if (!product.copying.empty()) entries.push_back(product.copying);
+    }
+    EXPECT_THAT(entries, ElementsAre("Copy Kc Maps for Crop ET",
+                                     "Copy Efficiency Map for Irrigation Requirement"));
+    EXPECT_EQ(firstMadeOf(productMadeBy("kc")), &productMadeBy("cropet"));
+    EXPECT_EQ(firstMadeOf(productMadeBy("eff")), &productMadeBy("irr"));
+    EXPECT_EQ(firstMadeOf(productMadeBy("irr")), nullptr);
+}
+
 TEST(Products, ThreeHaveZoneTables) {
     EXPECT_THAT(zoneTableNames(), ElementsAre("StatCET", "StatNIR", "StatIRR"));
     EXPECT_THAT(tabledProducts(), ElementsAre(&productMadeBy("cropet"), &productMadeBy("nir"),

@@ -40,6 +40,16 @@ TEST_F(StepRecords, ReadsWhatWasNoted) {
     EXPECT_TRUE(run->used.empty());
 }
 
+TEST_F(StepRecords, ALineEndInASettingDamagesNoNote) {
+    settings.ExtentProvider = "/in/a\nmade x\r\n.shp";
+    settings.Year = "2006\n";
+    StepRecorder(files, settings, "refet").made("RefET_Jun_2");
+    const auto run = lastRun(files, "/out", "refet");
+    EXPECT_THAT(run->made, testing::ElementsAre("RefET_Jun_2"));
+    EXPECT_EQ(run->settings, recordedSettings(settings));  // the run is not old
+    EXPECT_EQ(run->settings.at("ExtentProvider"), "/in/a made x  .shp");
+}
+
 TEST_F(StepRecords, ARunBeginsItsNoteAnew) {
     StepRecorder(files, settings, "ppt").made("PPT_Jun");
     const std::string first = lastRun(files, "/out", "ppt")->run;

@@ -25,6 +25,7 @@ class FakeConnections : public IConnectionFactory {
     void makeDatabase(const std::string& path,
                       const std::function<void(const std::string& unfinished)>& fill) override;
     std::string staleCopy(const std::string&) override { return {}; }
+    bool needsCopy(const std::string&) override { return false; }
 
     // The rows of each table of a database, by the table's name.
     std::map<std::string, std::size_t> rowsOf(const std::string& database) const;

@@ -23,6 +23,7 @@ class RecordingConnections : public IConnectionFactory {
         real_.makeDatabase(path, fill);
     }
     std::string staleCopy(const std::string& path) override { return real_.staleCopy(path); }
+    bool needsCopy(const std::string& path) override { return real_.needsCopy(path); }
     std::vector<std::string> opened;      // connection strings
     std::vector<std::string> statements;  // and queries
 

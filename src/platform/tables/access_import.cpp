@@ -123,6 +123,11 @@ std::string importedDatabase(const std::string& path) {
     return sidecar;
 }
 
+bool needsImport(const std::string& path) {
+    return std::filesystem::is_regular_file(path) && isAccessFile(path) &&
+           !std::filesystem::exists(copyOf(path));
+}
+
 std::string staleAccessCopy(const std::string& path) {
     const std::string copy = copyOf(path);
     if (!std::filesystem::is_regular_file(copy) || !std::filesystem::is_regular_file(path) ||

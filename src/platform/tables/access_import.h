@@ -16,6 +16,9 @@ bool isAccessFile(const std::string& path);
 // when reading fails in any other way.
 std::string importedDatabase(const std::string& path);
 
+// Whether `path` is an Access file without a copy. Throws PlatformError when it cannot be read.
+bool needsImport(const std::string& path);
+
 // What to tell the user when `path` is an Access file that has changed since its copy was made, ""
 // for any other file and for one without a copy. Throws PlatformError when it cannot be read.
 std::string staleAccessCopy(const std::string& path);

@@ -53,4 +53,6 @@ void ConnectionFactory::makeDatabase(
 
 std::string ConnectionFactory::staleCopy(const std::string& path) { return staleAccessCopy(path); }
 
+bool ConnectionFactory::needsCopy(const std::string& path) { return needsImport(path); }
+
 }  // namespace velmora::platform

@@ -17,6 +17,7 @@ class ConnectionFactory : public IConnectionFactory {
     void makeDatabase(const std::string& path,
                       const std::function<void(const std::string& unfinished)>& fill) override;
     std::string staleCopy(const std::string& path) override;
+    bool needsCopy(const std::string& path) override;
 
   private:
     IFeatureWorkspaceFactory& tables_;

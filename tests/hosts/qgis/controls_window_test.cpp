@@ -219,7 +219,12 @@ TEST_F(Windows, GridsShowAndTakeCells) {
             editor->selectAll();
             QTest::keyClicks(editor, text);
             QTest::keyClick(editor, Qt::Key_Return);
-            QTest::qWait(20);
+            // The editor hands its text over and goes, and the view is told, each when Qt comes to
+            // it: an editor that is still there would be taken for the next one.
+            ASSERT_TRUE(QTest::qWaitFor([&] {
+                return !shown.findChild<QLineEdit*>() &&
+                       model.index(row, column).data(Qt::EditRole).toString() == text;
+            }));
         };
         typeInto(1, 1, "2.5");
         EXPECT_EQ(model.index(1, 1).data().toString(), "2.5");

@@ -467,6 +467,8 @@ class Driver : public QObject {
             if (button->text() == "Copy" && button->isVisible()) copy = button;
         }
         check(copy != nullptr, "the copies that crop ET waits for are offered");
+        check(said().contains("Estimate Crop ET reads Kc_Jan_2 under the name Kc_Jan."),
+              "what is offered: " + said());
         picture(window_, "offered-copies");
         if (copy) QTest::mouseClick(copy, Qt::LeftButton);
         check(QFile::exists(in("output/Kc_Jul/hdr.adf")), "and made");
@@ -520,7 +522,18 @@ class Driver : public QObject {
         run(kSteps[5]);
         check(boxes_.count("Add default IR percentage?") == 6, "each zone asks for its shares");
         check(boxes_.last().startsWith("EF map (IREF) generated successfully"), boxes_.last());
-        action("velmora.copyEfficiency").trigger();
+        check(action("velmora.copy.kc").text() == "Copy Kc Maps for Crop ET" &&
+                  action("velmora.copy.kc").statusTip() ==
+                      "Copy Kc_<month>_<method> to Kc_<month>, the names that the crop ET step "
+                      "reads",
+              "the entry that copies Kc maps");
+        check(
+            action("velmora.copy.eff").text() == "Copy Efficiency Map for Irrigation Requirement" &&
+                action("velmora.copy.eff").statusTip() ==
+                    "Copy IREF to faef_500, the name that the irrigation water requirement step "
+                    "reads",
+            "the entry that copies the efficiency map");
+        action("velmora.copy.eff").trigger();
         check(QFile::exists(in("output/faef_500/hdr.adf")), "the efficiency map is copied");
     }
 

@@ -30,12 +30,19 @@ struct QtTest : testing::Test {
     // Does something to the modal window that the call in `body` opens, once it is there.
     template <class Body>
     void withModal(const std::function<void(QWidget&)>& answer, Body body) {
-        QTimer::singleShot(20, &qtApplication(), [answer] {
+        bool answered = false;
+        const QWidget* before = QApplication::activeModalWidget();
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, &look, [&] {
             QWidget* modal = QApplication::activeModalWidget();
-            ASSERT_NE(modal, nullptr);
+            if (!modal || modal == before || !modal->isVisible()) return;
+            look.stop();
+            answered = true;
             answer(*modal);
         });
+        look.start(20);
         body();
+        EXPECT_TRUE(answered) << "no window came";
     }
 
     FakePrompts prompts;

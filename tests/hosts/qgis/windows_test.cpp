@@ -104,7 +104,7 @@ TEST_F(Desktop, TheZoneFieldsAreListedWhenTheListIsReached) {
         ASSERT_TRUE(fields.isEnabled());
         EXPECT_EQ(fields.count(), 0);
         window.activateWindow();
-        QTest::qWait(20);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         fields.setFocus(Qt::TabFocusReason);
         EXPECT_GT(fields.count(), 0);
         EXPECT_EQ(fields.currentIndex(), -1);  // nothing is chosen yet
@@ -174,7 +174,11 @@ TEST_F(Desktop, TheKcTableIsEditedAndItsCurvesAreTurned) {
         EXPECT_EQ(form.picCurve.text(), "Corn");
         EXPECT_FALSE(form.cmdSave.enabled());
         grid.model()->setData(grid.model()->index(0, 7), "1.15");
-        QTest::qWait(1);
+        const auto shows = [&](const char* text) {
+            return QTest::qWaitFor(
+                [&] { return grid.model()->index(0, 7).data().toString() == text; });
+        };
+        EXPECT_TRUE(shows("1.15"));
         EXPECT_EQ(form.picCurve.values().at(6), 1.15);
         withModal(
             [](QWidget& box) {
@@ -182,8 +186,7 @@ TEST_F(Desktop, TheKcTableIsEditedAndItsCurvesAreTurned) {
                 QTest::keyClick(&box, Qt::Key_Return);
             },
             [&] { grid.model()->setData(grid.model()->index(0, 7), "much"); });
-        QTest::qWait(1);
-        EXPECT_EQ(grid.model()->index(0, 7).data().toString(), "1.15");
+        EXPECT_TRUE(shows("1.15"));
         click(window, "cmdSave");
         EXPECT_FALSE(form.cmdSave.enabled());
         click(window, "cmdClose");

@@ -184,6 +184,23 @@ TEST_F(Report, AnInputIsToldByItsFieldNotByItsText) {
     EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">" + f.settings.OutputWorkspace)));
 }
 
+TEST_F(Report, FindingsOfAKindAreOneLineAndErrorsComeLast) {
+    RunResults results = readResults(platform, f.settings);
+    results.findings = {{Severity::error, "kc.dbf", "Kc_Jun", "", "the field is missing"},
+                        {Severity::warning, "w.dbf", "TM_Jun", "S1", "99 is not likely"},
+                        {Severity::warning, "w.dbf", "TM_Jul", "S4", "120 is not likely"},
+                        {Severity::note, "w.dbf", "TD_Jan", "S<2>", "has no value"}};
+    EXPECT_THAT(
+        reportPage(platform, results),
+        HasSubstr("<p class=\"note\">1 error, 2 warnings, 1 note; those of one kind are one "
+                  "line, and <code>velmora check --all</code> lists each.</p>\n<ul>\n"
+                  "<li class=\"note\">note: w.dbf: TD_Jan: S&lt;2&gt;: has no value</li>\n"
+                  "<li class=\"warning\">warning: w.dbf: TM_Jul: S4: 120 is not likely (2 "
+                  "of the kind, first: TM_Jun S1, TM_Jul S4)</li>\n"
+                  "<li class=\"error\">error: kc.dbf: Kc_Jun: the field is missing</li>\n"
+                  "</ul>"));
+}
+
 TEST_F(Report, AnUnreadableInputCostsOnlyItsPart) {
     f.settings.DEM = f.folder.file("nothing");
     const std::string page = reportPage(platform, readResults(platform, f.settings));

@@ -111,6 +111,7 @@ TEST_F(AccessFile, ACopyOfAnotherStateIsTold) {
     const std::string bytes = sample();
     writeWholeFile(path, bytes);
     EXPECT_EQ(connections.staleCopy(path), "");  // no copy yet
+    EXPECT_TRUE(connections.needsCopy(path));
     ASSERT_EQ(importing(bytes), "");
     connections.open(text)->execute("DELETE FROM Long");
     EXPECT_EQ(connections.staleCopy(path), "");
@@ -129,6 +130,9 @@ TEST_F(AccessFile, ACopyOfAnotherStateIsTold) {
     writeWholeFile(path, bytes + "x");
     EXPECT_NE(connections.staleCopy(path), "");
     EXPECT_EQ(connections.staleCopy(path + ".sqlite"), "");  // no Access file
+    EXPECT_FALSE(connections.needsCopy(path));
+    EXPECT_FALSE(connections.needsCopy(path + ".sqlite"));
+    EXPECT_FALSE(connections.needsCopy(folder.file("none.mdb")));
     EXPECT_EQ(connections.staleCopy(folder.file("none.mdb")), "");
     // The record is no table of the user.
     EXPECT_THAT(connections.open(text)->tableNames(), ElementsAre("IRMDDef", "All kinds", "Long"));

@@ -16,6 +16,7 @@
 #include "examples/basin/sample_basin.h"
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "hosts/chain/steps.h"
 #include "hosts/qgis/widgets/help_window.h"
 #include "hosts/qgis/widgets/texts.h"
 #include "plugin_version.h"
@@ -31,12 +32,20 @@ using qt::toQt;
 namespace {
 
 constexpr const char* kSettingsCommand = "Tarnwick.clsSettings";
-constexpr const char* kKcCommand = "Tarnwick.clsET_CropCoefficient";
 constexpr const char* kEfficiencyCommand = "Tarnwick.clsIR_EFF";
 
 // The settings as they stand. Throws PlatformError when there are none.
 RunSettings currentSettings(IApplication& application) {
     return requiredSettings(application.platform().files(), application.extensionFolder());
+}
+
+// "Copy IREF to faef_500, the name that the irrigation water requirement step reads"
+QString copyingTip(const Product& product) {
+    std::string reader(firstMadeOf(product)->quantity);
+    if (reader.starts_with("the ")) reader.erase(0, 4);
+    return toQt("Copy " + namePattern(product.made) + " to " + namePattern(product.read) +
+                ", the name" + (product.read.monthly ? "s" : "") + " that the " + reader +
+                " step reads");
 }
 
 // Where settings are kept that the sample's displace: beside them, under a name that is not taken.
@@ -51,20 +60,21 @@ std::string freeName(const IFileSystem& files, const std::string& folder) {
 }  // namespace
 
 PluginMenu::PluginMenu(QgisInterface& desktop, qt::DesktopApplication& application,
-                       QgisDocument& document, std::function<void()> openSettings)
+                       QgisDocument& document, std::function<void()> openSettings,
+                       std::function<QString(const std::string& progId)> captionOf)
     : desktop_(desktop),
       application_(application),
       document_(document),
       openSettings_(std::move(openSettings)),
+      captionOf_(std::move(captionOf)),
       menu_(std::make_unique<QMenu>("Velmora")) {
     add("openSample", "Open Sample Basin...", "Make the sample basin and its settings, and show it",
         [this] { openSample(); });
-    add("copyKcMaps", "Copy Kc Maps for Crop ET",
-        "Copy Kc_<month>_<method> to Kc_<month>, the names that the crop ET step reads",
-        [this] { copyGridsOf("kc"); });
-    add("copyEfficiency", "Copy Efficiency Map for Irrigation Requirement",
-        "Copy IREF to faef_500, the name that the irrigation water requirement step reads",
-        [this] { copyGridsOf("eff"); });
+    for (const Product& product : products()) {
+        if (product.made == product.read) continue;
+        add("copy." + toQt(std::string(product.maker)), toQt(std::string(product.copying)),
+            copyingTip(product), [this, &product] { copyGridsOf(product); });
+    }
     add("help", "Help", "Open the user guide", [this] { help(); });
     add("about", "About Velmora", "Version and licence", [this] { about(); });
     // A menu that QGIS makes for a plugin would stay in its window when the plugin is gone.
@@ -126,20 +136,21 @@ void PluginMenu::commandEnded(const std::string& progId, const QString& caption)
 
 // True when there is something to copy for the next step.
 bool PluginMenu::offerCopies(const std::string& progId) {
-    const bool kc = progId == kKcCommand;
-    if (!kc && progId != kEfficiencyCommand) return false;
+    const std::string step = stepOfProgId(progId);
+    if (step.empty()) return false;
+    const Product& product = productMadeBy(step);
+    if (product.made == product.read) return false;
     const auto settings =
         storedSettings(application_.platform().files(), application_.extensionFolder());
     if (!settings) return false;
-    const Product& product = productMadeBy(kc ? "kc" : "eff");
     std::vector<StepInputs::Copy> names;
     for (const GridCopy& copy :
          copiesOfProduct(application_.platform(), *settings, product, false)) {
         if (copy.isOffered()) names.push_back(copy.names);
     }
     if (names.empty()) return false;
-    const QString step = kc ? "Estimate Crop ET" : "Estimate Irrigation Water Requirement";
-    say(step + " reads " + toQt(names.front().made) + " under the name " +
+    const QString reader = captionOf_(progIdOf(std::string(firstMadeOf(product)->maker)));
+    say(reader + " reads " + toQt(names.front().made) + " under the name " +
             toQt(names.front().read) + ".",
         {{"Copy", [this, names] { copy(names); }}});
     return true;
@@ -203,8 +214,8 @@ void PluginMenu::showSample(const std::string& folder) {
     document_.refreshContents();
 }
 
-void PluginMenu::copyGridsOf(const std::string& step) {
-    copy(copiesOf(productMadeBy(step), currentSettings(application_)));
+void PluginMenu::copyGridsOf(const Product& product) {
+    copy(copiesOf(product, currentSettings(application_)));
 }
 
 void PluginMenu::copy(const std::vector<StepInputs::Copy>& names) {

@@ -23,9 +23,11 @@ namespace velmora::qgis {
 // it.
 class PluginMenu : public QObject {
   public:
-    // All must outlive the menu. `openSettings` opens General Settings.
+    // All must outlive the menu. `openSettings` opens General Settings, `captionOf` gives the
+    // caption of a command.
     PluginMenu(QgisInterface& desktop, qt::DesktopApplication& application, QgisDocument& document,
-               std::function<void()> openSettings);
+               std::function<void()> openSettings,
+               std::function<QString(const std::string& progId)> captionOf);
     // Takes the entry and what it says away.
     ~PluginMenu() override;
     PluginMenu(const PluginMenu&) = delete;
@@ -46,8 +48,8 @@ class PluginMenu : public QObject {
     void openSampleIn(const std::string& folder);
     bool applySample(const std::string& folder);
     void showSample(const std::string& folder);
-    // Copies the grids of the step to the names under which they are read.
-    void copyGridsOf(const std::string& step);
+    // Copies the grids of the product to the names under which they are read.
+    void copyGridsOf(const Product& product);
     bool offerCopies(const std::string& progId);
     void copy(const std::vector<StepInputs::Copy>& copies);
     void help();
@@ -63,6 +65,7 @@ class PluginMenu : public QObject {
     qt::DesktopApplication& application_;
     QgisDocument& document_;
     std::function<void()> openSettings_;
+    std::function<QString(const std::string& progId)> captionOf_;
     std::unique_ptr<QMenu> menu_;
     QPointer<QgsMessageBarItem> said_;
     QPointer<QWidget> helpWindow_;

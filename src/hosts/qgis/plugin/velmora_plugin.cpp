@@ -31,7 +31,9 @@ struct VelmoraPlugin::Parts {
     explicit Parts(QgisInterface& desktop)
         : document(desktop),
           application(desktop.mainWindow(), document, parentFolderName(classRegistryPath())),
-          menu(desktop, application, document, [this] { bar.action(kSettings)->trigger(); }),
+          menu(
+              desktop, application, document, [this] { bar.action(kSettings)->trigger(); },
+              [this](const std::string& progId) { return bar.action(progId)->text(); }),
           bar(extension, kToolBar, application, desktop.mainWindow(),
               [this](const std::string& progId) {
                   menu.commandEnded(progId, bar.action(progId)->text());

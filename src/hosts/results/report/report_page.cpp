@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "check/finding_groups.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
@@ -381,13 +382,15 @@ std::string messagesSection(const RunResults& results) {
     }
     html += "<h3>What the inputs' check says</h3>\n";
     if (results.findings.empty()) return html + "<p>Nothing.</p>\n";
-    html += "<ul>\n";
-    for (const Finding& finding : results.findings) {
-        const char* kind = finding.severity == Severity::error     ? "error"
-                           : finding.severity == Severity::warning ? "warning"
-                                                                   : "note";
-        html +=
-            std::string("<li class=\"") + kind + "\">" + escaped(findingLine(finding)) + "</li>\n";
+    html +=
+        "<p class=\"note\">" + findingCounts(results.findings) +
+        "; those of one kind are one line, and <code>velmora check --all</code> lists each.</p>\n"
+        "<ul>\n";
+    for (const FindingGroup& group : findingGroups(results.findings)) {
+        const char* kind = group.severity == Severity::error     ? "error"
+                           : group.severity == Severity::warning ? "warning"
+                                                                 : "note";
+        html += std::string("<li class=\"") + kind + "\">" + escaped(group.line) + "</li>\n";
     }
     return html + "</ul>\n";
 }

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "check/input_check.h"
+
+namespace velmora {
+
+// The findings about the grids of the output folder that crop ET and the irrigation requirements
+// read: what is old or passed over, what is missing, and what cannot be read or covers no common
+// place. Grids that a step has yet to make are no error; of an output folder without any of a
+// step's inputs nothing is said.
+std::vector<Finding> checkGrids(IPlatform& platform, const RunSettings& settings);
+
+}  // namespace velmora
