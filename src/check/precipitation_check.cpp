@@ -9,6 +9,7 @@
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "precip/reference_grids.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -24,18 +25,19 @@ class PrecipitationCheck {
         add(Severity::note, "Precipitation",
             "station fields P_Jan to P_Dec are read as inches per month, reference precipitation "
             "grids as hundredths of a millimetre");
-        const std::string& method = settings_.PrecipitationMethod;
-        if (method == "EDK") {
-            if (settings_.DemUnit == "Feet") {
+        const PrecipitationMethod method = precipitationMethod(settings_);
+        if (method == PrecipitationMethod::detrended) {
+            if (demUnit(settings_) == LengthUnit::feet) {
                 add(Severity::warning, settings_.DEM,
                     "is in feet, but precipitation takes its elevations as metres: use a DEM in "
                     "metres");
             }
-        } else if (method == "PRISM_REF") {
+        } else if (method == PrecipitationMethod::reference) {
             checkReferenceGrids();
         } else {
             add(Severity::error, "PrecipitationMethod",
-                "\"" + method + "\" is neither EDK nor PRISM_REF: precipitation is not made");
+                "\"" + settings_.PrecipitationMethod +
+                    "\" is neither EDK nor PRISM_REF: precipitation is not made");
         }
         return findings_;
     }

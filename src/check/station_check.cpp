@@ -16,6 +16,7 @@
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "refet/weather_rules.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -136,7 +137,7 @@ class StationCheck {
     }
 
     void checkElevations() {
-        const double metres = settings_.SiteElevationUnit == "Feet" ? 0.3048 : 1;
+        const double metres = metresIn(siteElevationUnit(settings_));
         for (std::size_t r = 0; r < stations_->recordCount(); ++r) {
             const FieldValue value = stations_->value(r, "ELEVATION");
             const auto* number = std::get_if<double>(&value);

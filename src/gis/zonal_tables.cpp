@@ -13,6 +13,7 @@
 #include "gis/numbers.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "gis/units.h"
 #include "gis/zone_keys.h"
 
 namespace velmora {

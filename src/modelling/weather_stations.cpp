@@ -8,6 +8,8 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "gis/units.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -84,7 +86,7 @@ std::optional<double> WeatherStations::number(std::size_t station,
 std::optional<double> WeatherStations::elevation(std::size_t station) const {
     const auto stored = number(station, layerField("elevation"));
     if (!stored) return std::nullopt;
-    return inFeet() ? *stored * 0.3048 : *stored;
+    return *stored * metresIn(siteElevationUnit(settings_));
 }
 
 std::vector<std::size_t> WeatherStations::selected(const std::string& whereClause) const {
@@ -125,10 +127,11 @@ LinearTrend WeatherStations::trendOf(const std::string& qualified,
 std::vector<std::optional<double>> WeatherStations::residuals(
     const std::string& qualified, const std::vector<std::size_t>& stations,
     const LinearTrend& trend) const {
+    const bool inFeet = siteElevationUnit(settings_) == LengthUnit::feet;
     return platform_.calculator().calculate(
         *joined_, stations,
         "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField("ELEVATION") + "]" +
-            (inFeet() ? " * 0.3048" : "") + " -" + numberText(trend.a));
+            (inFeet ? " * " + numberText(kMetresPerFoot) : "") + " -" + numberText(trend.a));
 }
 
 LinearTrend WeatherStations::detrend(const std::string& qualified,

@@ -97,7 +97,6 @@ class WeatherStations {
   private:
     void setWorkingValues(const std::vector<std::size_t>& stations,
                           const std::vector<std::optional<double>>& values);
-    bool inFeet() const { return settings_.SiteElevationUnit == "Feet"; }
 
     IPlatform& platform_;
     const RunSettings& settings_;

@@ -11,16 +11,18 @@
 #include "modelling/products.h"
 #include "precip/precipitation_rules.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
 bool PrecipitationRun::run() {
     openOutputWorkspace();
-    if (settings_.PrecipitationMethod == "EDK") {
+    const PrecipitationMethod method = precipitationMethod(settings_);
+    if (method == PrecipitationMethod::detrended) {
         application_.prompts().message("Using EDK to interpolate precipitation...");
         return runMethod(&PrecipitationRun::PPT_EDK);
     }
-    if (settings_.PrecipitationMethod == "PRISM_REF") {
+    if (method == PrecipitationMethod::reference) {
         application_.prompts().message(
             "Using PRISM GRID as reference to interpolate precipitation...");
         return runMethod(&PrecipitationRun::PPT_PRISM);

@@ -11,6 +11,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "gis/units.h"
 #include "modelling/products.h"
 #include "refet/cell_transfer.h"
 #include "refet/cls_models.h"
@@ -19,6 +20,7 @@
 #include "refet/run_size.h"
 #include "refet/work_database.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 #include "settings/run_state.h"
 
 namespace velmora {
@@ -27,7 +29,8 @@ namespace {
 
 constexpr int kGeographicNad83 = 4269;
 
-constexpr std::array<const char*, 6> kMethodLines = {
+constexpr std::array<const char*, 7> kMethodLines = {
+    "",
     "use ASCE Std  Penman-Monteith (Tall Crop: Alfalfa) ...",
     "use ASCE Std  Penman-Monteith (Short Crop: Grass) ...",
     "use FAO56  Penman-Monteith (Grass) ...",
@@ -79,7 +82,7 @@ void ReferenceEtRun::runSteps() {
     GetParameters();
     if (!runStatus_) return;
     show("All parameter layers are ready now...");
-    show(kMethodLines[static_cast<std::size_t>(settings_.methodNumber() - 1)]);
+    show(kMethodLines.at(static_cast<std::size_t>(refEtMethod(settings_))));
     for (const int month : settings_.months()) {
         if (!runMonth(month)) return;
     }
@@ -110,7 +113,7 @@ bool ReferenceEtRun::runMonth(int month) {
 
 void ReferenceEtRun::SetupWorkDatabase() {
     trapped("SetupWorkDatabase", [&] {
-        if (settings_.methodNumber() == 0) {
+        if (refEtMethod(settings_) == RefEtMethod::none) {
             throw PlatformError("\"" + settings_.RefETMethod +
                                 "\" is no reference ET method: choose 1 to 6");
         }
@@ -158,11 +161,10 @@ void ReferenceEtRun::GetRasterTemp() {
         algebra->BindRaster(algebra->Execute(" ( [TmpRS] + 1.00 ) / 100.00"), "RSTEMP");
         const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
         algebra->BindRaster(dem->createDefaultRaster(), "FineDEM");
-        save("NewDEM",
-             algebra->Execute(settings_.DemUnit == "Feet"
-                                  ? " 0.3048 * [FineDEM] * [RSTEMP] / [RSTEMP]"
-                                  : " [FineDEM] * [RSTEMP] / [RSTEMP]"),
-             "GRID");
+        const std::string toMetres = demUnit(settings_) == LengthUnit::feet
+                                         ? " " + numberText(kMetresPerFoot) + " *"
+                                         : std::string();
+        save("NewDEM", algebra->Execute(toMetres + " [FineDEM] * [RSTEMP] / [RSTEMP]"), "GRID");
         const auto saved = workspace_->openRasterDataset("NewDEM");
         dem_ = saved->createDefaultRaster();
         noData_ = static_cast<double>(saved->noDataValue());
@@ -291,7 +293,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
 
 void ReferenceEtRun::CalculateRefET(int month) {
     try {
-        const auto method = static_cast<RefEtMethod>(settings_.methodNumber());
+        const RefEtMethod method = refEtMethod(settings_);
         const Date date{representativeDay(month, year_), month, year_};
         const RefEtPassResult result =
             calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,

@@ -6,6 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -42,14 +43,14 @@ void chooseEntry(ListBox& list, const std::string& name, const std::string& valu
 }
 
 void chooseOption(Form& form, const std::string& name, const std::string& value) {
-    static const std::map<std::string, std::string> options = {{"Monthly", "optMonthly"},
-                                                               {"Daily", "optDaily"},
-                                                               {"EDK", "optEDK"},
-                                                               {"PRISM_REF", "optPRISM"}};
+    using Options = std::map<std::string, std::string>;
+    static const Options steps = {{textOf(TimeStep::monthly), "optMonthly"},
+                                  {textOf(TimeStep::daily), "optDaily"}};
+    static const Options methods = {{textOf(PrecipitationMethod::detrended), "optEDK"},
+                                    {textOf(PrecipitationMethod::reference), "optPRISM"}};
+    const Options& options = name == "TimeStep" ? steps : methods;
     const auto found = options.find(value);
-    const bool fits =
-        found != options.end() && (name == "TimeStep") == (value == "Monthly" || value == "Daily");
-    if (!fits) {
+    if (found == options.end()) {
         throw PlatformError(name + "=" + value + ": choose " +
                             (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"));
     }

@@ -11,6 +11,7 @@
 #include "gis/text.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
 #include "settings/weather_flags.h"
@@ -210,9 +211,11 @@ void frmSettings::showDefaults() {
     fill(cboEndDay, days, 30);
     txtYear.setText(std::to_string(application_.platform().clock().currentYear()));
     fill(cboRefETMethod, {kMethods.begin(), kMethods.end()}, 4);
-    fill(cboSiteUnit, {"Meters", "Feet"}, 0);
-    fill(cboDemUnit, {"Meters", "Feet"}, 0);
-    fill(cboTemperatureUnit, {"Degree C", "Degree F"}, 0);
+    const std::vector<std::string> lengths = {textOf(LengthUnit::metres), textOf(LengthUnit::feet)};
+    fill(cboSiteUnit, lengths, 0);
+    fill(cboDemUnit, lengths, 0);
+    fill(cboTemperatureUnit,
+         {textOf(TemperatureUnit::celsius), textOf(TemperatureUnit::fahrenheit)}, 0);
     fill(cboRadiationUnit, {"MJ/m2/Day"}, 0);
     fill(cboWindUnit, {"m/s"}, 0);
     txtWindSpeed.setText("2.0");
@@ -338,8 +341,8 @@ void frmSettings::restore(const RunSettings& settings) {
     txtCellSize.setText(numberText(settings.CellSize));
     cboRefETMethod.select(settings.methodNumber() - 1);  // fails for a method that is none
     chkShowMonitor.setValue(settings.ShowMonitor);
-    if (settings.TimeStep == "Monthly") optMonthly.choose();
-    if (settings.TimeStep == "Daily") optDaily.choose();
+    if (timeStep(settings) == TimeStep::monthly) optMonthly.choose();
+    if (timeStep(settings) == TimeStep::daily) optDaily.choose();
     txtYear.setText(settings.Year);
     cboBeginMonth.setText(settings.BeginMonth);
     cboEndMonth.setText(settings.EndMonth);
@@ -362,8 +365,9 @@ void frmSettings::restore(const RunSettings& settings) {
 // A stored "PRISM_REF" switches the time step to "Daily" and leaves the detrended option on; kept
 // on purpose, Apply then stores what the form shows.
 void frmSettings::restorePrecipitation(const RunSettings& settings) {
-    if (settings.PrecipitationMethod == "EDK") optEDK.choose();
-    if (settings.PrecipitationMethod == "PRISM_REF") optDaily.choose();
+    const PrecipitationMethod method = precipitationMethod(settings);
+    if (method == PrecipitationMethod::detrended) optEDK.choose();
+    if (method == PrecipitationMethod::reference) optDaily.choose();
     txtPrism.setText(settings.PrismGridFolder);
 }
 
@@ -453,10 +457,10 @@ RunSettings frmSettings::collected() const {
     settings.ExtentProvider = txtExtent.text();
     settings.CellSize = *cellSize;
     settings.RefETMethod = cboRefETMethod.text().substr(0, 1);
-    if (optEDK.value()) settings.PrecipitationMethod = "EDK";
-    if (optPRISM.value()) settings.PrecipitationMethod = "PRISM_REF";
-    if (optMonthly.value()) settings.TimeStep = "Monthly";
-    if (optDaily.value()) settings.TimeStep = "Daily";
+    if (optEDK.value()) settings.PrecipitationMethod = textOf(PrecipitationMethod::detrended);
+    if (optPRISM.value()) settings.PrecipitationMethod = textOf(PrecipitationMethod::reference);
+    if (optMonthly.value()) settings.TimeStep = textOf(TimeStep::monthly);
+    if (optDaily.value()) settings.TimeStep = textOf(TimeStep::daily);
     settings.Year = txtYear.text();
     settings.BeginMonth = cboBeginMonth.text();
     settings.EndMonth = cboEndMonth.text();

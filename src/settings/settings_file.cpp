@@ -9,6 +9,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/windows1252.h"
+#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 
 namespace velmora {
@@ -107,11 +108,10 @@ void requireRestorable(const RunSettings& settings) {
     const std::string& method = settings.RefETMethod;
     require(method.size() == 1 && method >= "1" && method <= "6", "RefETMethod", method, "1 to 6");
     const std::string& rain = settings.PrecipitationMethod;
-    require(rain.empty() || rain == "EDK" || rain == "PRISM_REF", "PrecipitationMethod", rain,
+    require(rain == textOf(precipitationMethod(settings)), "PrecipitationMethod", rain,
             "EDK or PRISM_REF");
     const std::string& step = settings.TimeStep;
-    require(step.empty() || step == "Monthly" || step == "Daily", "TimeStep", step,
-            "Monthly or Daily");
+    require(step == textOf(timeStep(settings)), "TimeStep", step, "Monthly or Daily");
     for (const char* name : {"CellSize", "Ks", "Ko", "EstimatedWindSpeed"}) {
         const std::string number = settingsText(settings, *findSettingsField(name));
         require(strictNumber(number).has_value(), name, number, "a number");

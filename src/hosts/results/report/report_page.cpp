@@ -19,6 +19,7 @@
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
 #include "hosts/results/report/station_map.h"
+#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -83,7 +84,7 @@ std::string methodName(const RunSettings& settings) {
                                                          "Hargreaves 1985",
                                                          "Blaney-Criddle",
                                                          "Priestley-Taylor"};
-    return names.at(static_cast<std::size_t>(settings.methodNumber()));
+    return names.at(static_cast<std::size_t>(refEtMethod(settings)));
 }
 
 std::string heading(const std::string& id, const std::string& title) {
