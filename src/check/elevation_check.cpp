@@ -7,6 +7,7 @@
 #include "gis/cell_values.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "modelling/station_fields.h"
 #include "settings/run_choices.h"
 
 namespace velmora {
@@ -29,7 +30,7 @@ std::vector<Pair> pairsOf(IPlatform& platform, const RunSettings& settings,
         cellValuesAt(*dem, stations.points(domain.crs), domain.crs, platform.spatialReferences());
     std::vector<Pair> pairs;
     for (std::size_t s = 0; s < ground.size(); ++s) {
-        const FieldValue value = stations.value(s, "ELEVATION");
+        const FieldValue value = stations.value(s, kElevationField);
         const auto* elevation = std::get_if<double>(&value);
         if (elevation && ground[s]) pairs.push_back({*elevation, *ground[s]});
     }
@@ -82,13 +83,13 @@ std::vector<Finding> checkStationElevations(IPlatform& platform, const RunSettin
     if (remedy.empty()) {
         return {{Severity::warning,
                  stations.path(),
-                 "ELEVATION",
+                 kElevationField,
                  {},
                  lie + ": compare their coordinates and elevations"}};
     }
     return {{Severity::warning,
              stations.path(),
-             "ELEVATION",
+             kElevationField,
              {},
              lie + " (middle of " + std::to_string(pairs.size()) +
                  " stations); they would agree with " + remedy}};

@@ -6,6 +6,7 @@
 #include "gis/cell_values.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
+#include "modelling/station_fields.h"
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "precip/reference_grids.h"
@@ -102,7 +103,7 @@ class PrecipitationCheck {
         }
         if (!geometry_ || settings_.WeatherStations.empty()) return;
         const auto stations = platform_.features().openFeatureClass(settings_.WeatherStations);
-        if (stations->fieldIndex("staname") < 0) return;
+        if (stations->fieldIndex(kStationNameField) < 0) return;
         const auto values = cellValuesAt(grid, stations->points(geometry_->crs), geometry_->crs,
                                          platform_.spatialReferences());
         const bool worked = stations->fieldIndex(kPrecipitationField) >= 0;
@@ -113,7 +114,7 @@ class PrecipitationCheck {
                 kept ? "has no value here, so the station's ratio is made to what its field RefPPT "
                        "holds from an earlier run: delete that field to leave the station out"
                      : "has no value here, so the station takes no part",
-                keyText(stations->value(s, "staname")));
+                keyText(stations->value(s, kStationNameField)));
         }
     }
 

@@ -9,19 +9,20 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/units.h"
+#include "modelling/station_fields.h"
 #include "settings/run_choices.h"
 
 namespace velmora {
 
 namespace {
 
-// A few values of a key field, for a message.
+// A key field and a few of its values, for a message: "field STN: "Logan", "Moore"".
 std::string someKeys(const ITable& table, const std::string& field) {
     std::vector<std::string> keys;
     for (std::size_t r = 0; r < std::min<std::size_t>(3, table.recordCount()); ++r) {
         keys.push_back("\"" + keyText(table.value(r, field)) + "\"");
     }
-    return keys.empty() ? "no record" : joinedNames(keys);
+    return "field " + field + ": " + (keys.empty() ? "no record" : joinedNames(keys));
 }
 
 }  // namespace
@@ -41,12 +42,12 @@ WeatherStations::WeatherStations(IPlatform& platform, const RunSettings& setting
     layer_ = std::make_shared<WorkingLayer>(
         platform.features().openFeatureClass(settings.WeatherStations), workingField);
     const auto table = platform.features().openTable(settings.WeatherData);
-    joined_ = platform.memoryRelationships().open(
-        {"JoinTable", table, "STN", layer_, "staname", "Forward", "Backward"});
+    joined_ = platform.memoryRelationships().open({"JoinTable", table, kWeatherStationField, layer_,
+                                                   kStationNameField, "Forward", "Backward"});
     if (joined_->matchedRecords() == 0) {
-        throw PlatformError(
-            "No station of " + layer_->path() + " (field staname: " + someKeys(*layer_, "staname") +
-            ") has a record in " + table->path() + " (field STN: " + someKeys(*table, "STN") + ")");
+        throw PlatformError("No station of " + layer_->path() + " (" +
+                            someKeys(*layer_, kStationNameField) + ") has a record in " +
+                            table->path() + " (" + someKeys(*table, kWeatherStationField) + ")");
     }
     tableName_ = table->name();
     positions_ = layer_->points(crs);
@@ -67,13 +68,13 @@ void WeatherStations::requireWeatherField(const std::string& qualified) const {
 }
 
 void WeatherStations::requireElevations() const {
-    if (layer_->fieldIndex("ELEVATION") >= 0) return;
-    throw PlatformError("The station shapefile " + layer_->path() +
-                        " has no field ELEVATION: add the stations' elevations");
+    if (layer_->fieldIndex(kElevationField) >= 0) return;
+    throw PlatformError("The station shapefile " + layer_->path() + " has no field " +
+                        kElevationField + ": add the stations' elevations");
 }
 
 std::string WeatherStations::name(std::size_t station) const {
-    return keyText(layer_->value(station, "staname"));
+    return keyText(layer_->value(station, kStationNameField));
 }
 
 std::optional<double> WeatherStations::number(std::size_t station,
@@ -84,7 +85,7 @@ std::optional<double> WeatherStations::number(std::size_t station,
 }
 
 std::optional<double> WeatherStations::elevation(std::size_t station) const {
-    const auto stored = number(station, layerField("elevation"));
+    const auto stored = number(station, layerField(kElevationField));
     if (!stored) return std::nullopt;
     return *stored * metresIn(siteElevationUnit(settings_));
 }
@@ -130,7 +131,7 @@ std::vector<std::optional<double>> WeatherStations::residuals(
     const bool inFeet = siteElevationUnit(settings_) == LengthUnit::feet;
     return platform_.calculator().calculate(
         *joined_, stations,
-        "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField("ELEVATION") + "]" +
+        "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField(kElevationField) + "]" +
             (inFeet ? " * " + numberText(kMetresPerFoot) : "") + " -" + numberText(trend.a));
 }
 

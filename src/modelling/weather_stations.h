@@ -30,7 +30,7 @@ std::vector<ElevationPair> pairsByPosition(std::vector<StationValue> stations);
 
 class WeatherStations {
   public:
-    // Opens the station shapefile and the weather table and joins them by "staname" and "STN".
+    // Opens the station shapefile and the weather table and joins them by the stations' names.
     // What is to be interpolated goes through the stations' numeric field `workingField`.
     // Positions are wanted in `crs` (WKT). Throws PlatformError naming the file, field or keys
     // when that fails.
@@ -47,7 +47,7 @@ class WeatherStations {
     void requireElevations() const;
 
     std::size_t count() const { return positions_.size(); }
-    std::string name(std::size_t station) const;  // its "staname"
+    std::string name(std::size_t station) const;
     const std::vector<Point>& positions() const { return positions_; }
     // A number of the station, nothing for null.
     std::optional<double> number(std::size_t station, const std::string& qualified) const;

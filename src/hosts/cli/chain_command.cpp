@@ -68,7 +68,7 @@ class TerminalChain : public IChainHost {
 
     void refuses(const std::string& step, const std::vector<std::string>& old) override {
         for (const std::string& sentence : old) tell("note: {}\n", oneLine(sentence));
-        fails(step, "The step would read what is old (" + counted(std::ssize(old), "note") +
+        fails(step, "The step would read what is old (" + counted(old.size(), "note") +
                         " above): run the steps that make it first, or say --use-old");
     }
 

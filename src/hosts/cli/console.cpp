@@ -147,8 +147,4 @@ std::string shellWord(const std::string& text) {
     return quotes ? quoted + "'" : text;
 }
 
-std::string counted(long long count, const std::string& noun) {
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
-
 }  // namespace velmora::cli

@@ -45,7 +45,4 @@ void holdStandardFiles();
 // A word of a shell's command line, in quotes where it needs them.
 std::string shellWord(const std::string& text);
 
-// "1 error", "2 errors".
-std::string counted(long long count, const std::string& noun);
-
 }  // namespace velmora::cli

@@ -140,8 +140,7 @@ Filling fillZones(HeadlessApplication& application, const Form& form,
         if (!sum.done) return sum;
     }
     if (sum.kept > 0) {
-        prompts.notice("Default shares are not given to " +
-                       counted(static_cast<long long>(sum.kept), "row") +
+        prompts.notice("Default shares are not given to " + counted(sum.kept, "row") +
                        " with shares, or not irrigated: --overwrite-shares would");
     }
     return sum;
@@ -205,8 +204,8 @@ int effZones(const Session& session, const EfficiencyOptions& options,
                    IrrigationDatabase(application.platform(), databaseIn(form)), chosen);
         if (filled.done && !session.terminal.quiet) {
             sayDone(session, "{} of {} of {} have an efficiency; velmora eff show shows them\n",
-                    filled.withEfficiency, counted(static_cast<long long>(filled.rows), "row"),
-                    counted(static_cast<long long>(chosen.size()), "zone"));
+                    filled.withEfficiency, counted(filled.rows, "row"),
+                    counted(chosen.size(), "zone"));
         }
     });
 }

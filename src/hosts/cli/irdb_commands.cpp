@@ -46,9 +46,8 @@ std::string createStarter(IPlatform& platform, const RunSettings& settings,
     return fmt::format(
         "{} is made: {}, default shares for {} and {} of zone and crop (national figures: table "
         "IR_Sources; replace them by your own)\n",
-        path, counted(static_cast<long long>(defaults.methods.size()), "method"),
-        counted(static_cast<long long>(defaults.perZone.size()), "zone"),
-        counted(static_cast<long long>(defaults.perZoneAndCrop.size()), "pair"));
+        path, counted(defaults.methods.size(), "method"), counted(defaults.perZone.size(), "zone"),
+        counted(defaults.perZoneAndCrop.size(), "pair"));
 }
 
 // A database gives way to a new one under another name beside it, which it keeps.

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "hosts/chain/steps.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/results/run_log.h"
@@ -32,8 +33,7 @@ Json showDiagnostics(const Session& session, HeadlessApplication& application,
                                     std::string(productMadeBy(step).made.stem) + "diagnostics");
     const std::string pictures =
         files.size() > 1
-            ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +
-                  " *_semivariogram.png beside it"
+            ? ", with " + counted(files.size() - 1, "picture") + " *_semivariogram.png beside it"
             : std::string();
     sayDone(session, "{} is written{}\n", files.front(), pictures);
     return Json::parse(report.json());
