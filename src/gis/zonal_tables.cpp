@@ -59,7 +59,8 @@ void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared
             try {
                 append(features, table, {row});
             } catch (const PlatformError& e) {
-                throw PlatformError("zone \"" + keyText(row.front().second) + "\": " + e.what());
+                throw PlatformError("zone \"" + keyText(row.front().second) + "\": " + e.what(),
+                                    e.place());
             }
         }
     }

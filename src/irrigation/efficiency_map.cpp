@@ -99,8 +99,9 @@ bool GetLuIntersected(IApplication& application, const RunSettings& settings) {
     for (const auto& [layer, field] :
          {std::pair{landCover, std::string(kCropField)}, {zones, settings.ZoneField}}) {
         if (layer->fieldIndex(field) < 0) {
-            throw PlatformError("The shapefile " + layer->path() + " has no field \"" + field +
-                                "\"");
+            throw PlatformError(
+                "The shapefile " + layer->path() + " has no field \"" + field + "\"",
+                {.file = layer->path(), .field = field});
         }
     }
     requireMetres(platform, *landCover, "land cover");

@@ -46,6 +46,7 @@ class WeatherStations {
     void requireWeatherField(const std::string& qualified) const;
     void requireElevations() const;
 
+    const std::string& weatherTable() const { return settings_.WeatherData; }  // its path
     std::size_t count() const { return positions_.size(); }
     std::string name(std::size_t station) const;
     const std::vector<Point>& positions() const { return positions_; }
@@ -95,6 +96,10 @@ class WeatherStations {
     void storeWorkingField(IPrompts& prompts);
 
   private:
+    // Does what reads numbers of the stations; a failure in a record tells its station too.
+    template <class Body>
+    auto namingStation(Body body) const;
+    std::string stationAt(const ErrorPlace& place) const;
     void setWorkingValues(const std::vector<std::size_t>& stations,
                           const std::vector<std::optional<double>>& values);
 
@@ -102,7 +107,7 @@ class WeatherStations {
     const RunSettings& settings_;
     std::string workingField_;
     std::shared_ptr<WorkingLayer> layer_;
-    std::string tableName_;
+    std::shared_ptr<ITable> table_;  // the weather
     std::unique_ptr<IJoinedLayer> joined_;
     std::vector<Point> positions_;
 };

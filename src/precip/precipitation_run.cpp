@@ -40,13 +40,15 @@ void PrecipitationRun::openOutputWorkspace() {
     if (folder.empty()) {
         throw PlatformError(
             "The setting OutputWorkspace is empty: name a folder for output in the General "
-            "Settings");
+            "Settings",
+            {.field = "OutputWorkspace"});
     }
     if (!files.folderExists(folder)) {
         const std::string parent = parentFolderName(folder);
         if (!files.folderExists(parent)) {
-            throw PlatformError("The output folder " + folder +
-                                " cannot be made: there is no folder " + parent);
+            throw PlatformError(
+                "The output folder " + folder + " cannot be made: there is no folder " + parent,
+                {.file = folder});
         }
         files.createFolder(folder);
     }

@@ -114,8 +114,9 @@ bool ReferenceEtRun::runMonth(int month) {
 void ReferenceEtRun::SetupWorkDatabase() {
     trapped("SetupWorkDatabase", [&] {
         if (refEtMethod(settings_) == RefEtMethod::none) {
-            throw PlatformError("\"" + settings_.RefETMethod +
-                                "\" is no reference ET method: choose 1 to 6");
+            throw PlatformError(
+                "\"" + settings_.RefETMethod + "\" is no reference ET method: choose 1 to 6",
+                {.field = "RefETMethod"});
         }
         folder_.emplace(platform_.files(), settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
@@ -172,8 +173,9 @@ void ReferenceEtRun::GetRasterTemp() {
         const auto elevations = cells_.values(CellField::Elevation);
         if (std::ranges::all_of(elevations, [&](double z) { return z == noData_; })) {
             throw PlatformError("The DEM " + settings_.DEM +
-                                " has no data within the modelling extent of " +
-                                settings_.ExtentProvider);
+                                    " has no data within the modelling extent of " +
+                                    settings_.ExtentProvider,
+                                {.file = settings_.DEM});
         }
         if (settings_.needsFullWeather()) {
             elevationParts_ = elevationParts(platform_.loop(), cells_);

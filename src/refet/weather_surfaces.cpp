@@ -2,6 +2,7 @@
 #include "refet/weather_surfaces.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -27,20 +28,20 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
 void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace,
                            const std::function<void(const std::string&)>& report) {
     if (end < std::max(1, begin)) return;
-    std::string failure;
+    std::exception_ptr failure;
     try {
         prepareNeighbour(begin - 1);
         for (int month = std::max(1, begin); month <= end; ++month) prepareMonth(month);
         prepareNeighbour(end + 1);
-    } catch (const PlatformError& e) {
-        failure = e.what();
+    } catch (const PlatformError&) {
+        failure = std::current_exception();
     }
     workspace.save(prepared_);
     for (const RasterToSave& saved : prepared_) made_.insert(saved.name);
     for (const std::string& line : reports_) report(line);
     prepared_.clear();
     reports_.clear();
-    if (!failure.empty()) throw PlatformError(failure);
+    if (failure) std::rethrow_exception(failure);
 }
 
 void WeatherSurfaces::prepareMonth(int month) {

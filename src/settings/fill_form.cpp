@@ -38,7 +38,8 @@ void chooseEntry(ListBox& list, const std::string& name, const std::string& valu
     } else if (items.empty()) {
         list.setText(value);
     } else {
-        throw PlatformError(name + "=" + value + ": choose one of " + joinedNames(items));
+        throw PlatformError(name + "=" + value + ": choose one of " + joinedNames(items),
+                            {.field = name});
     }
 }
 
@@ -52,7 +53,8 @@ void chooseOption(Form& form, const std::string& name, const std::string& value)
     const auto found = options.find(value);
     if (found == options.end()) {
         throw PlatformError(name + "=" + value + ": choose " +
-                            (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"));
+                                (name == "TimeStep" ? "Monthly or Daily" : "EDK or PRISM_REF"),
+                            {.field = name});
     }
     form.control<OptionButton>(found->second).choose();
 }
@@ -71,7 +73,7 @@ void fillIn(Form& form, const SettingsField& field, const std::string& value) {
         box->enter(value);
     } else if (auto* check = dynamic_cast<CheckBox*>(control)) {
         if (!isTrue(value) && !isFalse(value)) {
-            throw PlatformError(name + "=" + value + ": choose true or false");
+            throw PlatformError(name + "=" + value + ": choose true or false", {.field = name});
         }
         check->setValue(isTrue(value));
     }

@@ -32,7 +32,8 @@ struct FieldWriter {
         const std::string bytes = windows1252FromUtf8(settings.*member);
         if (bytes.size() > kLongestText) {
             throw PlatformError("The setting " + std::string(field.name) + " is longer than " +
-                                std::to_string(kLongestText) + " characters");
+                                    std::to_string(kLongestText) + " characters",
+                                {.field = std::string(field.name)});
         }
         appendLittleEndian(out, bytes.size(), 2);
         out += bytes;
@@ -52,8 +53,9 @@ struct FieldReader {
 
     std::string_view take(std::size_t count) const {
         if (rest.size() < count) {
-            throw PlatformError("The settings file ends inside the field " +
-                                std::string(field.name));
+            throw PlatformError(
+                "The settings file ends inside the field " + std::string(field.name),
+                {.field = std::string(field.name)});
         }
         const std::string_view taken = rest.substr(0, count);
         rest.remove_prefix(count);
@@ -102,8 +104,9 @@ void requireRestorable(const RunSettings& settings) {
     const auto require = [](bool holds, const std::string& field, const std::string& value,
                             const char* wanted) {
         if (holds) return;
-        throw PlatformError("The field " + field + " holds \"" + value + "\", but it should be " +
-                            wanted);
+        throw PlatformError(
+            "The field " + field + " holds \"" + value + "\", but it should be " + wanted,
+            {.field = field});
     };
     const std::string& method = settings.RefETMethod;
     require(method.size() == 1 && method >= "1" && method <= "6", "RefETMethod", method, "1 to 6");
@@ -126,7 +129,9 @@ RunSettings readSettings(const IFileSystem& files, const std::string& path) {
     try {
         return parseSettingsRecord(files.readBeginning(path, kLongestRecord));
     } catch (const PlatformError& e) {
-        throw PlatformError(path + ": " + e.what());
+        ErrorPlace place = e.place();
+        place.file = path;
+        throw PlatformError(path + ": " + e.what(), place);
     }
 }
 

@@ -63,7 +63,7 @@ class TerminalChain : public IChainHost {
     }
 
     void fails(const std::string& /*step*/, const std::string& why) override {
-        tellError(results_.back(), why);
+        tellError(results_.back(), why, placeOfHandled(), session_.json);
     }
 
     void refuses(const std::string& step, const std::vector<std::string>& old) override {

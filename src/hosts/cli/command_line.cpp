@@ -10,6 +10,7 @@
 #include "gis/text.h"
 #include "hosts/chain/steps.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
 #include "modelling/products.h"
@@ -53,7 +54,8 @@ CommandLine::CommandLine()
     app_.add_option("--settings-folder", session_.settingsFolder,
                     "Folder of the settings file (default: the user's own)");
     app_.add_flag("--quiet", session_.terminal.quiet, "Print no progress lines");
-    app_.add_flag("--json", session_.json, "Print results as JSON, where there are any");
+    app_.add_flag("--json", session_.json,
+                  "Print results as JSON, where there are any, and failures");
     app_.add_flag("--yes", yes_, "Answer every question with yes");
     app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
     app_.add_option("--threads", session_.threads,
@@ -376,7 +378,7 @@ int CommandLine::run(int argc, const char* const* argv) {
     try {
         return runChosen();
     } catch (const std::exception& e) {
-        tell("velmora: {}\n", oneLine(e.what()));
+        tellFailure(e.what(), placeOfHandled(), session_.json);
         return kFailed;
     }
 }
@@ -393,6 +395,7 @@ int CommandLine::runChosen() {
     if (yes_) session_.terminal.answer = true;
     if (no_) session_.terminal.answer = false;
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
+    session_.terminal.json = session_.json;
     session_.sync = !noSync_;
     platform::setSyncing(session_.sync);
     const int threads = platform::useThreads(session_.threads);

@@ -10,6 +10,7 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/efficiency_map_result.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/table_text.h"
 #include "hosts/results/time_stamp.h"
@@ -318,7 +319,7 @@ std::string misuse(const RowChange& change) {
 
 int effSet(const Session& session, const EfficiencyOptions& options, const RowChange& change) {
     if (const std::string wrong = misuse(change); !wrong.empty()) {
-        tell("velmora: {}\n", wrong);
+        tellFailure(wrong, {}, session.json);
         return kBadUsage;
     }
     HeadlessApplication application(session.settingsFolder, session.terminal);

@@ -81,13 +81,16 @@ int irdbCreate(const Session& session, const std::string& file, bool replace) {
     if (application.platform().files().fileExists(path)) {
         if (platform::isAccessFile(path)) {
             throw PlatformError(path +
-                                " is a genuine Access database, which is never changed: "
-                                "give another file");
+                                    " is a genuine Access database, which is never changed: "
+                                    "give another file",
+                                {.file = path});
         }
         if (!replace) {
-            throw PlatformError(path +
-                                " exists, with the shares that are filled in there: give another "
-                                "file, or say --replace-database, which keeps a copy of it");
+            throw PlatformError(
+                path +
+                    " exists, with the shares that are filled in there: give another "
+                    "file, or say --replace-database, which keeps a copy of it",
+                {.file = path});
         }
         setAside(application, path);
     }

@@ -4,6 +4,7 @@
 
 #include "check/finding_groups.h"
 #include "check/input_check.h"
+#include "gis/errors.h"
 #include "hosts/chain/steps.h"
 #include "hosts/cli/commands.h"
 #include "hosts/components/loaded_extension.h"
@@ -86,8 +87,8 @@ int checkSettings(const Session& session, bool all) {
     platform::Platform platform;
     const std::string path = defaultSettingsPath(session.settingsFolder);
     if (!platform.files().fileExists(path)) {
-        tell("velmora: {}: there are no settings yet: velmora settings apply makes them\n", path);
-        return kFailed;
+        throw PlatformError(path + ": there are no settings yet: velmora settings apply makes them",
+                            {.file = path});
     }
     const std::vector<Finding> findings =
         checkInputs(platform, readSettings(platform.files(), path));

@@ -153,7 +153,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
         removeTree(unfinished);
     } catch (const std::exception& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot write " + path + ": " + e.what());
+        throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }
 }
 

@@ -62,7 +62,8 @@ class FolderLock : public IFolderLock {
             std::this_thread::sleep_for(kPause);
         }
         throw PlatformError("Another run is working in " + folder_ +
-                            ": wait until it ends, or choose another output folder");
+                                ": wait until it ends, or choose another output folder",
+                            {.file = folder_});
     }
 
     // False when others hold it.
@@ -99,7 +100,8 @@ void removeNameless(const std::string& folder) {
 
 void requireFolder(const FileSystem& files, const std::string& folder) {
     if (!files.folderExists(folder)) {
-        throw PlatformError("The output folder " + folder + " does not exist: create it first");
+        throw PlatformError("The output folder " + folder + " does not exist: create it first",
+                            {.file = folder});
     }
 }
 
@@ -144,13 +146,16 @@ std::string FileSystem::lastModified(const std::string& path) const {
 void FileSystem::deleteFile(const std::string& path) {
     std::error_code error;
     fs::remove(path, error);
-    if (error) throw PlatformError("Cannot delete " + path + ": " + error.message());
+    if (error)
+        throw PlatformError("Cannot delete " + path + ": " + error.message(), {.file = path});
 }
 
 void FileSystem::createFolder(const std::string& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (error) throw PlatformError("Cannot create the folder " + path + ": " + error.message());
+    if (error)
+        throw PlatformError("Cannot create the folder " + path + ": " + error.message(),
+                            {.file = path});
 }
 
 void FileSystem::copyFile(const std::string& from, const std::string& to) {
@@ -161,7 +166,7 @@ void FileSystem::copyFile(const std::string& from, const std::string& to) {
         replaceDurably(unfinished, to);
     } catch (const std::exception& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what());
+        throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what(), {.file = to});
     }
 }
 
@@ -177,12 +182,12 @@ void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
         replaceFile(unfinished, path);
     } catch (const PlatformError& e) {
         removeTree(unfinished);
-        throw PlatformError("Cannot write " + path + ": " + e.what());
+        throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }
 }
 
 std::string FileSystem::readBeginning(const std::string& path, std::size_t most) const {
-    if (!fileExists(path)) throw PlatformError("There is no file " + path);
+    if (!fileExists(path)) throw PlatformError("There is no file " + path, {.file = path});
     return readWholeFile(path, most);
 }
 

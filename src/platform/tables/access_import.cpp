@@ -124,7 +124,8 @@ std::string importedDatabase(const std::string& path) {
     }
     removeTree(unfinished);
     removeTree(unfinished + "-journal");
-    throw PlatformError("The Access database " + path + " cannot be imported: " + failure);
+    throw PlatformError("The Access database " + path + " cannot be imported: " + failure,
+                        {.file = path});
 }
 
 std::string staleAccessCopy(const std::string& path) {

@@ -333,7 +333,8 @@ std::string inputsSection(IPlatform& platform, const RunResults& results) {
             std::error_code error;
             const std::uintmax_t size = fs::file_size(file, error);
             if (error)
-                throw PlatformError("Cannot look at " + file.string() + ": " + error.message());
+                throw PlatformError("Cannot look at " + file.string() + ": " + error.message(),
+                                    {.file = file.string()});
             bytes += size;
             date = std::max(date, platform.files().lastModified(file.string()));
         }
