@@ -16,6 +16,7 @@
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
+#include "modelling/station_fields.h"
 
 namespace velmora::examples {
 
@@ -61,7 +62,8 @@ void makeStations(IPlatform& platform, const std::string& folder, const Grid& te
     }
     platform.features().createFeatureClass(
         joinedPath(folder, "stations.shp"), false, terrain.geometry.crs,
-        {{"staname", FieldType::text, 24, 0}, {"ELEVATION", FieldType::number, 10, 1}}, stations);
+        {{kStationNameField, FieldType::text, 24, 0}, {kElevationField, FieldType::number, 10, 1}},
+        stations);
 }
 
 void makeWeather(IPlatform& platform, const std::string& folder) {
@@ -72,7 +74,7 @@ void makeWeather(IPlatform& platform, const std::string& folder) {
                                             {"SR_", &StationNormals::SR},
                                             {"WS_", &StationNormals::WS},
                                             {"P_", &StationNormals::P}}};
-    std::vector<Field> fields = {{"STN", FieldType::text, 24, 0}};
+    std::vector<Field> fields = {{kWeatherStationField, FieldType::text, 24, 0}};
     for (const auto& [prefix, member] : columns) {
         for (int m = 1; m <= 12; ++m) {
             fields.push_back({prefix + GetMonthName(m), FieldType::number, 8, 3});

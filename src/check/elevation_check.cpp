@@ -7,12 +7,13 @@
 #include "gis/cell_values.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
+#include "modelling/station_fields.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr double kFoot = 0.3048;
 constexpr double kFarOff = 300;  // metres; no usual DEM and station are so far apart
 constexpr double kAgrees = 100;  // metres
 
@@ -29,7 +30,7 @@ std::vector<Pair> pairsOf(IPlatform& platform, const RunSettings& settings,
         cellValuesAt(*dem, stations.points(domain.crs), domain.crs, platform.spatialReferences());
     std::vector<Pair> pairs;
     for (std::size_t s = 0; s < ground.size(); ++s) {
-        const FieldValue value = stations.value(s, "ELEVATION");
+        const FieldValue value = stations.value(s, kElevationField);
         const auto* elevation = std::get_if<double>(&value);
         if (elevation && ground[s]) pairs.push_back({*elevation, *ground[s]});
     }
@@ -37,18 +38,20 @@ std::vector<Pair> pairsOf(IPlatform& platform, const RunSettings& settings,
 }
 
 // The station above the ground, in metres, that half of the stations exceed.
-double medianDifference(const std::vector<Pair>& pairs, double stationUnit, double groundUnit) {
+double medianDifference(const std::vector<Pair>& pairs, LengthUnit stationUnit,
+                        LengthUnit groundUnit) {
     std::vector<double> differences;
     for (const Pair& p : pairs) {
-        differences.push_back(p.station * stationUnit - p.ground * groundUnit);
+        differences.push_back(p.station * metresIn(stationUnit) - p.ground * metresIn(groundUnit));
     }
     const auto middle = differences.begin() + static_cast<long>(differences.size() / 2);
     std::nth_element(differences.begin(), middle, differences.end());
     return *middle;
 }
 
-double unitOf(const std::string& text) { return text == "Feet" ? kFoot : 1; }
-const char* otherUnit(const std::string& text) { return text == "Feet" ? "Meters" : "Feet"; }
+LengthUnit otherThan(LengthUnit unit) {
+    return unit == LengthUnit::feet ? LengthUnit::metres : LengthUnit::feet;
+}
 
 }  // namespace
 
@@ -62,19 +65,17 @@ std::vector<Finding> checkStationElevations(IPlatform& platform, const RunSettin
         return {};
     }
     if (pairs.empty()) return {};
-    const double site = unitOf(settings.SiteElevationUnit);
-    const double dem = unitOf(settings.DemUnit);
+    const LengthUnit site = siteElevationUnit(settings);
+    const LengthUnit dem = demUnit(settings);
     const double off = medianDifference(pairs, site, dem);
     if (std::fabs(off) <= kFarOff) return {};
 
-    const char* otherSite = otherUnit(settings.SiteElevationUnit);
-    const char* otherDem = otherUnit(settings.DemUnit);
     std::string remedy;
-    if (std::fabs(medianDifference(pairs, unitOf(otherSite), dem)) < kAgrees) {
-        remedy = std::string("SiteElevationUnit=") + otherSite;
+    if (std::fabs(medianDifference(pairs, otherThan(site), dem)) < kAgrees) {
+        remedy = std::string("SiteElevationUnit=") + textOf(otherThan(site));
     }
-    if (std::fabs(medianDifference(pairs, site, unitOf(otherDem))) < kAgrees) {
-        remedy += (remedy.empty() ? "" : " or ") + std::string("DemUnit=") + otherDem;
+    if (std::fabs(medianDifference(pairs, site, otherThan(dem))) < kAgrees) {
+        remedy += (remedy.empty() ? "" : " or ") + std::string("DemUnit=") + textOf(otherThan(dem));
     }
     const std::string lie = "the stations lie some " +
                             numberText(std::round(std::fabs(off) / 10) * 10) + " m " +
@@ -82,13 +83,13 @@ std::vector<Finding> checkStationElevations(IPlatform& platform, const RunSettin
     if (remedy.empty()) {
         return {{Severity::warning,
                  stations.path(),
-                 "ELEVATION",
+                 kElevationField,
                  {},
                  lie + ": compare their coordinates and elevations"}};
     }
     return {{Severity::warning,
              stations.path(),
-             "ELEVATION",
+             kElevationField,
              {},
              lie + " (middle of " + std::to_string(pairs.size()) +
                  " stations); they would agree with " + remedy}};

@@ -73,10 +73,6 @@ std::string lineOf(const Group& group) {
     return group.members.size() > 1 ? line + " (" + membersOf(group) + ")" : line;
 }
 
-std::string counted(std::size_t count, const std::string& word) {
-    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 std::vector<FindingGroup> findingGroups(const std::vector<Finding>& findings) {

@@ -21,6 +21,7 @@
 #include "refet/run_size.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 
 namespace velmora {
@@ -64,7 +65,7 @@ class InputCheck {
             add(Severity::error, lost.field, lost.text);
             lost_.push_back(settingsText(settings_, *findSettingsField(lost.field)));
         }
-        if (settings_.methodNumber() == 0) {
+        if (refEtMethod(settings_) == RefEtMethod::none) {
             add(Severity::error, "RefETMethod", "\"" + settings_.RefETMethod + "\" is not 1 to 6");
         }
         if (settings_.endMonthNumber() == 0 ||
@@ -77,7 +78,7 @@ class InputCheck {
         if (!year || *year < 1000 || *year > 9999) {
             add(Severity::warning, "Year", "\"" + settings_.Year + "\" is no year of four digits");
         }
-        if (settings_.TimeStep != "Monthly") {
+        if (timeStep(settings_) != TimeStep::monthly) {
             add(Severity::note, "TimeStep", "the model steps work month by month");
         }
         if (settings_.beginMonthNumber() == 0) {
@@ -85,9 +86,11 @@ class InputCheck {
                 "\"" + settings_.BeginMonth +
                     "\" is none of Jan to Dec: the run begins in January");
         }
-        checkUnit("DemUnit", settings_.DemUnit, "Meters", "Feet");
-        checkUnit("SiteElevationUnit", settings_.SiteElevationUnit, "Meters", "Feet");
-        checkUnit("TemperatureUnit", settings_.TemperatureUnit, "Degree C", "Degree F");
+        checkUnit("DemUnit", settings_.DemUnit, demUnit(settings_), LengthUnit::feet);
+        checkUnit("SiteElevationUnit", settings_.SiteElevationUnit, siteElevationUnit(settings_),
+                  LengthUnit::feet);
+        checkUnit("TemperatureUnit", settings_.TemperatureUnit, temperatureUnit(settings_),
+                  TemperatureUnit::fahrenheit);
         if (settings_.Ks < 0.1 || settings_.Ks > 0.25) {
             add(Severity::warning, "Ks", numberText(settings_.Ks) + " is far from 0.16 to 0.19");
         }
@@ -97,11 +100,14 @@ class InputCheck {
         }
     }
 
-    void checkUnit(const char* field, const std::string& unit, const std::string& usual,
-                   const std::string& other) {
-        if (unit == usual || unit == other) return;
+    // `taken` is what the run takes the text as, `other` the unit that it could be beside that.
+    template <class Unit>
+    void checkUnit(const char* field, const std::string& text, Unit taken, Unit other) {
+        const std::string usual = textOf(taken);
+        if (text == usual) return;
         add(Severity::warning, field,
-            "\"" + unit + "\" is neither " + usual + " nor " + other + ": it is taken as " + usual);
+            "\"" + text + "\" is neither " + usual + " nor " + textOf(other) + ": it is taken as " +
+                usual);
     }
 
     void checkDomain() {
@@ -175,7 +181,7 @@ class InputCheck {
         useCells(algebra->environment(), *geometry_);
         algebra->BindRaster(dem, "DEM");
         const RasterPtr metres =
-            algebra->Execute(settings_.DemUnit == "Feet" ? "0.3048 * [DEM]" : "[DEM] * 1");
+            algebra->Execute("[DEM] * " + numberText(metresIn(demUnit(settings_))));
         Elevations found = elevationsOf(*metres, std::max(1, geometry_->rows / 100));
         if (found.missing == found.seen) found = elevationsOf(*metres, 1);
         if (found.missing == found.seen) {

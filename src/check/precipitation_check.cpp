@@ -7,9 +7,11 @@
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/raster_compare.h"
+#include "modelling/station_fields.h"
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "precip/reference_grids.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -25,18 +27,19 @@ class PrecipitationCheck {
         add(Severity::note, "Precipitation",
             "station fields P_Jan to P_Dec are read as inches per month, reference precipitation "
             "grids as hundredths of a millimetre");
-        const std::string& method = settings_.PrecipitationMethod;
-        if (method == "EDK") {
-            if (settings_.DemUnit == "Feet") {
+        const PrecipitationMethod method = precipitationMethod(settings_);
+        if (method == PrecipitationMethod::detrended) {
+            if (demUnit(settings_) == LengthUnit::feet) {
                 add(Severity::warning, settings_.DEM,
                     "is in feet, but precipitation takes its elevations as metres: use a DEM in "
                     "metres");
             }
-        } else if (method == "PRISM_REF") {
+        } else if (method == PrecipitationMethod::reference) {
             checkReferenceGrids();
         } else {
             add(Severity::error, "PrecipitationMethod",
-                "\"" + method + "\" is neither EDK nor PRISM_REF: precipitation is not made");
+                "\"" + settings_.PrecipitationMethod +
+                    "\" is neither EDK nor PRISM_REF: precipitation is not made");
         }
         return findings_;
     }
@@ -105,7 +108,7 @@ class PrecipitationCheck {
         }
         if (!geometry_ || settings_.WeatherStations.empty()) return;
         const auto stations = platform_.features().openFeatureClass(settings_.WeatherStations);
-        if (stations->fieldIndex("staname") < 0) return;
+        if (stations->fieldIndex(kStationNameField) < 0) return;
         const auto values = cellValuesAt(grid, stations->points(geometry_->crs), geometry_->crs,
                                          platform_.spatialReferences());
         const bool worked = stations->fieldIndex(kPrecipitationField) >= 0;
@@ -116,7 +119,7 @@ class PrecipitationCheck {
                 kept ? "has no value here, so the station's ratio is made to what its field RefPPT "
                        "holds from an earlier run: delete that field to leave the station out"
                      : "has no value here, so the station takes no part",
-                keyText(stations->value(s, "staname")));
+                keyText(stations->value(s, kStationNameField)));
         }
     }
 

@@ -13,9 +13,11 @@
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
+#include "modelling/station_fields.h"
 #include "modelling/station_surface.h"
 #include "precip/precipitation_rules.h"
 #include "refet/weather_rules.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -65,10 +67,10 @@ class StationCheck {
         });
         if (stations_) checkLayer();
         if (weather_) appendFindings(checkFlags(*weather_, settings_));
-        if (weather_ && requireField(*weather_, "STN")) {
-            attempt(*weather_, "STN", [&] { checkTable(); });
+        if (weather_ && requireField(*weather_, kWeatherStationField)) {
+            attempt(*weather_, kWeatherStationField, [&] { checkTable(); });
             joined_ = matched_ > 0 ? joined() : nullptr;
-            attempt(*weather_, "STN", [&] { checkMonths(); });
+            attempt(*weather_, kWeatherStationField, [&] { checkMonths(); });
         }
         return findings_;
     }
@@ -119,11 +121,11 @@ class StationCheck {
             add(Severity::warning, stations_->path(), {}, {},
                 "has no coordinate system (.prj): it is taken to be in the extent provider's");
         }
-        const bool named = requireField(*stations_, "staname");
-        const bool elevated = requireField(*stations_, "ELEVATION");
-        if (elevated && named) attempt(*stations_, "ELEVATION", [&] { checkElevations(); });
+        const bool named = requireField(*stations_, kStationNameField);
+        const bool elevated = requireField(*stations_, kElevationField);
+        if (elevated && named) attempt(*stations_, kElevationField, [&] { checkElevations(); });
         if (elevated && geometry_) {
-            attempt(*stations_, "ELEVATION", [&] {
+            attempt(*stations_, kElevationField, [&] {
                 appendFindings(
                     checkStationElevations(platform_, settings_, *stations_, *geometry_));
             });
@@ -132,19 +134,19 @@ class StationCheck {
     }
 
     std::string stationName(std::size_t record) const {
-        return keyText(stations_->value(record, "staname"));
+        return keyText(stations_->value(record, kStationNameField));
     }
 
     void checkElevations() {
-        const double metres = settings_.SiteElevationUnit == "Feet" ? 0.3048 : 1;
+        const double metres = metresIn(siteElevationUnit(settings_));
         for (std::size_t r = 0; r < stations_->recordCount(); ++r) {
-            const FieldValue value = stations_->value(r, "ELEVATION");
+            const FieldValue value = stations_->value(r, kElevationField);
             const auto* number = std::get_if<double>(&value);
             if (!number) {
-                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                add(Severity::warning, stations_->path(), kElevationField, stationName(r),
                     "has no elevation, so its temperatures take no part");
             } else if (*number * metres < -450 || *number * metres > 6000) {
-                add(Severity::warning, stations_->path(), "ELEVATION", stationName(r),
+                add(Severity::warning, stations_->path(), kElevationField, stationName(r),
                     numberText(*number) + " is not likely in " + settings_.SiteElevationUnit);
             }
         }
@@ -180,23 +182,23 @@ class StationCheck {
 
     void checkTable() {
         std::set<std::string> stationNames;
-        const bool named = stations_ && stations_->fieldIndex("staname") >= 0;
+        const bool named = stations_ && stations_->fieldIndex(kStationNameField) >= 0;
         for (std::size_t r = 0; named && r < stations_->recordCount(); ++r) {
             if (!stationNames.insert(stationName(r)).second) {
-                add(Severity::warning, stations_->path(), "staname", stationName(r),
+                add(Severity::warning, stations_->path(), kStationNameField, stationName(r),
                     "stands more than once");
             }
         }
         std::set<std::string> keys;
         for (std::size_t r = 0; r < weather_->recordCount(); ++r) {
-            const std::string key = keyText(weather_->value(r, "STN"));
+            const std::string key = keyText(weather_->value(r, kWeatherStationField));
             const bool first = keys.insert(key).second;
             if (!first) {
-                add(Severity::warning, weather_->path(), "STN", key,
+                add(Severity::warning, weather_->path(), kWeatherStationField, key,
                     "stands more than once: the first record counts");
             }
             if (named && !stationNames.contains(key)) {
-                add(Severity::warning, weather_->path(), "STN", key,
+                add(Severity::warning, weather_->path(), kWeatherStationField, key,
                     "is no station of " + stations_->path());
             } else if (first) {
                 used_.push_back(r);
@@ -206,13 +208,14 @@ class StationCheck {
             if (keys.contains(name)) {
                 ++matched_;
             } else {
-                add(Severity::warning, stations_->path(), "staname", name,
+                add(Severity::warning, stations_->path(), kStationNameField, name,
                     "has no record in " + weather_->path());
             }
         }
         if (named && matched_ == 0) {
-            add(Severity::error, weather_->path(), "STN", {},
-                "no record belongs to a station: compare STN with the stations' staname");
+            add(Severity::error, weather_->path(), kWeatherStationField, {},
+                std::string("no record belongs to a station: compare ") + kWeatherStationField +
+                    " with the stations' " + kStationNameField);
         }
     }
 
@@ -273,7 +276,7 @@ class StationCheck {
 
     void checkValues(const SurfaceRecipe& recipe, const std::string& field) {
         for (const std::size_t r : used_) {
-            const std::string station = keyText(weather_->value(r, "STN"));
+            const std::string station = keyText(weather_->value(r, kWeatherStationField));
             const double* number = numberIn(r, field);
             if (const auto* text = std::get_if<std::string>(&value_); text && !text->empty()) {
                 add(Severity::error, weather_->path(), field, station,
@@ -296,7 +299,7 @@ class StationCheck {
     // reference grid as well.
     void checkSurface(const SurfaceRecipe& recipe, const std::string& field, int month) {
         if (!joined_ || recipe.isRatio()) return;
-        if (recipe.detrended() && stations_->fieldIndex("ELEVATION") < 0) return;
+        if (recipe.detrended() && stations_->fieldIndex(kElevationField) < 0) return;
         try {
             StationSurface(recipe, *joined_, month).fit();
         } catch (const SurfaceFailure& e) {
@@ -318,7 +321,8 @@ class StationCheck {
             const double lowValue = *first;
             const double* second = numberIn(r, up);
             if (!second || lowValue <= *second) continue;
-            add(Severity::warning, weather_->path(), low, keyText(weather_->value(r, "STN")),
+            add(Severity::warning, weather_->path(), low,
+                keyText(weather_->value(r, kWeatherStationField)),
                 numberText(lowValue) + " > " + up + " " + numberText(*second) + ": " + text);
         }
     }

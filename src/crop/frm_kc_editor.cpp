@@ -15,7 +15,7 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
-#include "gis/zonal_tables.h"
+#include "gis/units.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_state.h"
 

@@ -40,7 +40,8 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
         platform.features().openFeatureClass(inputs.landCover, domainCrs(platform, settings));
     const auto table = platform.features().openTable(inputs.kcTable);
     if (table->fields().empty()) {
-        throw PlatformError("The crop coefficient table " + inputs.kcTable + " has no fields");
+        throw PlatformError("The crop coefficient table " + inputs.kcTable + " has no fields",
+                            {.file = inputs.kcTable});
     }
     requireMetres(platform, *landCover, "land cover");
     const auto joined =

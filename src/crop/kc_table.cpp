@@ -64,14 +64,15 @@ void copyKcTable(IFileSystem& files, const std::string& from, const std::string&
     const std::string made = withoutDbf(to);
     if (old == made) return;
     if (files.fileExists(made + ".shp")) {
-        throw PlatformError("The table " + to + " belongs to a shapefile: choose another name");
+        throw PlatformError("The table " + to + " belongs to a shapefile: choose another name",
+                            {.file = to});
     }
     const auto existing = [&](const char* lower, const char* upper) {
         if (files.fileExists(old + lower)) return old + lower;
         return files.fileExists(old + upper) ? old + upper : std::string();
     };
     const std::string table = existing(".dbf", ".DBF");
-    if (table.empty()) throw PlatformError("The table " + from + " is gone");
+    if (table.empty()) throw PlatformError("The table " + from + " is gone", {.file = from});
     const std::string encoding = existing(".cpg", ".CPG");
     files.copyFile(table, made + ".dbf");
     if (encoding.empty()) {

@@ -3,21 +3,22 @@
 #pragma once
 
 #include <exception>
-#include <optional>
 #include <string>
 
 #include "gis/prompts.h"
 
 namespace velmora {
 
-// Runs the body; what its failure says, none when there was none.
-template <class Body>
-std::optional<std::string> failureOf(Body body) {
+// Runs the body; what its failure says goes to `fails` while it is being handled. True when there
+// was none.
+template <class Body, class Fails>
+bool tried(Body body, Fails fails) {
     try {
         body();
-        return std::nullopt;
+        return true;
     } catch (const std::exception& e) {
-        return e.what();
+        fails(std::string(e.what()));
+        return false;
     }
 }
 
@@ -25,9 +26,7 @@ std::optional<std::string> failureOf(Body body) {
 // `heading`. True when there was none.
 template <class Body>
 bool trapped(IPrompts& prompts, const std::string& heading, Body body) {
-    const std::optional<std::string> failure = failureOf(body);
-    if (failure) prompts.failure(heading + *failure);
-    return !failure;
+    return tried(body, [&](const std::string& why) { prompts.failure(heading + why); });
 }
 template <class Body>
 bool trapped(IPrompts& prompts, Body body) {

@@ -23,7 +23,8 @@ class MemoryTable : public ITable {
     std::size_t recordCount() const override { return records_.size(); }
     FieldValue value(std::size_t record, const std::string& field) const override {
         const int index = fieldIndex(field);
-        if (index < 0) throw PlatformError("The table " + name_ + " has no field " + field);
+        if (index < 0)
+            throw PlatformError("The table " + name_ + " has no field " + field, {.field = field});
         return records_.at(record).at(static_cast<std::size_t>(index));
     }
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+#include "gis/errors.h"
+
 namespace velmora {
 
 // What a step tells its user. The desktop shows messages, failures and questions in modal boxes;
@@ -20,12 +22,16 @@ class IPrompts {
     void failure(const std::string& text, const std::string& title = {}) {
         ++failures_;
         showFailure(text, title);
+        showPlace(placeOfHandled());
     }
     // Why something failed, where the step's own texts do not say it or no text is shown for it.
     // No box; the click counts as failed.
+    //
+    // A handler that shows what it caught, shows with it where that failed (errors.h).
     void reason(const std::string& text) {
         ++failures_;
         showReason(text);
+        showPlace(placeOfHandled());
     }
     // What a user wants to know though nothing failed, told once. No box.
     void notice(const std::string& text) { showNotice(text); }
@@ -39,6 +45,9 @@ class IPrompts {
     }
     virtual void showReason(const std::string& text) = 0;
     virtual void showNotice(const std::string& text) = 0;
+    // Where the failure or reason that has just been shown happened, as far as that is known; for
+    // hosts that pass it on.
+    virtual void showPlace(const ErrorPlace& /*place*/) {}
 
   private:
     std::size_t failures_ = 0;

@@ -2,6 +2,7 @@
 // Small services over texts and paths.
 #pragma once
 
+#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,11 @@ std::string joinedNames(const Range& names) {
         text += name;
     }
     return text;
+}
+
+// "1 error", "2 errors".
+inline std::string counted(std::integral auto count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 // A text as a literal of a statement: in single quotes, those inside it doubled.

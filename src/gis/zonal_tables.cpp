@@ -13,6 +13,7 @@
 #include "gis/numbers.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "gis/units.h"
 #include "gis/zone_keys.h"
 
 namespace velmora {
@@ -58,7 +59,8 @@ void appendAsFarAsPossible(IFeatureWorkspaceFactory& features, const std::shared
             try {
                 append(features, table, {row});
             } catch (const PlatformError& e) {
-                throw PlatformError("zone \"" + keyText(row.front().second) + "\": " + e.what());
+                throw PlatformError("zone \"" + keyText(row.front().second) + "\": " + e.what(),
+                                    e.place());
             }
         }
     }

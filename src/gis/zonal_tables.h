@@ -19,9 +19,6 @@ struct ZonalTableSettings {
     int year = 0;
 };
 
-constexpr double kSquareMetresPerAcre = 4047;
-constexpr double kMillimetresPerFoot = 304.8;
-
 // February has 29 days in every year that is a multiple of 4; 0 for no month.
 int zonalDaysOfMonth(int month, int year);
 

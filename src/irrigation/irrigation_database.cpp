@@ -94,7 +94,8 @@ void IrrigationDatabase::dropEfficiencyTable() {
     connection_->execute("DROP TABLE IREF");
     if (hasEfficiencyTable()) {
         throw PlatformError("The irrigation database " + path_ +
-                            " is damaged: its table IREF stays though it was dropped");
+                                " is damaged: its table IREF stays though it was dropped",
+                            {.file = path_});
     }
 }
 

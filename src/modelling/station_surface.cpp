@@ -5,16 +5,18 @@
 #include <utility>
 
 #include "gis/month_names.h"
+#include "gis/text.h"
 
 namespace velmora {
 
-SurfaceFailure::SurfaceFailure(const std::string& surface, const std::string& qualified, int month,
-                               std::size_t validStations, const std::string& reason)
+SurfaceFailure::SurfaceFailure(const std::string& surface, const std::string& qualified,
+                               const ErrorPlace& place, std::size_t validStations,
+                               const std::string& reason)
     : PlatformError("The surface " + surface + " (field " + qualified + ", month " +
-                    GetMonthName(month) + ") has " + std::to_string(validStations) +
-                    (validStations == 1 ? " valid station: " : " valid stations: ") + reason),
-      shortly_("has " + std::to_string(validStations) +
-               (validStations == 1 ? " valid station: " : " valid stations: ") + reason) {}
+                        GetMonthName(place.month) + ") has " +
+                        counted(validStations, "valid station") + ": " + reason,
+                    place),
+      shortly_("has " + counted(validStations, "valid station") + ": " + reason) {}
 
 StationSurface::StationSurface(const SurfaceRecipe& recipe, WeatherStations& stations, int month,
                                ReferenceValues reference)
@@ -38,7 +40,10 @@ std::string StationSurface::valueField() const {
 }
 
 SurfaceFailure StationSurface::failure(const std::string& reason) const {
-    return {name_, field_, month_, valid_.size(),
+    const ErrorPlace place{.file = stations_.weatherTable(),
+                           .field = recipe_.quantity + GetMonthName(month_),
+                           .month = month_};
+    return {name_, field_, place, valid_.size(),
             reason + (recipe_.zerosCount ? stations_.zerosText(field_) : std::string())};
 }
 

@@ -15,8 +15,9 @@ namespace velmora {
 // Why a surface of a month cannot be made: what() names surface, field, month and valid stations.
 class SurfaceFailure : public PlatformError {
   public:
-    SurfaceFailure(const std::string& surface, const std::string& qualified, int month,
-                   std::size_t validStations, const std::string& reason);
+    // `place` is the month's field of the weather table, which the join calls `qualified`.
+    SurfaceFailure(const std::string& surface, const std::string& qualified,
+                   const ErrorPlace& place, std::size_t validStations, const std::string& reason);
     // The same without surface, field and month: "has 1 valid station: ...".
     const std::string& shortly() const { return shortly_; }
 

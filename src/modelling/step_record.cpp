@@ -26,7 +26,7 @@ std::string markOfThisRun() {
 }
 
 PlatformError notUnderstood(const std::string& path) {
-    return PlatformError("The note " + path + " is damaged");
+    return PlatformError("The note " + path + " is damaged", {.file = path});
 }
 
 // Whether other steps read the grids of the step.

@@ -8,18 +8,21 @@
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "gis/units.h"
+#include "modelling/station_fields.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
 namespace {
 
-// A few values of a key field, for a message.
+// A key field and a few of its values, for a message: "field STN: "Logan", "Moore"".
 std::string someKeys(const ITable& table, const std::string& field) {
     std::vector<std::string> keys;
     for (std::size_t r = 0; r < std::min<std::size_t>(3, table.recordCount()); ++r) {
         keys.push_back("\"" + keyText(table.value(r, field)) + "\"");
     }
-    return keys.empty() ? "no record" : joinedNames(keys);
+    return "field " + field + ": " + (keys.empty() ? "no record" : joinedNames(keys));
 }
 
 }  // namespace
@@ -38,20 +41,22 @@ WeatherStations::WeatherStations(IPlatform& platform, const RunSettings& setting
     : platform_(platform), settings_(settings), workingField_(workingField) {
     layer_ = std::make_shared<WorkingLayer>(
         platform.features().openFeatureClass(settings.WeatherStations), workingField);
-    const auto table = platform.features().openTable(settings.WeatherData);
-    joined_ = platform.memoryRelationships().open(
-        {"JoinTable", table, "STN", layer_, "staname", "Forward", "Backward"});
+    table_ = platform.features().openTable(settings.WeatherData);
+    joined_ =
+        platform.memoryRelationships().open({"JoinTable", table_, kWeatherStationField, layer_,
+                                             kStationNameField, "Forward", "Backward"});
     if (joined_->matchedRecords() == 0) {
-        throw PlatformError(
-            "No station of " + layer_->path() + " (field staname: " + someKeys(*layer_, "staname") +
-            ") has a record in " + table->path() + " (field STN: " + someKeys(*table, "STN") + ")");
+        throw PlatformError("No station of " + layer_->path() + " (" +
+                                someKeys(*layer_, kStationNameField) + ") has a record in " +
+                                table_->path() + " (" + someKeys(*table_, kWeatherStationField) +
+                                ")",
+                            {.file = table_->path(), .field = kWeatherStationField});
     }
-    tableName_ = table->name();
     positions_ = layer_->points(crs);
 }
 
 std::string WeatherStations::weatherField(const std::string& prefix, int month) const {
-    return tableName_ + "." + prefix + GetMonthName(month);
+    return table_->name() + "." + prefix + GetMonthName(month);
 }
 
 std::string WeatherStations::layerField(const std::string& field) const {
@@ -60,35 +65,55 @@ std::string WeatherStations::layerField(const std::string& field) const {
 
 void WeatherStations::requireWeatherField(const std::string& qualified) const {
     if (joined_->hasField(qualified)) return;
-    throw PlatformError("The weather table " + settings_.WeatherData + " has no field " +
-                        qualified.substr(tableName_.size() + 1));
+    const std::string field = qualified.substr(table_->name().size() + 1);
+    throw PlatformError("The weather table " + settings_.WeatherData + " has no field " + field,
+                        {.file = settings_.WeatherData, .field = field});
 }
 
 void WeatherStations::requireElevations() const {
-    if (layer_->fieldIndex("ELEVATION") >= 0) return;
-    throw PlatformError("The station shapefile " + layer_->path() +
-                        " has no field ELEVATION: add the stations' elevations");
+    if (layer_->fieldIndex(kElevationField) >= 0) return;
+    throw PlatformError("The station shapefile " + layer_->path() + " has no field " +
+                            kElevationField + ": add the stations' elevations",
+                        {.file = layer_->path(), .field = kElevationField});
 }
 
 std::string WeatherStations::name(std::size_t station) const {
-    return keyText(layer_->value(station, "staname"));
+    return keyText(layer_->value(station, kStationNameField));
+}
+
+std::string WeatherStations::stationAt(const ErrorPlace& place) const {
+    const ITable* table = place.file == table_->path() ? table_.get() : layer_.get();
+    const char* field = table == layer_.get() ? kStationNameField : kWeatherStationField;
+    const bool known = place.record > 0 && place.record <= table->recordCount();
+    return known ? keyText(table->value(place.record - 1, field)) : std::string();
+}
+
+template <class Body>
+auto WeatherStations::namingStation(Body body) const {
+    try {
+        return body();
+    } catch (const PlatformError& e) {
+        ErrorPlace place = e.place();
+        place.station = stationAt(place);
+        throw PlatformError(e.what(), place);
+    }
 }
 
 std::optional<double> WeatherStations::number(std::size_t station,
                                               const std::string& qualified) const {
-    const FieldValue value = joined_->value(station, qualified);
+    const FieldValue value = namingStation([&] { return joined_->value(station, qualified); });
     const auto* found = std::get_if<double>(&value);
     return found ? std::optional(*found) : std::nullopt;
 }
 
 std::optional<double> WeatherStations::elevation(std::size_t station) const {
-    const auto stored = number(station, layerField("elevation"));
+    const auto stored = number(station, layerField(kElevationField));
     if (!stored) return std::nullopt;
-    return inFeet() ? *stored * 0.3048 : *stored;
+    return *stored * metresIn(siteElevationUnit(settings_));
 }
 
 std::vector<std::size_t> WeatherStations::selected(const std::string& whereClause) const {
-    return joined_->select(whereClause);
+    return namingStation([&] { return joined_->select(whereClause); });
 }
 
 WeatherStations::Zeros WeatherStations::zeros(const std::string& qualified) const {
@@ -125,10 +150,11 @@ LinearTrend WeatherStations::trendOf(const std::string& qualified,
 std::vector<std::optional<double>> WeatherStations::residuals(
     const std::string& qualified, const std::vector<std::size_t>& stations,
     const LinearTrend& trend) const {
+    const bool inFeet = siteElevationUnit(settings_) == LengthUnit::feet;
     return platform_.calculator().calculate(
         *joined_, stations,
-        "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField("ELEVATION") + "]" +
-            (inFeet() ? " * 0.3048" : "") + " -" + numberText(trend.a));
+        "[" + qualified + "]-" + numberText(trend.b) + " * [" + layerField(kElevationField) + "]" +
+            (inFeet ? " * " + numberText(kMetresPerFoot) : "") + " -" + numberText(trend.a));
 }
 
 LinearTrend WeatherStations::detrend(const std::string& qualified,
@@ -140,7 +166,9 @@ LinearTrend WeatherStations::detrend(const std::string& qualified,
 
 void WeatherStations::calculate(const std::vector<std::size_t>& stations,
                                 const std::string& expression) {
-    setWorkingValues(stations, platform_.calculator().calculate(*joined_, stations, expression));
+    setWorkingValues(stations, namingStation([&] {
+                         return platform_.calculator().calculate(*joined_, stations, expression);
+                     }));
 }
 
 void WeatherStations::setWorkingValues(const std::vector<std::size_t>& stations,

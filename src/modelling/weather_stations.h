@@ -30,7 +30,7 @@ std::vector<ElevationPair> pairsByPosition(std::vector<StationValue> stations);
 
 class WeatherStations {
   public:
-    // Opens the station shapefile and the weather table and joins them by "staname" and "STN".
+    // Opens the station shapefile and the weather table and joins them by the stations' names.
     // What is to be interpolated goes through the stations' numeric field `workingField`.
     // Positions are wanted in `crs` (WKT). Throws PlatformError naming the file, field or keys
     // when that fails.
@@ -46,8 +46,9 @@ class WeatherStations {
     void requireWeatherField(const std::string& qualified) const;
     void requireElevations() const;
 
+    const std::string& weatherTable() const { return settings_.WeatherData; }  // its path
     std::size_t count() const { return positions_.size(); }
-    std::string name(std::size_t station) const;  // its "staname"
+    std::string name(std::size_t station) const;
     const std::vector<Point>& positions() const { return positions_; }
     // A number of the station, nothing for null.
     std::optional<double> number(std::size_t station, const std::string& qualified) const;
@@ -95,15 +96,18 @@ class WeatherStations {
     void storeWorkingField(IApplication& application);
 
   private:
+    // Does what reads numbers of the stations; a failure in a record tells its station too.
+    template <class Body>
+    auto namingStation(Body body) const;
+    std::string stationAt(const ErrorPlace& place) const;
     void setWorkingValues(const std::vector<std::size_t>& stations,
                           const std::vector<std::optional<double>>& values);
-    bool inFeet() const { return settings_.SiteElevationUnit == "Feet"; }
 
     IPlatform& platform_;
     const RunSettings& settings_;
     std::string workingField_;
     std::shared_ptr<WorkingLayer> layer_;
-    std::string tableName_;
+    std::shared_ptr<ITable> table_;  // the weather
     std::unique_ptr<IJoinedLayer> joined_;
     std::vector<Point> positions_;
 };

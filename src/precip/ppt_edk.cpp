@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "precip/precipitation_rules.h"
 #include "precip/precipitation_run.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -8,7 +9,7 @@ void PrecipitationRun::PPT_EDK() {
     prepare();
     stations_->requireElevations();
     bindDem();
-    if (settings_.DemUnit == "Feet") {
+    if (demUnit(settings_) == LengthUnit::feet) {
         application_.prompts().message("The DEM " + settings_.DEM +
                                        " is in feet, but precipitation takes its elevations as "
                                        "metres, so the grids will be wrong: use a DEM in metres");

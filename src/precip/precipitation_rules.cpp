@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "precip/precipitation_rules.h"
 
+#include "settings/run_choices.h"
+
 namespace velmora {
 
 namespace {
@@ -43,8 +45,9 @@ const SurfaceRecipe& referencedPrecipitation() {
 }
 
 const SurfaceRecipe* precipitationRecipe(const RunSettings& settings) {
-    if (settings.PrecipitationMethod == "EDK") return &detrendedPrecipitation();
-    if (settings.PrecipitationMethod == "PRISM_REF") return &referencedPrecipitation();
+    const PrecipitationMethod method = precipitationMethod(settings);
+    if (method == PrecipitationMethod::detrended) return &detrendedPrecipitation();
+    if (method == PrecipitationMethod::reference) return &referencedPrecipitation();
     return nullptr;
 }
 

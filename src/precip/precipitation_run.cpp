@@ -12,16 +12,18 @@
 #include "modelling/products.h"
 #include "precip/precipitation_rules.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
 bool PrecipitationRun::run() {
     openOutputWorkspace();
-    if (settings_.PrecipitationMethod == "EDK") {
+    const PrecipitationMethod method = precipitationMethod(settings_);
+    if (method == PrecipitationMethod::detrended) {
         application_.prompts().message("Using EDK to interpolate precipitation...");
         return runMethod(&PrecipitationRun::PPT_EDK);
     }
-    if (settings_.PrecipitationMethod == "PRISM_REF") {
+    if (method == PrecipitationMethod::reference) {
         application_.prompts().message(
             "Using PRISM GRID as reference to interpolate precipitation...");
         return runMethod(&PrecipitationRun::PPT_PRISM);
@@ -39,13 +41,15 @@ void PrecipitationRun::openOutputWorkspace() {
     if (folder.empty()) {
         throw PlatformError(
             "The setting OutputWorkspace is empty: name a folder for output in the General "
-            "Settings");
+            "Settings",
+            {.field = "OutputWorkspace"});
     }
     if (!files.folderExists(folder)) {
         const std::string parent = parentFolderName(folder);
         if (!files.folderExists(parent)) {
-            throw PlatformError("The output folder " + folder +
-                                " cannot be made: there is no folder " + parent);
+            throw PlatformError(
+                "The output folder " + folder + " cannot be made: there is no folder " + parent,
+                {.file = folder});
         }
         files.createFolder(folder);
     }

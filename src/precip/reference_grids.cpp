@@ -10,7 +10,8 @@ std::string prismGridPath(const std::string& path, int month) {
     if (path.size() < 2) {
         throw PlatformError(
             "The reference precipitation grids are not named: give the path of one month's grid, "
-            "which ends in the two digits of the month");
+            "which ends in the two digits of the month",
+            {.field = "PrismGridFolder", .month = month});
     }
     return path.substr(0, path.size() - 2) + (month < 10 ? "0" : "") + std::to_string(month);
 }
@@ -21,9 +22,12 @@ std::unique_ptr<IRasterDataset> openReferenceGrid(IPlatform& platform, const Run
     try {
         return platform.rasters().openRasterDataset(path);
     } catch (const PlatformError& e) {
+        ErrorPlace place = e.place();
+        place.month = month;
         throw PlatformError(std::string(e.what()) + ": the setting names one month's grid (" +
-                            settings.PrismGridFolder +
-                            "), without a file extension and ending in the month's two digits");
+                                settings.PrismGridFolder +
+                                "), without a file extension and ending in the month's two digits",
+                            place);
     }
 }
 

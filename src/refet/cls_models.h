@@ -9,6 +9,8 @@
 #include <functional>
 #include <string>
 
+#include "gis/units.h"
+
 namespace velmora {
 
 class clsModels {
@@ -46,7 +48,9 @@ class clsModels {
 };
 
 // A daily rate in mm as the depth of a month of so many days, inches.
-inline double inchesOfMonth(double mmPerDay, int days) { return days * mmPerDay / 25.4; }
+inline double inchesOfMonth(double mmPerDay, int days) {
+    return days * mmPerDay / kMillimetresPerInch;
+}
 
 constexpr const char* kBlaneyCriddleError = "Error in SCS-BC";
 

@@ -72,10 +72,13 @@ class FirstFailure {
             what_ = what;
         }
     }
-    void rethrow(std::size_t rows) const {
+    void rethrow(std::size_t rows, int month) const {
         if (what_.empty()) return;
-        throw EquationError(what_ + " (grid column " + std::to_string(record_ / rows + 1) +
-                            ", row " + std::to_string(record_ % rows + 1) + ")");
+        const ErrorPlace place{
+            .month = month, .column = record_ / rows + 1, .row = record_ % rows + 1};
+        throw EquationError(what_ + " (grid column " + std::to_string(place.column) + ", row " +
+                                std::to_string(place.row) + ")",
+                            place);
     }
 
   private:
@@ -105,10 +108,11 @@ double known(const LatitudePart& part) {
 // Runs an equation that stops the month when it fails: depth(record, latitude part), in mm a day.
 // The `needed` fields decide where there is data.
 template <std::size_t Count, class Depth>
-void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData, int days,
-                 const std::vector<LatitudePart>& parts,
+void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
+                 const Date& date, const std::vector<LatitudePart>& parts,
                  const std::array<std::span<const double>, Count>& needed, Depth depth) {
     const std::span<double> result = table.writable(CellField::RefET);
+    const int days = DaysInMonth(date.month, date.year);
     FirstFailure failure;
     forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
         for (const auto& input : needed) {
@@ -124,7 +128,7 @@ void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double
             result[record] = noData;
         }
     });
-    failure.rethrow(rows);
+    failure.rethrow(rows, date.month);
 }
 
 std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
@@ -163,16 +167,15 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts
     };
     const auto& gamma = elevation.gamma;
     const auto parts = radiationParts(loop, table, rows, date);
-    const int days = DaysInMonth(date.month, date.year);
     if (method == RefEtMethod::priestleyTaylor) {
-        runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, GG},
+        runEquation(loop, table, rows, noData, date, parts, std::array{z, TM, TN, TD, SR, GG},
                     [&](std::size_t k, const LatitudePart& Ra) {
                         return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo);
                     });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
-    runEquation(loop, table, rows, noData, days, parts, std::array{z, TM, TN, TD, SR, WS, GG},
+    runEquation(loop, table, rows, noData, date, parts, std::array{z, TM, TN, TD, SR, WS, GG},
                 [&](std::size_t k, const LatitudePart& Ra) {
                     return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo);
                 });
@@ -220,8 +223,7 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const Elev
     if (method == RefEtMethod::hargreaves) {
         const auto TM = table.values(CellField::TM);
         const auto TN = table.values(CellField::TN);
-        runEquation(loop, table, rows, noData, DaysInMonth(date.month, date.year),
-                    radiationParts(loop, table, rows, date),
+        runEquation(loop, table, rows, noData, date, radiationParts(loop, table, rows, date),
                     std::array{table.values(CellField::Elevation), TM, TN},
                     [&](std::size_t k, const LatitudePart& Ra) {
                         // Below the minimum nothing else is computed.

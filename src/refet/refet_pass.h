@@ -13,18 +13,9 @@
 #include "gis/parallel.h"
 #include "refet/cell_table.h"
 #include "refet/equations/calendar.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
-
-// The six methods by their numbers in the settings.
-enum class RefEtMethod {
-    asceTall = 1,
-    asceShort = 2,
-    fao56 = 3,
-    hargreaves = 4,
-    blaneyCriddle = 5,
-    priestleyTaylor = 6
-};
 
 // What depends on elevation alone, once per record and run.
 struct ElevationParts {

@@ -12,6 +12,7 @@
 #include "gis/numbers.h"
 #include "gis/raster_compare.h"
 #include "gis/text.h"
+#include "gis/units.h"
 #include "modelling/products.h"
 #include "refet/cell_transfer.h"
 #include "refet/cls_models.h"
@@ -20,6 +21,7 @@
 #include "refet/run_size.h"
 #include "refet/work_database.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 #include "settings/run_state.h"
 
 namespace velmora {
@@ -28,7 +30,8 @@ namespace {
 
 constexpr int kGeographicNad83 = 4269;
 
-constexpr std::array<const char*, 6> kMethodLines = {
+constexpr std::array<const char*, 7> kMethodLines = {
+    "",
     "use ASCE Std  Penman-Monteith (Tall Crop: Alfalfa) ...",
     "use ASCE Std  Penman-Monteith (Short Crop: Grass) ...",
     "use FAO56  Penman-Monteith (Grass) ...",
@@ -82,7 +85,7 @@ void ReferenceEtRun::runSteps() {
     GetParameters();
     if (!runStatus_) return;
     show("All parameter layers are ready now...");
-    show(kMethodLines[static_cast<std::size_t>(settings_.methodNumber() - 1)]);
+    show(kMethodLines.at(static_cast<std::size_t>(refEtMethod(settings_))));
     const std::vector<int> months = settings_.months();
     FeedbackParts parts(feedback_, months.size(), kSurfacesMade, kMonthsMade);
     for (const int month : months) {
@@ -117,9 +120,10 @@ bool ReferenceEtRun::runMonth(int month) {
 
 void ReferenceEtRun::SetupWorkDatabase() {
     trapped("SetupWorkDatabase", [&] {
-        if (settings_.methodNumber() == 0) {
-            throw PlatformError("\"" + settings_.RefETMethod +
-                                "\" is no reference ET method: choose 1 to 6");
+        if (refEtMethod(settings_) == RefEtMethod::none) {
+            throw PlatformError(
+                "\"" + settings_.RefETMethod + "\" is no reference ET method: choose 1 to 6",
+                {.field = "RefETMethod"});
         }
         folder_.emplace(platform_.files(), settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
@@ -166,11 +170,10 @@ void ReferenceEtRun::GetRasterTemp() {
         const auto dem = platform_.rasters().openRasterDataset(settings_.DEM);
         tellPassedOver(application_.prompts(), platform_.rasters(), *dem);
         algebra->BindRaster(dem->createDefaultRaster(), "FineDEM");
-        save("NewDEM",
-             algebra->Execute(settings_.DemUnit == "Feet"
-                                  ? " 0.3048 * [FineDEM] * [RSTEMP] / [RSTEMP]"
-                                  : " [FineDEM] * [RSTEMP] / [RSTEMP]"),
-             "GRID");
+        const std::string toMetres = demUnit(settings_) == LengthUnit::feet
+                                         ? " " + numberText(kMetresPerFoot) + " *"
+                                         : std::string();
+        save("NewDEM", algebra->Execute(toMetres + " [FineDEM] * [RSTEMP] / [RSTEMP]"), "GRID");
         const auto saved = workspace_->openRasterDataset("NewDEM");
         dem_ = saved->createDefaultRaster();
         noData_ = static_cast<double>(saved->noDataValue());
@@ -178,8 +181,9 @@ void ReferenceEtRun::GetRasterTemp() {
         const auto elevations = cells_.values(CellField::Elevation);
         if (std::ranges::all_of(elevations, [&](double z) { return z == noData_; })) {
             throw PlatformError("The DEM " + settings_.DEM +
-                                " has no data within the modelling extent of " +
-                                settings_.ExtentProvider);
+                                    " has no data within the modelling extent of " +
+                                    settings_.ExtentProvider,
+                                {.file = settings_.DEM});
         }
         if (settings_.needsFullWeather()) {
             elevationParts_ = elevationParts(platform_.loop(), cells_);
@@ -236,11 +240,12 @@ RasterPtr ReferenceEtRun::weatherGrid(const std::string& prefix, int month) {
 
 // Says nothing of its own when it fails; the status line of the monitor does.
 void ReferenceEtRun::ReadinGrids(int month) {
-    const auto failure = failureOf([&] { readWeather(month); });
-    if (!failure) return;
-    feedback_.setStatus("ReadinGrids: " + *failure);
-    application_.prompts().reason("ReadinGrids: " + *failure);
-    runStatus_ = false;
+    tried([&] { readWeather(month); },
+          [&](const std::string& why) {
+              feedback_.setStatus("ReadinGrids: " + why);
+              application_.prompts().reason("ReadinGrids: " + why);
+              runStatus_ = false;
+          });
 }
 
 void ReferenceEtRun::readWeather(int month) {
@@ -280,7 +285,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
         toldAboutHeatFlux_ = true;
         return;
     }
-    const auto failure = failureOf([&] {
+    const auto readFlux = [&] {
         const auto algebra = platform_.analysis().mapAlgebra();
         useCells(algebra->environment(), geometry_);
         algebra->BindRaster(weatherGrid("TM_", p), "TPMax");
@@ -292,15 +297,16 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
                                   ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
                                   : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
             CellField::GG);
+    };
+    tried(readFlux, [&](const std::string& why) {
+        withoutData(CellField::GG);
+        application_.prompts().failure("Error in 'GetSoilHeatFlux': " + why);
     });
-    if (!failure) return;
-    withoutData(CellField::GG);
-    application_.prompts().failure("Error in 'GetSoilHeatFlux': " + *failure);
 }
 
 void ReferenceEtRun::CalculateRefET(int month) {
-    const auto failure = failureOf([&] {
-        const auto method = static_cast<RefEtMethod>(settings_.methodNumber());
+    const auto calculate = [&] {
+        const RefEtMethod method = refEtMethod(settings_);
         const Date date{representativeDay(month, year_), month, year_};
         const RefEtPassResult result =
             calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,
@@ -310,12 +316,13 @@ void ReferenceEtRun::CalculateRefET(int month) {
                                            std::to_string(result.failedCells) + " cells in " +
                                            GetMonthName(month) + ")");
         }
+    };
+    tried(calculate, [&](const std::string& why) {
+        feedback_.setStatus(GetMonthName(month) + ": " + why);
+        application_.prompts().reason(GetMonthName(month) + ": " + why);
+        application_.prompts().failure("Error found in RefET calculation module");
+        runStatus_ = false;
     });
-    if (!failure) return;
-    feedback_.setStatus(GetMonthName(month) + ": " + *failure);
-    application_.prompts().reason(GetMonthName(month) + ": " + *failure);
-    application_.prompts().failure("Error found in RefET calculation module");
-    runStatus_ = false;
 }
 
 // What cannot be read is no data, never what an earlier month left in the column.
@@ -324,10 +331,11 @@ void ReferenceEtRun::withoutData(CellField field) {
 }
 
 void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
-    const auto failure = failureOf([&] { gridIntoField(platform_.loop(), raster, cells_, field); });
-    if (!failure) return;
-    withoutData(field);
-    application_.prompts().failure("Error in 'GridReadin': " + *failure);
+    tried([&] { gridIntoField(platform_.loop(), raster, cells_, field); },
+          [&](const std::string& why) {
+              withoutData(field);
+              application_.prompts().failure("Error in 'GridReadin': " + why);
+          });
 }
 
 void ReferenceEtRun::GridReadOut(int month) {

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "refet/weather_rules.h"
 
+#include "settings/run_choices.h"
+
 namespace velmora {
 
 namespace {
 
 // Detrended over elevation, inverse distance weighting, the line put back over the DEM.
 SurfaceRecipe temperature(const RunSettings& settings, const std::string& quantity) {
-    const bool fahrenheit = settings.TemperatureUnit == "Degree F";
+    const bool fahrenheit = temperatureUnit(settings) == TemperatureUnit::fahrenheit;
     SurfaceRecipe recipe;
     recipe.quantity = recipe.grid = quantity;
     recipe.unit = fahrenheit ? "deg F" : "deg C";

@@ -2,6 +2,7 @@
 #include "refet/weather_surfaces.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -33,7 +34,7 @@ WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& setting
 
 void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace, IFeedback& feedback) {
     if (end < std::max(1, begin)) return;
-    std::string failure;
+    std::exception_ptr failure;
     try {
         prepareNeighbour(begin - 1);
         for (int month = std::max(1, begin); month <= end; ++month) {
@@ -42,11 +43,11 @@ void WeatherSurfaces::make(int begin, int end, IRasterWorkspace& workspace, IFee
             if (month < end) saveWhenLarge(workspace, feedback);
         }
         prepareNeighbour(end + 1);
-    } catch (const PlatformError& e) {
-        failure = e.what();
+    } catch (const PlatformError&) {
+        failure = std::current_exception();
     }
     save(workspace, feedback);
-    if (!failure.empty()) throw PlatformError(failure);
+    if (failure) std::rethrow_exception(failure);
 }
 
 void WeatherSurfaces::saveWhenLarge(IRasterWorkspace& workspace, IFeedback& feedback) {

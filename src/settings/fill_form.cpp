@@ -5,6 +5,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -36,7 +37,8 @@ void chooseEntry(ListBox& list, const std::string& name, const std::string& valu
     } else if (items.empty()) {
         list.setText(value);
     } else {
-        throw PlatformError(name + "=" + value + ": choose one of " + joinedNames(items));
+        throw PlatformError(name + "=" + value + ": choose one of " + joinedNames(items),
+                            {.field = name});
     }
 }
 
@@ -49,13 +51,14 @@ void choose(Form& form, const SettingsField& field, const std::string& value) {
     } else if (const FieldOption* option = optionOf(field, value)) {
         form.control<OptionButton>(std::string(option->control)).choose();
     } else {
-        throw PlatformError(name + "=" + value + ": choose " + optionNames(field));
+        throw PlatformError(name + "=" + value + ": choose " + optionNames(field), {.field = name});
     }
 }
 
 void tick(CheckBox& box, const SettingsField& field, const std::string& value) {
     if (!isTrue(value) && !isFalse(value)) {
-        throw PlatformError(std::string(field.name) + "=" + value + ": choose true or false");
+        throw PlatformError(std::string(field.name) + "=" + value + ": choose true or false",
+                            {.field = std::string(field.name)});
     }
     box.setValue(isTrue(value));
 }

@@ -11,6 +11,7 @@
 #include "gis/text.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
+#include "settings/run_choices.h"
 #include "settings/run_state.h"
 #include "settings/settings_file.h"
 #include "settings/stored_settings.h"
@@ -135,9 +136,11 @@ void frmSettings::showDefaults() {
     fill(cboEndDay, days, 30);
     txtYear.setText(std::to_string(application_.platform().clock().currentYear()));
     fill(cboRefETMethod, {kMethods.begin(), kMethods.end()}, 4);
-    fill(cboSiteUnit, {"Meters", "Feet"}, 0);
-    fill(cboDemUnit, {"Meters", "Feet"}, 0);
-    fill(cboTemperatureUnit, {"Degree C", "Degree F"}, 0);
+    const std::vector<std::string> lengths = {textOf(LengthUnit::metres), textOf(LengthUnit::feet)};
+    fill(cboSiteUnit, lengths, 0);
+    fill(cboDemUnit, lengths, 0);
+    fill(cboTemperatureUnit,
+         {textOf(TemperatureUnit::celsius), textOf(TemperatureUnit::fahrenheit)}, 0);
     fill(cboRadiationUnit, {"MJ/m2/Day"}, 0);
     fill(cboWindUnit, {"m/s"}, 0);
     txtWindSpeed.setText("2.0");
@@ -285,8 +288,9 @@ void frmSettings::show(const SettingsField& field, const RunSettings& settings) 
 // A stored "PRISM_REF" switches the time step to "Daily" and leaves the detrended option on; kept
 // on purpose, Apply then stores what the form shows.
 void frmSettings::restorePrecipitation(const RunSettings& settings) {
-    if (settings.PrecipitationMethod == "EDK") optEDK.choose();
-    if (settings.PrecipitationMethod == "PRISM_REF") optDaily.choose();
+    const PrecipitationMethod method = precipitationMethod(settings);
+    if (method == PrecipitationMethod::detrended) optEDK.choose();
+    if (method == PrecipitationMethod::reference) optDaily.choose();
     txtPrism.setText(settings.PrismGridFolder);
 }
 

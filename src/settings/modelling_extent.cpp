@@ -52,27 +52,33 @@ void requireMetres(IPlatform& platform, const IFeatureClass& layer, const std::s
     ISpatialReferenceFactory& systems = platform.spatialReferences();
     const std::string unit = unitOtherThanMetres(systems, layer.crs());
     if (unit.empty()) return;
-    throw PlatformError("The " + what + " " + withoutEnding(layer.path(), ".shp") + " is in " +
-                        unit + " (" + systems.name(layer.crs()) +
-                        "), but cell sizes are metres: project it, or set an extent provider in "
-                        "metres in the General Settings");
+    throw PlatformError(
+        "The " + what + " " + withoutEnding(layer.path(), ".shp") + " is in " + unit + " (" +
+            systems.name(layer.crs()) +
+            "), but cell sizes are metres: project it, or set an extent provider in "
+            "metres in the General Settings",
+        {.file = layer.path()});
 }
 
 GridGeometry runGeometry(IPlatform& platform, const RunSettings& settings) {
     const auto provider = platform.features().openFeatureClass(settings.ExtentProvider);
     const std::string crs = provider->crs();
     if (crs.empty()) {
-        throw PlatformError("The extent provider " + settings.ExtentProvider +
-                            " has no coordinate system (.prj): give it one, since latitudes are "
-                            "computed from it");
+        throw PlatformError(
+            "The extent provider " + settings.ExtentProvider +
+                " has no coordinate system (.prj): give it one, since latitudes are "
+                "computed from it",
+            {.file = settings.ExtentProvider});
     }
     auto& systems = platform.spatialReferences();
     const std::string unit = unitOtherThanMetres(systems, crs);
     if (!unit.empty()) {
-        throw PlatformError("The extent provider " + settings.ExtentProvider + " is in " + unit +
-                            " (" + systems.name(crs) +
-                            "), but cell sizes are metres: project it to a system in metres, such "
-                            "as UTM");
+        throw PlatformError(
+            "The extent provider " + settings.ExtentProvider + " is in " + unit + " (" +
+                systems.name(crs) +
+                "), but cell sizes are metres: project it to a system in metres, such "
+                "as UTM",
+            {.file = settings.ExtentProvider});
     }
     return GridGeometry::covering(provider->extent(), settings.CellSize, crs);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The one record that carries everything a run needs. The order of the members is the order of the
-// settings file.
+// settings file. Choices are the texts that a user saw; run_choices.h says what they stand for.
 #pragma once
 
 #include <string>

@@ -9,6 +9,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/windows1252.h"
+#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 
 namespace velmora {
@@ -31,7 +32,8 @@ struct FieldWriter {
         const std::string bytes = windows1252FromUtf8(settings.*member);
         if (bytes.size() > kLongestText) {
             throw PlatformError("The setting " + std::string(field.name) + " is longer than " +
-                                std::to_string(kLongestText) + " characters");
+                                    std::to_string(kLongestText) + " characters",
+                                {.field = std::string(field.name)});
         }
         appendLittleEndian(out, bytes.size(), 2);
         out += bytes;
@@ -51,8 +53,9 @@ struct FieldReader {
 
     std::string_view take(std::size_t count) const {
         if (rest.size() < count) {
-            throw PlatformError("The settings file ends inside the field " +
-                                std::string(field.name));
+            throw PlatformError(
+                "The settings file ends inside the field " + std::string(field.name),
+                {.field = std::string(field.name)});
         }
         const std::string_view taken = rest.substr(0, count);
         rest.remove_prefix(count);
@@ -102,7 +105,8 @@ void requireRestorable(const RunSettings& settings) {
                             const std::string& wanted) {
         if (holds) return;
         throw PlatformError("The field " + std::string(field.name) + " holds \"" + value +
-                            "\", but it should be " + wanted);
+                                "\", but it should be " + wanted,
+                            {.field = std::string(field.name)});
     };
     const std::string& method = settings.RefETMethod;
     require(method.size() == 1 && method >= "1" && method <= "6", *findSettingsField("RefETMethod"),
@@ -127,7 +131,9 @@ RunSettings readSettings(const IFileSystem& files, const std::string& path) {
     try {
         return parseSettingsRecord(files.readBeginning(path, kLongestRecord));
     } catch (const PlatformError& e) {
-        throw PlatformError(path + ": " + e.what());
+        ErrorPlace place = e.place();
+        place.file = path;
+        throw PlatformError(path + ": " + e.what(), place);
     }
 }
 

@@ -75,7 +75,7 @@ TEST_F(FeedbackTest, CancelledWorkStopsAtItsNextPart) {
 TEST(ErrorTrap, LetsCancellingThrough) {
     test::FakePrompts prompts;
     EXPECT_THROW(trapped(prompts, [] { throw Cancelled(); }), Cancelled);
-    EXPECT_THROW(failureOf([] { throw Cancelled(); }), Cancelled);
+    EXPECT_THROW(tried([] { throw Cancelled(); }, [](const std::string&) {}), Cancelled);
     EXPECT_TRUE(prompts.messages.empty());
     EXPECT_FALSE(trapped(prompts, "Error in 'X': ", [] { throw std::runtime_error("why"); }));
     EXPECT_THAT(prompts.messages, ElementsAre("Error in 'X': why"));

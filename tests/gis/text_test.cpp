@@ -30,5 +30,11 @@ TEST(Text, NamesCompareWithoutCase) {
     EXPECT_EQ(joinedNames(std::vector<std::string>{"a", "b"}), "a, b");
 }
 
+TEST(Text, CountsHaveTheirPlural) {
+    EXPECT_EQ(counted(0, "error"), "0 errors");
+    EXPECT_EQ(counted(1, "error"), "1 error");
+    EXPECT_EQ(counted(std::size_t{2}, "error"), "2 errors");
+}
+
 }  // namespace
 }  // namespace velmora

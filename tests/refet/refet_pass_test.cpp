@@ -145,6 +145,12 @@ TEST_F(RefEtPass, AFailureNamesTheFirstCell) {
                            {16, 7, 2006}, kRows, kNone);
         },
         testing::ThrowsMessage<EquationError>(testing::HasSubstr("grid column 4, row 3")));
+    try {
+        calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
+                       {16, 7, 2006}, kRows, kNone);
+    } catch (const EquationError& e) {
+        EXPECT_EQ(e.place(), (ErrorPlace{.month = 7, .column = 4, .row = 3}));
+    }
 }
 
 TEST_F(RefEtPass, PolarNightFailsAllButBlaneyCriddle) {

@@ -63,12 +63,12 @@ class TerminalChain : public IChainHost {
     }
 
     void fails(const std::string& /*step*/, const std::string& why) override {
-        tellError(results_.back(), why);
+        tellError(results_.back(), why, placeOfHandled(), session_.json);
     }
 
     void refuses(const std::string& step, const std::vector<std::string>& old) override {
         for (const std::string& sentence : old) tell("note: {}\n", oneLine(sentence));
-        fails(step, "The step would read what is old (" + counted(std::ssize(old), "note") +
+        fails(step, "The step would read what is old (" + counted(old.size(), "note") +
                         " above): run the steps that make it first, or say --use-old");
     }
 

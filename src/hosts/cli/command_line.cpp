@@ -12,6 +12,7 @@
 #include "hosts/chain/steps.h"
 #include "hosts/cli/cancelling.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
 #include "modelling/products.h"
@@ -64,7 +65,8 @@ CommandLine::CommandLine()
                     "auto (a bar on a terminal, else lines), lines, bar, or json (everything on "
                     "standard error as lines of JSON)")
         ->transform(CLI::CheckedTransformer(kProgressForms).description("FORM"));
-    app_.add_flag("--json", session_.json, "Print results as JSON, where there are any");
+    app_.add_flag("--json", session_.json,
+                  "Print results as JSON, where there are any, and failures");
     app_.add_flag("--yes", yes_, "Answer every question with yes");
     app_.add_flag("--no", no_, "Answer every question with no")->excludes("--yes");
     app_.add_option("--threads", session_.threads,
@@ -388,7 +390,7 @@ int CommandLine::run(int argc, const char* const* argv) {
     try {
         status = runChosen();
     } catch (const std::exception& e) {
-        tellOf("velmora", e.what());
+        tellFailure(e.what(), placeOfHandled(), session_.json);
     } catch (const Cancelled&) {
         // told below
     }
@@ -411,6 +413,7 @@ int CommandLine::runChosen() {
     if (session_.settingsFolder.empty()) session_.settingsFolder = defaultSettingsFolder();
     if (session_.terminal.progress == ProgressForm::json) tellAsJson();
     cancelOnSignals();
+    session_.terminal.json = session_.json;
     session_.sync = !noSync_;
     platform::setSyncing(session_.sync);
     const int threads = platform::useThreads(session_.threads);

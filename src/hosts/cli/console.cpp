@@ -152,6 +152,8 @@ void tellOf(const std::string& kind, const std::string& text) {
 
 void tellAsJson() { tellsJson = true; }
 
+bool tellsAsJson() { return tellsJson; }
+
 void tellJson(const nlohmann::ordered_json& json) {
     using Json = nlohmann::ordered_json;
     flushOutput();
@@ -209,10 +211,6 @@ std::string shellWord(const std::string& text) {
         quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
     }
     return quotes ? quoted + "'" : text;
-}
-
-std::string counted(long long count, const std::string& noun) {
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 }  // namespace velmora::cli

@@ -31,6 +31,7 @@ void tellOf(const std::string& kind, const std::string& text);
 // From now on all that is told are lines that each hold a JSON object with its "kind", for a
 // program that reads them; what has no kind of its own is of the kind "text".
 void tellAsJson();
+bool tellsAsJson();
 void tellJson(const nlohmann::ordered_json& json);
 
 // A line that stays below all that is told on a terminal, cut at its width; "" takes it away.
@@ -55,8 +56,5 @@ void holdStandardFiles();
 
 // A word of a shell's command line, in quotes where it needs them.
 std::string shellWord(const std::string& text);
-
-// "1 error", "2 errors".
-std::string counted(long long count, const std::string& noun);
 
 }  // namespace velmora::cli

@@ -10,6 +10,7 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/efficiency_map_result.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/table_text.h"
 #include "hosts/results/time_stamp.h"
@@ -139,8 +140,7 @@ Filling fillZones(HeadlessApplication& application, const Form& form,
         if (!sum.done) return sum;
     }
     if (sum.kept > 0) {
-        prompts.notice("Default shares are not given to " +
-                       counted(static_cast<long long>(sum.kept), "row") +
+        prompts.notice("Default shares are not given to " + counted(sum.kept, "row") +
                        " with shares, or not irrigated: --overwrite-shares would");
     }
     return sum;
@@ -204,8 +204,8 @@ int effZones(const Session& session, const EfficiencyOptions& options,
                    IrrigationDatabase(application.platform(), databaseIn(form)), chosen);
         if (filled.done && !session.terminal.quiet) {
             sayDone(session, "{} of {} of {} have an efficiency; velmora eff show shows them\n",
-                    filled.withEfficiency, counted(static_cast<long long>(filled.rows), "row"),
-                    counted(static_cast<long long>(chosen.size()), "zone"));
+                    filled.withEfficiency, counted(filled.rows, "row"),
+                    counted(chosen.size(), "zone"));
         }
     });
 }
@@ -319,7 +319,7 @@ std::string misuse(const RowChange& change) {
 
 int effSet(const Session& session, const EfficiencyOptions& options, const RowChange& change) {
     if (const std::string wrong = misuse(change); !wrong.empty()) {
-        tell("velmora: {}\n", wrong);
+        tellFailure(wrong, {}, session.json);
         return kBadUsage;
     }
     HeadlessApplication application(session.settingsFolder, session.terminal);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "gis/text.h"
-#include "gis/zonal_tables.h"
+#include "gis/units.h"
 #include "hosts/cli/console.h"
 #include "hosts/results/grid_statistics.h"
 #include "irrigation/irrigation_inputs.h"

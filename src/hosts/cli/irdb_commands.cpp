@@ -46,9 +46,8 @@ std::string createStarter(IPlatform& platform, const RunSettings& settings,
     return fmt::format(
         "{} is made: {}, default shares for {} and {} of zone and crop (national figures: table "
         "IR_Sources; replace them by your own)\n",
-        path, counted(static_cast<long long>(defaults.methods.size()), "method"),
-        counted(static_cast<long long>(defaults.perZone.size()), "zone"),
-        counted(static_cast<long long>(defaults.perZoneAndCrop.size()), "pair"));
+        path, counted(defaults.methods.size(), "method"), counted(defaults.perZone.size(), "zone"),
+        counted(defaults.perZoneAndCrop.size(), "pair"));
 }
 
 // A database gives way to a new one under another name beside it, which it keeps.
@@ -82,13 +81,16 @@ int irdbCreate(const Session& session, const std::string& file, bool replace) {
     if (application.platform().files().fileExists(path)) {
         if (platform::isAccessFile(path)) {
             throw PlatformError(path +
-                                " is a genuine Access database, which is never changed: "
-                                "give another file");
+                                    " is a genuine Access database, which is never changed: "
+                                    "give another file",
+                                {.file = path});
         }
         if (!replace) {
-            throw PlatformError(path +
-                                " exists, with the shares that are filled in there: give another "
-                                "file, or say --replace-database, which keeps a copy of it");
+            throw PlatformError(
+                path +
+                    " exists, with the shares that are filled in there: give another "
+                    "file, or say --replace-database, which keeps a copy of it",
+                {.file = path});
         }
         setAside(application, path);
     }

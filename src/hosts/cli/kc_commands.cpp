@@ -30,7 +30,8 @@ void useOptions(Form& form, const KcOptions& options) {
         });
         if (found == fields.items().end()) {
             throw PlatformError("The land cover has no field " + options.field +
-                                ": choose one of " + joinedNames(fields.items()));
+                                    ": choose one of " + joinedNames(fields.items()),
+                                {.field = options.field});
         }
         fields.select(static_cast<int>(found - fields.items().begin()));
     }

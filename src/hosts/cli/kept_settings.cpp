@@ -27,7 +27,9 @@ void requireSound(const RunSettings& settings, const std::string& path) {
     try {
         requireRestorable(settings);
     } catch (const PlatformError& e) {
-        throw PlatformError(path + ": " + e.what());
+        ErrorPlace place = e.place();
+        place.file = path;
+        throw PlatformError(path + ": " + e.what(), place);
     }
 }
 
@@ -50,8 +52,9 @@ std::optional<RunSettings> recordInForce(const std::string& settingsFolder) {
         return soundRecordInForce(settingsFolder);
     } catch (const PlatformError& e) {
         throw PlatformError(std::string(e.what()) +
-                            ". Nothing is changed: load saved settings (velmora settings load "
-                            "FILE), or delete the file and apply all settings anew");
+                                ". Nothing is changed: load saved settings (velmora settings load "
+                                "FILE), or delete the file and apply all settings anew",
+                            e.place());
     }
 }
 

@@ -10,6 +10,7 @@
 #include "gis/text.h"
 #include "gis/windows1252.h"
 #include "hosts/cli/commands.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/kept_settings.h"
 #include "hosts/components/loaded_extension.h"
@@ -103,8 +104,11 @@ void requireReadable(IPlatform& platform, const Assignments& named, const RunSet
     try {
         if (!weather.empty()) weatherFieldNames(platform.connections(), weather);
     } catch (const PlatformError& e) {
+        ErrorPlace place = e.place();
+        place.file = weather;
         throw PlatformError("WeatherData: the table " + weather +
-                            " cannot be opened, so nothing is applied: " + e.what());
+                                " cannot be opened, so nothing is applied: " + e.what(),
+                            place);
     }
     if (!named.contains("ExtentProvider")) return;
     const std::string provider = pathOf("ExtentProvider");
@@ -158,7 +162,7 @@ int applySettings(const Session& session, const std::vector<std::string>& assign
     try {
         named = parsed(assignments);
     } catch (const PlatformError& e) {
-        tell("velmora: {}\n", e.what());
+        tellFailure(e.what(), e.place(), session.json);
         return kBadUsage;
     }
     const std::string path = defaultSettingsPath(session.settingsFolder);
@@ -217,7 +221,8 @@ int loadSettings(const Session& session, const std::string& file) {
     IFileSystem& files = application.platform().files();
     if (!files.folderExists(record.OutputWorkspace)) {
         throw PlatformError(path + ": the output folder \"" + record.OutputWorkspace +
-                            "\" does not exist, so nothing is loaded: make the folder first");
+                                "\" does not exist, so nothing is loaded: make the folder first",
+                            {.file = path, .field = "OutputWorkspace"});
     }
     std::optional<RunSettings> before;
     try {

@@ -4,6 +4,7 @@
 
 #include "check/finding_groups.h"
 #include "check/input_check.h"
+#include "gis/errors.h"
 #include "hosts/chain/steps.h"
 #include "hosts/cli/commands.h"
 #include "hosts/components/loaded_extension.h"

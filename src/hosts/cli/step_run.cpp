@@ -4,7 +4,9 @@
 #include <exception>
 
 #include "gis/errors.h"
+#include "gis/text.h"
 #include "hosts/chain/steps.h"
+#include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/results/run_log.h"
 #include "modelling/products.h"
@@ -31,8 +33,7 @@ Json showDiagnostics(const Session& session, HeadlessApplication& application,
         report.write(disk, folder, std::string(productMadeBy(step).made.stem) + "diagnostics");
     const std::string pictures =
         files.size() > 1
-            ? ", with " + counted(static_cast<long long>(files.size()) - 1, "picture") +
-                  " *_semivariogram.png beside it"
+            ? ", with " + counted(files.size() - 1, "picture") + " *_semivariogram.png beside it"
             : std::string();
     sayDone(session, "{} is written{}\n", files.front(), pictures);
     return Json::parse(report.json());
@@ -50,9 +51,9 @@ void drive(const Session& session, HeadlessApplication& application, Form& form,
 
 }  // namespace
 
-void tellError(StepResult& result, const std::string& text) {
-    tellOf("velmora", text);
-    result.told.push_back({"error", text});
+void tellError(StepResult& result, const std::string& text, const ErrorPlace& place, bool json) {
+    tellFailure(text, place, json);
+    result.told.push_back({"error", text, true, place});
     result.done = false;
 }
 
@@ -68,6 +69,7 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
     const IClock& clock = application.platform().clock();
     const double began = clock.seconds();
     std::string failure;
+    ErrorPlace place;
     try {
         if (step == "eff") requireShares(session, efficiency);
         clickStep(application, step);
@@ -75,18 +77,19 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
         if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
     } catch (const std::exception& e) {
         failure = e.what();
+        place = placeOfHandled();
     } catch (const Cancelled&) {
         result.done = false;  // between two parts of the step
     }
     result.seconds = clock.seconds() - began;
     result.told = application.prompts().told();
-    if (!failure.empty()) tellError(result, failure);
+    if (!failure.empty()) tellError(result, failure, place, session.json);
     result.made = application.document().paths();
     StepRun run{step, result.done, result.seconds, {}, {}};
     for (const Told& told : result.told) run.messages.push_back(told.text);
     const std::string unnoted =
         noteRun(application.platform().files(), session.settingsFolder, run);
-    if (!unnoted.empty()) tellError(result, unnoted);
+    if (!unnoted.empty()) tellError(result, unnoted, {}, session.json);
     return result;
 }
 
@@ -100,6 +103,10 @@ Json jsonOf(const StepResult& result) {
         for (const Told& told : result.told) {
             if (told.kind == kind) json[name].push_back(told.text);
         }
+    }
+    json["failures"] = Json::array();
+    for (const Told& told : result.told) {
+        if (told.failed) json["failures"].push_back(failureJson(told.text, told.place));
     }
     json["made"] = result.made;
     if (!result.diagnostics.is_null()) json["diagnostics"] = result.diagnostics;

@@ -25,11 +25,12 @@ struct StepResult {
 StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
                     const EfficiencyOptions& efficiency);
 
-// Tells what ended a step before it could say so itself.
-void tellError(StepResult& result, const std::string& text);
+// Tells what ended a step before it could say so itself, with `json` for programs too.
+void tellError(StepResult& result, const std::string& text, const ErrorPlace& place, bool json);
 
 // "step", "done", "seconds", and what was told by its kinds: "errors", "messages", "reasons",
-// "notices"; "made", and "diagnostics" where there are any.
+// "notices"; "failures", those of them that failed with where (failure.h); "made", and
+// "diagnostics" where there are any.
 nlohmann::ordered_json jsonOf(const StepResult& result);
 
 }  // namespace velmora::cli

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "hosts/cli/cancelling.h"
+#include "hosts/cli/failure.h"
 
 namespace velmora::cli {
 
@@ -13,6 +14,13 @@ void TerminalPrompts::showLine(const char* kind, const std::string& text) {
     messages_.push_back(text);
     told_.push_back({kind, text});
     tellOf(kind, text);
+}
+
+void TerminalPrompts::showPlace(const ErrorPlace& place) {
+    Told& told = told_.back();
+    told.failed = true;
+    told.place = place;
+    if (options_.json) tellFailureJson(told.text, place);
 }
 
 void TerminalPrompts::message(const std::string& text, const std::string&) {

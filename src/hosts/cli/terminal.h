@@ -16,6 +16,7 @@ enum class ProgressForm { automatic, lines, bar, json };
 // How questions are answered when nobody sits at the terminal, and how much is told.
 struct TerminalOptions {
     bool quiet = false;  // no progress lines
+    bool json = false;   // a line for programs behind each failure
     ProgressForm progress = ProgressForm::automatic;
     std::optional<bool> answer;  // --yes or --no
 };
@@ -24,11 +25,14 @@ struct TerminalOptions {
 struct Told {
     std::string kind;
     std::string text;
+    bool failed = false;
+    ErrorPlace place = {};  // of what failed
 };
 
 // Message boxes on a terminal, each on its own line of standard error: "message: ..." (answered
 // OK), "reason: ..." and "note: ...". Questions take the option's answer, else ask on a terminal,
 // else answer no.
+// Where programs read, each failure is followed by its line for them.
 class TerminalPrompts : public IPrompts {
   public:
     explicit TerminalPrompts(const TerminalOptions& options) : options_(options) {}
@@ -43,6 +47,7 @@ class TerminalPrompts : public IPrompts {
   protected:
     void showReason(const std::string& text) override { showLine("reason", text); }
     void showNotice(const std::string& text) override { showLine("note", text); }
+    void showPlace(const ErrorPlace& place) override;
 
   private:
     void showLine(const char* kind, const std::string& text);

@@ -4,13 +4,12 @@
 #include <algorithm>
 
 #include "gis/text.h"
+#include "gis/units.h"
 #include "gis/zonal_tables.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr double kMillimetresPerInch = 25.4;
 
 double numberIn(const ITable& table, std::size_t record, const std::string& field) {
     const FieldValue value = table.value(record, field);

@@ -44,7 +44,8 @@ std::unique_ptr<IRasterDataset> ConversionOp::ToRasterDataset(
     IRasterWorkspace& workspace, const std::string& name) {
     const IJoinedLayer& layer = descriptor.layer;
     if (!layer.hasField(descriptor.field)) {
-        throw PlatformError("There is no field " + descriptor.field + " to make a grid of");
+        throw PlatformError("There is no field " + descriptor.field + " to make a grid of",
+                            {.field = descriptor.field});
     }
     const auto features = layer.layer();
     std::vector<std::size_t> records;
@@ -62,8 +63,10 @@ std::unique_ptr<IRasterDataset> ConversionOp::ToRasterDataset(
         if (const auto* number = std::get_if<double>(&value)) {
             values[record] = static_cast<float>(*number);
         } else if (!isNull(value)) {
-            throw PlatformError("The field " + descriptor.field + " holds text (\"" +
-                                std::get<std::string>(value) + "\") where a number is needed");
+            throw PlatformError(
+                "The field " + descriptor.field + " holds text (\"" + std::get<std::string>(value) +
+                    "\") where a number is needed",
+                {.file = features->path(), .field = descriptor.field, .record = record + 1});
         }
     }
     const RasterPtr raster =

@@ -65,7 +65,9 @@ GeosLayer readShapes(GeosContext& context, const std::string& path, const std::s
     forEachPolygon(path, crs, [&](std::size_t record, OGRGeometryUniquePtr polygon) {
         const std::string where = "Feature " + std::to_string(record + 1) + " of " + path;
         GeosShape shape(polygon->exportToGEOS(context.get()), {context.get()});
-        if (!shape) throw PlatformError(where + " cannot be used: " + context.lastMessage());
+        if (!shape)
+            throw PlatformError(where + " cannot be used: " + context.lastMessage(),
+                                {.file = path, .record = record + 1});
         if (GEOSisValid_r(context.get(), shape.get()) != 1) {
             shape = repaired(context, std::move(shape), where, layer.repairs);
         }

@@ -115,7 +115,8 @@ std::vector<std::vector<Piece>> cutAll(const GeosLayer& first, const GeosLayer& 
                 pieces[r] = cutter.cut(*first.shapes[r]);
             } catch (const PlatformError& e) {
                 throw PlatformError("Feature " + std::to_string(r + 1) + " of " + path +
-                                    " cannot be cut: " + e.what());
+                                        " cannot be cut: " + e.what(),
+                                    {.file = path, .record = r + 1});
             }
         }
     });
@@ -148,7 +149,8 @@ std::vector<Field> fieldsOf(const OverlayLayer& first, const OverlayLayer& secon
             const bool kept = sameIgnoringCase(field.name, second.keptField);
             if (kept && sameIgnoringCase(field.name, first.keptField)) {
                 throw PlatformError("Both layers have a field " + field.name +
-                                    " that is needed: rename one of them");
+                                        " that is needed: rename one of them",
+                                    {.field = field.name});
             }
             std::vector<Field> taken = fields;
             taken.insert(taken.end(), second.features->fields().begin(),

@@ -94,7 +94,8 @@ std::shared_ptr<ITable> ZonalOp::ZonalStatisticsAsTable(const std::shared_ptr<IF
     const int fieldIndex = zones->fieldIndex(zoneField);
     if (fieldIndex < 0) {
         throw PlatformError("The zone shapefile " + zones->path() + " has no field \"" + zoneField +
-                            "\": choose the field that names the zones");
+                                "\": choose the field that names the zones",
+                            {.file = zones->path(), .field = zoneField});
     }
     const Zones all(*zones, zoneField);
     const GridGeometry& geometry = values->geometry();

@@ -88,7 +88,8 @@ void FeatureWorkspaceFactory::createFeatureClass(const std::string& path, bool p
 void FeatureWorkspaceFactory::createTable(const std::string& path, const std::vector<Field>& fields,
                                           const std::vector<std::vector<FieldValue>>& records) {
     if (fs::exists(withoutExtension(path) + ".shp")) {
-        throw PlatformError("The table " + path + " belongs to a shapefile: choose another name");
+        throw PlatformError("The table " + path + " belongs to a shapefile: choose another name",
+                            {.file = path});
     }
     std::vector<NewFeature> rows;
     rows.reserve(records.size());

@@ -61,7 +61,7 @@ std::string existingFile(const std::string& path, const std::string& extension,
          {path + "." + extension, path + "." + upperCase(extension), path}) {
         if (fs::is_regular_file(candidate)) return candidate;
     }
-    throw PlatformError("There is no " + kind + " " + path);
+    throw PlatformError("There is no " + kind + " " + path, {.file = path});
 }
 
 OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialReferences,
@@ -110,10 +110,13 @@ std::string OgrTable::name() const { return baseName(path_); }
 
 FieldValue OgrTable::value(std::size_t record, const std::string& field) const {
     const int index = fieldIndex(field);
-    if (index < 0) throw PlatformError("The table " + path_ + " has no field " + field);
+    if (index < 0)
+        throw PlatformError("The table " + path_ + " has no field " + field,
+                            {.file = path_, .field = field});
     const auto& values = column(index);
     if (record >= values.size()) {
-        throw PlatformError("The table " + path_ + " has no record " + std::to_string(record + 1));
+        throw PlatformError("The table " + path_ + " has no record " + std::to_string(record + 1),
+                            {.file = path_, .record = record + 1});
     }
     return values[record];
 }
@@ -131,13 +134,13 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
         values.push_back(valueOf(*feature, field, type));
         const auto* number = std::get_if<double>(&values.back());
         if (number && !(std::abs(*number) <= std::numeric_limits<float>::max())) {
-            throw PlatformError("In " + path_ + ", record " + std::to_string(values.size()) +
-                                ", field " + name + ": " + numberText(*number) +
-                                " is no number that a run can take");
+            throw errorInField({.file = path_, .field = name, .record = values.size()},
+                               numberText(*number) + " is no number that a run can take");
         }
     }
     if (values.size() != recordCount()) {
-        throw PlatformError("The table " + path_ + " has changed while it was read");
+        throw PlatformError("The table " + path_ + " has changed while it was read",
+                            {.file = path_});
     }
     return columns_.emplace(field, std::move(values)).first->second;
 }
@@ -161,7 +164,7 @@ Envelope OgrTable::extent() const {
         });
     }
     if (recordCount() == 0 || !known || !e.IsInit()) {
-        throw PlatformError(path_ + " holds no feature, so it has no extent");
+        throw PlatformError(path_ + " holds no feature, so it has no extent", {.file = path_});
     }
     return {e.MinX, e.MinY, e.MaxX, e.MaxY};
 }
@@ -177,12 +180,14 @@ std::vector<Point> OgrTable::points(const std::string& crs) const {
         if (!geometry || wkbFlatten(geometry->getGeometryType()) != wkbPoint ||
             geometry->IsEmpty()) {
             throw PlatformError("Feature " + std::to_string(points.size() + 1) + " of " + path_ +
-                                " is no point: choose a point shapefile");
+                                    " is no point: choose a point shapefile",
+                                {.file = path_, .record = points.size() + 1});
         }
         const OGRPoint* point = geometry->toPoint();
         if (!std::isfinite(point->getX()) || !std::isfinite(point->getY())) {
             throw PlatformError("Feature " + std::to_string(points.size() + 1) + " of " + path_ +
-                                " is damaged: its position is no number");
+                                    " is damaged: its position is no number",
+                                {.file = path_, .record = points.size() + 1});
         }
         points.push_back({point->getX(), point->getY()});
     }

@@ -72,18 +72,19 @@ void forEachPolygon(const std::string& path, const std::string& crs,
             records && records->holdsShape(static_cast<std::size_t>(feature->GetFID()));
         OGRGeometryUniquePtr geometry(feature->StealGeometry());
         const std::string where = "Feature " + std::to_string(record + 1) + " of " + path;
+        const ErrorPlace place{.file = path, .record = record + 1};
         if (!geometry || geometry->IsEmpty()) {
-            if (shaped) throw PlatformError(where + " is damaged: its shape cannot be read");
+            if (shaped) throw PlatformError(where + " is damaged: its shape cannot be read", place);
             continue;
         }
         if (!isPolygon(*geometry)) {
-            throw PlatformError(where + " is no polygon: choose a polygon shapefile");
+            throw PlatformError(where + " is no polygon: choose a polygon shapefile", place);
         }
         if (!hasNumbers(*geometry)) {
-            throw PlatformError(where + " is damaged: a position in it is no number");
+            throw PlatformError(where + " is damaged: a position in it is no number", place);
         }
         if (transform && geometry->transform(transform.get()) != OGRERR_NONE) {
-            throw PlatformError(where + " has no image in the coordinate system of the run");
+            throw PlatformError(where + " has no image in the coordinate system of the run", place);
         }
         visit(record, std::move(geometry));
     }

@@ -50,7 +50,8 @@ bool ShapeRecords::holdsShape(std::size_t record) const {
     const auto require = [&](bool holds, const char* what) {
         if (holds) return;
         throw PlatformError("Record " + std::to_string(record + 1) + " of " + shapes_.path() +
-                            " is damaged: " + what + ". Put a whole copy in place");
+                                " is damaged: " + what + ". Put a whole copy in place",
+                            {.file = shapes_.path(), .record = record + 1});
     };
     const std::size_t entry = kHeaderBytes + 8 * record;
     require(entry + 8 <= index_.size(), "the index has no place for it");

@@ -25,7 +25,8 @@ bool hasExtension(const std::string& path, const std::string& extension) {
 }
 
 [[noreturn]] void damaged(const std::string& path, const std::string& what) {
-    throw PlatformError(path + " is damaged or cut short: " + what + ". Put a whole copy in place");
+    throw PlatformError(path + " is damaged or cut short: " + what + ". Put a whole copy in place",
+                        {.file = path});
 }
 
 void requireSize(const ByteSource& file) {
@@ -80,8 +81,9 @@ void requireWholeShapes(const std::string& path) {
     if (records != shapes) {
         throw PlatformError(
             "The files of the shapefile " + path + " do not belong together: " + index + " lists " +
-            std::to_string(shapes) + " shapes, " + table + " has " + std::to_string(records) +
-            " records. One of them is damaged or was replaced");
+                std::to_string(shapes) + " shapes, " + table + " has " + std::to_string(records) +
+                " records. One of them is damaged or was replaced",
+            {.file = path});
     }
 }
 

@@ -151,7 +151,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
         }
         moveInPlace(folder.path(), stem, withoutExtension(path), shapes);
     } catch (const std::exception& e) {
-        throw PlatformError("Cannot write " + path + ": " + e.what());
+        throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }
 }
 

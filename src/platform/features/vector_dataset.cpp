@@ -18,8 +18,9 @@ void requireSystem(OGRLayer& layer, const std::string& path) {
     if (system.empty() || ByteSource(system).size() == 0) return;
     throw PlatformError(
         "Cannot read the coordinate system of " + path + ": " + system +
-        " tells none that is understood; mend it, or delete it when the features lie "
-        "in the system of the run");
+            " tells none that is understood; mend it, or delete it when the features lie "
+            "in the system of the run",
+        {.file = path});
 }
 
 }  // namespace
@@ -36,9 +37,11 @@ VectorLayer openVectors(const std::string& path) {
         opened.layer = opened.dataset->GetLayer(0);
     }
     if (!opened.layer) {
-        throw PlatformError("Cannot open " + path + ": " +
-                            gdalMessage("it is no shapefile, dBASE table or GeoPackage that holds "
-                                        "features or records"));
+        throw PlatformError(
+            "Cannot open " + path + ": " +
+                gdalMessage("it is no shapefile, dBASE table or GeoPackage that holds "
+                            "features or records"),
+            {.file = path});
     }
     requireSystem(*opened.layer, path);
     return opened;
@@ -48,10 +51,11 @@ OGRFeatureUniquePtr nextFeature(OGRLayer& layer, const std::string& path) {
     const GdalFailures failures;
     OGRFeatureUniquePtr feature(layer.GetNextFeature());
     if (!failures.any()) return feature;
+    const std::size_t record = feature ? static_cast<std::size_t>(feature->GetFID()) + 1 : 0;
     throw PlatformError(
-        "Cannot read " +
-        (feature ? "record " + std::to_string(feature->GetFID() + 1) + " of " : std::string()) +
-        path + ": " + failures.first());
+        "Cannot read " + (feature ? "record " + std::to_string(record) + " of " : std::string()) +
+            path + ": " + failures.first(),
+        {.file = path, .record = record});
 }
 
 }  // namespace velmora::platform

@@ -63,7 +63,8 @@ class FolderLock : public IFolderLock {
             std::this_thread::sleep_for(kPause);
         }
         throw PlatformError("Another run is working in " + folder_ +
-                            ": wait until it ends, or choose another output folder");
+                                ": wait until it ends, or choose another output folder",
+                            {.file = folder_});
     }
 
     // False when others hold it.
@@ -100,7 +101,8 @@ void removeNameless(const std::string& folder) {
 
 void requireFolder(const FileSystem& files, const std::string& folder) {
     if (!files.folderExists(folder)) {
-        throw PlatformError("The output folder " + folder + " does not exist: create it first");
+        throw PlatformError("The output folder " + folder + " does not exist: create it first",
+                            {.file = folder});
     }
 }
 
@@ -145,13 +147,16 @@ std::string FileSystem::lastModified(const std::string& path) const {
 void FileSystem::deleteFile(const std::string& path) {
     std::error_code error;
     fs::remove(path, error);
-    if (error) throw PlatformError("Cannot delete " + path + ": " + error.message());
+    if (error)
+        throw PlatformError("Cannot delete " + path + ": " + error.message(), {.file = path});
 }
 
 void FileSystem::createFolder(const std::string& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (error) throw PlatformError("Cannot create the folder " + path + ": " + error.message());
+    if (error)
+        throw PlatformError("Cannot create the folder " + path + ": " + error.message(),
+                            {.file = path});
 }
 
 void FileSystem::copyFile(const std::string& from, const std::string& to) {
@@ -160,7 +165,7 @@ void FileSystem::copyFile(const std::string& from, const std::string& to) {
         fs::copy_file(from, copy.path());
         copy.finish();
     } catch (const std::exception& e) {
-        throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what());
+        throw PlatformError("Cannot copy " + from + " to " + to + ": " + e.what(), {.file = to});
     }
 }
 
@@ -174,12 +179,12 @@ void FileSystem::storeFile(const std::string& path, const std::string& bytes) {
         writeWholeFile(file.path(), bytes);
         file.finish();
     } catch (const PlatformError& e) {
-        throw PlatformError("Cannot write " + path + ": " + e.what());
+        throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }
 }
 
 std::string FileSystem::readBeginning(const std::string& path, std::size_t most) const {
-    if (!fileExists(path)) throw PlatformError("There is no file " + path);
+    if (!fileExists(path)) throw PlatformError("There is no file " + path, {.file = path});
     return readWholeFile(path, most);
 }
 

@@ -42,7 +42,7 @@ bool isFolder(const std::string& path) { return S_ISDIR(kindOf(path)); }
 
 void throwFileError(const std::string& what, const std::string& path) {
     const int reason = errno;
-    throw PlatformError(what + " " + path + ": " + std::strerror(reason));
+    throw PlatformError(what + " " + path + ": " + std::strerror(reason), {.file = path});
 }
 
 PosixFile::PosixFile(std::string path, int flags, const std::string& what)

@@ -63,15 +63,16 @@ class EsriGridRaster : public IRaster {
         auto* bytes = reinterpret_cast<char*>(tile.data()) + kLengthBytes;
         const std::size_t size = kLengthBytes + tileCells() * 4;
         if (file_->readAt(bytes, size, offsets_[index] - kLengthBytes) != size) {
-            throw PlatformError("The grid " + folder_ + " is cut short");
+            throw PlatformError("The grid " + folder_ + " is cut short", {.file = folder_});
         }
         const std::size_t words =
             static_cast<unsigned char>(bytes[0]) * 256U + static_cast<unsigned char>(bytes[1]);
         if (words != tileCells() * 2) {
             throw PlatformError("The grid " + folder_ + " is damaged: tile " +
-                                std::to_string(index + 1) + " of w001001.adf has a length of " +
-                                std::to_string(words) + " words, its index tells " +
-                                std::to_string(tileCells() * 2));
+                                    std::to_string(index + 1) + " of w001001.adf has a length of " +
+                                    std::to_string(words) + " words, its index tells " +
+                                    std::to_string(tileCells() * 2),
+                                {.file = folder_});
         }
     }
 
@@ -119,10 +120,12 @@ void requireWhole(const std::string& folder, const PosixFile& file,
     for (const std::uint64_t offset : offsets) {
         if (offset < kHeaderBytes + kLengthBytes) {
             throw PlatformError("The grid " + folder +
-                                " is damaged: its index w001001x.adf points into the header of "
-                                "w001001.adf");
+                                    " is damaged: its index w001001x.adf points into the header of "
+                                    "w001001.adf",
+                                {.file = folder});
         }
-        if (offset + tileBytes > size) throw PlatformError("The grid " + folder + " is cut short");
+        if (offset + tileBytes > size)
+            throw PlatformError("The grid " + folder + " is cut short", {.file = folder});
     }
 }
 

@@ -46,8 +46,9 @@ class GdalRaster : public IRaster {
                     GF_Read, block.column, block.row, block.columns, block.rows, values.data(),
                     block.columns, block.rows, GDT_Float32, 0, 0, nullptr) != CE_None ||
                 CPLGetLastErrorType() >= CE_Failure) {
-                throw PlatformError("Cannot read the raster " + path_ + ": " +
-                                    gdalMessage("it may be damaged"));
+                throw PlatformError(
+                    "Cannot read the raster " + path_ + ": " + gdalMessage("it may be damaged"),
+                    {.file = path_});
             }
         }
         const bool scaled = scale_ != 1 || offset_ != 0;
@@ -74,18 +75,20 @@ class GdalRaster : public IRaster {
 GridGeometry geometryOf(GDALDataset& dataset, const std::string& path) {
     std::array<double, 6> transform{};
     if (dataset.GetGeoTransform(transform.data()) != CE_None) {
-        throw PlatformError("The raster " + path + " has no position on the map");
+        throw PlatformError("The raster " + path + " has no position on the map", {.file = path});
     }
     const double width = transform[1];
     const double height = -transform[5];
     if (transform[2] != 0 || transform[4] != 0 || !(width > 0) || !(height > 0)) {
-        throw PlatformError("The raster " + path +
-                            " is rotated or upside down: bring it to north up with gdalwarp");
+        throw PlatformError(
+            "The raster " + path + " is rotated or upside down: bring it to north up with gdalwarp",
+            {.file = path});
     }
     if (std::fabs(width - height) > 1e-6 * width) {
         throw PlatformError("The raster " + path + " has cells of " + numberText(width) + " x " +
-                            numberText(height) +
-                            ": bring it to square cells with gdalwarp -tr SIZE SIZE");
+                                numberText(height) +
+                                ": bring it to square cells with gdalwarp -tr SIZE SIZE",
+                            {.file = path});
     }
     GridGeometry geometry;
     geometry.columns = dataset.GetRasterXSize();
@@ -123,7 +126,8 @@ void requireWhole(GDALDataset& dataset, const std::string& path) {
         static_cast<std::uintmax_t>(GDALGetDataTypeSizeBytes(band->GetRasterDataType()));
     if (!error && bytes < needed) {
         throw PlatformError("The raster " + path + " is cut short: its header tells of " +
-                            std::to_string(needed) + " bytes, it has " + std::to_string(bytes));
+                                std::to_string(needed) + " bytes, it has " + std::to_string(bytes),
+                            {.file = path});
     }
 }
 
@@ -139,7 +143,8 @@ RasterPtr openGdalRaster(const std::string& path) {
     });
     if (!dataset || dataset->GetRasterCount() < 1) {
         throw PlatformError("Cannot open the raster " + path + ": " +
-                            gdalMessage("it is of none of the formats that serve"));
+                                gdalMessage("it is of none of the formats that serve"),
+                            {.file = path});
     }
     requireWhole(*dataset, path);
     GridGeometry geometry = geometryOf(*dataset, path);

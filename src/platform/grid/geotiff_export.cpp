@@ -54,7 +54,7 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
     auto* driver = GetGDALDriverManager()->GetDriverByName("COG");
     if (!memory || !driver) throw PlatformError("This GDAL cannot write Cloud Optimized GeoTIFF");
     DatasetPtr whole(memory->Create("", geometry.columns, geometry.rows, 1, GDT_Float32, nullptr));
-    if (!whole) throw PlatformError("Not enough memory to export " + path);
+    if (!whole) throw PlatformError("Not enough memory to export " + path, {.file = path});
     std::array<double, 6> transform = {geometry.xMin,     geometry.cellSize, 0, geometry.yMax, 0,
                                        -geometry.cellSize};
     whole->SetGeoTransform(transform.data());
@@ -69,7 +69,8 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
         raster.read({0, r, geometry.columns, 1}, row);
         if (band->RasterIO(GF_Write, 0, r, geometry.columns, 1, row.data(), geometry.columns, 1,
                            GDT_Float32, 0, 0, nullptr) != CE_None) {
-            throw PlatformError("Cannot export " + path + ": " + gdalMessage("out of memory"));
+            throw PlatformError("Cannot export " + path + ": " + gdalMessage("out of memory"),
+                                {.file = path});
         }
     }
     try {
@@ -78,7 +79,7 @@ void exportGeoTiff(const IRaster& raster, const std::string& path) {
         requireSame(raster, *openGdalRaster(file.path()));
         file.finish();
     } catch (const PlatformError& e) {
-        throw PlatformError("Cannot write " + path + ": " + e.what());
+        throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }
 }
 

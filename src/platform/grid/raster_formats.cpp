@@ -56,9 +56,11 @@ const char* const* rasterDrivers() {
 
 void requireLocalPath(const std::string& path) {
     if (path.starts_with("/vsi") || path.find("://") != std::string::npos) {
-        throw PlatformError("The raster " + path +
-                            " is no file or folder of this machine: fetch it first, for example "
-                            "with gdal_translate");
+        throw PlatformError(
+            "The raster " + path +
+                " is no file or folder of this machine: fetch it first, for example "
+                "with gdal_translate",
+            {.file = path});
     }
 }
 

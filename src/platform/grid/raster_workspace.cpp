@@ -65,7 +65,9 @@ class Dataset : public IRasterDataset {
         const fs::path values = isFolder(path()) ? path_ / "w001001.adf" : path_;
         std::error_code error;
         const auto time = fs::last_write_time(isFile(values.string()) ? values : path_, error);
-        if (error) throw PlatformError("Cannot look at " + path() + ": " + error.message());
+        if (error)
+            throw PlatformError("Cannot look at " + path() + ": " + error.message(),
+                                {.file = path()});
         return std::chrono::duration_cast<std::chrono::nanoseconds>(time.time_since_epoch())
             .count();
     }
@@ -100,17 +102,18 @@ class Dataset : public IRasterDataset {
 // The first candidate that opens; when none does, the failure of the first.
 std::unique_ptr<IRasterDataset> openDataset(const std::string& path) {
     requireLocalPath(path);
-    std::string failure = "There is no raster dataset " + path +
-                          " (neither a grid folder nor a raster file of that name)";
+    PlatformError failure("There is no raster dataset " + path +
+                              " (neither a grid folder nor a raster file of that name)",
+                          {.file = path});
     bool first = true;
     for (const fs::path& candidate : candidates(path)) {
         try {
             return std::make_unique<Dataset>(candidate, path);
         } catch (const PlatformError& e) {
-            if (std::exchange(first, false)) failure = e.what();
+            if (std::exchange(first, false)) failure = e;
         }
     }
-    throw PlatformError(failure);
+    throw failure;
 }
 
 bool isRasterFile(const std::string& path) {
@@ -126,12 +129,14 @@ bool isRasterFile(const std::string& path) {
 void requireReplaceable(const std::string& path) {
     std::error_code error;
     if (fs::is_directory(path, error) && !isGridFolder(path)) {
-        throw PlatformError("The folder " + path +
-                            " is no grid, so it is not replaced: move it away");
+        throw PlatformError(
+            "The folder " + path + " is no grid, so it is not replaced: move it away",
+            {.file = path});
     }
     if (fs::is_regular_file(path, error) && !isRasterFile(path)) {
-        throw PlatformError("The file " + path +
-                            " is no raster, so it is not replaced: move it away");
+        throw PlatformError(
+            "The file " + path + " is no raster, so it is not replaced: move it away",
+            {.file = path});
     }
 }
 
@@ -232,7 +237,8 @@ RasterWorkspaceFactory::RasterWorkspaceFactory() { initialiseGdal(); }
 
 std::unique_ptr<IRasterWorkspace> RasterWorkspaceFactory::openFromFolder(
     const std::string& folder) {
-    if (!fs::is_directory(folder)) throw PlatformError("There is no folder " + folder);
+    if (!fs::is_directory(folder))
+        throw PlatformError("There is no folder " + folder, {.file = folder});
     return std::make_unique<Workspace>(folder);
 }
 

@@ -117,7 +117,8 @@ std::string importedDatabase(const std::string& path) {
     UnfinishedDatabase copy(sidecar);
     const std::string failure = readApart(path, copy.path());
     if (!failure.empty()) {
-        throw PlatformError("The Access database " + path + " cannot be imported: " + failure);
+        throw PlatformError("The Access database " + path + " cannot be imported: " + failure,
+                            {.file = path});
     }
     copy.finish();
     return sidecar;

@@ -22,7 +22,7 @@ namespace {
 }
 
 [[noreturn]] void refuseWithoutFields(const ITable& table) {
-    throw PlatformError("The table " + table.path() + " has no fields");
+    throw PlatformError("The table " + table.path() + " has no fields", {.file = table.path()});
 }
 
 // The fields of a table as a database in memory: table "records", whose row numbers are the records
@@ -90,7 +90,8 @@ class DbaseRecordset : public StaticCursor {
 
     void insertRow(Row& row) override {
         if (edits_->held) {
-            throw PlatformError("No row can be added to " + path_ + " inside a transaction");
+            throw PlatformError("No row can be added to " + path_ + " inside a transaction",
+                                {.file = path_});
         }
         const auto table = edits_->tables.openTable(path_);
         const auto session = edits_->tables.edit(table);

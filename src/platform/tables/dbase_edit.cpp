@@ -78,18 +78,20 @@ std::size_t endOfDescriptors(const std::string& bytes, std::size_t headerLength)
 DbaseFile parsed(const std::string& bytes, const std::string& path) {
     DbaseFile file;
     file.header = bytes;
-    if (bytes.size() < 33) throw PlatformError("The table " + path + " is no dBASE file");
+    if (bytes.size() < 33)
+        throw PlatformError("The table " + path + " is no dBASE file", {.file = path});
     const std::size_t headerLength = file.number(8, 2);
     const std::size_t recordLength = file.recordLength();
     const std::size_t records = file.number(4, 4);
     if (headerLength > bytes.size() || recordLength == 0 ||
         (bytes.size() - headerLength) / recordLength < records) {
-        throw PlatformError("The table " + path +
-                            " is damaged: it is shorter than its header says");
+        throw PlatformError("The table " + path + " is damaged: it is shorter than its header says",
+                            {.file = path});
     }
     const std::size_t end = endOfDescriptors(bytes, headerLength);
     if (end == std::string::npos) {
-        throw PlatformError("The table " + path + " is damaged: its list of fields has no end");
+        throw PlatformError("The table " + path + " is damaged: its list of fields has no end",
+                            {.file = path});
     }
     std::size_t offset = 1;  // behind the deletion mark
     for (std::size_t at = kDescriptorBytes; at < end; at += kDescriptorBytes) {
@@ -104,8 +106,9 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
     constexpr std::size_t kLongest = 65535;  // header and records have lengths of 16 bits
     if (offset > recordLength || recordLength + kNumberWidth > kLongest ||
         headerLength + kDescriptorBytes > kLongest) {
-        throw PlatformError("The table " + path +
-                            " is damaged or full: its fields do not fit into its records");
+        throw PlatformError(
+            "The table " + path + " is damaged or full: its fields do not fit into its records",
+            {.file = path});
     }
     file.header = bytes.substr(0, end + 1);
     file.tail = bytes.substr(end + 1, headerLength - end - 1);
@@ -120,8 +123,9 @@ void appendNumberField(DbaseFile& file, const std::string& name, const std::stri
     const std::size_t end =
         file.fields.empty() ? 1 : file.fields.back().offset + file.fields.back().width;
     if (end != file.recordLength()) {
-        throw PlatformError("The table " + path +
-                            " is damaged: its records are longer than their fields together");
+        throw PlatformError(
+            "The table " + path + " is damaged: its records are longer than their fields together",
+            {.file = path});
     }
     std::string descriptor(kDescriptorBytes, '\0');
     name.copy(descriptor.data(), 10);
@@ -198,22 +202,25 @@ std::string dbaseNumber(double value, int width) {
 DbaseEdit::DbaseEdit(std::shared_ptr<ITable> table)
     : table_(std::move(table)), target_(attributeTable(table_->path())) {
     if (target_.empty()) {
-        throw PlatformError(table_->path() +
-                            " takes no changes: only dBASE tables and shapefiles with one do");
+        throw PlatformError(
+            table_->path() + " takes no changes: only dBASE tables and shapefiles with one do",
+            {.file = table_->path()});
     }
 }
 
 void DbaseEdit::addNumericField(const std::string& field) {
     if (field.empty() || field.size() > 10) {
-        throw PlatformError("\"" + field + "\" is no name for a dBASE field (1 to 10 characters)");
+        throw PlatformError("\"" + field + "\" is no name for a dBASE field (1 to 10 characters)",
+                            {.file = table_->path(), .field = field});
     }
     asked_.addedFields.push_back(field);
 }
 
 void DbaseEdit::setValue(std::size_t record, const std::string& field, const FieldValue& value) {
     if (record >= table_->recordCount()) {
-        throw PlatformError("The table " + table_->path() + " has no record " +
-                            std::to_string(record + 1));
+        throw PlatformError(
+            "The table " + table_->path() + " has no record " + std::to_string(record + 1),
+            {.file = table_->path(), .record = record + 1});
     }
     asked_.values[field][table_->placeInFile(record)] = value;
 }
@@ -244,25 +251,28 @@ std::string DbaseEdit::changed(const std::string& before, const std::string& enc
     }
     const auto put = [&](std::size_t record, const std::string& name, const FieldValue& value) {
         const DbaseField* field = file.find(encodedIn(encoding, name));
-        if (!field) throw PlatformError("The table " + target_ + " has no field " + name);
+        if (!field)
+            throw PlatformError("The table " + target_ + " has no field " + name,
+                                {.file = target_, .field = name});
         if (record >= file.records.size()) {
-            throw PlatformError("The table " + target_ + " has no record " +
-                                std::to_string(record + 1));
+            throw PlatformError(
+                "The table " + target_ + " has no record " + std::to_string(record + 1),
+                {.file = target_, .record = record + 1});
         }
         try {
             file.records[record].replace(field->offset, field->width,
                                          fieldText(value, *field, encoding));
         } catch (const PlatformError& e) {
-            throw PlatformError("In " + target_ + ", record " + std::to_string(record + 1) +
-                                ", field " + name + ": " + e.what());
+            throw errorInField({.file = target_, .field = name, .record = record + 1}, e.what());
         }
     };
     for (const auto& [name, values] : asked_.values) {
         for (const auto& [record, value] : values) put(record, name, value);
     }
     if (!asked_.appended.empty() && belongsToShapefile(target_)) {
-        throw PlatformError("The table " + target_ +
-                            " belongs to a shapefile, so no record can be added");
+        throw PlatformError(
+            "The table " + target_ + " belongs to a shapefile, so no record can be added",
+            {.file = target_});
     }
     for (const auto& values : asked_.appended) {
         file.records.emplace_back(file.recordLength(), ' ');
@@ -304,7 +314,8 @@ void DbaseEdit::save() {
         change.tellUtf8();
     } catch (const std::exception& e) {
         throw PlatformError("The changes are stored in " + target_ +
-                            ", in UTF-8, but the .cpg that tells so is not: " + e.what());
+                                ", in UTF-8, but the .cpg that tells so is not: " + e.what(),
+                            {.file = target_});
     }
 }
 
@@ -321,7 +332,8 @@ void DbaseEdit::store(const std::string& before, const std::string& encoding,
         table.finish();
         namesChanged();
     } catch (const std::exception& e) {
-        throw PlatformError("Cannot store changes in " + target_ + ": " + e.what());
+        throw PlatformError("Cannot store changes in " + target_ + ": " + e.what(),
+                            {.file = target_});
     }
 }
 

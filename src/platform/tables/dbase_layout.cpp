@@ -42,8 +42,9 @@ DbaseLayout dbaseLayout(std::string_view bytes, const std::string& path) {
     if (bytes.size() >= kDbaseHeaderBytes) layout.headerLength = dbaseHeaderLength(bytes);
     if (bytes.size() < kDbaseHeaderBytes || bytes.size() < layout.headerLength ||
         layout.headerLength < kDbaseHeaderBytes) {
-        throw PlatformError("The table " + path + " is damaged or cut short: it ends in its " +
-                            "header");
+        throw PlatformError(
+            "The table " + path + " is damaged or cut short: it ends in its " + "header",
+            {.file = path});
     }
     for (std::size_t i = 0; i < 4; ++i) layout.records += byteAt(bytes, 4 + i) << 8 * i;
     layout.recordLength = byteAt(bytes, 10) + 256 * byteAt(bytes, 11);
@@ -57,8 +58,9 @@ DbaseLayout dbaseLayout(std::string_view bytes, const std::string& path) {
     }
     layout.descriptorsEnd = at;
     if (offset > layout.recordLength) {
-        throw PlatformError("The table " + path +
-                            " is damaged: its fields are together wider than its records");
+        throw PlatformError(
+            "The table " + path + " is damaged: its fields are together wider than its records",
+            {.file = path});
     }
     return layout;
 }

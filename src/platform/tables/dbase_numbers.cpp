@@ -67,10 +67,10 @@ class NumbersOfTable {
         const std::string_view text = bytes.empty() ? "a record that is cut short"
                                                     : bytes.substr(column.offset, column.width);
         if (isDbaseNumber(text)) return;
-        throw PlatformError("In " + file_.path() + ", record " + std::to_string(record + 1) +
-                            ", field " + column.name + ": \"" + shown(text) +
-                            "\" is no number (a decimal point, no other separators) that a run "
-                            "can take");
+        throw errorInField({.file = file_.path(), .field = column.name, .record = record + 1},
+                           "\"" + shown(text) +
+                               "\" is no number (a decimal point, no other separators) that a run "
+                               "can take");
     }
 
     ByteSource file_;
@@ -95,7 +95,8 @@ void requireNumbers(const std::string& table, std::size_t field,
                     const std::vector<std::size_t>& records) {
     const NumbersOfTable numbers(table);
     if (field >= numbers.columns().size()) {
-        throw PlatformError("The table " + table + " has changed while it was read");
+        throw PlatformError("The table " + table + " has changed while it was read",
+                            {.file = table});
     }
     numbers.require({numbers.columns()[field]}, records);
 }

@@ -47,7 +47,8 @@ class FieldNames {
             std::vector<std::string> names;
             for (const Field& field : fields_) names.push_back(field.name);
             throw PlatformError("The table " + path_ + " has no field " + name +
-                                " (its fields: " + joinedNames(names) + ")");
+                                    " (its fields: " + joinedNames(names) + ")",
+                                {.file = path_, .field = name});
         }
         return "\"" + DbaseQuery::columnName(place(name)) + "\"";
     }

@@ -26,7 +26,7 @@ constexpr std::size_t kNameBytes = 10;
 constexpr std::size_t kLanguageMark = 29;  // its place in the header
 
 [[noreturn]] void refuse(const std::string& path, const std::string& why) {
-    throw PlatformError("The table " + path + " cannot be stored in UTF-8: " + why);
+    throw PlatformError("The table " + path + " cannot be stored in UTF-8: " + why, {.file = path});
 }
 
 std::size_t numberAt(const std::string& bytes, std::size_t at, int count) {

@@ -18,7 +18,8 @@ void requireField(const ITable& table, const std::string& field) {
     std::vector<std::string> names;
     for (const Field& f : table.fields()) names.push_back(f.name);
     throw PlatformError("The table " + table.path() + " has no field " + field +
-                        " (its fields: " + joinedNames(names) + ")");
+                            " (its fields: " + joinedNames(names) + ")",
+                        {.file = table.path(), .field = field});
 }
 
 // The numbers of a field in the given records; not-a-number for null.
@@ -31,8 +32,9 @@ std::vector<double> numbers(const IJoinedLayer& layer, const std::vector<std::si
         const auto* number = std::get_if<double>(&value);
         if (!number && !isNull(value)) {
             throw PlatformError("The field " + field + " holds text (\"" +
-                                std::get<std::string>(value) + "\" in record " +
-                                std::to_string(record + 1) + ") where a number is needed");
+                                    std::get<std::string>(value) + "\" in record " +
+                                    std::to_string(record + 1) + ") where a number is needed",
+                                {.field = field, .record = record + 1});
         }
         values.push_back(number ? *number : std::numeric_limits<double>::quiet_NaN());
     }
@@ -115,7 +117,8 @@ class JoinedLayer : public SelectableLayer {
         const auto [table, field] = split(qualifiedField);
         if (!table) {
             throw PlatformError("The field " + qualifiedField + " belongs neither to " +
-                                layer_->name() + " nor to " + table_->name());
+                                    layer_->name() + " nor to " + table_->name(),
+                                {.field = qualifiedField});
         }
         if (table == layer_.get()) return layer_->value(record, field);
         const auto& match = matches_.at(record);

@@ -39,7 +39,8 @@ SqliteConnection::Handle openDatabase(const std::string& path, int flags) {
     SqliteConnection::Handle handle(database, SqliteConnection::Closer{});
     sqlite3_busy_timeout(database, kPatience);
     if (status != SQLITE_OK) {
-        throw PlatformError("Cannot open the database " + path + ": " + sqlite3_errstr(status));
+        throw PlatformError("Cannot open the database " + path + ": " + sqlite3_errstr(status),
+                            {.file = path});
     }
     return handle;
 }
@@ -114,7 +115,7 @@ class SqliteTransaction : public ITransaction {
 
 void SqliteConnection::create(const std::string& path) {
     if (std::filesystem::exists(path))
-        throw PlatformError("The database " + path + " exists already");
+        throw PlatformError("The database " + path + " exists already", {.file = path});
     const Handle handle = openDatabase(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     // Large pages suit whole-table passes. Vacuum makes the empty file.
     runStatements(
@@ -125,10 +126,10 @@ void SqliteConnection::create(const std::string& path) {
 SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFactory& tables)
     : path_(path), tables_(tables) {
     if (!std::filesystem::is_regular_file(path)) {
-        throw PlatformError("There is no database " + path);
+        throw PlatformError("There is no database " + path, {.file = path});
     }
     if (std::filesystem::file_size(path) == 0) {
-        throw PlatformError("The database " + path + " is an empty file");
+        throw PlatformError("The database " + path + " is an empty file", {.file = path});
     }
     if (isAccessFile(path)) path_ = importedDatabase(path);
     database_ = openDatabase(path_, SQLITE_OPEN_READWRITE);
@@ -139,7 +140,7 @@ SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFac
         runStatements(database_.get(),
                       syncing() ? "PRAGMA synchronous=FULL;" : "PRAGMA synchronous=OFF;");
     } catch (const PlatformError& e) {
-        throw PlatformError("Cannot open it. " + std::string(e.what()));
+        throw PlatformError("Cannot open it. " + std::string(e.what()), {.file = path});
     }
 }
 
@@ -185,7 +186,8 @@ void SqliteConnection::exportToDbase(const std::string& table, const std::string
             fields.push_back({name, FieldType::number, 20, 5});
         }
     }
-    if (fields.empty()) throw PlatformError("The database " + path_ + " has no table " + table);
+    if (fields.empty())
+        throw PlatformError("The database " + path_ + " has no table " + table, {.file = path_});
     std::vector<std::vector<FieldValue>> records;
     SqliteStatement rows(database_.get(), "SELECT * FROM " + quotedName(table));
     while (rows.step()) {

@@ -29,7 +29,6 @@ TEST(Console, ControlCharactersBecomeVisible) {
     EXPECT_EQ(cli::shellWord("out/a"), "out/a");
     EXPECT_EQ(cli::shellWord("it's $HOME"), "'it'\\''s $HOME'");
     EXPECT_EQ(cli::shellWord(""), "''");
-    EXPECT_EQ(cli::counted(1, "error"), "1 error");
 }
 
 TEST_F(Command, OutputThatCannotBeWrittenIsAFailure) {

@@ -62,10 +62,12 @@ struct DamagedInputs : testing::Test {
             used();
         } catch (const PlatformError& e) {
             message = e.what();
+            place = e.place();
         }
         test::write(zones(part), whole);
         return message;
     }
+    ErrorPlace place;  // of the failure that refused() met
     std::string withByte(const std::string& part, std::size_t at, int value) {
         return refused(part, [&](std::string& b) { b.at(at) = static_cast<char>(value); });
     }
@@ -220,6 +222,24 @@ TEST_F(DamagedInputs, NumbersThatAreNone) {
         const auto table = platform.features().openTable(zones("dbf"));
         EXPECT_TRUE(isNull(table->value(1, "SHARE")));
         EXPECT_EQ(std::get<double>(table->value(2, "SHARE")), 20.5);
+    }
+}
+
+TEST_F(DamagedInputs, TellTheirPlaceInFields) {
+    const std::size_t second = 32 + 2 * 32 + 1 + (1 + 20 + 10) + 1 + 20;
+    refused("dbf", [&](std::string& b) { b.replace(second, 4, "1,50"); });
+    EXPECT_EQ(place, (ErrorPlace{.file = zones("dbf"), .field = "SHARE", .record = 2}));
+    refused("shp", [](std::string& b) { b += "xx"; });
+    EXPECT_EQ(place, (ErrorPlace{.file = zones("shp")}));
+    withByte("shp", 100 + 2 * (8 + 48 + 80) + 8 + 36, 0);  // no part
+    EXPECT_EQ(place.file, zones("shp"));
+    EXPECT_EQ(place.record, 3U);
+    const auto table = platform.features().openTable(zones("dbf"));
+    try {
+        table->value(0, "NOSUCH");
+        FAIL();
+    } catch (const PlatformError& e) {
+        EXPECT_EQ(e.place(), (ErrorPlace{.file = zones("dbf"), .field = "NOSUCH"}));
     }
 }
 

@@ -20,6 +20,7 @@
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
 #include "hosts/results/report/station_map.h"
+#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -84,7 +85,7 @@ std::string methodName(const RunSettings& settings) {
                                                          "Hargreaves 1985",
                                                          "Blaney-Criddle",
                                                          "Priestley-Taylor"};
-    return names.at(static_cast<std::size_t>(settings.methodNumber()));
+    return names.at(static_cast<std::size_t>(refEtMethod(settings)));
 }
 
 std::string heading(const std::string& id, const std::string& title) {
@@ -332,7 +333,8 @@ std::string inputsSection(IPlatform& platform, const RunResults& results) {
             std::error_code error;
             const std::uintmax_t size = fs::file_size(file, error);
             if (error)
-                throw PlatformError("Cannot look at " + file.string() + ": " + error.message());
+                throw PlatformError("Cannot look at " + file.string() + ": " + error.message(),
+                                    {.file = file.string()});
             bytes += size;
             date = std::max(date, platform.files().lastModified(file.string()));
         }

@@ -114,7 +114,8 @@ const ProductGrid* ProductGrids::of(int month) const {
 
 RunResults readResults(IPlatform& platform, const RunSettings& settings) {
     if (!platform.files().folderExists(settings.OutputWorkspace)) {
-        throw PlatformError("There is no output folder " + settings.OutputWorkspace);
+        throw PlatformError("There is no output folder " + settings.OutputWorkspace,
+                            {.file = settings.OutputWorkspace});
     }
     RunResults results;
     results.settings = settings;

@@ -11,6 +11,7 @@
 #include "hosts/results/cell_image.h"
 #include "hosts/results/grid_statistics.h"
 #include "hosts/results/report/html.h"
+#include "modelling/station_fields.h"
 #include "settings/modelling_extent.h"
 
 namespace velmora {
@@ -69,7 +70,7 @@ std::string stations(IPlatform& platform, const RunSettings& settings, const std
                      const Frame& frame) {
     const auto layer = platform.features().openFeatureClass(settings.WeatherStations);
     const std::vector<Point> points = layer->points(crs);
-    const bool named = layer->fieldIndex("staname") >= 0;
+    const bool named = layer->fieldIndex(kStationNameField) >= 0;
     std::string svg;
     std::size_t outside = 0;
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -77,7 +78,8 @@ std::string stations(IPlatform& platform, const RunSettings& settings, const std
             ++outside;
             continue;
         }
-        const std::string name = named ? keyText(layer->value(i, "staname")) : std::string();
+        const std::string name =
+            named ? keyText(layer->value(i, kStationNameField)) : std::string();
         const double x = frame.x(points[i].x);
         const bool leftward = x > frame.width();
         svg += fmt::format(

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The fields by which stations and their weather are known.
+#pragma once
+
+namespace velmora {
+
+// Of the station shapefile: the station's name, and its elevation in the unit of the settings.
+constexpr const char* kStationNameField = "staname";
+constexpr const char* kElevationField = "ELEVATION";
+// Of the weather table: the name of the station that a record belongs to.
+constexpr const char* kWeatherStationField = "STN";
+
+}  // namespace velmora
