@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "examples/basin/crops.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace velmora::examples {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "check/type_check.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "crop/frm_kc_editor.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>

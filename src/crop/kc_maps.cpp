@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "crop/kc_maps.h"
 
-#include <memory>
-
 #include "crop/kc_table.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"

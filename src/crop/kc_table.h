@@ -3,10 +3,7 @@
 // coefficient per month, "Kc_Jan" to "Kc_Dec".
 #pragma once
 
-#include <array>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "gis/application.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Where the cells of a grid lie. A value type: every question about cells, lattices and rounding is
-// answered here and nowhere else.
+// Where the cells of a grid lie, as a value: the rounding between coordinates and cells of one
+// grid. Which lattice several inputs have in common, the environment of an operation says
+// (analysis.h).
 #pragma once
 
 #include <cstddef>

@@ -2,7 +2,6 @@
 #include "modelling/weather_stations.h"
 
 #include <algorithm>
-#include <numeric>
 #include <tuple>
 
 #include "gis/month_names.h"

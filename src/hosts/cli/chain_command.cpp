@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 
 #include "gis/text.h"
 #include "hosts/chain/chain_run.h"

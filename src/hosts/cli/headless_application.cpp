@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/headless_application.h"
 
-#include <cstdio>
-#include <filesystem>
-
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/components/class_registry.h"

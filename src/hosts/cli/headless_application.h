@@ -57,7 +57,6 @@ class HeadlessDocument : public IMxDocument {
     void addLayer(std::unique_ptr<IRasterLayer> layer) override;
     void addTable(std::shared_ptr<ITable> table) override;
     void refreshContents() override {}
-    const std::vector<std::unique_ptr<IRasterLayer>>& layers() const { return layers_; }
     std::vector<std::string> paths() const;  // of the layers and tables, in their order
 
   private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 

@@ -4,7 +4,6 @@
 
 #include <Eigen/LU>
 #include <span>
-#include <vector>
 
 #include "gis/envelope.h"
 #include "gis/semivariogram.h"

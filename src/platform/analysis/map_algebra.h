@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>

@@ -8,8 +8,6 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <memory>
 #include <utility>
 
 #include "gis/errors.h"

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <map>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 

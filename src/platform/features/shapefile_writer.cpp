@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <optional>
-#include <utility>
 
 #include "gis/errors.h"
 #include "gis/text.h"

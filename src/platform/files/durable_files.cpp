@@ -7,7 +7,6 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 
 #include "gis/errors.h"
 #include "gis/text.h"

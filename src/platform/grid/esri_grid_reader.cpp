@@ -5,7 +5,6 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <utility>
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "platform/tables/sqlite_connection.h"

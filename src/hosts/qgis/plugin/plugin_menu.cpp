@@ -10,7 +10,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <algorithm>
 #include <exception>
 
 #include "examples/basin/sample_basin.h"
