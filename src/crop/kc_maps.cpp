@@ -67,6 +67,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
         recorder.made(kcGridName(settings, month));
     }
     folder.settle();
+    application.feedback().advance(1);
     prompts.message("Kc-Maps have been generated successfully");
 }
 

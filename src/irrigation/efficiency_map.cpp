@@ -142,6 +142,7 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
     conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace, name);
     recorder.made(name);
     folder.settle();
+    application.feedback().advance(1);
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");
 }

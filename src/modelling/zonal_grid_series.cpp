@@ -69,6 +69,7 @@ void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
 
 void ZonalGridSeries::showTable() {
     folder_.settle();
+    application_.feedback().advance(1);
     if (!tableMade_) {
         application_.prompts().failure("Error in opening table");
         return;

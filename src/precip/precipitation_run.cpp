@@ -90,6 +90,7 @@ void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     }
     stations_->storeWorkingField(application_);
     folder_->settle();
+    application_.feedback().advance(1);
 }
 
 std::string PrecipitationRun::surfaceName(int month) const {

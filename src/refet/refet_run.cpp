@@ -96,6 +96,7 @@ void ReferenceEtRun::runSteps() {
     storeCells();
     settle();
     if (!runStatus_) return;
+    feedback_.advance(1);
     const double minutes = (platform_.clock().seconds() - start) / 60;
     const std::string time =
         "Time for estimating referece ET: " + formatPlaces(minutes, 2) + " Minutes";

@@ -63,9 +63,14 @@ TEST_P(MonitoredCommands, ShowTheMonthInTheirMonitor) {
         label.hostRefresh = [&] { lines.push_back(label.text()); };
         EXPECT_FALSE(form.control<CommandButton>("cmdClose").enabled());
     };
+    test::RecordingMonitor recorded;
+    const Listening listening(f.application.feedback(), recorded);
     click(true);
     EXPECT_EQ(f.application.outcomes.back(), StepOutcome::done) << f.allMessages();
     EXPECT_EQ(f.application.dialogs().modeless, 1);
+    EXPECT_EQ(recorded.begun.size(), 1U);
+    EXPECT_EQ(recorded.ended, 1);
+    EXPECT_EQ(recorded.fractions.back(), 1);
     EXPECT_THAT(lines, Contains(GetParam().july));
     click(false);
     EXPECT_EQ(f.application.dialogs().modeless, 1);

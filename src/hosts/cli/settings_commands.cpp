@@ -189,8 +189,9 @@ int applySettings(const Session& session, const std::vector<std::string>& assign
 
 int failWithoutSettings(const Session& session) {
     tell("message: {}\n", kNoSettings);
-    tell("velmora: there is no {} yet: velmora settings apply makes it\n",
-         defaultSettingsPath(session.settingsFolder));
+    const std::string path = defaultSettingsPath(session.settingsFolder);
+    tellFailure("there is no " + path + " yet: velmora settings apply makes it", {.file = path},
+                session.json);
     return kFailed;
 }
 
