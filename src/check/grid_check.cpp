@@ -2,8 +2,10 @@
 #include "check/grid_check.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <set>
+#include <string_view>
 
 #include "crop/crop_et_run.h"
 #include "gis/errors.h"
@@ -21,12 +23,30 @@ namespace {
 
 constexpr std::size_t kNamed = 3;
 
-// A month's grid of the step, of which no cell is computed.
-RasterPtr monthOf(const std::string& step, IMapAlgebraOp& algebra,
-                  const std::vector<RasterPtr>& inputs) {
-    if (step == "cropet") return cropEvapotranspiration(algebra, inputs.at(1), inputs.at(0));
-    if (step == "nir") return netIrrigationRequirement(algebra, inputs.at(0), inputs.at(1));
-    return irrigationRequirement(algebra, inputs.at(0), inputs.at(1), inputs.at(2));
+// How a step makes a month's grid of its sources' grids, in the order of the product's row.
+struct MonthOfStep {
+    std::string_view step;
+    RasterPtr (*make)(IMapAlgebraOp& algebra, const std::vector<RasterPtr>& inputs);
+};
+
+const std::array kMonths = {
+    MonthOfStep{"cropet",
+                [](IMapAlgebraOp& algebra, const std::vector<RasterPtr>& inputs) {
+                    return cropEvapotranspiration(algebra, inputs.at(1), inputs.at(0));
+                }},
+    MonthOfStep{"nir",
+                [](IMapAlgebraOp& algebra, const std::vector<RasterPtr>& inputs) {
+                    return netIrrigationRequirement(algebra, inputs.at(0), inputs.at(1));
+                }},
+    MonthOfStep{"irr", [](IMapAlgebraOp& algebra, const std::vector<RasterPtr>& inputs) {
+                    return irrigationRequirement(algebra, inputs.at(0), inputs.at(1), inputs.at(2));
+                }}};
+
+// A month's grid, of which no cell is computed; nothing for a step that is not among those.
+void tryMonth(const std::string& step, IMapAlgebraOp& algebra,
+              const std::vector<RasterPtr>& inputs) {
+    const auto* const month = std::ranges::find(kMonths, step, &MonthOfStep::step);
+    if (month != kMonths.end()) month->make(algebra, inputs);
 }
 
 std::string firstOf(std::vector<std::string> names) {
@@ -125,7 +145,7 @@ class GridCheck {
             }
             const auto algebra = platform_.analysis().mapAlgebra();
             useInputs(algebra->environment());
-            monthOf(step, *algebra, inputs);
+            tryMonth(step, *algebra, inputs);
         } catch (const PlatformError& e) {
             add(Severity::error, joinedNames(names) + ": " + e.what());
         }
