@@ -25,6 +25,7 @@ using Clock = std::chrono::steady_clock;
 using Files = std::map<std::string, std::string>;
 
 constexpr int kKills = 8;  // of each step
+constexpr int kCancels = 4;
 
 struct Kill : testing::Test {
     test::IrrigationFixture f;
@@ -185,7 +186,7 @@ TEST_F(Kill, CtrlCEndsAStepAndLeavesNothingUnfinished) {
         const auto began = Clock::now();
         ASSERT_EQ(run(step(name)), 0) << name;
         const auto whole = Clock::now() - began;
-        for (int i = 0; i < kKills; ++i) {
+        for (int i = 0; i < kCancels; ++i) {
             SCOPED_TRACE(std::string(name) + ", Ctrl-C " + std::to_string(i));
             const pid_t child = start(step(name));
             std::this_thread::sleep_for(whole * std::uniform_real_distribution<>(0, 1)(random));
@@ -207,7 +208,7 @@ TEST_F(Kill, CtrlCEndsAStepAndLeavesNothingUnfinished) {
             EXPECT_TRUE(again.at(file) == content) << name << ' ' << file;
         }
     }
-    EXPECT_GT(cancelled, 7 * kKills / 4);
+    EXPECT_GT(cancelled, 7 * kCancels / 4);
 }
 
 TEST_F(Kill, AStarterDatabaseIsWholeOrNotThere) {
