@@ -31,7 +31,7 @@ extern "C" void cancelWork(int signal) {
 }  // namespace
 
 Feedback& feedback() {
-    static Feedback feedback;
+    static Feedback& feedback = *new Feedback;  // a signal may come after the end of main
     return feedback;
 }
 
