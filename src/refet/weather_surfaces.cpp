@@ -6,6 +6,7 @@
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
+#include "modelling/station_surface.h"
 #include "modelling/surface_diagnostics.h"
 
 namespace velmora {
@@ -80,7 +81,7 @@ void WeatherSurfaces::prepareNeighbour(int month) {
         for (const WeatherQuantity& quantity : quantities_) {
             if (quantity.required) prepare(quantity, month);
         }
-    } catch (const PlatformError&) {
+    } catch (const SurfaceFailure&) {
         prepared_.resize(before);
         reports_.resize(before);
     }
