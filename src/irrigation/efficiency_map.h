@@ -17,7 +17,8 @@ namespace velmora {
 bool GetLuIntersected(IApplication& application, const RunSettings& settings);
 
 // Gives every piece the IREF of its zone and crop from the irrigation database, 0 when it has none,
-// all pieces in one transaction. Throws PlatformError, and Cancelled before anything is changed.
+// all pieces in one transaction. Throws PlatformError, or Cancelled, and then
+// the pieces keep the values that they had.
 void GetIREF(IApplication& application, const RunSettings& settings,
              const std::string& databasePath);
 

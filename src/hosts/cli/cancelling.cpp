@@ -9,6 +9,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "hosts/cli/console.h"
 #include "platform/platform.h"
 
 namespace velmora::cli {
@@ -23,7 +24,10 @@ extern "C" void cancelWork(int signal) {
     const int before = errno;
     cancelledBy = signal;
     feedback().cancel();
-    constexpr std::string_view told = "\nvelmora: stopping (once more ends it at once)\n";
+    constexpr std::string_view line = "\nvelmora: stopping (once more ends it at once)\n";
+    constexpr std::string_view json =
+        "{\"kind\":\"text\",\"text\":\"stopping (once more ends it at once)\"}\n";
+    const std::string_view told = tellsAsJson() ? json : line;
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, told.data(), told.size());
     errno = before;
 }

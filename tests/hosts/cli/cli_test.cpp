@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <sstream>
+#include <vector>
 
 #include "gis/zonal_tables.h"
 #include "hosts/cli/command_line.h"
@@ -65,6 +67,20 @@ TEST_F(Command, RunsPrecipitation) {
               "The step has ended.\n");
     EXPECT_TRUE(fixture.hasOutput("PPT_Jul"));
     EXPECT_FALSE(std::filesystem::exists(folder + "/out/PPT_diagnostics.csv"));
+    const Outcome watched = run("--progress json run ppt");
+    EXPECT_EQ(watched.status, 0);
+    std::vector<std::string> kinds;
+    double fraction = 0;
+    std::istringstream lines(watched.output);
+    for (std::string line; std::getline(lines, line);) {
+        const auto told = nlohmann::json::parse(line);
+        kinds.push_back(told.at("kind"));
+        if (kinds.back() == "progress") fraction = told.at("fraction");
+    }
+    EXPECT_EQ(kinds.front(), "begin");
+    EXPECT_EQ(kinds.back(), "end");
+    EXPECT_THAT(kinds, testing::IsSupersetOf({"doing", "message"}));
+    EXPECT_EQ(fraction, 1);
     ASSERT_EQ(apply("OutputWorkspace=none/out2").status, 0);
     EXPECT_EQ(run("run ppt").status, 1);
     EXPECT_THAT(run("run ppt").output, HasSubstr("velmora: The output folder"));
