@@ -61,8 +61,8 @@ std::vector<Finding> checkStationElevations(IPlatform& platform, const RunSettin
     std::vector<Pair> pairs;
     try {
         pairs = pairsOf(platform, settings, stations, domain);
-    } catch (const PlatformError&) {
-        return {};
+    } catch (const PlatformError& e) {
+        return {{Severity::error, settings.DEM, {}, {}, e.what(), true}};
     }
     if (pairs.empty()) return {};
     const LengthUnit site = siteElevationUnit(settings);

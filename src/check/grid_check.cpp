@@ -117,11 +117,13 @@ class GridCheck {
         }
     }
 
-    bool isNoted(const std::string& step) const {
+    bool isNoted(const std::string& step) {
         try {
             return lastRun(platform_.files(), settings_.OutputWorkspace, step).has_value();
-        } catch (const PlatformError&) {
-            return true;  // which oldInputs tells
+        } catch (const PlatformError& e) {
+            findings_.push_back(
+                {Severity::error, settings_.OutputWorkspace, {}, {}, e.what(), true});
+            return true;
         }
     }
 

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include "check/grid_check.h"
 #include "check/irrigation_check.h"
@@ -46,6 +47,7 @@ class InputCheck {
         appendFindings(checkPrecipitation(platform_, settings_, geometry_));
         checkLaterInputs();
         appendFindings(checkGrids(platform_, settings_));
+        dropToldOnTheWay();
         // That such a path does not exist has been told, with the reason.
         std::erase_if(findings_, [&](const Finding& finding) {
             return std::find(lost_.begin(), lost_.end(), finding.file) != lost_.end();
@@ -57,8 +59,17 @@ class InputCheck {
     void add(Severity severity, const std::string& file, const std::string& text) {
         findings_.push_back({severity, file, {}, {}, text});
     }
-    void appendFindings(std::vector<Finding> more) {
+    void appendFindings(const std::vector<Finding>& more) {
         findings_.insert(findings_.end(), more.begin(), more.end());
+    }
+    void dropToldOnTheWay() {
+        std::set<std::string> told;
+        for (const Finding& finding : findings_) {
+            if (!finding.onTheWay) told.insert(finding.text);
+        }
+        std::erase_if(findings_, [&](const Finding& finding) {
+            return finding.onTheWay && !told.insert(finding.text).second;
+        });
     }
 
     void checkRun() {

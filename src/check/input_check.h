@@ -19,6 +19,8 @@ struct Finding {
     std::string field;    // "" when it concerns the whole file
     std::string station;  // "" when it concerns no single station
     std::string text;     // what is wrong and what to do
+    // It was met on the way to something else, and is told only where no other finding says it.
+    bool onTheWay = false;
 };
 
 // "error: stations.shp: ELEVATION: Logan: ..."

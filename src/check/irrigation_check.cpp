@@ -32,7 +32,8 @@ class IrrigationCheck {
             findings_ = checkTypes(*landCover, kCropField);
             if (settings_.Zones.empty()) return findings_;
             layers_ = openEfficiencyLayers(platform_, settings_);
-        } catch (const PlatformError&) {
+        } catch (const PlatformError& e) {
+            findings_.push_back({Severity::error, settings_.LandCover, {}, {}, e.what(), true});
             return findings_;
         }
         const bool haveFields = layers_.landCover->fieldIndex(kCropField) >= 0 &&

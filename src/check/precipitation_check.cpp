@@ -69,15 +69,15 @@ class PrecipitationCheck {
         }
     }
 
-    // As the run joins them; what keeps them from being joined is told by the check of the
-    // stations.
+    // As the run joins them.
     void openStations() {
         if (!geometry_) return;
         try {
             joined_ = std::make_unique<WeatherStations>(platform_, settings_, kPrecipitationField,
                                                         geometry_->crs);
-        } catch (const PlatformError&) {
-            return;
+        } catch (const PlatformError& e) {
+            findings_.push_back(
+                {Severity::error, settings_.WeatherStations, {}, {}, e.what(), true});
         }
     }
 
