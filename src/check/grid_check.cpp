@@ -75,7 +75,10 @@ class GridCheck {
 
     void checkStep(const Product& product) {
         const std::string step(product.maker);
-        const std::vector<std::string> old = oldInputs(platform_, settings_, step);
+        // A note that cannot be read is an error: run all stops before a step that reads its grids.
+        std::vector<std::string> unreadable;
+        const std::vector<std::string> old = oldInputs(platform_, settings_, step, &unreadable);
+        for (const std::string& text : unreadable) add(Severity::error, text);
         auto texts = old;
         std::ranges::move(passedOverInputs(platform_, settings_, step), std::back_inserter(texts));
         for (const std::string& text : texts) add(Severity::warning, text);
@@ -121,8 +124,7 @@ class GridCheck {
         try {
             return lastRun(platform_.files(), settings_.OutputWorkspace, step).has_value();
         } catch (const PlatformError& e) {
-            findings_.push_back(
-                {Severity::error, settings_.OutputWorkspace, {}, {}, e.what(), true});
+            add(Severity::error, e.what());
             return true;
         }
     }

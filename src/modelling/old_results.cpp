@@ -21,9 +21,11 @@ std::string titleOf(std::string_view maker) { return std::string(productMadeBy(m
 
 class OldInputs {
   public:
-    OldInputs(IPlatform& platform, const RunSettings& settings)
+    OldInputs(IPlatform& platform, const RunSettings& settings,
+              std::vector<std::string>* unreadable)
         : files_(platform.files()),
           settings_(settings),
+          unreadable_(unreadable),
           workspace_(platform.rasters().openFromFolder(settings.OutputWorkspace)) {}
 
     std::vector<std::string> of(const std::string& step) {
@@ -67,8 +69,11 @@ class OldInputs {
         try {
             return lastRun(files_, settings_.OutputWorkspace, step);
         } catch (const PlatformError& e) {
-            tell(std::string(e.what()) + ": it cannot be told what the last run of " +
-                 titleOf(step) + " made; run that step again");
+            const std::string text = std::string(e.what()) +
+                                     ": it cannot be told what the last run of " + titleOf(step) +
+                                     " made; run that step again";
+            tell(text);
+            if (unreadable_) unreadable_->push_back(text);
             return std::nullopt;
         }
     }
@@ -97,6 +102,7 @@ class OldInputs {
 
     const IFileSystem& files_;
     const RunSettings& settings_;
+    std::vector<std::string>* unreadable_;
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::vector<std::string> sentences_;
 };
@@ -113,9 +119,9 @@ bool isOutdated(const IRasterWorkspace& workspace, const StepInputs::Copy& copy)
 }
 
 std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
-                                   const std::string& step) {
+                                   const std::string& step, std::vector<std::string>* unreadable) {
     if (!platform.files().folderExists(settings.OutputWorkspace)) return {};
-    return OldInputs(platform, settings).of(step);
+    return OldInputs(platform, settings, unreadable).of(step);
 }
 
 }  // namespace velmora

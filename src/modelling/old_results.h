@@ -14,10 +14,12 @@ namespace velmora {
 
 // What is old among the grids that the step ("cropet", "nir" or "irr"; others read none) would read
 // on these settings, one sentence each. Grids that no noted run speaks of are the user's own and
-// count as good; where the note of a run cannot be read, a sentence says so. A missing folder, or a
-// grid that cannot be read, is passed over: the step says so itself.
+// count as good; where the note of a run cannot be read, a sentence says so, which stands in
+// `unreadable` as well. A missing folder, or a grid that cannot be read, is passed over: the step
+// says so itself.
 std::vector<std::string> oldInputs(IPlatform& platform, const RunSettings& settings,
-                                   const std::string& step);
+                                   const std::string& step,
+                                   std::vector<std::string>* unreadable = nullptr);
 
 // Whether under the name that is read stands a grid that is older than the made one and differs
 // from it; false when one of them is not there. Throws PlatformError when one cannot be read.

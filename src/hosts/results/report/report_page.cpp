@@ -299,21 +299,21 @@ std::string sizeText(std::uintmax_t bytes) {
     return fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
 }
 
-// The files that belong to an input: a shapefile's or a grid folder's parts, or the file.
-std::vector<fs::path> filesOf(const std::string& input) {
-    std::vector<fs::path> files;
-    std::error_code error;
-    if (fs::is_directory(input, error)) {
-        for (const auto& entry : fs::directory_iterator(input, error))
-            files.push_back(entry.path());
-        return files;
-    }
+// The files that belong to an input: a shapefile's or a grid folder's parts, or the file; none when
+// there is none of them. Throws PlatformError when that cannot be told.
+std::vector<fs::path> filesOf(const std::string& input) try {
     const fs::path path(input);
-    const std::string stem = path.stem().string();
-    for (const auto& entry : fs::directory_iterator(path.parent_path(), error)) {
-        if (entry.is_regular_file() && entry.path().stem() == stem) files.push_back(entry.path());
+    const bool isFolder = fs::is_directory(path);
+    const fs::path folder = isFolder ? path : path.parent_path();
+    std::vector<fs::path> files;
+    if (!fs::exists(folder)) return files;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        const bool isPart = entry.is_regular_file() && entry.path().stem() == path.stem();
+        if (isFolder || isPart) files.push_back(entry.path());
     }
     return files;
+} catch (const fs::filesystem_error& e) {
+    throw PlatformError("Cannot look at " + input + ": " + e.code().message(), {.file = input});
 }
 
 std::string inputsSection(IPlatform& platform, const RunResults& results) {

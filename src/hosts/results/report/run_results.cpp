@@ -81,8 +81,9 @@ void addGridMeans(const Product& product, IPlatform& platform, IRasterWorkspace&
     }
 }
 
+// A failure of the zones is a finding, without which their lines end early for no reason.
 std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspace,
-                                 const RunResults& results) {
+                                 const RunResults& results, std::vector<Finding>& findings) {
     std::vector<ZoneMeans> all;
     for (const Product* product : tabledProducts()) {
         for (const ZoneMonth& row : results.tables.at(std::string(product->table.name))) {
@@ -99,8 +100,12 @@ std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspac
             if (all.empty() || !fromGrids) continue;
             addGridMeans(product, platform, workspace, results.settings, all);
         }
-    } catch (const PlatformError&) {
-        return all;  // zones that cannot be read are among the findings
+    } catch (const PlatformError& e) {
+        const bool told = std::ranges::any_of(
+            findings, [&](const Finding& finding) { return finding.text == e.what(); });
+        if (!told) {
+            findings.push_back({Severity::error, results.settings.Zones, {}, {}, e.what()});
+        }
     }
     return all;
 }
@@ -128,9 +133,9 @@ RunResults readResults(IPlatform& platform, const RunSettings& settings) {
     }
     results.totals =
         zoneTotals(platform, settings.OutputWorkspace, zoneTableNames(), settings.yearNumber());
-    results.zoneMeans = zoneMeans(platform, *workspace, results);
     results.runs = notedRuns(settings.OutputWorkspace);
     results.findings = checkInputs(platform, settings);
+    results.zoneMeans = zoneMeans(platform, *workspace, results, results.findings);
     return results;
 }
 
