@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build ccache pkg-config git
-    libgdal-dev libsqlite3-dev libgeos-dev mdbtools-dev libeigen3-dev libtbb-dev libcli11-dev libfmt-dev nlohmann-json3-dev libcairo2-dev
+    libgdal-dev libsqlite3-dev libgeos-dev mdbtools-dev libeigen3-dev libtbb-dev libcli11-dev libfmt-dev nlohmann-json3-dev libcairo2-dev libproj-dev libssl-dev libxxhash-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     gdal-bin fonts-dejavu-core locales clang-format clang-tidy
     qtbase5-dev libqgis-dev qgis xvfb openbox

@@ -42,13 +42,6 @@ const std::array kMonths = {
                     return irrigationRequirement(algebra, inputs.at(0), inputs.at(1), inputs.at(2));
                 }}};
 
-// A month's grid, of which no cell is computed; nothing for a step that is not among those.
-void tryMonth(const std::string& step, IMapAlgebraOp& algebra,
-              const std::vector<RasterPtr>& inputs) {
-    const auto* const month = std::ranges::find(kMonths, step, &MonthOfStep::step);
-    if (month != kMonths.end()) month->make(algebra, inputs);
-}
-
 std::string firstOf(std::vector<std::string> names) {
     const std::size_t count = names.size();
     names.resize(std::min(kNamed, count));
@@ -149,7 +142,7 @@ class GridCheck {
             }
             const auto algebra = platform_.analysis().mapAlgebra();
             useInputs(algebra->environment());
-            tryMonth(step, *algebra, inputs);
+            monthOfStep(step, *algebra, inputs);
         } catch (const PlatformError& e) {
             add(Severity::error, joinedNames(names) + ": " + e.what());
         }
@@ -163,6 +156,12 @@ class GridCheck {
 };
 
 }  // namespace
+
+RasterPtr monthOfStep(const std::string& step, IMapAlgebraOp& algebra,
+                      const std::vector<RasterPtr>& inputs) {
+    const auto* const month = std::ranges::find(kMonths, step, &MonthOfStep::step);
+    return month == kMonths.end() ? nullptr : month->make(algebra, inputs);
+}
 
 std::vector<Finding> checkGrids(IPlatform& platform, const RunSettings& settings) {
     return GridCheck(platform, settings).run();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "crop/crop_et_run.h"
 
+#include <optional>
+
 #include "gis/error_trap.h"
 #include "modelling/zonal_grid_series.h"
 
@@ -8,18 +10,16 @@ namespace velmora {
 
 namespace {
 
-void runMonths(IApplication& application, const RunSettings& settings) {
+void runMonths(IApplication& application, const RunSettings& settings, ZonalGridSeries& series) {
     IPrompts& prompts = application.prompts();
     const Product& reference = productMadeBy("refet");
     const Product& coefficients = productMadeBy("kc");
-    const Product& cropEt = productMadeBy("cropet");
-    ZonalGridSeries series(application, settings, cropEt);
     prompts.message("Ready to create table");
     series.createTable();
     const std::vector<int> months = settings.months();
     FeedbackParts parts(application.feedback(), months.size());
     for (const int month : months) {
-        parts.next(monthMessage(cropEt, month));
+        parts.next(monthMessage(series.product(), month));
         const RasterPtr kc = series.open(coefficients, month);
         prompts.message(gridName(reference.read, settings, month));
         const RasterPtr etr = series.open(reference, month);
@@ -41,7 +41,11 @@ RasterPtr cropEvapotranspiration(IMapAlgebraOp& algebra, const RasterPtr& coeffi
 }
 
 bool runCropEt(IApplication& application, const RunSettings& settings) {
-    return trapped(application.prompts(), [&] { runMonths(application, settings); });
+    std::optional<ZonalGridSeries> series;
+    return trapped(application.prompts(), [&] {
+        runMonths(application, settings,
+                  series.emplace(application, settings, productMadeBy("cropet")));
+    });
 }
 
 }  // namespace velmora

@@ -8,7 +8,7 @@
 #include "gis/text.h"
 #include "gis/working_folder.h"
 #include "modelling/products.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "settings/modelling_extent.h"
 
 namespace velmora {
@@ -24,14 +24,8 @@ std::string kcGridName(const RunSettings& settings, int month) {
     return gridName(kcMaps().made, settings, month);
 }
 
-}  // namespace
-
-double boundedKcCellSize(double cellSize) {
-    if (cellSize > kLargestCell) return kLargestCell;
-    return cellSize < kSmallestCell ? kSmallestCell : cellSize;
-}
-
-void makeKcMaps(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs) {
+void makeMonths(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs,
+                RunRecord& record) {
     IPlatform& platform = application.platform();
     IPrompts& prompts = application.prompts();
     const auto landCover =
@@ -52,9 +46,7 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
                                         landCover->crs());
     prompts.message("pre");
     prompts.message(settings.OutputWorkspace);
-    WorkingFolder folder(platform.files(), settings.OutputWorkspace);
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
-    StepRecorder recorder(platform.files(), settings, "kc");
     prompts.message("post");
     prompts.message("Kc_loop");
     const std::vector<int> months = settings.months();
@@ -64,11 +56,27 @@ void makeKcMaps(IApplication& application, const RunSettings& settings, const Kc
         const std::string column = table->name() + "." + kcFieldName(month);
         conversion->ToRasterDataset({*joined, "[" + column + "] <> 0", column}, "Grid", *workspace,
                                     kcGridName(settings, month));
-        recorder.made(kcGridName(settings, month));
+        record.made(kcGridName(settings, month));
     }
-    folder.settle();
+}
+
+}  // namespace
+
+double boundedKcCellSize(double cellSize) {
+    if (cellSize > kLargestCell) return kLargestCell;
+    return cellSize < kSmallestCell ? kSmallestCell : cellSize;
+}
+
+void makeKcMaps(IApplication& application, const RunSettings& settings, const KcMapInputs& inputs) {
+    WorkingFolder folder(application.platform().files(), settings.OutputWorkspace);
+    RunRecord record(application, settings, "kc");
+    record.during([&] {
+        makeMonths(application, settings, inputs, record);
+        folder.settle();
+        record.finish();
+    });
     application.feedback().advance(1);
-    prompts.message("Kc-Maps have been generated successfully");
+    application.prompts().message("Kc-Maps have been generated successfully");
 }
 
 void showKcMaps(IApplication& application, const RunSettings& settings) {

@@ -17,6 +17,7 @@
 #include "gis/projection.h"
 #include "gis/prompts.h"
 #include "gis/rasters.h"
+#include "gis/run_journal.h"
 #include "gis/tables.h"
 
 namespace velmora {
@@ -37,6 +38,7 @@ class IPlatform {
     virtual IParallelLoop& loop() = 0;
     virtual IFileSystem& files() = 0;
     virtual IClock& clock() = 0;
+    virtual IRunJournal& journal() = 0;
 };
 
 // Shows forms. A form lives on while it is shown.

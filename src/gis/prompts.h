@@ -3,10 +3,18 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 #include "gis/errors.h"
 
 namespace velmora {
+
+// Hears what is told beside messages; for records.
+class IPromptsListener {
+  public:
+    virtual ~IPromptsListener() = default;
+    virtual void heard(const std::string& text) = 0;
+};
 
 // What a step tells its user. The desktop shows messages, failures and questions in modal boxes;
 // the headless host prints them.
@@ -21,6 +29,7 @@ class IPrompts {
     // step goes on.
     void failure(const std::string& text, const std::string& title = {}) {
         ++failures_;
+        tellListener(text);
         showFailure(text, title);
         showPlace(placeOfHandled());
     }
@@ -30,11 +39,20 @@ class IPrompts {
     // A handler that shows what it caught, shows with it where that failed (errors.h).
     void reason(const std::string& text) {
         ++failures_;
+        tellListener(text);
         showReason(text);
         showPlace(placeOfHandled());
     }
     // What a user wants to know though nothing failed, told once. No box.
-    void notice(const std::string& text) { showNotice(text); }
+    void notice(const std::string& text) {
+        tellListener(text);
+        showNotice(text);
+    }
+
+    // Who hears failures, reasons and notices from now on, nullptr for nobody; who did before.
+    IPromptsListener* setListener(IPromptsListener* listener) {
+        return std::exchange(listener_, listener);
+    }
 
     // Failures and reasons so far.
     std::size_t failures() const { return failures_; }
@@ -50,7 +68,12 @@ class IPrompts {
     virtual void showPlace(const ErrorPlace& /*place*/) {}
 
   private:
+    void tellListener(const std::string& text) {
+        if (listener_) listener_->heard(text);
+    }
+
     std::size_t failures_ = 0;
+    IPromptsListener* listener_ = nullptr;
 };
 
 }  // namespace velmora

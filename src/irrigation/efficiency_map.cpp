@@ -14,7 +14,7 @@
 #include "irrigation/efficiency_layers.h"
 #include "irrigation/irrigation_database.h"
 #include "modelling/products.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "settings/modelling_extent.h"
 
 namespace velmora {
@@ -126,8 +126,7 @@ void GetIREF(IApplication& application, const RunSettings& settings,
     application.prompts().message("Ready to make EF map");
 }
 
-void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
-                        WorkingFolder& folder) {
+void makeEfficiencyGrid(IApplication& application, const RunSettings& settings, RunRecord& record) {
     IPlatform& platform = application.platform();
     application.feedback().beginPart(kEfficienciesFound, 1);
     const auto pieces = platform.features().openFeatureClass(piecesPath(settings));
@@ -137,11 +136,12 @@ void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
     conversion->environment().SetExtent(EnvironmentSetting::explicitValue, pieces->extent(),
                                         pieces->crs());
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
-    StepRecorder recorder(platform.files(), settings, "eff");
     const std::string name = gridName(productMadeBy("eff").made, settings, 0);
     conversion->ToRasterDataset({*layer, "IREF <> 0", kEfficiency}, "Grid", *workspace, name);
-    recorder.made(name);
-    folder.settle();
+    record.made(name);
+}
+
+void tellEfficiencyGrid(IApplication& application, const RunSettings& settings) {
     application.feedback().advance(1);
     application.prompts().message("EF map (IREF) generated successfully in < " +
                                   settings.OutputWorkspace + " > ");

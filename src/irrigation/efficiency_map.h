@@ -6,7 +6,7 @@
 #include <string>
 
 #include "gis/application.h"
-#include "gis/working_folder.h"
+#include "modelling/run_record.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -23,8 +23,10 @@ void GetIREF(IApplication& application, const RunSettings& settings,
              const std::string& databasePath);
 
 // Makes the grid "IREF" of the pieces whose efficiency is not 0, on cells of the settings' size
-// over the extent of the pieces, and settles the output folder. Throws PlatformError.
-void makeEfficiencyGrid(IApplication& application, const RunSettings& settings,
-                        WorkingFolder& folder);
+// over the extent of the pieces. Throws PlatformError.
+void makeEfficiencyGrid(IApplication& application, const RunSettings& settings, RunRecord& record);
+
+// Says that it is made; once it has reached the disk.
+void tellEfficiencyGrid(IApplication& application, const RunSettings& settings);
 
 }  // namespace velmora

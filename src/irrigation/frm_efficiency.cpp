@@ -5,8 +5,10 @@
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
+#include "gis/working_folder.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/efficiency_map.h"
+#include "modelling/run_record.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
 
@@ -209,9 +211,18 @@ void frmEfficiency::makeMap() {
     setBusy(true);
     try {
         WorkingFolder folder(platform().files(), settings().OutputWorkspace);
-        if (GetLuIntersected(application(), settings())) {
+        RunRecord record(application(), settings(), "eff");
+        bool cut = false;
+        record.during([&] {
+            cut = GetLuIntersected(application(), settings());
+            if (!cut) return;
             GetIREF(application(), settings(), databasePath_);
-            makeEfficiencyGrid(application(), settings(), folder);
+            makeEfficiencyGrid(application(), settings(), record);
+            folder.settle();
+            record.finish();
+        });
+        if (cut) {
+            tellEfficiencyGrid(application(), settings());
         } else {
             fail();
         }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/irrigation_requirement_run.h"
 
+#include <optional>
+
 #include "gis/error_trap.h"
 #include "irrigation/frm_statistics.h"
 #include "irrigation/requirement_series.h"
@@ -9,8 +11,7 @@ namespace velmora {
 
 namespace {
 
-void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, productMadeBy("irr"));
+void runMonths(IApplication& application, const RunSettings& settings, ZonalGridSeries& series) {
     const RasterPtr efficiency = series.open(gridName(productMadeBy("eff").read, settings, 0));
     series.createTable();
     addRequirements(
@@ -31,8 +32,11 @@ RasterPtr irrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
 }
 
 bool runIrrigationRequirement(IApplication& application, const RunSettings& settings) {
+    std::optional<ZonalGridSeries> series;
     return trapped(application.prompts(), [&] {
-        runMonths(application, settings);  // lets go of the folder before anybody reads the results
+        runMonths(application, settings,
+                  series.emplace(application, settings, productMadeBy("irr")));
+        series.reset();  // lets go of the folder before anybody reads the results
         frmStatistics results(application);
         results.load();
         if (results.isOpen()) application.dialogs().showModal(results);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/net_irrigation_run.h"
 
+#include <optional>
+
 #include "gis/error_trap.h"
 #include "irrigation/requirement_series.h"
 
@@ -8,8 +10,7 @@ namespace velmora {
 
 namespace {
 
-void runMonths(IApplication& application, const RunSettings& settings) {
-    ZonalGridSeries series(application, settings, productMadeBy("nir"));
+void runMonths(IApplication& application, const RunSettings& settings, ZonalGridSeries& series) {
     series.createTable();
     addRequirements(application, settings, series, netIrrigationRequirement);
     series.showTable();
@@ -24,7 +25,11 @@ RasterPtr netIrrigationRequirement(IMapAlgebraOp& algebra, const RasterPtr& crop
 }
 
 bool runNetIrrigation(IApplication& application, const RunSettings& settings) {
-    return trapped(application.prompts(), [&] { runMonths(application, settings); });
+    std::optional<ZonalGridSeries> series;
+    return trapped(application.prompts(), [&] {
+        runMonths(application, settings,
+                  series.emplace(application, settings, productMadeBy("nir")));
+    });
 }
 
 }  // namespace velmora

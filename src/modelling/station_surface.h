@@ -62,6 +62,10 @@ class StationSurface {
     // reference grid. Throws SurfaceFailure when it cannot be made.
     RasterPtr make(IInterpolationOp& interpolation, IMapAlgebraOp& algebra);
     bool kriged() const { return kriged_; }  // as make() went
+    // The line over elevation, once it has been fitted; nothing for values that are not detrended.
+    std::optional<LinearTrend> trend() const {
+        return fit_ && recipe_.detrended() ? std::optional(fit_->trend) : std::nullopt;
+    }
 
     // What backAt() takes as the reference at a station; nothing where the grid has no value.
     std::optional<double> referenceAt(std::size_t station) const;

@@ -40,6 +40,7 @@ class StepRecorder {
     StepRecorder(IFileSystem& files, const RunSettings& settings, const std::string& step,
                  const std::vector<std::string>& sources = {});
     void made(const std::string& grid);
+    const StepRecord& record() const { return record_; }
 
   private:
     void store() const;

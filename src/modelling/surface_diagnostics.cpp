@@ -10,6 +10,19 @@ namespace velmora {
 
 namespace {
 
+bool takesPart(const StationSurface& surface, std::size_t station) {
+    return std::ranges::find(surface.valid(), station) != surface.valid().end();
+}
+
+std::string reasonOf(const StationSurface& surface, std::size_t station) {
+    const WeatherStations& stations = surface.stations();
+    if (!stations.number(station, surface.field())) return "has no value";
+    const auto value = stations.number(station, surface.valueField());
+    if (!value) return "has no ratio to the reference grid";
+    if (surface.recipe().detrended() && !stations.elevation(station)) return "has no elevation";
+    return numberText(*value) + " is not " + surface.recipe().rangeText();
+}
+
 class Diagnosis {
   public:
     Diagnosis(IAnalysisFactory& analysis, StationSurface& surface)
@@ -25,7 +38,7 @@ class Diagnosis {
         found.field = surface_.field();
         found.kriged = surface_.kriged();
         found.validStations = surface_.valid().size();
-        found.excluded = excluded();
+        found.excluded = stationsLeftOut(surface_);
         if (recipe_.detrended()) {
             found.trend = fit.trend;
             found.rSquared =
@@ -48,17 +61,7 @@ class Diagnosis {
     }
 
   private:
-    bool takesPart(std::size_t station) const {
-        return std::ranges::find(surface_.valid(), station) != surface_.valid().end();
-    }
-
-    std::vector<ExcludedStation> excluded() const {
-        std::vector<ExcludedStation> found;
-        for (std::size_t s = 0; s < stations_.count(); ++s) {
-            if (!takesPart(s)) found.push_back({stations_.name(s), reason(s)});
-        }
-        return found;
-    }
+    bool takesPart(std::size_t station) const { return velmora::takesPart(surface_, station); }
 
     // The stations that hold 0 and take no part, where the surface has a value for them.
     std::vector<std::size_t> zeros() const {
@@ -68,14 +71,6 @@ class Diagnosis {
             if (!recipe_.detrended() || stations_.elevation(s)) found.push_back(s);
         }
         return found;
-    }
-
-    std::string reason(std::size_t station) const {
-        if (!stations_.number(station, surface_.field())) return "has no value";
-        const auto value = stations_.number(station, surface_.valueField());
-        if (!value) return "has no ratio to the reference grid";
-        if (recipe_.detrended() && !stations_.elevation(station)) return "has no elevation";
-        return numberText(*value) + " is not " + recipe_.rangeText();
     }
 
     // What is interpolated at one place: a grid of one cell around it.
@@ -118,6 +113,16 @@ class Diagnosis {
 };
 
 }  // namespace
+
+std::vector<ExcludedStation> stationsLeftOut(const StationSurface& surface) {
+    std::vector<ExcludedStation> found;
+    for (std::size_t s = 0; s < surface.stations().count(); ++s) {
+        if (!takesPart(surface, s)) {
+            found.push_back({surface.stations().name(s), reasonOf(surface, s)});
+        }
+    }
+    return found;
+}
 
 SurfaceDiagnostics diagnose(IAnalysisFactory& analysis, StationSurface& surface) {
     return Diagnosis(analysis, surface).result();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "modelling/zonal_grid_series.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "gis/gis_functions.h"
 #include "gis/text.h"
@@ -20,12 +22,13 @@ ZonalGridSeries::ZonalGridSeries(IApplication& application, const RunSettings& s
       table_(product.table.name),
       folder_(application.platform().files(), settings.OutputWorkspace),
       workspace_(application.platform().rasters().openFromFolder(settings.OutputWorkspace)) {
-    for (const std::string& old : oldInputs(application.platform(), settings, step_)) {
-        application.feedback().warning(old);
-    }
-    for (const std::string& text : passedOverInputs(application.platform(), settings, step_)) {
-        application.feedback().warning(text);
-    }
+    std::vector<std::string> texts = oldInputs(application.platform(), settings, step_);
+    std::ranges::move(passedOverInputs(application.platform(), settings, step_),
+                      std::back_inserter(texts));
+    std::vector<std::string> sources;
+    for (const Product* source : sourcesOf(product_)) sources.emplace_back(source->maker);
+    record_.emplace(application_, settings_, step_, sources);
+    for (const std::string& text : texts) application.feedback().warning(text);
 }
 
 RasterPtr ZonalGridSeries::open(const std::string& name) const {
@@ -37,9 +40,6 @@ RasterPtr ZonalGridSeries::open(const Product& source, int month) const {
 }
 
 void ZonalGridSeries::createTable() {
-    std::vector<std::string> sources;
-    for (const Product* source : sourcesOf(product_)) sources.emplace_back(source->maker);
-    recorder_.emplace(application_.platform().files(), settings_, step_, sources);
     tableMade_ = CreateStatTable(application_.platform(), application_.prompts(),
                                  settings_.OutputWorkspace, table_);
 }
@@ -47,7 +47,7 @@ void ZonalGridSeries::createTable() {
 void ZonalGridSeries::add(int month, const RasterPtr& grid) {
     const std::string name = gridName(product_.made, settings_, month);
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
-    recorder_->made(name);
+    record_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
     ApplyColorRamp(application_.prompts(), *layer, product_.ramp.from, product_.ramp.to);
@@ -69,6 +69,7 @@ void ZonalGridSeries::summarise(int month, const RasterPtr& grid) {
 
 void ZonalGridSeries::showTable() {
     folder_.settle();
+    record_->finish();
     application_.feedback().advance(1);
     if (!tableMade_) {
         application_.prompts().failure("Error in opening table");

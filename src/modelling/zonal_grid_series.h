@@ -8,18 +8,18 @@
 #include "gis/application.h"
 #include "gis/working_folder.h"
 #include "modelling/products.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
 
 // A series of monthly grids in the output folder that are shown in the map and summarised in a
 // table of the zones: what crop ET and the irrigation requirements have in common. Holds the folder
-// while it lives.
+// while it lives, and records the run: let it live until a failure has been shown.
 class ZonalGridSeries {
   public:
-    // Opens the output folder and tells what is old among the grids that the step would read, and
-    // which raster files of their names it passes over.
+    // Opens the output folder, begins the record of the run anew, and tells what is old among the
+    // grids that the step would read, and which raster files of their names it passes over.
     // The product has a zone table, and must outlive the series. Throws PlatformError.
     ZonalGridSeries(IApplication& application, const RunSettings& settings, const Product& product);
 
@@ -28,8 +28,7 @@ class ZonalGridSeries {
     RasterPtr open(const std::string& name) const;
     // The month's grid of a product, under the name that is read.
     RasterPtr open(const Product& source, int month) const;
-    // Begins the table and the note of the run anew; a failure of the table is shown, and then no
-    // month is added to the old one.
+    // Begins the table anew; a failure of it is shown, and then no month is added to the old one.
     void createTable();
     // Saves a month's grid under its name, adds it to the map and its zones to the table. Throws
     // PlatformError.
@@ -49,7 +48,7 @@ class ZonalGridSeries {
     bool tableMade_ = false;
     WorkingFolder folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
-    std::optional<StepRecorder> recorder_;
+    std::optional<RunRecord> record_;
 };
 
 }  // namespace velmora

@@ -27,6 +27,7 @@ struct Platform::Parts {
     ParallelLoop loop;
     FileSystem files;
     SystemClock clock;
+    Journal journal;
 };
 
 Platform::Platform() : parts_(std::make_unique<Parts>()) {}
@@ -42,6 +43,7 @@ ICalculator& Platform::calculator() { return parts_->calculator; }
 IParallelLoop& Platform::loop() { return parts_->loop; }
 IFileSystem& Platform::files() { return parts_->files; }
 IClock& Platform::clock() { return parts_->clock; }
+IRunJournal& Platform::journal() { return parts_->journal; }
 
 void keepLibrariesQuiet() { CPLSetErrorHandler(CPLQuietErrorHandler); }
 

@@ -8,6 +8,8 @@
 #include "platform/grid/geotiff_export.h"
 #include "platform/grid/raster_formats.h"
 #include "platform/grid/statistics_files.h"
+#include "platform/records/journal.h"
+#include "platform/records/verification.h"
 #include "platform/tables/access_import.h"
 #include "platform/threads/parallel_loop.h"
 
@@ -32,6 +34,7 @@ class Platform : public IPlatform {
     IParallelLoop& loop() override;
     IFileSystem& files() override;
     IClock& clock() override;
+    IRunJournal& journal() override;
 
   private:
     struct Parts;

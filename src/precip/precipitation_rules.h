@@ -3,13 +3,11 @@
 // ask here.
 #pragma once
 
+#include "modelling/station_fields.h"
 #include "modelling/surface_recipe.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
-
-// The stations' numeric field that is interpolated.
-constexpr const char* kPrecipitationField = "RefPPT";
 
 // "EDK": detrended over elevation, kriged, the line put back over the DEM, negative cells set to 0.
 const SurfaceRecipe& detrendedPrecipitation();

@@ -71,7 +71,7 @@ bool PrecipitationRun::pathsAreSet() {
 }
 
 void PrecipitationRun::prepare() {
-    recorder_.emplace(platform_.files(), settings_, "ppt");
+    record_.emplace(application_, settings_, "ppt");
     geometry_ = runGeometry(platform_, settings_);
     stations_ =
         std::make_unique<WeatherStations>(platform_, settings_, kPrecipitationField, geometry_.crs);
@@ -90,6 +90,7 @@ void PrecipitationRun::makeMonths(void (PrecipitationRun::*make)(int month)) {
     }
     stations_->storeWorkingField(application_);
     folder_->settle();
+    record_->finish();
     application_.feedback().advance(1);
 }
 
@@ -101,7 +102,7 @@ void PrecipitationRun::finishMonth(int month, const RasterPtr& grid) {
     const Product& product = productMadeBy("ppt");
     const std::string name = surfaceName(month);
     workspace_->save(std::array{RasterToSave{name, grid, "GRID"}});
-    recorder_->made(name);
+    record_->made(name);
     auto layer =
         application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
     ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);
@@ -141,6 +142,7 @@ void PrecipitationRun::bindDem() {
 }
 
 void PrecipitationRun::explain(StationSurface& surface) {
+    record_->surface(surface);
     if (IDiagnostics* diagnostics = application_.diagnostics()) {
         diagnostics->add(diagnose(platform_.analysis(), surface));
     }

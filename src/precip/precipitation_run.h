@@ -10,7 +10,7 @@
 
 #include "gis/application.h"
 #include "gis/working_folder.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "modelling/surface_diagnostics.h"
 #include "modelling/weather_stations.h"
 #include "settings/run_settings.h"
@@ -64,7 +64,7 @@ class PrecipitationRun {
     const RunSettings& settings_;
     std::optional<WorkingFolder> folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
-    std::optional<StepRecorder> recorder_;
+    std::optional<RunRecord> record_;
     GridGeometry geometry_;
     std::unique_ptr<WeatherStations> stations_;
     std::unique_ptr<IInterpolationOp> interpolation_;

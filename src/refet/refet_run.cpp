@@ -65,6 +65,7 @@ bool ReferenceEtRun::run() {
     runStatus_ = true;
     runSteps();
     storeCells();
+    record_.reset();
     folder_.reset();
     return runStatus_;
 }
@@ -95,6 +96,7 @@ void ReferenceEtRun::runSteps() {
     feedback_.beginPart(kMonthsMade, 1);
     storeCells();
     settle();
+    finishRecord();
     if (!runStatus_) return;
     feedback_.advance(1);
     const double minutes = (platform_.clock().seconds() - start) / 60;
@@ -128,7 +130,7 @@ void ReferenceEtRun::SetupWorkDatabase() {
         }
         folder_.emplace(platform_.files(), settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
-        recorder_.emplace(platform_.files(), settings_, "refet");
+        record_.emplace(application_, settings_, "refet");
         createWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"));
     });
 }
@@ -202,7 +204,7 @@ void ReferenceEtRun::GetParameters() {
     }
     trapped("GetParameters", [&] {
         surfaces_ = std::make_unique<WeatherSurfaces>(platform_, settings_, geometry_, dem_,
-                                                      application_.diagnostics());
+                                                      application_.diagnostics(), &*record_);
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         feedback_);
         surfaces_->storeWorkingField(application_);
@@ -229,6 +231,10 @@ void ReferenceEtRun::tellEstimates() {
 // Nothing is said to be done before it has reached the disk.
 void ReferenceEtRun::settle() {
     runStatus_ = runStatus_ && velmora::trapped(application_.prompts(), [&] { folder_->settle(); });
+}
+
+void ReferenceEtRun::finishRecord() {
+    runStatus_ = runStatus_ && velmora::trapped(application_.prompts(), [&] { record_->finish(); });
 }
 
 bool ReferenceEtRun::hasGrid(const std::string& prefix, int month) const {
@@ -345,7 +351,7 @@ void ReferenceEtRun::GridReadOut(int month) {
         const std::string name = gridName(product.made, settings_, month);
         const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
         workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
-        recorder_->made(name);
+        record_->made(name);
         auto layer =
             application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
         ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);

@@ -10,7 +10,7 @@
 
 #include "gis/application.h"
 #include "gis/working_folder.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "refet/cell_table.h"
 #include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
@@ -57,6 +57,7 @@ class ReferenceEtRun {
     bool hasGrid(const std::string& prefix, int month) const;
     void storeCells();
     void settle();
+    void finishRecord();
 
     IApplication& application_;
     IPlatform& platform_;
@@ -66,7 +67,7 @@ class ReferenceEtRun {
     bool& runStatus_;
     std::optional<WorkingFolder> folder_;
     std::unique_ptr<IRasterWorkspace> workspace_;
-    std::optional<StepRecorder> recorder_;
+    std::optional<RunRecord> record_;
     GridGeometry geometry_;
     CellTable cells_;
     ElevationParts elevationParts_;

@@ -7,13 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "modelling/station_fields.h"
 #include "modelling/surface_recipe.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
-
-// The stations' numeric field that receives what the line over elevation leaves of a temperature.
-constexpr const char* kTemperatureField = "TempTTT";
 
 struct WeatherQuantity {
     SurfaceRecipe recipe;

@@ -19,10 +19,11 @@ constexpr std::size_t kCellsOfASave = 250'000'000;  // some seconds
 
 WeatherSurfaces::WeatherSurfaces(IPlatform& platform, const RunSettings& settings,
                                  const GridGeometry& geometry, RasterPtr dem,
-                                 IDiagnostics* diagnostics)
+                                 IDiagnostics* diagnostics, RunRecord* record)
     : quantities_(weatherQuantities(settings)),
       analysis_(platform.analysis()),
       diagnostics_(diagnostics),
+      record_(record),
       stations_(platform, settings, kTemperatureField, geometry.crs),
       cells_(geometry.cells()) {
     stations_.requireElevations();
@@ -97,6 +98,7 @@ void WeatherSurfaces::prepare(const WeatherQuantity& quantity, int month) {
     reports_.push_back(quantity.title.empty()
                            ? surface.name() + " is ready..."
                            : "Interpolation of <" + quantity.title + "> is done!");
+    if (record_) record_->surface(surface);
     if (diagnostics_ && quantity.recipe.detrended()) {
         diagnostics_->add(diagnose(analysis_, surface));
     }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "gis/application.h"
+#include "modelling/run_record.h"
 #include "modelling/weather_stations.h"
 #include "refet/weather_rules.h"
 #include "settings/run_settings.h"
@@ -20,9 +21,10 @@ class WeatherSurfaces {
   public:
     // `dem` holds metres on `geometry`. Opens stations and weather table and joins them. Throws
     // PlatformError naming the file, field or keys when that fails. `diagnostics` is told what
-    // stands behind the temperature surfaces, unless it is null.
+    // stands behind the temperature surfaces, `record` what every surface is made of, unless they
+    // are null.
     WeatherSurfaces(IPlatform& platform, const RunSettings& settings, const GridGeometry& geometry,
-                    RasterPtr dem, IDiagnostics* diagnostics);
+                    RasterPtr dem, IDiagnostics* diagnostics, RunRecord* record);
 
     // Makes every grid that the method needs for the months `begin` to `end`, and TM and TN of the
     // month before and after where the table has them, and saves them all in `workspace`. A month
@@ -50,6 +52,7 @@ class WeatherSurfaces {
     const std::vector<WeatherQuantity> quantities_;
     IAnalysisFactory& analysis_;
     IDiagnostics* diagnostics_;
+    RunRecord* record_;
     WeatherStations stations_;
     std::unique_ptr<IInterpolationOp> interpolation_;
     std::unique_ptr<IMapAlgebraOp> algebra_;

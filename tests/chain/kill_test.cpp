@@ -72,7 +72,8 @@ struct Kill : testing::Test {
         for (const auto& entry : fs::recursive_directory_iterator(out)) {
             const std::string name = fs::relative(entry.path(), out).string();
             if (!entry.is_regular_file() || name == "velmora_runs.json" ||
-                name.find("velmora_made_") != std::string::npos) {
+                name.find("velmora_made_") != std::string::npos ||
+                name.find("velmora_record_") != std::string::npos) {
                 continue;
             }
             if (name == ".velmora-lock" || name.starts_with(kUnfinishedPrefix)) continue;

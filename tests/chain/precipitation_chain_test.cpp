@@ -315,7 +315,7 @@ TEST_F(PrecipitationChain, EdkMessagesAndLayers) {
     for (const auto& entry : std::filesystem::directory_iterator(f.folder.file("out"))) {
         const std::string name = entry.path().filename();
         EXPECT_TRUE((name.starts_with("PPT_") && name.size() == 7) ||
-                    name == "velmora_made_ppt.txt")
+                    name == "velmora_made_ppt.txt" || name == "velmora_record_ppt.json")
             << name;
     }
 }

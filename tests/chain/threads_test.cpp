@@ -14,7 +14,10 @@ std::map<std::string, std::string> filesOf(const std::string& folder) {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         const std::string name = entry.path().filename();
-        if (!entry.is_regular_file() || name.starts_with("velmora_made_")) continue;
+        if (!entry.is_regular_file() || name.starts_with("velmora_made_") ||
+            name.starts_with("velmora_record_")) {
+            continue;
+        }
         files[std::filesystem::relative(entry.path(), folder).string()] =
             test::contentOf(entry.path());
     }

@@ -19,10 +19,11 @@ declare -A allowed=(
     [irrigation]="modelling settings forms gis"
     [check]="$steps modelling settings gis"
     [shell]="$steps modelling settings forms gis"
-    [platform]="gis platform/threads platform/files platform/tables platform/features platform/grid platform/analysis"
+    [platform]="gis platform/threads platform/files platform/tables platform/records platform/features platform/grid platform/analysis"
     [platform/threads]="gis"
     [platform/files]="platform/threads gis"
     [platform/tables]="platform/files platform/threads gis"
+    [platform/records]="platform/tables platform/files platform/threads gis"
     [platform/features]="platform/tables platform/files platform/threads gis"
     [platform/grid]="platform/features platform/files platform/threads gis"
     [platform/analysis]="platform/grid platform/features platform/files platform/threads gis"
@@ -33,7 +34,7 @@ declare -A allowed=(
     [hosts/qgis/widgets]="hosts/chain hosts/results hosts/components $below_hosts platform"
     [hosts/qgis/plugin]="hosts/qgis/widgets hosts/chain hosts/results hosts/components $below_hosts platform examples"
 )
-libraries='(gdal|ogr|ogrsf|cpl_|proj|geos|sqlite3|mdb|Eigen|tbb/|oneapi/|CLI/|fmt/|nlohmann|cairo|Q[A-Z]|qgs)'
+libraries='(gdal|ogr|ogrsf|cpl_|proj|geos|sqlite3|mdb|openssl|xxhash|Eigen|tbb/|oneapi/|CLI/|fmt/|nlohmann|cairo|Q[A-Z]|qgs)'
 posix='(unistd|fcntl|dlfcn|dirent|poll|pwd|pthread|signal|termios|sys/[a-z]+)\.h>'
 # What hosts may know beside the standard library and POSIX.
 host_libraries='(CLI/|fmt/|nlohmann|cairo|Q[A-Z]|qgs)'

@@ -52,6 +52,21 @@ std::string runNotes(const std::string& bytes, Messages messages) {
     return withoutTimes(notes.dump(1));
 }
 
+// A record without what tells one run from another.
+std::string recordText(const std::string& bytes) {
+    auto record = nlohmann::json::parse(bytes, nullptr, false);
+    if (!record.is_object()) return bytes;
+    for (const char* key : {"run", "began", "ended"}) record.erase(key);
+    for (auto& [step, run] : record["sources"].items()) run = "";
+    for (const char* list : {"inputs", "outputs"}) {
+        for (auto& dataset : record[list]) {
+            if (dataset.contains("made_by")) dataset["made_by"].erase("run");
+            for (auto& file : dataset["files"]) file.erase("modified");
+        }
+    }
+    return record.dump(1);
+}
+
 std::string withExtension(const std::string& path, const char* extension) {
     return path.substr(0, path.rfind('.')) + extension;
 }
@@ -90,6 +105,7 @@ void copyFolder(const std::string& from, const std::string& to) {
 std::string comparable(const std::string& path, const std::string& bytes) {
     if (path.ends_with("velmora_runs.json")) return runNotes(bytes, Messages::kept);
     if (path.find("velmora_made_") != std::string::npos) return withoutMarks(bytes);
+    if (path.find("velmora_record_") != std::string::npos) return recordText(bytes);
     if (path.ends_with(".html")) return withoutTimes(bytes);
     std::string masked = bytes;
     if (path.ends_with(".dbf") && bytes.size() > 4) masked.replace(1, 3, "day");

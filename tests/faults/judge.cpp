@@ -95,6 +95,10 @@ bool mayBeBetween(const std::string& path, const Undisturbed& step, const Conten
     if (path == "output/velmora_runs.json") {
         return nlohmann::json::parse(bytes, nullptr, false).is_array();
     }
+    if (path.starts_with("output/velmora_record_")) {
+        const auto record = nlohmann::json::parse(bytes, nullptr, false);
+        return record.is_object() && record.value("state", "complete") != "complete";
+    }
     // The page says itself what it could not show.
     if (path == "output/report.html") return bytes.ends_with("</html>\n");
     const std::string* whole = find(step.after, path);

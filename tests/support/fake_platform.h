@@ -12,6 +12,7 @@
 #include "tests/support/fake_connections.h"
 #include "tests/support/fake_features.h"
 #include "tests/support/fake_joins.h"
+#include "tests/support/fake_journal.h"
 #include "tests/support/fake_rasters.h"
 #include "tests/support/fake_spatial_references.h"
 #include "tests/support/fixed_clock.h"
@@ -36,13 +37,14 @@ class FakePlatform : public IPlatform {
     SerialLoop& loop() override { return loop_; }
     MemoryFiles& files() override { return files_; }
     FixedClock& clock() override { return clock_; }
+    FakeJournal& journal() override { return journal_; }
 
     // Every place where a test may let a call fail.
     std::vector<FailurePoint*> failurePoints() {
         return {&rasters_.saves,      &rasters_.opens,  &rasters_.reads,     &features_.opens,
                 &features_.creates,   &features_.saves, &connections_.opens, &connections_.queries,
                 &connections_.writes, &files_.writes,   &files_.reads,       &files_.locks,
-                &files_.settles};
+                &files_.settles,      &journal_.begins, &journal_.ends};
     }
 
   private:
@@ -57,6 +59,7 @@ class FakePlatform : public IPlatform {
     FakeCalculator calculator_;
     SerialLoop loop_;
     FixedClock clock_;
+    FakeJournal journal_;
 };
 
 }  // namespace velmora::test

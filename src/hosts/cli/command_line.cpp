@@ -15,6 +15,7 @@
 #include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/man_page.h"
+#include "hosts/components/build_state.h"
 #include "modelling/products.h"
 #include "platform/platform.h"
 #include "settings/settings_fields.h"
@@ -75,6 +76,8 @@ CommandLine::CommandLine()
     app_.add_flag("--no-sync", noSync_,
                   "Do not wait until what is written has reached the disk: faster, but a power cut "
                   "may lose it");
+    app_.add_flag("--anonymous", session_.anonymous,
+                  "Name neither user nor machine in the records of the runs");
     app_.add_flag("--man-page", manPage_, "Print the manual page")->group("");
     addSettings();
     addRun();
@@ -89,6 +92,7 @@ CommandLine::CommandLine()
     addKc();
     addEfficiency();
     addTable();
+    addRecords();
     addGrid();
     addDemo();
 }
@@ -306,6 +310,28 @@ void CommandLine::addKc() {
     whenChosen(maps, [this](const Session& s) { return kcMaps(s, kcOptions_); });
 }
 
+void CommandLine::addRecords() {
+    CLI::App* check =
+        add(app_, "verify",
+            "Compare inputs and outputs with the records that the runs left, and make "
+            "some cells of every product again",
+            "velmora verify");
+    check->add_option("folder", first_, "The output folder (default: that of the settings)");
+    check
+        ->add_option("--bands", bands_,
+                     "Bands of 16 rows in which each product is made again (default: 2; 0: compare "
+                     "files alone)")
+        ->check(CLI::Range(0, 1000));
+    whenChosen(check, [this](const Session& s) { return verify(s, first_, bands_); });
+    CLI::App* close =
+        add(app_, "seal",
+            "Write the SHA-256 of every output and record into one file, to be signed "
+            "or deposited",
+            "velmora seal");
+    close->add_option("folder", first_, "The output folder (default: that of the settings)");
+    whenChosen(close, [this](const Session& s) { return seal(s, first_); });
+}
+
 void CommandLine::addTable() {
     CLI::App* table = add(app_, "table", "Show a table of the output folder",
                           "velmora table StatIRR --columns ZoneUnit,Month,IRR_V_acft --csv");
@@ -415,6 +441,7 @@ int CommandLine::runChosen() {
     cancelOnSignals();
     session_.terminal.json = session_.json;
     session_.sync = !noSync_;
+    platform::setOrigin({kVersion, buildState(), "velmora command", session_.anonymous});
     platform::setSyncing(session_.sync);
     const int threads = platform::useThreads(session_.threads);
     if (session_.threads > threads) {
@@ -439,6 +466,7 @@ std::string repeatedOptions(const Session& session) {
     if (session.terminal.answer) options += *session.terminal.answer ? " --yes" : " --no";
     if (session.threads > 0) options += fmt::format(" --threads {}", session.threads);
     if (!session.sync) options += " --no-sync";
+    if (session.anonymous) options += " --anonymous";
     return options;
 }
 

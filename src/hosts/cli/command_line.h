@@ -43,6 +43,7 @@ class CommandLine {
     void addZones(CLI::App& eff);
     void addShareSetting(CLI::App& eff);
     void addTable();
+    void addRecords();
     void addGrid();
     void addDemo();
     int runChosen();
@@ -54,6 +55,7 @@ class CommandLine {
     bool noSync_ = false;
     bool manPage_ = false;
     bool diagnose_ = false;
+    int bands_ = 2;
     bool newCrop_ = false;
     bool csv_ = false;
     bool inputsOnly_ = false;

@@ -27,7 +27,8 @@ struct Session {
     TerminalOptions terminal;
     bool json = false;
     int threads = 0;
-    bool sync = true;  // what is written reaches the disk before a command ends
+    bool anonymous = false;  // records of runs name neither user nor machine
+    bool sync = true;        // what is written reaches the disk before a command ends
 };
 
 // The options that all subcommands share as another command line repeats them: " --json ...".
@@ -131,6 +132,13 @@ void pressMakeKcMaps(const Session& session, Form& form, const KcOptions& option
 // `velmora table NAME`: a table of the output folder, or some of its columns.
 int showTable(const Session& session, const std::string& name,
               const std::vector<std::string>& columns, TableForm form);
+
+// `velmora verify [FOLDER]`: whether inputs and outputs still are what the records of the runs say,
+// and `bands` bands of rows of each product come out the same when they are made again.
+int verify(const Session& session, const std::string& folder, int bands);
+
+// `velmora seal [FOLDER]`: the SHA-256 of every output and record in one file.
+int seal(const Session& session, const std::string& folder);
 
 // `velmora report [FILE]`: the run in the output folder as one HTML page.
 int report(const Session& session, const std::string& file);

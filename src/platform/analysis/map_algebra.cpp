@@ -9,6 +9,7 @@
 #include "gis/errors.h"
 #include "gis/expression.h"
 #include "gis/text.h"
+#include "platform/files/run_notes.h"
 #include "platform/grid/raster_sampling.h"
 
 namespace velmora::platform {
@@ -75,6 +76,7 @@ void MapAlgebraOp::UnbindRaster(const std::string& name) {
 }
 
 RasterPtr MapAlgebraOp::Execute(const std::string& expression) {
+    noteStatement(expression);
     Expression parsed(expression);
     std::vector<RasterPtr> inputs;
     std::vector<AnalysisEnvironment::Input> cells;

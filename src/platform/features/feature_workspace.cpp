@@ -9,6 +9,7 @@
 #include "platform/features/shapefile_writer.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/run_notes.h"
 #include "platform/tables/dbase_edit.h"
 
 namespace velmora::platform {
@@ -44,6 +45,11 @@ void create(const std::string& path, OGRwkbGeometryType type, const std::string&
     });
 }
 
+std::shared_ptr<OgrTable> noted(std::shared_ptr<OgrTable> table) {
+    noteRead(table->path(), table->sourceCrs());
+    return table;
+}
+
 }  // namespace
 
 FeatureWorkspaceFactory::FeatureWorkspaceFactory(ISpatialReferenceFactory& spatialReferences)
@@ -52,17 +58,19 @@ FeatureWorkspaceFactory::FeatureWorkspaceFactory(ISpatialReferenceFactory& spati
 }
 
 std::shared_ptr<IFeatureClass> FeatureWorkspaceFactory::openFeatureClass(const std::string& path) {
-    return std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"), spatialReferences_);
+    return noted(
+        std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"), spatialReferences_));
 }
 
 std::shared_ptr<IFeatureClass> FeatureWorkspaceFactory::openFeatureClass(const std::string& path,
                                                                          const std::string& crs) {
-    return std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"), spatialReferences_,
-                                      crs);
+    return noted(std::make_shared<OgrTable>(existingFile(path, "shp", "shapefile"),
+                                            spatialReferences_, crs));
 }
 
 std::shared_ptr<ITable> FeatureWorkspaceFactory::openTable(const std::string& path) {
-    return std::make_shared<OgrTable>(existingFile(path, "dbf", "table"), spatialReferences_);
+    return noted(
+        std::make_shared<OgrTable>(existingFile(path, "dbf", "table"), spatialReferences_));
 }
 
 std::unique_ptr<IEditSession> FeatureWorkspaceFactory::edit(std::shared_ptr<ITable> table) {

@@ -34,6 +34,7 @@ class OgrTable : public IFeatureClass {
 
     Envelope extent() const override;
     std::string crs() const override { return crs_; }
+    const std::string& sourceCrs() const { return ownCrs_; }  // of the file, "" for none
     std::vector<Point> points(const std::string& crs) const override;
     void forEachRing(const std::string& crs,
                      const std::function<void(std::span<const Point> ring)>& visit) const override;

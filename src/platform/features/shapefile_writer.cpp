@@ -15,6 +15,7 @@
 #include "platform/features/vector_dataset.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/run_notes.h"
 #include "platform/files/unfinished_file.h"
 
 namespace velmora::platform {
@@ -149,6 +150,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
             throw PlatformError("not all records reached the disk, which may be full");
         }
         moveInPlace(folder.path(), stem, withoutExtension(path), shapes);
+        noteWritten(withoutExtension(path) + (shapes ? ".shp" : ".dbf"));
     } catch (const std::exception& e) {
         throw PlatformError("Cannot write " + path + ": " + e.what(), {.file = path});
     }

@@ -15,7 +15,9 @@
 
 #include "gis/grid_tiles.h"
 #include "gis/rasters.h"
+#include "platform/files/file_hash.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/run_notes.h"
 
 namespace velmora::platform {
 
@@ -34,6 +36,8 @@ class EsriGridWriter {
     void writeTile(std::size_t tile, std::span<const float> values);
     // Writes the files beside the tile file. The folder is a whole grid after that.
     void finish();
+    // All files, with their hashes; that of the tile file is of its header and its tiles in pieces.
+    const std::vector<WrittenFile>& files() const { return files_; }
 
   private:
     static constexpr std::size_t kLanes = 8;
@@ -46,14 +50,17 @@ class EsriGridWriter {
         float low = -kNoData;
         float high = kNoData;
     };
-    void writeIndex() const;
-    void writeStatistics() const;
+    void writeBeside(const std::string& name, const std::string& bytes);
+    void writeIndex();
+    void writeStatistics();
 
     std::string folder_;
     GridGeometry geometry_;
     GridTiles tiles_;
     std::vector<TileStatistics> statistics_;
     std::optional<PosixFile> file_;
+    PiecesHash hash_;
+    std::vector<WrittenFile> files_;
 };
 
 // Reads a grid folder of uncompressed single precision tiles straight from its files, or returns

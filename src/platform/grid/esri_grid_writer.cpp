@@ -23,6 +23,7 @@ namespace {
 constexpr std::size_t kTileCells = static_cast<std::size_t>(kTileColumns) * kTileRows;
 constexpr std::size_t kTileBytes = 2 + kTileCells * 4;  // its length word and its cells
 constexpr std::size_t kHeaderBytes = 100;
+static_assert(kTileBytes == kGridTilePiece && kHeaderBytes == kGridHeaderPiece);
 constexpr std::size_t kTileWords = kTileCells * 2;
 constexpr double kMostWords = 2147483647.0;  // offsets are int32 counts of 16-bit words
 
@@ -41,7 +42,10 @@ std::size_t tileFileBytes(const GridTiles& tiles) {
 }  // namespace
 
 EsriGridWriter::EsriGridWriter(std::string folder, GridGeometry geometry)
-    : folder_(std::move(folder)), geometry_(std::move(geometry)), tiles_(geometry_) {
+    : folder_(std::move(folder)),
+      geometry_(std::move(geometry)),
+      tiles_(geometry_),
+      hash_(1 + tiles_.count()) {
     if (static_cast<double>(tileFileBytes(tiles_)) / 2 > kMostWords) {
         throw PlatformError("A grid of " + std::to_string(geometry_.columns) + " x " +
                             std::to_string(geometry_.rows) +
@@ -92,12 +96,15 @@ void EsriGridWriter::writeTile(std::size_t tile, std::span<const float> values) 
     const std::uint16_t words = __builtin_bswap16(static_cast<std::uint16_t>(kTileWords));
     std::memcpy(bytes, &words, 2);
     file_->writeAt(bytes, kTileBytes, kHeaderBytes + tile * kTileBytes);
+    hash_.set(1 + tile, {bytes, kTileBytes});
 }
 
 void EsriGridWriter::finish() {
     const std::string header = fileHeader(tileFileBytes(tiles_));
     file_->writeAt(header.data(), header.size(), 0);
     file_->close();
+    hash_.set(0, header);
+    files_.push_back({"w001001.adf", tileFileBytes(tiles_), hash_.text(), true});
 
     std::string hdr("GRID1.2");
     hdr.resize(16, '\0');
@@ -111,33 +118,38 @@ void EsriGridWriter::finish() {
     for (const int number : {tiles_.across, tiles_.down, kTileColumns, 1, kTileRows}) {
         appendInt32(hdr, static_cast<std::uint32_t>(number));
     }
-    writeWholeFile(joinedPath(folder_, "hdr.adf"), hdr);
+    writeBeside("hdr.adf", hdr);
 
     const Envelope extent = geometry_.extent();
     std::string bounds;
     for (const double bound : {extent.xMin, extent.yMin, extent.xMax, extent.yMax}) {
         appendDouble(bounds, bound);
     }
-    writeWholeFile(joinedPath(folder_, "dblbnd.adf"), bounds);
+    writeBeside("dblbnd.adf", bounds);
     writeIndex();
     writeStatistics();
     if (!geometry_.crs.empty()) {
-        writeWholeFile(joinedPath(folder_, "prj.adf"), esriWkt(geometry_.crs) + "\n");
+        writeBeside("prj.adf", esriWkt(geometry_.crs) + "\n");
     }
 }
 
-void EsriGridWriter::writeIndex() const {
+void EsriGridWriter::writeBeside(const std::string& name, const std::string& bytes) {
+    writeWholeFile(joinedPath(folder_, name), bytes);
+    files_.push_back({name, bytes.size(), xxh3Of(bytes), false});
+}
+
+void EsriGridWriter::writeIndex() {
     std::string index = fileHeader(kHeaderBytes + tiles_.count() * 8);
     index.reserve(kHeaderBytes + tiles_.count() * 8);
     for (std::size_t tile = 0; tile < tiles_.count(); ++tile) {
         appendInt32(index, static_cast<std::uint32_t>((kHeaderBytes + tile * kTileBytes) / 2));
         appendInt32(index, static_cast<std::uint32_t>(kTileWords));
     }
-    writeWholeFile(joinedPath(folder_, "w001001x.adf"), index);
+    writeBeside("w001001x.adf", index);
 }
 
 // Readers want the file also for a grid without a single value, whose statistics are no-data.
-void EsriGridWriter::writeStatistics() const {
+void EsriGridWriter::writeStatistics() {
     double cells = 0;
     double sum = 0;
     double sumOfSquares = 0;
@@ -160,7 +172,7 @@ void EsriGridWriter::writeStatistics() const {
                                 static_cast<double>(high), mean, std::sqrt(variance)}) {
         appendDouble(bytes, number);
     }
-    writeWholeFile(joinedPath(folder_, "sta.adf"), bytes);
+    writeBeside("sta.adf", bytes);
 }
 
 }  // namespace velmora::platform

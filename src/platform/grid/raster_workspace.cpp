@@ -11,6 +11,7 @@
 #include "gis/text.h"
 #include "platform/files/gdal_library.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/run_notes.h"
 #include "platform/files/unfinished_file.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/grid/gdal_raster.h"
@@ -116,6 +117,12 @@ std::unique_ptr<IRasterDataset> openDataset(const std::string& path) {
     throw failure;
 }
 
+std::unique_ptr<IRasterDataset> openedForReading(const std::string& path) {
+    auto dataset = openDataset(path);
+    noteRead(dataset->path(), dataset->createDefaultRaster()->geometry().crs);
+    return dataset;
+}
+
 bool isRasterFile(const std::string& path) {
     try {
         openDataset(path);
@@ -159,7 +166,7 @@ class Workspace : public IRasterWorkspace {
 
     std::string folder() const override { return folder_; }
     std::unique_ptr<IRasterDataset> openRasterDataset(const std::string& name) const override {
-        return openDataset(joinedPath(folder_, name));
+        return openedForReading(joinedPath(folder_, name));
     }
     bool exists(const std::string& name) const override {
         return !candidates(joinedPath(folder_, name)).empty();
@@ -174,7 +181,9 @@ class Workspace : public IRasterWorkspace {
         });
         syncFileSystemOf(folder_);  // no name may stand for what a power cut could lose
         for (std::size_t i = 0; i < rasters.size(); ++i) {
-            moveInPlace(unfinished[i].folder, joinedPath(folder_, rasters[i].name));
+            const std::string target = joinedPath(folder_, rasters[i].name);
+            moveInPlace(unfinished[i].folder, target);
+            noteWritten(target, unfinished[i].writer->files());
         }
     }
 
@@ -243,7 +252,7 @@ std::unique_ptr<IRasterWorkspace> RasterWorkspaceFactory::openFromFolder(
 }
 
 std::unique_ptr<IRasterDataset> RasterWorkspaceFactory::openRasterDataset(const std::string& path) {
-    return openDataset(path);
+    return openedForReading(path);
 }
 
 }  // namespace velmora::platform

@@ -4,6 +4,7 @@
 #include "gis/connection_text.h"
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/files/run_notes.h"
 #include "platform/tables/access_import.h"
 #include "platform/tables/dbase_connection.h"
 #include "platform/tables/sqlite_connection.h"
@@ -29,7 +30,9 @@ std::string databasePath(const std::string& connectionString) {
 }  // namespace
 
 void ConnectionFactory::createDatabase(const std::string& connectionString) {
-    SqliteConnection::create(databasePath(connectionString));
+    const std::string path = databasePath(connectionString);
+    SqliteConnection::create(path);
+    noteWritten(path);
 }
 
 std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connectionString) {
@@ -41,7 +44,9 @@ std::unique_ptr<IConnection> ConnectionFactory::open(const std::string& connecti
         return std::make_unique<DbaseConnection>(tables_,
                                                  connectionPart(connectionString, "Data Source"));
     }
-    return std::make_unique<SqliteConnection>(databasePath(connectionString), tables_);
+    const std::string path = databasePath(connectionString);
+    noteRead(path);
+    return std::make_unique<SqliteConnection>(path, tables_);
 }
 
 void ConnectionFactory::makeDatabase(
@@ -49,6 +54,7 @@ void ConnectionFactory::makeDatabase(
     UnfinishedDatabase database(path);
     fill(database.path());
     database.finish();
+    noteWritten(path);
 }
 
 std::string ConnectionFactory::staleCopy(const std::string& path) { return staleAccessCopy(path); }

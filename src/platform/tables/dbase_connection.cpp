@@ -7,6 +7,7 @@
 
 #include "gis/errors.h"
 #include "gis/text.h"
+#include "platform/files/run_notes.h"
 #include "platform/tables/dbase_numbers.h"
 #include "platform/tables/dbase_query.h"
 #include "platform/tables/sqlite_connection.h"
@@ -170,6 +171,7 @@ DbaseConnection::DbaseConnection(IFeatureWorkspaceFactory& tables, std::string f
     : folder_(std::move(folder)), edits_(std::make_shared<Edits>(Edits{tables, false, {}})) {}
 
 std::unique_ptr<IRecordset> DbaseConnection::open(const std::string& query) {
+    noteStatement(query);
     return std::make_unique<DbaseRecordset>(edits_, folder_, query);
 }
 

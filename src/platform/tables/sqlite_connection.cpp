@@ -10,6 +10,7 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "platform/files/posix_file.h"
+#include "platform/files/run_notes.h"
 #include "platform/tables/access_import.h"
 #include "platform/tables/access_state.h"
 #include "platform/tables/column_table.h"
@@ -145,10 +146,12 @@ SqliteConnection::SqliteConnection(const std::string& path, IFeatureWorkspaceFac
 }
 
 std::unique_ptr<IRecordset> SqliteConnection::open(const std::string& query) {
+    noteStatement(query);
     return std::make_unique<SqliteRecordset>(database_, query);
 }
 
 void SqliteConnection::execute(const std::string& statement) {
+    noteStatement(statement);
     if (const auto dbase = dbaseExportOf(statement)) {
         exportToDbase(dbase->table, joinedPath(dbase->folder, dbase->name + ".dbf"));
     } else {

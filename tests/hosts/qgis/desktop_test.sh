@@ -97,7 +97,7 @@ different=0
 compared=0
 while read -r file; do
     name=${file#"$command/output/"}
-    case $name in GridOP.mdb | velmora_runs.json | velmora_made_*.txt | *.prj | Lu_Intersected.*) continue ;; esac
+    case $name in GridOP.mdb | velmora_runs.json | velmora_made_*.txt | velmora_record_*.json | *.prj | Lu_Intersected.*) continue ;; esac
     compared=$((compared + 1))
     cmp -s "$file" "$work/output/$name" || {
         echo "output/$name differs from the command's"

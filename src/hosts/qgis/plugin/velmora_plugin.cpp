@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qgis/plugin/velmora_plugin.h"
 
+#include <qgis.h>
 #include <qgisinterface.h>
 #include <qgsmessagebar.h>
 #include <qgsmessagelog.h>
@@ -9,12 +10,14 @@
 #include <exception>
 
 #include "gis/text.h"
+#include "hosts/components/build_state.h"
 #include "hosts/components/class_registry.h"
 #include "hosts/components/loaded_extension.h"
 #include "hosts/qgis/plugin/plugin_menu.h"
 #include "hosts/qgis/plugin/qgis_document.h"
 #include "hosts/qgis/widgets/command_bar.h"
 #include "hosts/qgis/widgets/desktop_application.h"
+#include "platform/platform.h"
 #include "plugin_version.h"
 
 namespace velmora::qgis {
@@ -65,6 +68,9 @@ VelmoraPlugin::VelmoraPlugin(QgisInterface& desktop)
 VelmoraPlugin::~VelmoraPlugin() = default;
 
 void VelmoraPlugin::initGui() {
+    platform::setOrigin({VELMORA_PLUGIN_VERSION, buildState(),
+                         "QGIS " + Qgis::version().toStdString(),
+                         qEnvironmentVariableIsSet("VELMORA_ANONYMOUS")});
     try {
         parts_ = std::make_unique<Parts>(desktop_);
     } catch (const std::exception& e) {
