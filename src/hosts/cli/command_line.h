@@ -43,6 +43,8 @@ class CommandLine {
     void addZones(CLI::App& eff);
     void addShareSetting(CLI::App& eff);
     void addTable();
+    void addReport();
+    void addAccount();
     void addGrid();
     void addDemo();
     int runChosen();
@@ -63,6 +65,7 @@ class CommandLine {
     EfficiencyOptions efficiency_;
     RowChange change_;
     ChainOptions chain_;
+    AccountRequest account_;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;
