@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "gis/text.h"
@@ -12,6 +9,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/results/account/account_json.h"
 #include "hosts/results/account/account_layer.h"
+#include "hosts/results/reading_results.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
 
@@ -68,11 +66,7 @@ int account(const Session& session, const AccountRequest& request) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (!passRunGate(application)) return kFailed;
     const RunSettings& settings = processState().settings;
-    // No run changes the results meanwhile; nor does one where nothing can be written.
-    std::unique_ptr<IFolderLock> reading;
-    if (::access(settings.OutputWorkspace.c_str(), W_OK) == 0) {
-        reading = application.platform().files().shareFolder(settings.OutputWorkspace);
-    }
+    const auto reading = readingResults(application.platform().files(), settings.OutputWorkspace);
     const FeedbackScope scope(application.feedback(), "Water account");
     const Account made = makeAccount(application.platform(), settings, application.feedback(),
                                      {.cropField = request.cropField});

@@ -133,6 +133,21 @@ TEST_F(WaterAccount, EachCellIsOfOneKindOfLand) {
     EXPECT_NEAR(number(all, {}, "land_without_kc_acres") / kCellAcres, 4, 1e-9);
 }
 
+TEST_F(WaterAccount, APeriodCountsACellByTheLeastThatItLacksInAnyMonth) {
+    change("Kc_Jul", 4, 0, kNoData);
+    change("ET_Jul_4", 4, 0, kNoData);
+    change("Kc_Jun", 4, 1, kNoData);
+    change("ET_Jun_4", 4, 1, kNoData);
+    const AccountTable months = accountTable(account(), {.month = true}, usUnits());
+    EXPECT_NEAR(number(months, {"Jun"}, "land_with_crop_et_acres"), 14 * kCellAcres, 1e-9);
+    EXPECT_NEAR(number(months, {"Jul"}, "land_without_kc_acres"), 5 * kCellAcres, 1e-9);
+    const AccountTable period = accountTable(account(), {}, usUnits());
+    EXPECT_NEAR(number(period, {}, "land_with_crop_et_acres"), 15 * kCellAcres, 1e-9);
+    EXPECT_NEAR(number(period, {}, "land_without_kc_acres"), 4 * kCellAcres, 1e-9);
+    EXPECT_NEAR(number(period, {}, "crop_et_in") * 15,
+                number(period, {}, "crop_et_acft") / kCellAcres * 12, 1e-9);
+}
+
 TEST_F(WaterAccount, FiguresByHand) {
     const AccountTable table =
         accountTable(account(), {.zone = true, .crop = true, .month = true}, usUnits());
@@ -158,6 +173,7 @@ TEST_F(WaterAccount, FiguresByHand) {
     EXPECT_NEAR(number(table, south, "net_requirement_acft"), 3 * 6.2 * inch, 1e-6);
     EXPECT_NEAR(number(table, south, "net_requirement_without_efficiency_acft"), 6.2 * inch, 1e-6);
     EXPECT_NEAR(number(table, south, "water_requirement_acft"), 2 * 12.4 * inch, 1e-6);
+    EXPECT_NEAR(number(table, south, "efficiency"), 0.5, 1e-7);  // of the land that has one
     EXPECT_NEAR(number(table, {"(outside all zones)", "Corn", "Jun"}, "net_requirement_acft"),
                 4 * 3.4 * inch, 1e-6);
     EXPECT_NEAR(number(table, {"(outside all zones)", "(no land cover)", "Jun"}, "land_acres"),
@@ -318,6 +334,14 @@ TEST_F(WaterAccount, TheAnnexHasTheTablesAsTheyStandAndWhetherTheyAgree) {
     EXPECT_DOUBLE_EQ(other.agreements[0].difference, 1);
     EXPECT_THAT(agreementText(other.agreements[0]),
                 AllOf(HasSubstr("differs from the account by 100 %"), HasSubstr("Jun")));
+}
+
+TEST_F(WaterAccount, AZoneWithoutAnyEfficiencyHasNoWaterRequirementBesideItsTable) {
+    f.makeZones({land("Hops alone", 2, 1, 0, 4), land("Corn", 0, 2, 0, 4)});
+    AccountAnnex annex = annexOf(platform, account());
+    EXPECT_FALSE(annex.zones[0].tables["StatIRR"].account);
+    EXPECT_TRUE(annex.zones[0].tables["StatNIR"].account);
+    EXPECT_TRUE(annex.zones[1].tables["StatIRR"].account);
 }
 
 TEST_F(WaterAccount, AsASectionOfAPage) {
