@@ -36,7 +36,8 @@ void showAccountIn(QDialog& window, const AccountSource& source) {
     auto* units = window.findChild<QComboBox*>("accountUnits");
     if (!pages || !text || !units || !source) return;
     text->document()->setDefaultStyleSheet(
-        "th,td{padding:1px 8px} .error{color:#a61b1b} .warning{color:#8a5a00}");
+        "th,td{padding:1px 6px;white-space:nowrap;font-size:9pt} .error{color:#a61b1b} "
+        ".warning{color:#8a5a00}");
     const auto fill = [text, units, source] {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         QString html = toQt(source(units->currentIndex() == 1));
