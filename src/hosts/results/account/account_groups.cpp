@@ -45,7 +45,7 @@ class Groups {
 
     std::vector<AccountGroup> taken() {
         std::vector<AccountGroup> groups;
-        for (auto& [place, group] : groups_) groups.push_back(std::move(group));
+        for (const auto& [place, group] : groups_) groups.push_back(group);
         return groups;
     }
 
