@@ -9,6 +9,6 @@ made=build/release/desktop-pictures
 DESKTOP_BASIN=/srv/basin tests/hosts/qgis/desktop_test.sh chain build/release "$made"
 for name in menu-et menu-irrigation sample-basin settings-basic-data settings-extent-and-period \
     settings-reference-et settings-precipitation dataset-browser progress-monitor kc-map-maker \
-    offered-copies efficiency zonal-results map-refet-july map-irr-july; do
+    offered-copies efficiency zonal-results zonal-results-account map-refet-july map-irr-july; do
     cp "$made/pictures/$name.png" "docs/pictures/desktop-$name.png"
 done

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,6 +34,8 @@ class IConversionOp {
         IRasterWorkspace& workspace, const std::string& name) = 0;
 };
 
+constexpr std::int32_t kNoRecord = -1;
+
 // Values of a raster by zones.
 class IZonalOp {
   public:
@@ -47,6 +50,12 @@ class IZonalOp {
     virtual std::shared_ptr<ITable> ZonalStatisticsAsTable(
         const std::shared_ptr<IFeatureClass>& zones, const std::string& zoneField,
         const RasterPtr& values, bool ignoreNoData) = 0;
+
+    // The record of the polygon to which each cell belongs by the same rule, kNoRecord for none:
+    // of `rows` whole rows of the grid from `firstRow` on, row by row. Throws PlatformError.
+    virtual std::vector<std::int32_t> recordsOfCells(const IFeatureClass& polygons,
+                                                     const GridGeometry& geometry, int firstRow,
+                                                     int rows) = 0;
 };
 
 // A polygon layer of an overlay, opened in the coordinate system of the result.

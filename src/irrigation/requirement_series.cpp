@@ -1,15 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "irrigation/requirement_series.h"
 
+#include <string>
+
 #include "modelling/products.h"
 
 namespace velmora {
+
+namespace {
+
+constexpr const char* kEffective = "0.8 * [PPT]";
+
+}  // namespace
+
+RasterPtr effectivePrecipitation(IMapAlgebraOp& algebra, const RasterPtr& precipitation) {
+    algebra.BindRaster(precipitation, "PPT");
+    return algebra.Execute(kEffective);
+}
+
+RasterPtr precipitationSurplus(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                               const RasterPtr& precipitation) {
+    bindWaterShortage(algebra, cropEt, precipitation);
+    return algebra.Execute("[AllCell] * ([PosiOne] - 1)");
+}
 
 void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                        const RasterPtr& precipitation) {
     algebra.BindRaster(cropEt, "ET");
     algebra.BindRaster(precipitation, "PPT");
-    algebra.BindRaster(algebra.Execute("[ET] - 0.8 * [PPT]"), "AllCell");
+    algebra.BindRaster(algebra.Execute(std::string("[ET] - ") + kEffective), "AllCell");
     algebra.BindRaster(algebra.Execute("[AllCell] >= 0"), "PosiOne");
 }
 

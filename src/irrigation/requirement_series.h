@@ -13,6 +13,15 @@ namespace velmora {
 using Requirement = std::function<RasterPtr(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
                                             const RasterPtr& precipitation)>;
 
+// The part of precipitation that crops can use, 0.8 of it.
+RasterPtr effectivePrecipitation(IMapAlgebraOp& algebra, const RasterPtr& precipitation);
+
+// Effective precipitation beyond crop ET, 0 where there is none: what the net irrigation
+// requirement leaves out where it is cut at 0, so that it is crop ET less effective precipitation
+// plus this.
+RasterPtr precipitationSurplus(IMapAlgebraOp& algebra, const RasterPtr& cropEt,
+                               const RasterPtr& precipitation);
+
 // Binds crop ET less effective precipitation under "AllCell" and where that is 0 or more (1 there,
 // else 0) under "PosiOne"; 0.8 is the share of precipitation that crops can use.
 void bindWaterShortage(IMapAlgebraOp& algebra, const RasterPtr& cropEt,

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "gis/application.h"
+#include "platform/features/geopackage_export.h"
 #include "platform/files/file_system.h"
 #include "platform/grid/geotiff_export.h"
 #include "platform/grid/raster_formats.h"

@@ -6,6 +6,7 @@
 
 #include "gis/memory_raster.h"
 #include "gis/month_names.h"
+#include "irrigation/requirement_series.h"
 #include "tests/support/memory_fixtures.h"
 #include "tests/support/recording_algebra.h"
 
@@ -30,6 +31,17 @@ TEST_F(NetIrrigation, WhatPrecipitationDoesNotCover) {
     // 2 - 2.4 is negative, 5 - 1.6, 4 - 4 exactly, and no data on either side.
     const Grid grid = wholeGrid(*result);
     EXPECT_THAT(grid.values, ElementsAre(0, 3.4F, 0, kNoData, kNoData, 0));
+}
+
+TEST_F(NetIrrigation, IsCropEtLessEffectivePrecipitationPlusItsSurplus) {
+    const auto algebra = platform.analysis().mapAlgebra();
+    useInputs(algebra->environment());
+    const RasterPtr et = test::rowOf({2, 5, 4, kNoData, 3, 0});
+    const RasterPtr ppt = test::rowOf({3, 2, 5, 1, kNoData, 0});
+    EXPECT_THAT(wholeGrid(*effectivePrecipitation(*algebra, ppt)).values,
+                ElementsAre(2.4F, 1.6F, 4, 0.8F, kNoData, 0));
+    EXPECT_THAT(wholeGrid(*precipitationSurplus(*algebra, et, ppt)).values,
+                ElementsAre(testing::FloatEq(0.4F), 0, 0, kNoData, kNoData, 0));
 }
 
 TEST_F(NetIrrigation, ASmallShortageCountsToo) {

@@ -109,4 +109,17 @@ std::shared_ptr<ITable> FakeZonal::ZonalStatisticsAsTable(
     return table;
 }
 
+std::vector<std::int32_t> FakeZonal::recordsOfCells(const IFeatureClass& polygons,
+                                                    const GridGeometry& geometry, int firstRow,
+                                                    int rows) {
+    const auto rings = ringsOf(polygons);
+    std::vector<std::int32_t> records;
+    for (int r = firstRow; r < firstRow + rows; ++r) {
+        for (int c = 0; c < geometry.columns; ++c) {
+            records.push_back(ringAt(rings, {geometry.columnCentre(c), geometry.rowCentre(r)}));
+        }
+    }
+    return records;
+}
+
 }  // namespace velmora::test

@@ -28,6 +28,9 @@ class FakeZonal : public IZonalOp {
                                                    const std::string& zoneField,
                                                    const RasterPtr& values,
                                                    bool ignoreNoData) override;
+    std::vector<std::int32_t> recordsOfCells(const IFeatureClass& polygons,
+                                             const GridGeometry& geometry, int firstRow,
+                                             int rows) override;
 };
 
 }  // namespace velmora::test

@@ -93,6 +93,8 @@ CommandLine::CommandLine()
     addEfficiency();
     addTable();
     addRecords();
+    addAccount();
+    addReport();
     addGrid();
     addDemo();
 }
@@ -341,6 +343,12 @@ void CommandLine::addTable() {
     table->add_option("--columns", names_, "Some of its columns, in the table's order")
         ->delimiter(',');
     table->add_flag("--csv", csv_, "Print comma-separated values");
+    whenChosen(table, [this](const Session& s) {
+        return showTable(s, first_, names_, csv_ ? TableForm::csv : TableForm::aligned);
+    });
+}
+
+void CommandLine::addReport() {
     CLI::App* page = add(app_, "report",
                          "Write a report of the run: one HTML page with maps, charts, zone tables, "
                          "inputs and warnings",
@@ -348,8 +356,39 @@ void CommandLine::addTable() {
     page->add_option("file", first_,
                      "The file to write (default: report.html in the output folder)");
     whenChosen(page, [this](const Session& s) { return report(s, first_); });
-    whenChosen(table, [this](const Session& s) {
-        return showTable(s, first_, names_, csv_ ? TableForm::csv : TableForm::aligned);
+}
+
+void CommandLine::addAccount() {
+    CLI::App* command =
+        add(app_, "account",
+            "Account for the water of each zone, crop and month over the same cells, and show what "
+            "is left over",
+            "velmora account --by zone,month --units metric");
+    command
+        ->add_option_function<std::string>(
+            "--units", [this](const std::string& units) { account_.metric = units == "metric"; },
+            "us (acres, acre-feet, inches) or metric (hectares, cubic metres, millimetres)")
+        ->check(CLI::IsMember({"us", "metric"}));
+    command
+        ->add_option("--by", account_.by,
+                     "Rows by zone, crop, month or land (what it lacks), also several of them "
+                     "(default: an overview; in CSV and JSON all four)")
+        ->delimiter(',')
+        ->check(CLI::IsMember({"zone", "crop", "month", "land"}));
+    CLI::Option* csv = command
+                           ->add_option("--csv", account_.csvFile,
+                                        "Print comma-separated values, or write them to a file")
+                           ->expected(0, 1)
+                           ->type_name("[FILE]");
+    command
+        ->add_option("--gpkg", account_.gpkgFile,
+                     "Write a GeoPackage (.gpkg): the zones with their sums, and the rows")
+        ->type_name("FILE");
+    command->add_option("--crop-field", account_.cropField,
+                        "The land cover's field of crop types (default: Descriptio)");
+    whenChosen(command, [this, csv](const Session& s) {
+        account_.csv = csv->count() > 0;
+        return account(s, account_);
     });
 }
 

@@ -44,6 +44,8 @@ class CommandLine {
     void addShareSetting(CLI::App& eff);
     void addTable();
     void addRecords();
+    void addReport();
+    void addAccount();
     void addGrid();
     void addDemo();
     int runChosen();
@@ -65,6 +67,7 @@ class CommandLine {
     EfficiencyOptions efficiency_;
     RowChange change_;
     ChainOptions chain_;
+    AccountRequest account_;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;

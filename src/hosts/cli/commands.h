@@ -140,6 +140,17 @@ int verify(const Session& session, const std::string& folder, int bands);
 // `velmora seal [FOLDER]`: the SHA-256 of every output and record in one file.
 int seal(const Session& session, const std::string& folder);
 
+// `velmora account`: the water account of the run in the output folder.
+struct AccountRequest {
+    bool metric = false;
+    std::vector<std::string> by;  // "zone", "crop", "month", "land": the rows; none for an overview
+    bool csv = false;
+    std::string csvFile;    // "" prints it
+    std::string gpkgFile;   // "" for none
+    std::string cropField;  // another field of the land cover's crop types
+};
+int account(const Session& session, const AccountRequest& request);
+
 // `velmora report [FILE]`: the run in the output folder as one HTML page.
 int report(const Session& session, const std::string& file);
 

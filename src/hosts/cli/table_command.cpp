@@ -6,7 +6,9 @@
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/table_text.h"
+#include "hosts/results/zone_results.h"
 #include "irrigation/frm_statistics.h"
+#include "modelling/products.h"
 #include "settings/run_state.h"
 
 namespace velmora::cli {
@@ -38,6 +40,8 @@ int showTable(const Session& session, const std::string& name,
     if (viewer.failed()) return kFailed;
     if (!columns.empty()) chooseColumns(viewer, columns);
     if (viewer.failed()) return kFailed;
+    const bool ofZones = std::ranges::count(zoneTableNames(), table) > 0;
+    if (ofZones) application.prompts().notice(zoneTableNote(table));
     if (session.json) {
         const auto file = application.platform().features().openTable(
             joinedPath(processState().settings.OutputWorkspace, table));
@@ -46,7 +50,11 @@ int showTable(const Session& session, const std::string& name,
             const FieldType type = file->fields().at(static_cast<std::size_t>(field)).type;
             return type == FieldType::number || type == FieldType::integer;
         };
-        printJson(rowsOf(viewer.dgdResult, isNumber));
+        auto rows = rowsOf(viewer.dgdResult, isNumber);
+        for (auto& row : rows) {
+            if (ofZones) row["reading"] = zoneTableReading();
+        }
+        printJson(rows);
     } else if (form == TableForm::csv) {
         printData(csvText(viewer.dgdResult));
     } else {

@@ -39,6 +39,15 @@ double tableOverInches(int month, int year) {
     return zonalDaysOfMonth(month, year) / kMillimetresPerInch;
 }
 
+std::string zoneTableReading() { return "millimetres per day"; }
+
+std::string zoneTableNote(const std::string& table) {
+    return table + " takes a grid's mean as " + zoneTableReading() +
+           ", but the grids are inches per month: its depths and volumes are days / 25.4 times as "
+           "large as those of the grids (22 % more in a month of 31 days), which velmora account "
+           "gives";
+}
+
 std::vector<ZoneTotals> zoneTotals(IPlatform& platform, const std::string& outputFolder,
                                    const std::vector<std::string>& tables, int year) {
     std::vector<ZoneTotals> totals;

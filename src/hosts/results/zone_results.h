@@ -29,6 +29,10 @@ std::vector<ZoneMonth> zoneMonths(IPlatform& platform, const std::string& output
 // follows from the grids' own unit. 0 for a month without days.
 double tableOverInches(int month, int year);
 
+// The reading in short, and a sentence on it for whoever is shown the table of that name.
+std::string zoneTableReading();
+std::string zoneTableNote(const std::string& table);
+
 // The sums of the volumes over all months by zone, acre-feet, zones in the tables' order.
 struct ZoneTotals {
     std::string zone;

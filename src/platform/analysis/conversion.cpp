@@ -26,8 +26,7 @@ class PolygonRaster : public IRaster {
         for (int r = 0; r < block.rows; ++r) {
             for (const std::int32_t record :
                  cells_->records(block.column, block.row + r, block.columns)) {
-                *to++ = record == PolygonCells::kNone ? kNoData
-                                                      : values_[static_cast<std::size_t>(record)];
+                *to++ = record == kNoRecord ? kNoData : values_[static_cast<std::size_t>(record)];
             }
         }
     }

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "gis/errors.h"
+#include "gis/polygon_analysis.h"
 #include "platform/features/polygon_reader.h"
 #include "platform/files/gdal_library.h"
 #include "platform/threads/parallel_loop.h"
@@ -71,15 +72,18 @@ void fill(const std::vector<Polygon>& polygons, const GridGeometry& geometry, in
 }  // namespace
 
 PolygonCells::PolygonCells(const std::string& path, const GridGeometry& geometry,
-                           const std::vector<bool>& chosen)
-    : geometry_(geometry), cells_(geometry.cells(), kNone) {
+                           const std::vector<bool>& chosen, RowRange rows)
+    : geometry_(geometry),
+      rows_(rows),
+      cells_(static_cast<std::size_t>(rows.count) * static_cast<std::size_t>(geometry.columns),
+             kNoRecord) {
     std::vector<Polygon> held;
     const auto fillHeld = [&] {
-        const int bands = (geometry_.rows + kBandRows - 1) / kBandRows;
+        const int bands = (rows_.count + kBandRows - 1) / kBandRows;
         parallelFor(static_cast<std::size_t>(bands), 1, [&](std::size_t begin, std::size_t end) {
             for (std::size_t b = begin; b < end; ++b) {
                 const int row = static_cast<int>(b) * kBandRows;
-                fill(held, geometry_, row, std::min(kBandRows, geometry_.rows - row),
+                fill(held, geometry_, rows_.first + row, std::min(kBandRows, rows_.count - row),
                      cells_.data() + static_cast<std::size_t>(row) *
                                          static_cast<std::size_t>(geometry_.columns));
             }

@@ -75,7 +75,7 @@ std::vector<Sums> sumsOf(const IRaster& values, const PolygonCells& cells, const
         for (int r = 0; r < where.rows; ++r) {
             for (const std::int32_t record :
                  cells.records(where.column, where.row + r, where.columns)) {
-                if (record != PolygonCells::kNone) {
+                if (record != kNoRecord) {
                     sums[zones.ofRecord[static_cast<std::size_t>(record)]].add(*value);
                 }
                 ++value;
@@ -126,6 +126,14 @@ std::shared_ptr<ITable> ZonalOp::ZonalStatisticsAsTable(const std::shared_ptr<IF
                         sums.sum / count, sums.sum});
     }
     return result;
+}
+
+std::vector<std::int32_t> ZonalOp::recordsOfCells(const IFeatureClass& polygons,
+                                                  const GridGeometry& geometry, int firstRow,
+                                                  int rows) {
+    return PolygonCells(polygons.path(), geometry, std::vector<bool>(polygons.recordCount(), true),
+                        {firstRow, rows})
+        .taken();
 }
 
 }  // namespace velmora::platform

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "gis/polygon_analysis.h"
 
@@ -14,6 +15,9 @@ class ZonalOp : public IZonalOp {
                                                    const std::string& zoneField,
                                                    const RasterPtr& values,
                                                    bool ignoreNoData) override;
+    std::vector<std::int32_t> recordsOfCells(const IFeatureClass& polygons,
+                                             const GridGeometry& geometry, int firstRow,
+                                             int rows) override;
 };
 
 }  // namespace velmora::platform

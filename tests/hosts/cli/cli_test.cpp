@@ -234,9 +234,9 @@ TEST_F(TableCommand, TablesAreShown) {
     EXPECT_EQ(whole.status, 0) << whole.output;
     EXPECT_THAT(whole.output, HasSubstr("ZoneUnit  Area_T_ac  Area_C_ac  Month"));
     EXPECT_THAT(whole.output, HasSubstr("Note: The shown results was obtained on 20"));
-    EXPECT_EQ(run("table StatNIR.dbf --columns month,ZoneUnit --csv").output,
+    EXPECT_EQ(run("table StatNIR.dbf --columns month,ZoneUnit --csv").results,
               "ZoneUnit,Month\n\"A \"\"b\"\", c\",7\n");
-    const auto rows = nlohmann::json::parse(run("--json table StatNIR").output);
+    const auto rows = nlohmann::json::parse(run("--json table StatNIR").results);
     EXPECT_EQ(rows.at(0).at("Month"), 7);
     EXPECT_EQ(rows.at(0).at("ZoneUnit"), "A \"b\", c");
     EXPECT_TRUE(rows.at(0).at("NIR_D_ft").is_null());
@@ -245,6 +245,21 @@ TEST_F(TableCommand, TablesAreShown) {
     EXPECT_THAT(run("table StatIRR").output, HasSubstr("Source table does not exist."));
     EXPECT_EQ(run("--settings-folder none table StatNIR").status, 1);
     EXPECT_EQ(run("table").status, 2);
+}
+
+TEST_F(TableCommand, AZoneTableSaysWhichReadingItIs) {
+    const std::string note = "note: StatNIR takes a grid's mean as millimetres per day";
+    for (const char* form : {"", " --csv", " --columns Month"}) {
+        const Outcome table = run(std::string("table StatNIR") + form);
+        EXPECT_THAT(table.told, HasSubstr(note)) << form;
+        EXPECT_THAT(table.results, testing::Not(HasSubstr("millimetres"))) << form;
+    }
+    const Outcome json = run("--json table StatNIR");
+    EXPECT_THAT(json.told, HasSubstr(note));
+    EXPECT_EQ(nlohmann::json::parse(json.results).at(0).at("reading"), "millimetres per day");
+    const Outcome other = run("table ../crops");
+    EXPECT_EQ(other.status, 0) << other.told;
+    EXPECT_THAT(other.told, testing::Not(HasSubstr("millimetres")));
 }
 
 TEST_F(Command, SettingsRoundTrip) {

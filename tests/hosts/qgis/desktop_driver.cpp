@@ -37,6 +37,7 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -551,6 +552,11 @@ class Driver : public QObject {
             click(window, "cmdRefresh");
             check(table.model()->columnCount() == 3, "and its chosen columns");
             picture(window, "zonal-results-columns");
+            part<QTabWidget>(window, "tabResults").setCurrentIndex(1);
+            const QString account = part<QTextBrowser>(window, "accountText").toPlainText();
+            check(account.startsWith("Water account, ") && account.contains("all land"),
+                  "the water account is the second page: " + account.left(200));
+            picture(window, "zonal-results-account");
             click(window, "cmdClose");
         };
         boxes_.clear();

@@ -15,15 +15,19 @@
 #include <filesystem>
 
 #include "crop/frm_kc_editor.h"
+#include "hosts/qgis/widgets/account_page.h"
 #include "hosts/qgis/widgets/dataset_browser.h"
 #include "hosts/qgis/widgets/desktop_application.h"
 #include "hosts/qgis/widgets/help_window.h"
 #include "hosts/qgis/widgets/keep_painted.h"
+#include "irrigation/frm_statistics.h"
+#include "irrigation/irrigation_requirement_run.h"
+#include "irrigation/net_irrigation_run.h"
 #include "settings/frm_settings.h"
 #include "settings/settings_file.h"
 #include "shell/frm_monitor.h"
 #include "tests/hosts/qgis/qt_fixture.h"
-#include "tests/support/crop_fixture.h"
+#include "tests/support/irrigation_fixture.h"
 
 namespace velmora::test {
 namespace {
@@ -43,6 +47,50 @@ struct Desktop : QtTest {
     }
     std::string path(const char* name) { return fixture.folder.file(name); }
 };
+
+TEST(ZonalResults, TheWaterAccountIsTheirSecondPage) {
+    qtApplication();
+    IrrigationFixture f;
+    f.storeSettings();
+    f.makeCropLand(f.fields());
+    f.saveMonths(6, 7);
+    f.save("faef_500", f.filled(0.5F));
+    ASSERT_TRUE(runNetIrrigation(f.application, f.settings)) << f.allMessages();
+    ASSERT_TRUE(runIrrigationRequirement(f.application, f.settings)) << f.allMessages();
+    FakeDocument document;
+    QWidget mainWindow;
+    qt::DesktopApplication application(&mainWindow, document, f.application.folder);
+    frmStatistics form(application);
+    form.load();
+    qt::FormWindow window(form, application.prompts(), nullptr);
+    int made = 0;
+    qt::showAccountIn(window, [&](bool metric) {
+        ++made;
+        return qt::accountPage(application.platform(), metric);
+    });
+    window.show();
+    auto& pages = widget<QTabWidget>(window, "tabResults");
+    auto& text = widget<QTextBrowser>(window, "accountText");
+    EXPECT_EQ(pages.currentIndex(), 0);
+    EXPECT_EQ(widget<QTableView>(window, "dgdResult").model()->rowCount(), 6);
+    EXPECT_TRUE(widget<QTableView>(window, "dgdResult").isVisible());
+    EXPECT_EQ(made, 0);
+    for (int times = 0; times < 2; ++times) {
+        pages.setCurrentIndex(1);
+        pages.setCurrentIndex(0);
+    }
+    EXPECT_EQ(made, 1);
+    pages.setCurrentIndex(1);
+    EXPECT_TRUE(text.toPlainText().startsWith("Water account, Jun to Jul 2006"));
+    EXPECT_TRUE(text.toPlainText().contains("By zone, acre-feet"));
+    EXPECT_TRUE(text.toPlainText().contains("22 % more in a month of 31 days"));
+    widget<QComboBox>(window, "accountUnits").setCurrentIndex(1);
+    EXPECT_TRUE(text.toPlainText().contains("By zone, cubic metres"));
+    fs::remove_all(f.folder.file("out"));
+    widget<QComboBox>(window, "accountUnits").setCurrentIndex(0);
+    EXPECT_TRUE(text.toPlainText().startsWith("There is no water account: "));
+    form.close();
+}
 
 TEST_F(Desktop, SettingsAreTypedAndApplied) {
     frmSettings form(application);

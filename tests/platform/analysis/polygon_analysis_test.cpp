@@ -49,6 +49,31 @@ struct PolygonAnalysis : testing::Test {
     }
 };
 
+TEST_F(PolygonAnalysis, TheRecordsOfCellsAreThoseOfTheWholeGridInAnyRows) {
+    const auto fields = platform.features().openFeatureClass(f.settings.LandCover);
+    const auto whole = ZonalOp().recordsOfCells(*fields, cells, 0, cells.rows);
+    ASSERT_EQ(whole.size(), cells.cells());
+    std::size_t filled = 0;
+    for (int r = 0; r < cells.rows; ++r) {
+        for (int c = 0; c < cells.columns; ++c) {
+            const int expected = test::shapeAt(test::CropFixture::fields(),
+                                               {cells.columnCentre(c), cells.rowCentre(r)});
+            const auto at = static_cast<std::size_t>(r) * static_cast<std::size_t>(cells.columns) +
+                            static_cast<std::size_t>(c);
+            ASSERT_EQ(whole[at], expected) << c << " " << r;
+            filled += expected < 0 ? 0 : 1;
+        }
+    }
+    EXPECT_GT(filled, 300U);
+    std::vector<std::int32_t> parts;
+    for (int row = 0; row < cells.rows; row += 32) {
+        const auto part =
+            ZonalOp().recordsOfCells(*fields, cells, row, std::min(32, cells.rows - row));
+        parts.insert(parts.end(), part.begin(), part.end());
+    }
+    EXPECT_EQ(parts, whole);
+}
+
 TEST_F(PolygonAnalysis, ACellTakesTheLastPolygonThatContainsItsCentre) {
     const auto layer = joined();
     for (const int month : {3, 6, 7, 12}) {

@@ -14,6 +14,7 @@ DesktopApplication::DesktopApplication(QWidget* mainWindow, IMxDocument& documen
       dialogs_(mainWindow, prompts_),
       workBar_(mainWindow, feedback_, prompts_) {
     platform::watchLoops(&feedback_);
+    dialogs_.setAccount([this](bool metric) { return accountPage(platform_, metric); });
 }
 
 DesktopApplication::~DesktopApplication() { platform::watchLoops(nullptr); }

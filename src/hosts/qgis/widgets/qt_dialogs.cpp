@@ -12,6 +12,7 @@ QtDialogs::~QtDialogs() {
 
 void QtDialogs::showModal(Form& form) {
     FormWindow window(form, prompts_, windowInFront(mainWindow_));
+    showAccountIn(window, account_);
     window.exec();
     if (form.isOpen()) form.close();
 }

@@ -3,9 +3,11 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <utility>
 #include <vector>
 
 #include "gis/application.h"
+#include "hosts/qgis/widgets/account_page.h"
 #include "hosts/qgis/widgets/form_window.h"
 
 namespace velmora::qt {
@@ -19,6 +21,9 @@ class QtDialogs : public IDialogs {
     QtDialogs(const QtDialogs&) = delete;
     QtDialogs& operator=(const QtDialogs&) = delete;
 
+    // Where the window of the zone tables gets the water account from.
+    void setAccount(AccountSource account) { account_ = std::move(account); }
+
     void showModal(Form& form) override;
     // The window stays until the form is closed.
     void show(Form& form) override;
@@ -28,6 +33,7 @@ class QtDialogs : public IDialogs {
   private:
     QWidget* mainWindow_;
     IPrompts& prompts_;
+    AccountSource account_;
     std::vector<QPointer<FormWindow>> modeless_;
 };
 

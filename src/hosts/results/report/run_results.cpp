@@ -8,13 +8,12 @@
 #include "gis/month_names.h"
 #include "gis/polygon_analysis.h"
 #include "gis/text.h"
+#include "gis/units.h"
 #include "gis/zonal_tables.h"
 
 namespace velmora {
 
 namespace {
-
-constexpr double kInchesPerFoot = 12;
 
 std::size_t place(int month) { return static_cast<std::size_t>(month - 1); }
 
