@@ -90,6 +90,7 @@ CommandLine::CommandLine()
     addEfficiency();
     addTable();
     addGrid();
+    addValidate();
     addDemo();
 }
 
@@ -357,6 +358,21 @@ void CommandLine::addGrid() {
     picture->add_option("--title", title_, "The title (default: the dataset's name)");
     whenChosen(picture,
                [this](const Session& s) { return gridPicture(s, first_, second_, title_); });
+}
+
+void CommandLine::addValidate() {
+    CLI::App* command = add(app_, "validate",
+                            "Compare the equations with published figures: each figure, ours, the "
+                            "difference, the tolerance and the source",
+                            "velmora validate --summary");
+    auto* summary = command->add_flag("--summary", summary_, "Print one line for each source");
+    command->add_flag("--markdown", markdown_, "Print the page docs/validation.md")
+        ->excludes(summary);
+    whenChosen(command, [this](const Session& s) {
+        return validate(s, markdown_  ? ValidationForm::markdown
+                           : summary_ ? ValidationForm::summary
+                                      : ValidationForm::text);
+    });
 }
 
 void CommandLine::addDemo() {

@@ -44,6 +44,7 @@ class CommandLine {
     void addShareSetting(CLI::App& eff);
     void addTable();
     void addGrid();
+    void addValidate();
     void addDemo();
     int runChosen();
 
@@ -58,6 +59,8 @@ class CommandLine {
     bool csv_ = false;
     bool inputsOnly_ = false;
     bool all_ = false;
+    bool summary_ = false;
+    bool markdown_ = false;
     bool replaceDatabase_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;

@@ -135,6 +135,11 @@ int showTable(const Session& session, const std::string& name,
 // `velmora report [FILE]`: the run in the output folder as one HTML page.
 int report(const Session& session, const std::string& file);
 
+// `velmora validate`: the equations against published figures; fails when one is outside of its
+// tolerance.
+enum class ValidationForm { text, summary, markdown };
+int validate(const Session& session, ValidationForm form);
+
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);
 

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/cli/commands.h"
+#include "hosts/results/validation/validation_forms.h"
+
+namespace velmora::cli {
+
+int validate(const Session& session, ValidationForm form) {
+    const std::vector<ComparedGroup> groups = compared(publishedFigures());
+    if (session.json) {
+        printJson(validationJson(groups));
+    } else if (form == ValidationForm::markdown) {
+        printData(validationPage(groups));
+    } else {
+        printText(form == ValidationForm::summary ? validationSummary(groups)
+                                                  : validationText(groups));
+    }
+    return allWithin(groups) ? kDone : kFailed;
+}
+
+}  // namespace velmora::cli
