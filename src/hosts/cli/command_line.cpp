@@ -140,9 +140,13 @@ void CommandLine::addRun() {
                     "another name)")
         ->required()
         ->check(CLI::IsMember(steps));
-    run->add_flag("--diagnose", diagnose_,
+    run->add_flag("--diagnose", wishes_.diagnose,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
+    run->add_flag("--standard", wishes_.standard,
+                  "Of refet: also make RefETstd_... grids by the papers' own choices (soil heat "
+                  "flux, calendar years, clear-sky ratio, coefficient floor, nothing below 0) and "
+                  "tell how they differ");
     const auto [cvef, shares] = withShares(run);
     cvef->needs(shares);  // a run fills in zones with both or leaves them as they are
     withDatabase(run);
@@ -156,8 +160,12 @@ void CommandLine::addRun() {
                   "their source, rather than stop");
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
-        chain_.diagnose = diagnose_;
-        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, diagnose_, efficiency_);
+        chain_.wishes = wishes_;
+        if (wishes_.standard && first_ != "refet" && first_ != "all") {
+            tellFailure("--standard belongs to run refet and run all", {}, s.json);
+            return kBadUsage;
+        }
+        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, wishes_, efficiency_);
     });
 }
 

@@ -57,12 +57,13 @@ void tellError(StepResult& result, const std::string& text, const ErrorPlace& pl
     result.done = false;
 }
 
-StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
+StepResult carryOut(const Session& session, const std::string& step, const StepWishes& wishes,
                     const EfficiencyOptions& efficiency) {
     StepResult result;
     result.step = step;
     HeadlessApplication application(session.settingsFolder, session.terminal);
-    if (diagnose) application.askForDiagnostics();
+    if (wishes.diagnose) application.askForDiagnostics();
+    if (wishes.standard && step == "refet") application.askForStandardRun();
     application.dialogs().driver = [&](Form& form) {
         drive(session, application, form, efficiency);
     };
@@ -74,7 +75,7 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
         if (step == "eff") requireShares(session, efficiency);
         clickStep(application, step);
         result.done = application.outcome() == StepOutcome::done;
-        if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
+        if (wishes.diagnose) result.diagnostics = showDiagnostics(session, application, step);
     } catch (const std::exception& e) {
         failure = e.what();
         place = placeOfHandled();
@@ -113,9 +114,9 @@ Json jsonOf(const StepResult& result) {
     return json;
 }
 
-int runStep(const Session& session, const std::string& step, bool diagnose,
+int runStep(const Session& session, const std::string& step, const StepWishes& wishes,
             const EfficiencyOptions& efficiency) {
-    const StepResult result = carryOut(session, step, diagnose, efficiency);
+    const StepResult result = carryOut(session, step, wishes, efficiency);
     if (session.json) printJson(jsonOf(result));
     return result.done ? kDone : kFailed;
 }

@@ -22,7 +22,7 @@ struct StepResult {
 
 // Clicks the step's command and notes the run in the output folder. What the step throws is told
 // and makes it a failed one.
-StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
+StepResult carryOut(const Session& session, const std::string& step, const StepWishes& wishes,
                     const EfficiencyOptions& efficiency);
 
 // Tells what ended a step before it could say so itself, with `json` for programs too.
