@@ -374,12 +374,18 @@ void CommandLine::addValidate() {
                             "difference, the tolerance and the source",
                             "velmora validate --summary");
     auto* summary = command->add_flag("--summary", summary_, "Print one line for each source");
-    command->add_flag("--markdown", markdown_, "Print the page docs/validation.md")
-        ->excludes(summary);
+    auto* page = command->add_flag("--markdown", markdown_, "Print the page docs/validation.md");
+    command
+        ->add_flag("--departures", departures_,
+                   "Print the page docs/departures.md: where the method departs from the papers, "
+                   "and by how much")
+        ->excludes(summary)
+        ->excludes(page->excludes(summary));
     whenChosen(command, [this](const Session& s) {
-        return validate(s, markdown_  ? ValidationForm::markdown
-                           : summary_ ? ValidationForm::summary
-                                      : ValidationForm::text);
+        return validate(s, markdown_     ? ValidationForm::markdown
+                           : departures_ ? ValidationForm::departures
+                           : summary_    ? ValidationForm::summary
+                                         : ValidationForm::text);
     });
 }
 

@@ -61,6 +61,7 @@ class CommandLine {
     bool all_ = false;
     bool summary_ = false;
     bool markdown_ = false;
+    bool departures_ = false;
     bool replaceDatabase_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;

@@ -143,7 +143,7 @@ int report(const Session& session, const std::string& file);
 
 // `velmora validate`: the equations against published figures; fails when one is outside of its
 // tolerance.
-enum class ValidationForm { text, summary, markdown };
+enum class ValidationForm { text, summary, markdown, departures };
 int validate(const Session& session, ValidationForm form);
 
 // `velmora commands`: the toolbar and menus as the host sees them.

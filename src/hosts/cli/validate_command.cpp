@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/cli/commands.h"
+#include "hosts/results/departures/departures_page.h"
 #include "hosts/results/validation/validation_forms.h"
 
 namespace velmora::cli {
 
 int validate(const Session& session, ValidationForm form) {
+    if (form == ValidationForm::departures) {
+        printData(departuresPage());
+        return kDone;
+    }
     const std::vector<ComparedGroup> groups = compared(publishedFigures());
     if (session.json) {
         printJson(validationJson(groups));
