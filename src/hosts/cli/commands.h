@@ -10,6 +10,7 @@
 
 namespace velmora {
 class Form;
+struct ComparedGroup;
 struct RunSettings;
 }  // namespace velmora
 
@@ -145,6 +146,9 @@ int report(const Session& session, const std::string& file);
 // tolerance.
 enum class ValidationForm { text, summary, markdown, departures };
 int validate(const Session& session, ValidationForm form);
+// What it does with a comparison.
+int showComparison(const Session& session, ValidationForm form,
+                   const std::vector<ComparedGroup>& groups);
 
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);

@@ -5,12 +5,8 @@
 
 namespace velmora::cli {
 
-int validate(const Session& session, ValidationForm form) {
-    if (form == ValidationForm::departures) {
-        printData(departuresPage());
-        return kDone;
-    }
-    const std::vector<ComparedGroup> groups = compared(publishedFigures());
+int showComparison(const Session& session, ValidationForm form,
+                   const std::vector<ComparedGroup>& groups) {
     if (session.json) {
         printJson(validationJson(groups));
     } else if (form == ValidationForm::markdown) {
@@ -20,6 +16,14 @@ int validate(const Session& session, ValidationForm form) {
                                                   : validationText(groups));
     }
     return allWithin(groups) ? kDone : kFailed;
+}
+
+int validate(const Session& session, ValidationForm form) {
+    if (form != ValidationForm::departures) {
+        return showComparison(session, form, compared(publishedFigures()));
+    }
+    printData(departuresPage());
+    return kDone;
 }
 
 }  // namespace velmora::cli

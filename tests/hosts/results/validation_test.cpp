@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "hosts/cli/commands.h"
 #include "tests/support/command_fixture.h"
 
 namespace velmora {
@@ -85,6 +86,16 @@ TEST(Validation, JsonHasTheNumbers) {
     EXPECT_NEAR(figure["ours"].get<double>(), 0.205, 1e-12);
     EXPECT_NEAR(figure["difference"].get<double>(), -0.095, 1e-12);
     EXPECT_EQ(json[1]["origin"], "recomputed");
+}
+
+TEST(Validation, TheCommandFailsWhenAFigureIsOutside) {
+    const auto groups = compared(three());
+    for (const auto form : {cli::ValidationForm::text, cli::ValidationForm::summary}) {
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(cli::showComparison({}, form, groups), 1);
+        EXPECT_EQ(cli::showComparison({}, form, {groups.back()}), 0);
+        EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("1 outside"));
+    }
 }
 
 TEST_F(Command, ValidateComparesOnTheUsersMachine) {
