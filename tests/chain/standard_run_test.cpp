@@ -191,23 +191,23 @@ TEST_F(StandardGrids, EstimatesAreMadeWithThePapersSunAndPutBack) {
     EXPECT_NE(f.output("RefETstd_Oct_2").values, ours);
 }
 
-// June and July alone, with the neighbours that the weather table has.
+// July and August alone, with the neighbours that the weather table has.
 TEST_F(StandardGrids, TheHeatFluxTakesTheMonthBeforeWhereThatAfterIsMissing) {
     f.makeWeather(RunFixture::stations(),
                   [](const std::string& p, const Station& s, int m) -> FieldValue {
-                      if (m < 5 || m > 7) return {};
+                      if (m < 6 || m > 8) return {};
                       return RunFixture::usualWeather(p, s, m);
                   });
-    runStandard("2", "Jun", "Jul");
+    runStandard("2", "Jul", "Aug");
     Surfaces s(f);
     const auto expected = [&](int month, double G) {
         return papers(s, 2, month, latitudes[9], G, 17, 9);
     };
     const auto mean = [&](int month) { return s.mean(month, 17, 9); };
-    EXPECT_NEAR(static_cast<double>(f.output("RefETstd_Jun_2").at(17, 9)),
-                expected(6, 0.07 * (mean(7) - mean(5))), 2e-5);
     EXPECT_NEAR(static_cast<double>(f.output("RefETstd_Jul_2").at(17, 9)),
-                expected(7, 0.14 * (mean(7) - mean(6))), 2e-5);
+                expected(7, 0.07 * (mean(8) - mean(6))), 2e-5);
+    EXPECT_NEAR(static_cast<double>(f.output("RefETstd_Aug_2").at(17, 9)),
+                expected(8, 0.14 * (mean(8) - mean(7))), 2e-5);
     EXPECT_THAT(f.application.prompts().notices,
                 Not(Contains(HasSubstr("takes the soil heat flux as 0"))));
 }
