@@ -57,8 +57,8 @@ class TerminalChain : public IChainHost {
     }
 
     bool carryOut(const std::string& step) override {
-        results_.back() = cli::carryOut(session_, step, {diagnoses(step), options_.wishes.standard},
-                                        options_.efficiency);
+        results_.back() =
+            cli::carryOut(session_, step, diagnoses(step), options_.efficiency, options_.standard);
         return results_.back().done;
     }
 
@@ -88,7 +88,7 @@ class TerminalChain : public IChainHost {
   private:
     // Only these make surfaces over stations.
     bool diagnoses(const std::string& step) const {
-        return options_.wishes.diagnose && productMadeBy(step).overStations;
+        return options_.diagnose && productMadeBy(step).overStations;
     }
 
     // The command line that goes on where the chain stopped, with all of its options.
@@ -103,8 +103,8 @@ class TerminalChain : public IChainHost {
             if (!value.empty()) line += option + shellWord(value);
         }
         if (efficiency.overwriteShares) line += " --overwrite-shares";
-        if (options_.wishes.diagnose) line += " --diagnose";
-        if (options_.wishes.standard) line += " --standard";
+        if (options_.diagnose) line += " --diagnose";
+        if (options_.standard) line += " --standard";
         if (options_.useOld) line += " --use-old";
         return line;
     }

@@ -140,10 +140,10 @@ void CommandLine::addRun() {
                     "another name)")
         ->required()
         ->check(CLI::IsMember(steps));
-    run->add_flag("--diagnose", wishes_.diagnose,
+    run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
-    run->add_flag("--standard", wishes_.standard,
+    run->add_flag("--standard", chain_.standard,
                   "Of refet: also make RefETstd_... grids by the papers' own choices (soil heat "
                   "flux, calendar years, clear-sky ratio, coefficient floor, nothing below 0) and "
                   "tell how they differ");
@@ -160,12 +160,12 @@ void CommandLine::addRun() {
                   "their source, rather than stop");
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
-        chain_.wishes = wishes_;
-        if (wishes_.standard && first_ != "refet" && first_ != "all") {
+        chain_.diagnose = diagnose_;
+        if (chain_.standard && first_ != "refet" && first_ != "all") {
             tellFailure("--standard belongs to run refet and run all", {}, s.json);
             return kBadUsage;
         }
-        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, wishes_, efficiency_);
+        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, chain_);
     });
 }
 

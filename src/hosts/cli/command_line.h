@@ -54,7 +54,7 @@ class CommandLine {
     bool no_ = false;
     bool noSync_ = false;
     bool manPage_ = false;
-    StepWishes wishes_;
+    bool diagnose_ = false;
     bool newCrop_ = false;
     bool csv_ = false;
     bool inputsOnly_ = false;

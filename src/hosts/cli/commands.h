@@ -98,27 +98,21 @@ void useEfficiencyDialog(HeadlessApplication& application, Form& form,
 // that makes some.
 void requireShares(const Session& session, const EfficiencyOptions& options);
 
-// What a user asks of a step beyond what the settings say.
-struct StepWishes {
-    bool diagnose = false;  // show what stands behind its surfaces
-    bool standard = false;  // of refet: make the grids by the papers' choices too
-};
-
 // `velmora run all`: the steps in their order.
 struct ChainOptions {
     EfficiencyOptions efficiency;
     std::string from;  // the first step, "" for the first of all
     std::string only;  // the only step, "" for all
-    StepWishes wishes;
-    bool useOld = false;  // read grids of earlier runs rather than stop
+    bool diagnose = false;
+    bool useOld = false;    // read grids of earlier runs rather than stop
+    bool standard = false;  // make reference ET by the papers' choices beside
 };
 int runAll(const Session& session, const ChainOptions& options);
 
 // `velmora run STEP [--diagnose] [--standard]`: carries out the step and prints what came of it;
 // with diagnostics, also what stands behind the step's surfaces, which is written into the output
 // folder.
-int runStep(const Session& session, const std::string& step, const StepWishes& wishes = {},
-            const EfficiencyOptions& efficiency = {});
+int runStep(const Session& session, const std::string& step, const ChainOptions& options);
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
 struct KcOptions {

@@ -57,13 +57,13 @@ void tellError(StepResult& result, const std::string& text, const ErrorPlace& pl
     result.done = false;
 }
 
-StepResult carryOut(const Session& session, const std::string& step, const StepWishes& wishes,
-                    const EfficiencyOptions& efficiency) {
+StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
+                    const EfficiencyOptions& efficiency, bool standard) {
     StepResult result;
     result.step = step;
     HeadlessApplication application(session.settingsFolder, session.terminal);
-    if (wishes.diagnose) application.askForDiagnostics();
-    if (wishes.standard && step == "refet") application.askForStandardRun();
+    if (diagnose) application.askForDiagnostics();
+    if (standard && step == "refet") application.askForStandardRun();
     application.dialogs().driver = [&](Form& form) {
         drive(session, application, form, efficiency);
     };
@@ -75,7 +75,7 @@ StepResult carryOut(const Session& session, const std::string& step, const StepW
         if (step == "eff") requireShares(session, efficiency);
         clickStep(application, step);
         result.done = application.outcome() == StepOutcome::done;
-        if (wishes.diagnose) result.diagnostics = showDiagnostics(session, application, step);
+        if (diagnose) result.diagnostics = showDiagnostics(session, application, step);
     } catch (const std::exception& e) {
         failure = e.what();
         place = placeOfHandled();
@@ -114,9 +114,9 @@ Json jsonOf(const StepResult& result) {
     return json;
 }
 
-int runStep(const Session& session, const std::string& step, const StepWishes& wishes,
-            const EfficiencyOptions& efficiency) {
-    const StepResult result = carryOut(session, step, wishes, efficiency);
+int runStep(const Session& session, const std::string& step, const ChainOptions& options) {
+    const StepResult result =
+        carryOut(session, step, options.diagnose, options.efficiency, options.standard);
     if (session.json) printJson(jsonOf(result));
     return result.done ? kDone : kFailed;
 }

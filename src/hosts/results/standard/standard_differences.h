@@ -26,7 +26,7 @@ struct StandardDifference {
 // By month, the whole grid first and then the zones in the order in which their keys first appear;
 // of the months of the settings' period whose two grids are both of the last run. Empty when it
 // made none. Without zones in the settings, or when they cannot be read, the whole grid alone.
-// Throws PlatformError when a grid cannot be read.
+// Throws PlatformError when a grid, or the note of the run, cannot be read.
 std::vector<StandardDifference> standardDifferences(IPlatform& platform,
                                                     const RunSettings& settings);
 
