@@ -65,6 +65,9 @@ class IApplication {
     virtual std::string extensionFolder() = 0;
     // Where steps send what stands behind their surfaces; none unless the user asked for it.
     virtual IDiagnostics* diagnostics() { return nullptr; }
+    // Whether the user asked for the reference ET grids by the papers' own choices as well, beside
+    // those of the method.
+    virtual bool wantsStandardRun() const { return false; }
     // Told at the end of every click of a model command, and of cancelled work of a form.
     virtual void noteOutcome(StepOutcome outcome) = 0;
 };

@@ -18,6 +18,7 @@
 #include "refet/equations/hargreaves.h"
 #include "refet/equations/penman_monteith.h"
 #include "refet/equations/priestley_taylor.h"
+#include "refet/equations/solar_estimate.h"
 #include "refet/equations/solar_radiation.h"
 
 namespace velmora {
@@ -49,9 +50,10 @@ std::vector<LatitudePart> latitudeParts(IParallelLoop& loop, const CellTable& ta
 }
 
 std::vector<LatitudePart> radiationParts(IParallelLoop& loop, const CellTable& table,
-                                         std::size_t rows, const Date& date) {
+                                         std::size_t rows, const Date& date,
+                                         const Conventions& conventions) {
     return latitudeParts(loop, table, rows, [&](double latitude) {
-        return ExtraterrestrialRadiation(latitude, date);
+        return ExtraterrestrialRadiation(latitude, date, conventions);
     });
 }
 
@@ -109,10 +111,11 @@ double known(const LatitudePart& part) {
 // The `needed` fields decide where there is data.
 template <std::size_t Count, class Depth>
 void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
-                 const Date& date, const std::vector<LatitudePart>& parts,
+                 const Date& date, const Conventions& conventions,
+                 const std::vector<LatitudePart>& parts,
                  const std::array<std::span<const double>, Count>& needed, Depth depth) {
     const std::span<double> result = table.writable(CellField::RefET);
-    const int days = DaysInMonth(date.month, date.year);
+    const int days = daysInMonth(date.month, date.year, conventions);
     FirstFailure failure;
     forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
         for (const auto& input : needed) {
@@ -122,7 +125,7 @@ void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double
             }
         }
         try {
-            result[record] = inchesOfMonth(depth(record, parts[row]), days);
+            result[record] = conventions.depth(inchesOfMonth(depth(record, parts[row]), days));
         } catch (const EquationError& e) {
             failure.note(record, e.what());
             result[record] = noData;
@@ -132,6 +135,7 @@ void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double
 }
 
 std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
+                             const Conventions& conventions,
                              const std::vector<LatitudePart>& parts) {
     const auto elevation = table.values(CellField::Elevation);
     const auto TM = table.values(CellField::TM);
@@ -144,7 +148,8 @@ std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t 
             return;
         }
         try {
-            result[record] = blaneyCriddle(TM[record], TN[record], known(parts[row]));
+            result[record] = conventions.depth(
+                blaneyCriddle(TM[record], TN[record], known(parts[row]), conventions));
         } catch (const EquationError&) {
             result[record] = 0;
             ++failed;
@@ -154,7 +159,8 @@ std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t 
 }
 
 void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts& elevation,
-                     RefEtMethod method, const Date& date, std::size_t rows, double noData) {
+                     RefEtMethod method, const Date& date, std::size_t rows, double noData,
+                     const Conventions& conventions) {
     const auto z = table.values(CellField::Elevation);
     const auto TM = table.values(CellField::TM);
     const auto TN = table.values(CellField::TN);
@@ -166,18 +172,20 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts
         return CellWeather{TM[k], TN[k], TD[k], kMissing, kMissing, SR[k], WS[k], GG[k], z[k]};
     };
     const auto& gamma = elevation.gamma;
-    const auto parts = radiationParts(loop, table, rows, date);
+    const auto parts = radiationParts(loop, table, rows, date, conventions);
     if (method == RefEtMethod::priestleyTaylor) {
-        runEquation(loop, table, rows, noData, date, parts, std::array{z, TM, TN, TD, SR, GG},
-                    [&](std::size_t k, const LatitudePart& Ra) {
-                        return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo);
+        runEquation(loop, table, rows, noData, date, conventions, parts,
+                    std::array{z, TM, TN, TD, SR, GG}, [&](std::size_t k, const LatitudePart& Ra) {
+                        return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo,
+                                               conventions);
                     });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
-    runEquation(loop, table, rows, noData, date, parts, std::array{z, TM, TN, TD, SR, WS, GG},
-                [&](std::size_t k, const LatitudePart& Ra) {
-                    return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo);
+    runEquation(loop, table, rows, noData, date, conventions, parts,
+                std::array{z, TM, TN, TD, SR, WS, GG}, [&](std::size_t k, const LatitudePart& Ra) {
+                    return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo,
+                                          conventions);
                 });
 }
 
@@ -210,20 +218,21 @@ ElevationParts elevationParts(IParallelLoop& loop, const CellTable& table) {
 
 RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
                                RefEtMethod method, const Date& date, std::size_t rows,
-                               double noData) {
+                               double noData, const Conventions& conventions) {
     for (const CellField field : inputsOf(method)) {
         if (table.values(field).size() == table.rowCount()) continue;
         throw PlatformError(std::string("the field ") + cellFieldName(field) +
                             " of the cell table is empty");
     }
     if (method == RefEtMethod::blaneyCriddle) {
-        return {
-            runBlaneyCriddle(loop, table, rows, noData, daylightParts(loop, table, rows, date))};
+        return {runBlaneyCriddle(loop, table, rows, noData, conventions,
+                                 daylightParts(loop, table, rows, date))};
     }
     if (method == RefEtMethod::hargreaves) {
         const auto TM = table.values(CellField::TM);
         const auto TN = table.values(CellField::TN);
-        runEquation(loop, table, rows, noData, date, radiationParts(loop, table, rows, date),
+        runEquation(loop, table, rows, noData, date, conventions,
+                    radiationParts(loop, table, rows, date, conventions),
                     std::array{table.values(CellField::Elevation), TM, TN},
                     [&](std::size_t k, const LatitudePart& Ra) {
                         // Below the minimum nothing else is computed.
@@ -234,7 +243,7 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const Elev
     if (parts.gamma.size() != table.rowCount()) {
         throw PlatformError("the elevation parts of the cells are missing");
     }
-    runEnergyMethod(loop, table, parts, method, date, rows, noData);
+    runEnergyMethod(loop, table, parts, method, date, rows, noData, conventions);
     return {};
 }
 
@@ -247,8 +256,8 @@ void estimateDewPoint(IParallelLoop& loop, CellTable& table, double Ko, double n
 }
 
 void estimateSolarRadiation(IParallelLoop& loop, CellTable& table, double Ks, const Date& date,
-                            std::size_t rows, double noData) {
-    const auto parts = radiationParts(loop, table, rows, date);
+                            std::size_t rows, double noData, const Conventions& conventions) {
+    const auto parts = radiationParts(loop, table, rows, date, conventions);
     const auto TM = table.values(CellField::TM);
     const auto TN = table.values(CellField::TN);
     const std::span<double> SA = table.writable(CellField::SA);
@@ -256,7 +265,7 @@ void estimateSolarRadiation(IParallelLoop& loop, CellTable& table, double Ks, co
     forEachRecord(loop, table.rowCount(), rows, [&](std::size_t k, std::size_t row) {
         SA[k] = parts[row].value_or(0);  // where it has no value the equations fail anyhow
         const bool known = TM[k] != noData && TN[k] != noData;
-        SR[k] = known ? Ks * std::sqrt(std::max(0.0, TM[k] - TN[k])) * SA[k] : noData;
+        SR[k] = known ? solarRadiationFromRange(Ks, TM[k], TN[k], SA[k]) : noData;
     });
 }
 

@@ -4,7 +4,7 @@
 // All cells of a grid row share one latitude, so what depends on latitude and date alone
 // (extraterrestrial radiation, the daylight percentage) is computed once per row, what depends on
 // elevation alone once per cell and run, and the rest once per cell and month. The results are
-// those of clsModels, bit for bit.
+// those of clsModels, bit for bit, but for other conventions than ours.
 #pragma once
 
 #include <cstddef>
@@ -34,13 +34,14 @@ struct RefEtPassResult {
 // Blaney-Criddle fails, and PlatformError when a needed field was never filled.
 RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
                                RefEtMethod method, const Date& date, std::size_t rows,
-                               double noData);
+                               double noData, const Conventions& conventions = kOurConventions);
 
 // Estimates of missing inputs, into the table: dew point TN - Ko, solar radiation
 // Ks sqrt(TM - TN) Ra (a negative difference counts as 0) with Ra kept in the field SA, wind speed.
 void estimateDewPoint(IParallelLoop& loop, CellTable& table, double Ko, double noData);
 void estimateSolarRadiation(IParallelLoop& loop, CellTable& table, double Ks, const Date& date,
-                            std::size_t rows, double noData);
+                            std::size_t rows, double noData,
+                            const Conventions& conventions = kOurConventions);
 void estimateWindSpeed(CellTable& table, double windSpeed);
 
 }  // namespace velmora

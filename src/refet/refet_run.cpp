@@ -19,6 +19,7 @@
 #include "refet/equations/calendar.h"
 #include "refet/refet_pass.h"
 #include "refet/run_size.h"
+#include "refet/standard_run.h"
 #include "refet/work_database.h"
 #include "settings/modelling_extent.h"
 #include "settings/run_choices.h"
@@ -67,7 +68,7 @@ bool ReferenceEtRun::run() {
     storeCells();
     record_.reset();
     folder_.reset();
-    return runStatus_;
+    return runStatus_ && standardMade_;
 }
 
 void ReferenceEtRun::runSteps() {
@@ -118,7 +119,15 @@ bool ReferenceEtRun::runMonth(int month) {
     GridReadOut(month);
     if (!runStatus_) return false;
     show("Reference ET in " + label + "are estimated successfully ...");
+    if (application_.wantsStandardRun()) makeStandard(month);
     return true;
+}
+
+// What it cannot make ends neither the month nor the run, but the run is not done then.
+void ReferenceEtRun::makeStandard(int month) {
+    StandardRun standard({application_, settings_, geometry_, *workspace_, *surfaces_,
+                          elevationParts_, noData_, *recorder_});
+    standardMade_ = standard.make(cells_, month) && standardMade_;
 }
 
 void ReferenceEtRun::SetupWorkDatabase() {
@@ -138,7 +147,8 @@ void ReferenceEtRun::SetupWorkDatabase() {
 void ReferenceEtRun::GetGeographicCoordinates() {
     trapped("GetGeographicCoordinates", [&] {
         geometry_ = runGeometry(platform_, settings_);
-        requireMemory(platform_.files(), geometry_);
+        requireMemory(platform_.files(), geometry_,
+                      application_.wantsStandardRun() ? kStandardBytesPerCell : 0);
         // The left edge of the extent stands for the whole row.
         std::vector<Point> leftEdge;
         for (int row = 0; row < geometry_.rows; ++row) {

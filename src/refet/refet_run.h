@@ -30,6 +30,7 @@ class ReferenceEtRun {
   private:
     void runSteps();
     bool runMonth(int month);
+    void makeStandard(int month);
     void readWeather(int month);
 
     // Each traps its own failures; a failure is shown and clears the run-status flag, except where
@@ -77,6 +78,7 @@ class ReferenceEtRun {
     std::unique_ptr<WeatherSurfaces> surfaces_;
     bool toldAboutHeatFlux_ = false;
     bool cellsStored_ = false;
+    bool standardMade_ = true;
 };
 
 }  // namespace velmora

@@ -7,7 +7,9 @@
 namespace velmora {
 
 // Throws PlatformError, which names the cell size and the gigabytes, when the cell table of a
-// reference ET run on the grid does not fit into the free memory.
-void requireMemory(const IFileSystem& files, const GridGeometry& geometry);
+// reference ET run on the grid does not fit into the free memory. What
+// goes beside it may need more bytes per cell.
+void requireMemory(const IFileSystem& files, const GridGeometry& geometry,
+                   double moreBytesPerCell = 0);
 
 }  // namespace velmora

@@ -1,171 +1,130 @@
 // SPDX-License-Identifier: MIT
-// Every line of tests/data/published_figures.txt against the equations.
+// Every published figure against the equations, and the files that hold them.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
-#include <functional>
-#include <map>
-#include <sstream>
-#include <string>
+#include <set>
 
-#include "gis/numbers.h"
-#include "refet/cls_models.h"
-#include "refet/equations/blaney_criddle.h"
-#include "refet/equations/calendar.h"
-#include "refet/equations/energy_balance.h"
-#include "refet/equations/hargreaves.h"
-#include "refet/equations/solar_radiation.h"
+#include "gis/errors.h"
+#include "refet/validation/quantities.h"
+#include "refet/validation/validation.h"
 
 namespace velmora {
 namespace {
 
-class Inputs {
-  public:
-    explicit Inputs(const std::string& text) {
-        std::istringstream words(text);
-        for (std::string word; words >> word;) {
-            const auto equals = word.find('=');
-            values_[word.substr(0, equals)] = word.substr(equals + 1);
-        }
-    }
-    double number(const std::string& name) const { return strictNumber(values_.at(name)).value(); }
-    double number(const std::string& name, double otherwise) const {
-        return values_.contains(name) ? number(name) : otherwise;
-    }
-    bool is(const std::string& name, const std::string& value) const {
-        return values_.contains(name) && values_.at(name) == value;
-    }
-    Date date() const {
-        Date d;
-        const std::string& text = values_.at("date");
-        const auto first = text.find('-');
-        const auto second = text.find('-', first + 1);
-        d.day = std::stoi(text.substr(0, first));
-        d.month = std::stoi(text.substr(first + 1, second - first - 1));
-        d.year = std::stoi(text.substr(second + 1));
-        return d;
-    }
-
-  private:
-    std::map<std::string, std::string> values_;
-};
-
-double mmPerDay(double inches, const Date& d) {
-    return inches * 25.4 / DaysInMonth(d.month, d.year);
-}
-
-using Quantity = std::function<double(const Inputs&)>;
-
-double penman(const Inputs& in) {
-    const Date d = in.date();
-    const clsModels models(nullptr);
-    return mmPerDay(models.AscePM(true, in.is("crop", "short") ? 1 : 0, in.number("Tmax"),
-                                  in.number("Tmin"), in.number("Tdew", 999), in.number("ea", 999),
-                                  999, in.number("Rs"), in.number("u2"), in.number("G", 0),
-                                  in.number("z"), in.number("lat"), d.day, d.month, d.year),
-                    d);
-}
-
-double priestley(const Inputs& in) {
-    const Date d = in.date();
-    clsModels models(nullptr);
-    models.setAlbedo(in.number("albedo", 0.23));
-    return mmPerDay(
-        models.Taylor(true, 0, in.number("Tmax"), in.number("Tmin"), in.number("Tdew", 999),
-                      in.number("ea", 999), 999, in.number("Rs"), 0, in.number("G", 0),
-                      in.number("z"), in.number("lat"), d.day, d.month, d.year),
-        d);
-}
-
-double hargreaves(const Inputs& in) {
-    const Date d = in.date();
-    return mmPerDay(clsModels(nullptr).Hargreaves1985(in.number("Tmax"), in.number("Tmin"),
-                                                      in.number("lat"), d.day, d.month, d.year),
-                    d);
-}
-
-// At sea level the clear-sky radiation is three quarters of the extraterrestrial.
-double netLongwave(const Inputs& in) {
-    const CellWeather w{
-        in.number("Tmax"), in.number("Tmin"), 999, in.number("ea"), 999, in.number("Rs"), 0, 0, 0};
-    return (1 - 0.23) * in.number("Rs") - energyBalance(w, in.number("Rso") / 0.75, 0.066, 0.23).Rn;
-}
-
-double gammaOf(const Inputs& in) { return psychrometricConstant(in.number("z")); }
-
-double climaticCoefficient(const Inputs& in) {
-    const double F = in.number("F");
-    const double celsius = (F - 32) * 5 / 9;
-    return blaneyCriddle(celsius, celsius, 10) * 100 / (10 * F);
-}
-
-double daylight(const Inputs& in) {
-    double latitude = in.number("lat");
-    return MonthlyDaylightPercentage(latitude, static_cast<int>(in.number("month")));
-}
-
-const std::map<std::string, Quantity>& quantities() {
-    static const std::map<std::string, Quantity> all = {
-        {"PM", penman},
-        {"PT", priestley},
-        {"Hargreaves", hargreaves},
-        {"netLongwave", netLongwave},
-        {"gamma", gammaOf},
-        {"pressure", [](const Inputs& in) { return gammaOf(in) / 0.000665; }},
-        {"kt", climaticCoefficient},
-        {"daylight", daylight},
-        {"saturation", [](const Inputs& in) { return SaturationVapourPressure(in.number("T")); }},
-        {"humidity",
-         [](const Inputs& in) {
-             return VapourPressureFromHumidity(in.number("Tmax"), in.number("Tmin"),
-                                               in.number("RH"));
-         }},
-        {"Ra",
-         [](const Inputs& in) { return ExtraterrestrialRadiation(in.number("lat"), in.date()); }}};
-    return all;
-}
-
-std::string trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? ""
-                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
+using testing::HasSubstr;
 
 TEST(PublishedFigures, AreMetWithinTheirTolerances) {
-    std::ifstream file(VELMORA_TEST_DATA "/published_figures.txt");
-    ASSERT_TRUE(file);
-    std::map<std::string, int> seen;
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream parts(line);
-        std::string part[5];
-        for (auto& p : part) {
-            ASSERT_TRUE(std::getline(parts, p, '|')) << line;
-            p = trimmed(p);
+    std::set<std::string> seen;
+    for (const ComparedGroup& group : compared(publishedFigures())) {
+        for (const Comparison& c : group.figures) {
+            EXPECT_NE(c.verdict, Verdict::outside)
+                << group.group->title << ": " << c.figure->quantity << " (" << c.figure->inputs
+                << ") ours " << c.ours << ", figure " << c.figure->printed << ", tolerance "
+                << c.figure->tolerance;
+            seen.insert(c.figure->quantity);
         }
-        const auto quantity = quantities().find(part[0]);
-        ASSERT_NE(quantity, quantities().end()) << line;
-        EXPECT_NEAR(quantity->second(Inputs(part[1])), strictNumber(part[2]).value(),
-                    strictNumber(part[3]).value())
-            << line;
-        ++seen[part[0]];
     }
-    for (const auto& [name, function] : quantities()) EXPECT_GT(seen[name], 0) << name;
+    EXPECT_TRUE(seen.contains("sum"));
+    for (const Quantity& q : quantities()) EXPECT_TRUE(seen.contains(q.name)) << q.name;
 }
 
-TEST(PublishedFigures, TenDaysOfGreeleyAddUp) {
-    std::ifstream file(VELMORA_TEST_DATA "/published_figures.txt");
-    double tall = 0;
-    double grass = 0;
-    for (std::string line; std::getline(file, line);) {
-        if (line.find("Greeley") == std::string::npos) continue;
-        const std::string inputs = line.substr(line.find('|') + 1);
-        const double value = penman(Inputs(inputs.substr(0, inputs.find('|'))));
-        (line.find("crop=tall") != std::string::npos ? tall : grass) += value;
+// A tolerance about what is expected must not let the figure itself through, or the departure is
+// none.
+TEST(PublishedFigures, DeparturesAreDepartures) {
+    for (const FigureGroup& group : publishedFigures()) {
+        for (const Figure& figure : group.figures) {
+            if (!figure.expected) continue;
+            EXPECT_GT(std::abs(*figure.expected - figure.value), figure.tolerance) << group.title;
+        }
     }
-    EXPECT_NEAR(grass, 65.79, 0.05);
-    EXPECT_NEAR(tall, 84.58, 0.05);
+}
+
+std::vector<FigureGroup> read(const std::string& lines) {
+    return readFigures("== A group\nsource: a paper\n" + lines, "file.txt");
+}
+
+Comparison only(const std::vector<FigureGroup>& groups) {
+    return compared(groups).at(0).figures.at(0);
+}
+
+TEST(PublishedFigures, SaysWhatIsOutside) {
+    const auto near = read("e0 | T=24.5 | 3.075 | 0.0006\n");
+    const auto far = read("e0 | T=24.5 | 3.079 | 0.0006\n");
+    EXPECT_EQ(only(near).verdict, Verdict::met);
+    EXPECT_EQ(only(far).verdict, Verdict::outside);
+    EXPECT_NEAR(only(far).difference(), -0.0043, 0.0001);
+    EXPECT_GT(only(far).share(), 1);
+}
+
+TEST(PublishedFigures, ADepartureIsHeldToWhatIsExpected) {
+    const auto expected = read("kt | F=30 | .300 | 0.0005 | 0.205 | no floor\n");
+    const auto wrong = read("kt | F=30 | .300 | 0.0005 | 0.210 | no floor\n");
+    const auto met = read("kt | F=30 choices=papers | .300 | 0.0005 | 0.205 | no floor\n");
+    EXPECT_EQ(only(expected).verdict, Verdict::departs);
+    EXPECT_EQ(only(wrong).verdict, Verdict::outside);
+    EXPECT_EQ(only(met).verdict, Verdict::outside);
+}
+
+TEST(PublishedFigures, InputsOfAFigureGoBeforeThoseOfItsGroup) {
+    const auto groups = read("with: T=15\ne0 | T=24.5 | 3.075 | 0.0006\ne0 | | 1.705 | 0.0006\n");
+    const auto results = compared(groups);
+    for (const Comparison& c : results.at(0).figures) EXPECT_EQ(c.verdict, Verdict::met);
+}
+
+TEST(PublishedFigures, ASumTakesTheFiguresOfItsSeries) {
+    const auto groups = read(
+        "e0 | T=24.5 series=a | 3.075 | 0.1\ne0 | T=15 series=b | 1.705 | 0.1\n"
+        "e0 | T=15 series=a | 1.705 | 0.1\nsum | series=a | 4.780 | 0.001\n");
+    EXPECT_EQ(compared(groups).at(0).figures.back().verdict, Verdict::met);
+}
+
+TEST(PublishedFigures, AToleranceMayBeAPercentage) {
+    EXPECT_DOUBLE_EQ(read("p | lat=40 month=1 | 6.75 | 2 %\n")[0].figures[0].tolerance, 0.135);
+}
+
+TEST(PublishedFigures, AFileThatIsWrongNamesTheLine) {
+    for (const auto& [lines, what] : {std::pair{"e0 | T=15 | 1.705\n", "4 or 6 columns"},
+                                      {"e0 | T=15 | much | 0.1\n", "\"much\" is no number"},
+                                      {"e0 | T=15 | 1.7 | 0\n", "above 0"},
+                                      {"e0 | T=15 | 1.7 | 0.1 | 1.6 | \n", "a word why"},
+                                      {"origin: heard\n", "no origin"}}) {
+        EXPECT_THAT([&] { read(lines); }, testing::ThrowsMessage<PlatformError>(testing::AllOf(
+                                              HasSubstr("file.txt, line 3: "), HasSubstr(what))))
+            << lines;
+    }
+    EXPECT_THAT([] { read(""); },
+                testing::ThrowsMessage<PlatformError>(HasSubstr("needs figures")));
+    EXPECT_THAT([] { readFigures("e0 | T=15 | 1.7 | 0.1\n", "file.txt"); },
+                testing::ThrowsMessage<PlatformError>(HasSubstr("before the first group")));
+}
+
+TEST(PublishedFigures, AFigureThatCannotBeComputedIsNamed) {
+    for (const auto& [line, what] : {std::pair{"e7 | T=15 | 1 | 1\n", "\"e7\""},
+                                     {"e0 | | 1 | 1\n", "the input T is missing"},
+                                     {"e0 | T=warm | 1 | 1\n", "T=warm is no number"},
+                                     {"e0 | T | 1 | 1\n", "is no input"},
+                                     {"sum | series=x | 1 | 1\n", "no figure before it"}}) {
+        const auto groups = read(line);
+        EXPECT_THAT([&] { compared(groups); }, testing::ThrowsMessage<PlatformError>(testing::AllOf(
+                                                   HasSubstr("A group, "), HasSubstr(what))))
+            << line;
+    }
+}
+
+TEST(PublishedFigures, AYearsDayIsThatOfAYearOf365Days) {
+    for (const auto& [J, day, month] : {std::tuple{1, 1, 1},
+                                        {31, 31, 1},
+                                        {32, 1, 2},
+                                        {60, 29, 2},
+                                        {61, 1, 3},
+                                        {246, 2, 9},
+                                        {366, 31, 12}}) {
+        const Date date = FigureInputs("J=" + std::to_string(J), "").date();
+        EXPECT_EQ(date.day, day) << J;
+        EXPECT_EQ(date.month, month) << J;
+        EXPECT_EQ(date.year % 4, 0);
+    }
 }
 
 }  // namespace

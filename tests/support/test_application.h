@@ -37,6 +37,7 @@ class TestApplication : public IApplication {
     Feedback& feedback() override { return feedback_; }
     std::string extensionFolder() override { return folder; }
     IDiagnostics* diagnostics() override { return askForDiagnostics ? &diagnostics_ : nullptr; }
+    bool wantsStandardRun() const override { return askForStandardRun; }
     const std::vector<SurfaceDiagnostics>& diagnosed() const { return diagnostics_.surfaces; }
     void noteOutcome(StepOutcome outcome) override { outcomes.push_back(outcome); }
     const std::vector<std::string>& messages() const { return prompts_.messages; }
@@ -44,6 +45,7 @@ class TestApplication : public IApplication {
     std::string folder;
     std::vector<StepOutcome> outcomes;
     bool askForDiagnostics = false;
+    bool askForStandardRun = false;
 
   private:
     IPlatform& platform_;

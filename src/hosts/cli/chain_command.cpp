@@ -57,7 +57,8 @@ class TerminalChain : public IChainHost {
     }
 
     bool carryOut(const std::string& step) override {
-        results_.back() = cli::carryOut(session_, step, diagnoses(step), options_.efficiency);
+        results_.back() =
+            cli::carryOut(session_, step, diagnoses(step), options_.efficiency, options_.standard);
         return results_.back().done;
     }
 
@@ -103,6 +104,7 @@ class TerminalChain : public IChainHost {
         }
         if (efficiency.overwriteShares) line += " --overwrite-shares";
         if (options_.diagnose) line += " --diagnose";
+        if (options_.standard) line += " --standard";
         if (options_.useOld) line += " --use-old";
         return line;
     }

@@ -96,6 +96,7 @@ CommandLine::CommandLine()
     addAccount();
     addReport();
     addGrid();
+    addValidate();
     addDemo();
 }
 
@@ -148,6 +149,10 @@ void CommandLine::addRun() {
     run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
+    run->add_flag("--standard", chain_.standard,
+                  "Of refet: also make RefETstd_... grids by the papers' own choices (soil heat "
+                  "flux, calendar years, clear-sky ratio, coefficient floor, nothing below 0) and "
+                  "tell how they differ");
     const auto [cvef, shares] = withShares(run);
     cvef->needs(shares);  // a run fills in zones with both or leaves them as they are
     withDatabase(run);
@@ -162,7 +167,11 @@ void CommandLine::addRun() {
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;
-        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, diagnose_, efficiency_);
+        if (chain_.standard && first_ != "refet" && first_ != "all") {
+            tellFailure("--standard belongs to run refet and run all", {}, s.json);
+            return kBadUsage;
+        }
+        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, chain_);
     });
 }
 
@@ -422,6 +431,27 @@ void CommandLine::addGrid() {
     picture->add_option("--title", title_, "The title (default: the dataset's name)");
     whenChosen(picture,
                [this](const Session& s) { return gridPicture(s, first_, second_, title_); });
+}
+
+void CommandLine::addValidate() {
+    CLI::App* command = add(app_, "validate",
+                            "Compare the equations with published figures: each figure, ours, the "
+                            "difference, the tolerance and the source",
+                            "velmora validate --summary");
+    auto* summary = command->add_flag("--summary", summary_, "Print one line for each source");
+    auto* page = command->add_flag("--markdown", markdown_, "Print the page docs/validation.md");
+    command
+        ->add_flag("--departures", departures_,
+                   "Print the page docs/departures.md: where the method departs from the papers, "
+                   "and by how much")
+        ->excludes(summary)
+        ->excludes(page->excludes(summary));
+    whenChosen(command, [this](const Session& s) {
+        return validate(s, markdown_     ? ValidationForm::markdown
+                           : departures_ ? ValidationForm::departures
+                           : summary_    ? ValidationForm::summary
+                                         : ValidationForm::text);
+    });
 }
 
 void CommandLine::addDemo() {

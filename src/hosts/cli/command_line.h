@@ -47,6 +47,7 @@ class CommandLine {
     void addReport();
     void addAccount();
     void addGrid();
+    void addValidate();
     void addDemo();
     int runChosen();
 
@@ -62,6 +63,9 @@ class CommandLine {
     bool csv_ = false;
     bool inputsOnly_ = false;
     bool all_ = false;
+    bool summary_ = false;
+    bool markdown_ = false;
+    bool departures_ = false;
     bool replaceDatabase_ = false;
     KcOptions kcOptions_;
     EfficiencyOptions efficiency_;

@@ -10,6 +10,7 @@
 
 namespace velmora {
 class Form;
+struct ComparedGroup;
 struct RunSettings;
 }  // namespace velmora
 
@@ -104,15 +105,15 @@ struct ChainOptions {
     std::string from;  // the first step, "" for the first of all
     std::string only;  // the only step, "" for all
     bool diagnose = false;
-    bool useOld = false;  // read grids of earlier runs rather than stop
+    bool useOld = false;    // read grids of earlier runs rather than stop
+    bool standard = false;  // make reference ET by the papers' choices beside
 };
 int runAll(const Session& session, const ChainOptions& options);
 
-// `velmora run STEP [--diagnose]`: carries out the step and prints what came of it; with
-// diagnostics, also what stands behind the step's surfaces, which is written into the output
+// `velmora run STEP [--diagnose] [--standard]`: carries out the step and prints what came of it;
+// with diagnostics, also what stands behind the step's surfaces, which is written into the output
 // folder.
-int runStep(const Session& session, const std::string& step, bool diagnose = false,
-            const EfficiencyOptions& efficiency = {});
+int runStep(const Session& session, const std::string& step, const ChainOptions& options);
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
 struct KcOptions {
@@ -153,6 +154,14 @@ int account(const Session& session, const AccountRequest& request);
 
 // `velmora report [FILE]`: the run in the output folder as one HTML page.
 int report(const Session& session, const std::string& file);
+
+// `velmora validate`: the equations against published figures; fails when one is outside of its
+// tolerance.
+enum class ValidationForm { text, summary, markdown, departures };
+int validate(const Session& session, ValidationForm form);
+// What it does with a comparison.
+int showComparison(const Session& session, ValidationForm form,
+                   const std::vector<ComparedGroup>& groups);
 
 // `velmora commands`: the toolbar and menus as the host sees them.
 int listCommands(const Session& session);

@@ -76,11 +76,14 @@ class HeadlessApplication : public IApplication {
     Feedback& feedback() override { return cli::feedback(); }
     std::string extensionFolder() override { return settingsFolder_; }
     IDiagnostics* diagnostics() override { return diagnose_ ? &report_ : nullptr; }
+    bool wantsStandardRun() const override { return standard_; }
     void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
     StepOutcome outcome() const { return outcome_; }
 
     // From now on steps send their diagnostics to report().
     void askForDiagnostics() { diagnose_ = true; }
+    // From now on the reference ET run makes the grids by the papers' choices too.
+    void askForStandardRun() { standard_ = true; }
     const DiagnosticsReport& report() const { return report_; }
 
   private:
@@ -94,6 +97,7 @@ class HeadlessApplication : public IApplication {
     Progress progress_;
     Listening listening_;
     bool diagnose_ = false;
+    bool standard_ = false;
     StepOutcome outcome_ = StepOutcome::done;
 };
 

@@ -58,11 +58,12 @@ void tellError(StepResult& result, const std::string& text, const ErrorPlace& pl
 }
 
 StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
-                    const EfficiencyOptions& efficiency) {
+                    const EfficiencyOptions& efficiency, bool standard) {
     StepResult result;
     result.step = step;
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (diagnose) application.askForDiagnostics();
+    if (standard && step == "refet") application.askForStandardRun();
     application.dialogs().driver = [&](Form& form) {
         drive(session, application, form, efficiency);
     };
@@ -113,9 +114,9 @@ Json jsonOf(const StepResult& result) {
     return json;
 }
 
-int runStep(const Session& session, const std::string& step, bool diagnose,
-            const EfficiencyOptions& efficiency) {
-    const StepResult result = carryOut(session, step, diagnose, efficiency);
+int runStep(const Session& session, const std::string& step, const ChainOptions& options) {
+    const StepResult result =
+        carryOut(session, step, options.diagnose, options.efficiency, options.standard);
     if (session.json) printJson(jsonOf(result));
     return result.done ? kDone : kFailed;
 }

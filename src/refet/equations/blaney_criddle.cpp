@@ -53,11 +53,16 @@ double MonthlyDaylightPercentage(double& latitude, int month) {
     return static_cast<double>(share) * chosen.length * 100;
 }
 
-double blaneyCriddle(double Tmax, double Tmin, double p) {
+double climaticCoefficient(double fahrenheit, const Conventions& conventions) {
+    if (conventions.climaticFloor && fahrenheit < 36) return 0.30;
+    return 0.0173 * fahrenheit - 0.314;
+}
+
+double blaneyCriddle(double Tmax, double Tmin, double p, const Conventions& conventions) {
     const double TmaxF = fahrenheit(Tmax);
     const double TminF = fahrenheit(Tmin);
     const double t = Tmin == kMissing ? TmaxF : (TminF + TmaxF) * 0.5;
-    const double kt = 0.0173 * t - 0.314;
+    const double kt = climaticCoefficient(t, conventions);
     return finite(kt * t * p / 100, "Blaney-Criddle has no value");
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "refet/equations/calendar.h"
 
+#include <chrono>
 #include <cmath>
 
 namespace velmora {
@@ -34,5 +35,23 @@ int DaysInMonth(int month, int year) {
 }
 
 int representativeDay(int month, int year) { return (DaysInMonth(month, year) + 1) / 2; }
+
+int dayOfYear(const Date& date, const Conventions& conventions) {
+    if (!conventions.calendarYears) return DayOfYear(date.day, date.month, date.year);
+    int day = date.day;
+    for (int month = 1; month < date.month; ++month) {
+        day += daysInMonth(month, date.year, conventions);
+    }
+    return day;
+}
+
+int daysInMonth(int month, int year, const Conventions& conventions) {
+    if (!conventions.calendarYears || month != 2) return DaysInMonth(month, year);
+    return std::chrono::year(year).is_leap() ? 29 : 28;
+}
+
+int representativeDay(int month, int year, const Conventions& conventions) {
+    return (daysInMonth(month, year, conventions) + 1) / 2;
+}
 
 }  // namespace velmora

@@ -20,10 +20,10 @@ double actualVapourPressure(const CellWeather& w) {
     return VapourPressureFromHumidity(w.Tmax, w.Tmin, w.RH);
 }
 
-double clearnessRatio(double Rs, double Rso) {
+double clearnessRatio(double Rs, double Rso, double lowest) {
     const double ratio = Rs / nonZero(Rso, "no clear-sky radiation");
     if (ratio >= 1) return 1.0;
-    return ratio < 0.25 ? 0.25 : ratio;
+    return ratio < lowest ? lowest : ratio;
 }
 
 }  // namespace
@@ -43,20 +43,21 @@ double VapourPressureFromHumidity(double Tmax, double Tmin, double RH) {
     return (SaturationVapourPressure(Tmax) + SaturationVapourPressure(Tmin)) / 2 * RH / 100;
 }
 
-EnergyBalance energyBalance(const CellWeather& w, double Ra, double gamma, double albedo) {
+EnergyBalance energyBalance(const CellWeather& w, double Ra, double gamma, double albedo,
+                            const Conventions& conventions) {
     EnergyBalance balance;
-    const double Rso = (0.75 + 2e-5 * w.z) * Ra;
+    balance.Rso = (0.75 + 2e-5 * w.z) * Ra;
     const double Rs = w.Rs == kMissing ? 0 : w.Rs;
-    const double Rns = (1 - albedo) * Rs;
+    balance.Rns = (1 - albedo) * Rs;
     const double TmaxK = w.Tmax + 273.16;
     const double TminK = w.Tmin + 273.16;
-    const double ratio = clearnessRatio(Rs, Rso);
+    const double ratio = clearnessRatio(Rs, balance.Rso, conventions.lowestClearness);
     balance.ea = actualVapourPressure(w);
     if (balance.ea < 0) throw EquationError("a negative vapour pressure");
     const double fcd = 1.35 * ratio - 0.35;
-    const double Rnl = fcd * (0.34 - 0.14 * std::sqrt(balance.ea)) * 4.901e-9 *
-                       (fourthPower(TmaxK) + fourthPower(TminK)) / 2;
-    balance.Rn = Rns - Rnl;
+    balance.Rnl = fcd * (0.34 - 0.14 * std::sqrt(balance.ea)) * 4.901e-9 *
+                  (fourthPower(TmaxK) + fourthPower(TminK)) / 2;
+    balance.Rn = balance.Rns - balance.Rnl;
     balance.T = (w.Tmax + w.Tmin) / 2;
     const double base = nonZero(balance.T + 237.3, "a mean temperature of -237.3 deg C");
     balance.Delta = 2504 * std::exp(17.27 * balance.T / base) / (base * base);

@@ -3,6 +3,8 @@
 // Priestley-Taylor share. FAO-56 (Allen et al. 1998) and ASCE-EWRI (2005).
 #pragma once
 
+#include "refet/equations/conventions.h"
+
 namespace velmora {
 
 // Stands for a missing input (dew point, vapour pressure, solar radiation).
@@ -30,7 +32,10 @@ struct CellWeather {
 struct EnergyBalance {
     double T = 0;      // mean temperature, deg C
     double ea = 0;     // actual vapour pressure, kPa
-    double Rn = 0;     // net radiation, MJ m-2 d-1
+    double Rso = 0;    // clear-sky radiation, MJ m-2 d-1
+    double Rns = 0;    // net solar radiation
+    double Rnl = 0;    // net outgoing long-wave radiation
+    double Rn = 0;     // net radiation
     double Delta = 0;  // slope of the saturation vapour pressure curve, kPa / deg C
     double gamma = 0;  // psychrometric constant, kPa / deg C
 };
@@ -43,6 +48,7 @@ double psychrometricConstant(double z);
 // constant at the cell's elevation, `albedo` the share of solar radiation that the surface
 // reflects. Throws EquationError when there is no clear-sky radiation, or for a negative vapour
 // pressure.
-EnergyBalance energyBalance(const CellWeather& weather, double Ra, double gamma, double albedo);
+EnergyBalance energyBalance(const CellWeather& weather, double Ra, double gamma, double albedo,
+                            const Conventions& conventions = kOurConventions);
 
 }  // namespace velmora

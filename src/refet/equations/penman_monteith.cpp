@@ -10,8 +10,8 @@ ReferenceCrop referenceCrop(int cropType) {
 }
 
 double penmanMonteith(const CellWeather& w, const ReferenceCrop& crop, double Ra, double gamma,
-                      double albedo) {
-    const EnergyBalance b = energyBalance(w, Ra, gamma, albedo);
+                      double albedo, const Conventions& conventions) {
+    const EnergyBalance b = energyBalance(w, Ra, gamma, albedo, conventions);
     const double es = (SaturationVapourPressure(w.Tmax) + SaturationVapourPressure(w.Tmin)) / 2;
     const double radiationTerm = 0.408 * b.Delta * (b.Rn - w.G);
     const double windTerm = b.gamma * (crop.Cn / (b.T + 273)) * w.u2 * (es - b.ea);

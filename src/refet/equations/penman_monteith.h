@@ -18,6 +18,7 @@ ReferenceCrop referenceCrop(int cropType);
 
 // Reference ET of a day, mm. Throws EquationError.
 double penmanMonteith(const CellWeather& weather, const ReferenceCrop& crop, double Ra,
-                      double gamma, double albedo);
+                      double gamma, double albedo,
+                      const Conventions& conventions = kOurConventions);
 
 }  // namespace velmora

@@ -19,13 +19,21 @@ double ArcCos(double x) {
     return std::atan(-x / std::sqrt(1 - x * x)) + 2 * std::atan(1.0);
 }
 
-double ExtraterrestrialRadiation(double latitude, const Date& date) {
-    const int J = DayOfYear(date.day, date.month, date.year);
+SunPosition sunOf(double latitude, const Date& date, const Conventions& conventions) {
+    const int J = dayOfYear(date, conventions);
     const double phi = latitude * kPi / 180;
-    const int N = date.year % 4 == 0 ? 365 : 366;
-    const double dr = 1 + 0.033 * std::cos(kTwoPi * J / N);
-    const double delta = 0.409 * std::sin(kTwoPi * J / N - 1.39);
-    const double omega = ArcCos(-std::tan(phi) * std::tan(delta));
+    const int N = conventions.calendarYears || date.year % 4 == 0 ? 365 : 366;
+    SunPosition sun;
+    sun.dr = 1 + 0.033 * std::cos(kTwoPi * J / N);
+    sun.delta = 0.409 * std::sin(kTwoPi * J / N - 1.39);
+    sun.omega = ArcCos(-std::tan(phi) * std::tan(sun.delta));
+    return sun;
+}
+
+double ExtraterrestrialRadiation(double latitude, const Date& date,
+                                 const Conventions& conventions) {
+    const auto [dr, delta, omega] = sunOf(latitude, date, conventions);
+    const double phi = latitude * kPi / 180;
     return (24 / kPi) * 4.92 * dr *
            (omega * std::sin(phi) * std::sin(delta) +
             std::cos(phi) * std::cos(delta) * std::sin(omega));

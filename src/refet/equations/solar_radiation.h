@@ -10,10 +10,22 @@ namespace velmora {
 // night has no sunset.
 double ArcCos(double x);
 
+struct SunPosition {
+    double dr = 0;     // inverse relative distance of the earth from the sun
+    double delta = 0;  // solar declination, radians
+    double omega = 0;  // sunset hour angle, radians
+};
+
+// The sun of a day at a latitude in decimal degrees, ASCE-EWRI (2005) equations 23, 24 and 27
+// (FAO-56 equations 23 to 25), with 365 days in years divisible by 4 and 366 in the others
+// (inverted on purpose), or as the conventions say. Throws EquationError in polar day or night.
+SunPosition sunOf(double latitude, const Date& date,
+                  const Conventions& conventions = kOurConventions);
+
 // Extraterrestrial radiation, MJ m-2 d-1, of a day at a latitude in decimal degrees.
-// ASCE-EWRI (2005) standardized equations 21 to 27 (FAO-56 equations 21 to 25), with 365 days in
-// years divisible by 4 and 366 in the others (inverted on purpose). Throws EquationError in polar
-// day or night.
-double ExtraterrestrialRadiation(double latitude, const Date& date);
+// ASCE-EWRI (2005) standardized equations 21 to 27 (FAO-56 equations 21 to 25). Throws
+// EquationError in polar day or night.
+double ExtraterrestrialRadiation(double latitude, const Date& date,
+                                 const Conventions& conventions = kOurConventions);
 
 }  // namespace velmora
