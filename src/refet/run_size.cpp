@@ -12,8 +12,12 @@ constexpr double kBytesPerCell = 130;  // of the cell table and what passes thro
 
 }  // namespace
 
+double memoryForRun(const GridGeometry& geometry) {
+    return kBytesPerCell * static_cast<double>(geometry.cells());
+}
+
 void requireMemory(const IFileSystem& files, const GridGeometry& geometry) {
-    const double bytes = kBytesPerCell * static_cast<double>(geometry.cells());
+    const double bytes = memoryForRun(geometry);
     if (bytes <= static_cast<double>(files.freeMemory())) return;
     throw PlatformError("A cell size of " + numberText(geometry.cellSize) + " m makes " +
                         std::to_string(geometry.columns) + " x " + std::to_string(geometry.rows) +

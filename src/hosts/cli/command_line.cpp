@@ -153,10 +153,12 @@ void CommandLine::addRun() {
     run->add_flag("--use-old", chain_.useOld,
                   "Let run all read grids that are left from earlier runs, or copies older than "
                   "their source, rather than stop");
+    run->add_flag("--strict", chain_.strict,
+                  "Do not run on inputs for which velmora check has warnings or errors");
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;
-        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, diagnose_, efficiency_);
+        return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, chain_);
     });
 }
 

@@ -104,14 +104,14 @@ struct ChainOptions {
     std::string only;  // the only step, "" for all
     bool diagnose = false;
     bool useOld = false;  // read grids of earlier runs rather than stop
+    bool strict = false;  // not on inputs with warnings or errors
 };
 int runAll(const Session& session, const ChainOptions& options);
 
 // `velmora run STEP [--diagnose]`: carries out the step and prints what came of it; with
 // diagnostics, also what stands behind the step's surfaces, which is written into the output
 // folder.
-int runStep(const Session& session, const std::string& step, bool diagnose = false,
-            const EfficiencyOptions& efficiency = {});
+int runStep(const Session& session, const std::string& step, const ChainOptions& options);
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.
 struct KcOptions {

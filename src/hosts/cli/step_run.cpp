@@ -8,6 +8,7 @@
 #include "hosts/chain/steps.h"
 #include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/input_gate.h"
 #include "hosts/results/run_log.h"
 #include "modelling/products.h"
 #include "settings/stored_settings.h"
@@ -113,9 +114,9 @@ Json jsonOf(const StepResult& result) {
     return json;
 }
 
-int runStep(const Session& session, const std::string& step, bool diagnose,
-            const EfficiencyOptions& efficiency) {
-    const StepResult result = carryOut(session, step, diagnose, efficiency);
+int runStep(const Session& session, const std::string& step, const ChainOptions& options) {
+    if (!passInputs(session, step, options.strict)) return kFailed;
+    const StepResult result = carryOut(session, step, options.diagnose, options.efficiency);
     if (session.json) printJson(jsonOf(result));
     return result.done ? kDone : kFailed;
 }
