@@ -128,11 +128,24 @@ class InputCheck {
                 std::to_string(geometry_->columns) + " x " + std::to_string(geometry_->rows) +
                     " cells of " + numberText(settings_.CellSize) + " m in " +
                     platform_.spatialReferences().name(geometry_->crs));
+            tellDegrees(geometry_->extent());
             requireMemory(platform_.files(), *geometry_);
             appendFindings(checkRunNeeds(settings_, *geometry_));
         } catch (const PlatformError& e) {
             add(Severity::error, "ExtentProvider, CellSize", e.what());
         }
+    }
+
+    // Longitudes and latitudes whose coordinate system says metres.
+    void tellDegrees(const Envelope& extent) {
+        const bool degrees =
+            extent.xMin >= -180 && extent.xMax <= 180 && extent.yMin >= -90 && extent.yMax <= 90;
+        const bool small = geometry_->columns <= 2 && geometry_->rows <= 2;
+        if (!degrees && !small) return;
+        add(Severity::warning, settings_.ExtentProvider,
+            "the modelling extent is " + numberText(extent.width()) + " x " +
+                numberText(extent.height()) +
+                " m: are its coordinates degrees, or is the cell size too large?");
     }
 
     void checkOutput() {

@@ -280,6 +280,33 @@ TEST_F(Efficiencies, EveryChangeIsKept) {
     EXPECT_EQ(dropped.back().at("NewValue"), "");
 }
 
+// Land that gets no efficiency, and rows that can hardly be meant, are warnings before a run.
+TEST_F(ChainCommand, RowsOfEfficienciesAreChecked) {
+    ASSERT_EQ(run("irdb create").status, 0);
+    ASSERT_EQ(run("eff apply").status, 0);
+    EXPECT_THAT(run("check").results, Not(HasSubstr("ZoneUnit")));  // there are no rows yet
+    ASSERT_EQ(run("eff zone West --default-shares crop").status, 0);
+    const std::string database = ": " + folder + "/IrDB.mdb: ";
+    const Outcome first = run("check --all");
+    double acres = 0;
+    for (const test::Shape& zone : crops.zones()) {
+        if (zone.key == "O'Dell's") acres = test::areaOf(zone) / 4047;
+    }
+    EXPECT_THAT(first.results,
+                HasSubstr("warning" + database + "ZoneUnit: O'Dell's: " +
+                          fmt::format("{:.1f} acres of zone have no row of shares", acres)));
+    EXPECT_THAT(first.results, Not(HasSubstr("ZoneUnit: West")));
+    EXPECT_THAT(first.results, testing::ContainsRegex("note" + database +
+                                                      "CropType: Water: [0-9.]+ acres of the land "
+                                                      "cover: no efficiency in 1 of 1 zone, "));
+    EXPECT_THAT(first.results, Not(HasSubstr("CropType: Barley")));
+    EXPECT_EQ(run("eff set West Barley Surface=35 Sprinkler=65 --cvef 0.5").status, 0);
+    EXPECT_THAT(run("check").results,
+                HasSubstr("warning" + database + "IREF: Shares do not add to 1 (percent? "));
+    EXPECT_THAT(run("run eff").told, HasSubstr(" in the inputs: velmora check shows them\n"));
+    EXPECT_EQ(run("run eff --strict").status, 1);
+}
+
 // What a name tells decides; of one that tells nothing the user, and without one it is no.
 TEST_F(ChainCommand, TheStarterTellsWhatItTakesAsIrrigated) {
     auto fields = crops.fields();
