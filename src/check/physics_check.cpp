@@ -45,24 +45,29 @@ class PhysicsCheck {
         findings_.push_back({severity, stations_.weatherTable(), field, station, text});
     }
 
-    // Numbers that cannot be read have been told by then.
-    static void attempt(const std::function<void()>& check) {
+    // Numbers that cannot be read have mostly been told by then.
+    void attempt(const std::function<void()>& check) {
         try {
             check();
-        } catch (const PlatformError&) {
-            return;
+        } catch (const PlatformError& e) {
+            findings_.push_back(
+                {Severity::error, stations_.weatherTable(), {}, {}, e.what(), true});
         }
     }
 
     void findLatitudes(const std::string& crs) {
         if (crs.empty()) return;
+        ISpatialReferenceFactory& systems = platform_.spatialReferences();
+        std::vector<Point> places;
         attempt([&] {
-            ISpatialReferenceFactory& systems = platform_.spatialReferences();
             const std::string geographic = systems.createGeographic(kGeographicNad83);
-            for (const Point& p : systems.project(stations_.positions(), crs, geographic)) {
-                latitudes_.push_back(p.y);
+            try {
+                places = systems.project(stations_.positions(), crs, geographic);
+            } catch (const PlatformError&) {
+                places.clear();  // a station far out, which a run does not mind
             }
         });
+        for (const Point& p : places) latitudes_.push_back(p.y);
     }
 
     std::optional<double> number(std::size_t station, const std::string& prefix, int month) const {
