@@ -10,16 +10,17 @@
 #include <optional>
 #include <set>
 
+#include "check/coefficient_check.h"
 #include "check/grid_check.h"
 #include "check/irrigation_check.h"
 #include "check/precipitation_check.h"
+#include "check/run_needs.h"
 #include "check/station_check.h"
-#include "crop/kc_table.h"
+#include "check/zone_check.h"
 #include "gis/errors.h"
 #include "gis/numbers.h"
 #include "gis/raster_compare.h"
 #include "gis/text.h"
-#include "gis/zone_keys.h"
 #include "refet/run_size.h"
 #include "settings/lost_characters.h"
 #include "settings/modelling_extent.h"
@@ -35,18 +36,16 @@ constexpr double kHighestGround = 8900;
 
 class InputCheck {
   public:
-    InputCheck(IPlatform& platform, const RunSettings& settings)
-        : platform_(platform), settings_(settings) {}
+    InputCheck(IPlatform& platform, const RunSettings& settings, const CheckScope& scope)
+        : platform_(platform), settings_(settings), scope_(scope) {}
 
     std::vector<Finding> run() {
         checkRun();
         checkDomain();
         checkOutput();
-        checkDem();
-        appendFindings(checkStations(platform_, settings_, geometry_));
-        appendFindings(checkPrecipitation(platform_, settings_, geometry_));
+        if (scope_.weather || scope_.precipitation) checkWeather();
         checkLaterInputs();
-        appendFindings(checkGrids(platform_, settings_));
+        if (scope_.grids) appendFindings(checkGrids(platform_, settings_));
         dropToldOnTheWay();
         // That such a path does not exist has been told, with the reason.
         std::erase_if(findings_, [&](const Finding& finding) {
@@ -129,10 +128,24 @@ class InputCheck {
                 std::to_string(geometry_->columns) + " x " + std::to_string(geometry_->rows) +
                     " cells of " + numberText(settings_.CellSize) + " m in " +
                     platform_.spatialReferences().name(geometry_->crs));
+            tellDegrees(geometry_->extent());
             requireMemory(platform_.files(), *geometry_);
+            appendFindings(checkRunNeeds(settings_, *geometry_));
         } catch (const PlatformError& e) {
             add(Severity::error, "ExtentProvider, CellSize", e.what());
         }
+    }
+
+    // Longitudes and latitudes whose coordinate system says metres.
+    void tellDegrees(const Envelope& extent) {
+        const bool degrees =
+            extent.xMin >= -180 && extent.xMax <= 180 && extent.yMin >= -90 && extent.yMax <= 90;
+        const bool small = geometry_->columns <= 2 && geometry_->rows <= 2;
+        if (!degrees && !small) return;
+        add(Severity::warning, settings_.ExtentProvider,
+            "the modelling extent is " + numberText(extent.width()) + " x " +
+                numberText(extent.height()) +
+                " m: are its coordinates degrees, or is the cell size too large?");
     }
 
     void checkOutput() {
@@ -147,6 +160,14 @@ class InputCheck {
         }
     }
 
+    void checkWeather() {
+        checkDem();
+        appendFindings(checkStations(platform_, settings_, geometry_, scope_));
+        if (scope_.precipitation && !scope_.quick) {
+            appendFindings(checkPrecipitation(platform_, settings_, geometry_));
+        }
+    }
+
     void checkDem() {
         try {
             const auto dataset = platform_.rasters().openRasterDataset(settings_.DEM);
@@ -158,7 +179,7 @@ class InputCheck {
                 add(Severity::warning, settings_.DEM,
                     "has no coordinate system: it is taken to be in the extent provider's");
             }
-            if (geometry_) checkElevations(dem);
+            if (geometry_ && !scope_.quick) checkElevations(dem);
         } catch (const PlatformError& e) {
             add(Severity::error, settings_.DEM, e.what());
         }
@@ -211,16 +232,18 @@ class InputCheck {
     }
 
     void checkLaterInputs() {
-        checkPolygons(settings_.Zones, "Zones", settings_.ZoneField);
-        if (!settings_.Zones.empty() && settings_.ZoneField.empty()) {
-            add(Severity::error, "ZoneField", "is empty: name the field of the zones' keys");
+        if (scope_.zones) {
+            checkPolygons(settings_.Zones, "Zones", settings_.ZoneField);
+            if (!settings_.Zones.empty() && settings_.ZoneField.empty()) {
+                add(Severity::error, "ZoneField", "is empty: name the field of the zones' keys");
+            }
         }
-        checkPolygons(settings_.LandCover, "LandCover", "");
-        appendFindings(checkIrrigation(platform_, settings_));
-        checkCoefficients();
+        if (scope_.crops) checkPolygons(settings_.LandCover, "LandCover", "");
+        if (scope_.irrigation) appendFindings(checkIrrigation(platform_, settings_, scope_.quick));
+        if (scope_.crops) checkKcTable();
     }
 
-    void checkCoefficients() {
+    void checkKcTable() {
         if (settings_.KcTable.empty()) {
             add(Severity::note, "KcTable",
                 "is not set; reference ET and precipitation do not need it");
@@ -228,14 +251,18 @@ class InputCheck {
         }
         try {
             const auto table = platform_.features().openTable(settings_.KcTable);
-            for (const int month : settings_.months()) {
-                const std::string fault = coefficientFault(*table, month);
-                if (fault.empty()) continue;
-                findings_.push_back(
-                    {Severity::error, table->path(), kcFieldName(month), {}, fault});
-            }
+            appendFindings(checkCoefficients(*table, settings_));
+            checkLand(*table);
         } catch (const PlatformError& e) {
             add(Severity::error, settings_.KcTable, e.what());
+        }
+    }
+
+    void checkLand(const ITable& coefficients) {
+        try {
+            appendFindings(checkTypesWithoutRow(platform_, settings_, coefficients, scope_.quick));
+        } catch (const PlatformError& e) {
+            findings_.push_back({Severity::error, settings_.LandCover, {}, {}, e.what(), true});
         }
     }
 
@@ -248,10 +275,10 @@ class InputCheck {
         }
         try {
             const auto layer = platform_.features().openFeatureClass(path);
-            if (layer->holdsPolygons()) {
-                layer->areas();  // which looks at every shape
-            } else {
+            if (!layer->holdsPolygons()) {
                 add(Severity::error, path, "holds no polygons");
+            } else if (!scope_.quick) {
+                layer->areas();  // which looks at every shape
             }
             if (layer->crs().empty()) {
                 add(Severity::warning, path,
@@ -259,30 +286,17 @@ class InputCheck {
             }
             if (!keyField.empty()) {
                 requireField(*layer, keyField);
-                if (layer->fieldIndex(keyField) >= 0) checkKeys(*layer, keyField);
+                if (layer->fieldIndex(keyField) >= 0) checkZoneLayer(*layer, keyField);
             }
         } catch (const PlatformError& e) {
             add(Severity::error, path, e.what());
         }
     }
 
-    // The zone tables hold the beginning of a key, and a polygon's area by position.
-    void checkKeys(const IFeatureClass& layer, const std::string& field) {
-        std::map<std::string, int> counts;
-        for (std::size_t r = 0; r < layer.recordCount(); ++r) {
-            ++counts[keyText(layer.value(r, field))];
-        }
-        const ZoneKeys keys(layer, field);
-        const auto warn = [&](const std::string& key, const std::string& text) {
-            findings_.push_back({Severity::warning, layer.path(), field, key, text});
-        };
-        for (const auto& [key, count] : counts) {
-            if (const std::string text = keys.warning(key); !text.empty()) warn(key, text);
-            if (count > 1) {
-                warn(key, "is the key of " + std::to_string(count) +
-                              " polygons: tables then show polygon areas of other zones");
-            }
-        }
+    void checkZoneLayer(const IFeatureClass& layer, const std::string& keyField) {
+        appendFindings(checkZoneKeys(layer, keyField));
+        if (geometry_ && !scope_.quick)
+            appendFindings(checkZoneCells(platform_, settings_, *geometry_));
     }
 
     void requireField(const ITable& table, const std::string& field) {
@@ -293,6 +307,7 @@ class InputCheck {
     std::unique_ptr<IFolderLock> reading_;  // no run changes anything meanwhile
     IPlatform& platform_;
     const RunSettings& settings_;
+    const CheckScope scope_;
     std::optional<GridGeometry> geometry_;
     std::vector<std::string> lost_;  // paths that lost characters in the settings file
     std::vector<Finding> findings_;
@@ -309,8 +324,21 @@ std::string findingLine(const Finding& finding) {
     return line;
 }
 
-std::vector<Finding> checkInputs(IPlatform& platform, const RunSettings& settings) {
-    return InputCheck(platform, settings).run();
+CheckScope inputsOfStep(const std::string& step) {
+    const bool all = step == "all";
+    CheckScope scope;
+    scope.weather = all || step == "refet";
+    scope.precipitation = all || step == "ppt";
+    scope.crops = all || step == "kc";
+    scope.zones = all || !(scope.weather || scope.precipitation || scope.crops);
+    scope.irrigation = all || step == "eff";
+    scope.grids = false;
+    return scope;
+}
+
+std::vector<Finding> checkInputs(IPlatform& platform, const RunSettings& settings,
+                                 const CheckScope& scope) {
+    return InputCheck(platform, settings, scope).run();
 }
 
 }  // namespace velmora

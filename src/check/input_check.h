@@ -26,6 +26,22 @@ struct Finding {
 // "error: stations.shp: ELEVATION: Logan: ..."
 std::string findingLine(const Finding& finding);
 
-std::vector<Finding> checkInputs(IPlatform& platform, const RunSettings& settings);
+// What is looked at.
+struct CheckScope {
+    bool weather = true;        // stations, and what reference ET takes of their weather
+    bool precipitation = true;  // stations, their precipitation and the reference grids
+    bool crops = true;          // land cover and crop coefficients
+    bool zones = true;          // the zones
+    bool irrigation = true;     // the irrigation database
+    bool grids = true;          // what lies in the output folder between the steps
+    bool quick = false;         // without what looks at every cell or shape, or tries a surface
+};
+
+// The inputs that a step reads ("refet"), or all steps do ("all"), without the grids of the output
+// folder: which of them are old the step tells itself.
+CheckScope inputsOfStep(const std::string& step);
+
+std::vector<Finding> checkInputs(IPlatform& platform, const RunSettings& settings,
+                                 const CheckScope& scope = {});
 
 }  // namespace velmora

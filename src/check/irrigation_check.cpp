@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "check/efficiency_rows_check.h"
 #include "check/type_check.h"
 #include "gis/errors.h"
 #include "irrigation/efficiency_layers.h"
@@ -22,14 +23,14 @@ std::vector<std::string> textsOf(const ITable& table, const std::string& field) 
 
 class IrrigationCheck {
   public:
-    IrrigationCheck(IPlatform& platform, const RunSettings& settings)
-        : platform_(platform), settings_(settings) {}
+    IrrigationCheck(IPlatform& platform, const RunSettings& settings, bool quick)
+        : platform_(platform), settings_(settings), quick_(quick) {}
 
     std::vector<Finding> run() {
         try {
             if (settings_.LandCover.empty()) return findings_;
             const auto landCover = platform_.features().openFeatureClass(settings_.LandCover);
-            findings_ = checkTypes(*landCover, kCropField);
+            if (!quick_) findings_ = checkTypes(*landCover, kCropField);
             if (settings_.Zones.empty()) return findings_;
             layers_ = openEfficiencyLayers(platform_, settings_);
         } catch (const PlatformError& e) {
@@ -38,7 +39,7 @@ class IrrigationCheck {
         }
         const bool haveFields = layers_.landCover->fieldIndex(kCropField) >= 0 &&
                                 layers_.zones->fieldIndex(settings_.ZoneField) >= 0;
-        if (haveFields) checkOverlay();
+        if (haveFields && !quick_) checkOverlay();
         checkDatabase(irrigationDatabasePath(settings_), haveFields);
         return findings_;
     }
@@ -77,6 +78,12 @@ class IrrigationCheck {
             const IrrigationDatabase database(platform_, path);
             requireTables(database);
             if (haveFields) checkShares(path, database);
+            if (haveFields && layers_.landCover->holdsPolygons() &&
+                layers_.zones->holdsPolygons()) {
+                const auto more =
+                    checkEfficiencyRows(database, path, layers_, settings_.ZoneField, quick_);
+                findings_.insert(findings_.end(), more.begin(), more.end());
+            }
         } catch (const PlatformError& e) {
             add(Severity::error, path, e.what());
         }
@@ -93,6 +100,7 @@ class IrrigationCheck {
         }
         const std::vector<std::string> zones = textsOf(*layers_.zones, settings_.ZoneField);
         checkMethods(path, database, zones);
+        if (quick_) return;
         for (const std::string& crop :
              cropsWithoutShares(database, zones, textsOf(*layers_.landCover, kCropField))) {
             add(Severity::warning, path,
@@ -115,14 +123,15 @@ class IrrigationCheck {
 
     IPlatform& platform_;
     const RunSettings& settings_;
+    const bool quick_;
     EfficiencyLayers layers_;
     std::vector<Finding> findings_;
 };
 
 }  // namespace
 
-std::vector<Finding> checkIrrigation(IPlatform& platform, const RunSettings& settings) {
-    return IrrigationCheck(platform, settings).run();
+std::vector<Finding> checkIrrigation(IPlatform& platform, const RunSettings& settings, bool quick) {
+    return IrrigationCheck(platform, settings, quick).run();
 }
 
 }  // namespace velmora

@@ -10,6 +10,7 @@
 
 #include "check/elevation_check.h"
 #include "check/flag_check.h"
+#include "check/physics_check.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
@@ -38,15 +39,17 @@ double highestLikely(const SurfaceRecipe& recipe) {
     return recipe.fromFahrenheit ? 125 : 52;
 }
 
-std::vector<Quantity> quantitiesOf(const RunSettings& settings) {
+std::vector<Quantity> quantitiesOf(const RunSettings& settings, const CheckScope& scope) {
     std::vector<Quantity> all;
     for (const WeatherQuantity& weather : weatherQuantities(settings)) {
+        if (!scope.weather) break;
         all.push_back({weather.recipe, weather.required ? Severity::error : Severity::note,
                        weather.required    ? ""
                        : weather.estimated ? ": the month is estimated"
                                            : ": the month has no such grid"});
     }
-    if (const SurfaceRecipe* recipe = precipitationRecipe(settings)) {
+    const SurfaceRecipe* recipe = precipitationRecipe(settings);
+    if (recipe && scope.precipitation) {
         all.push_back({*recipe, Severity::error, ": the month's precipitation cannot be made"});
     }
     return all;
@@ -55,8 +58,8 @@ std::vector<Quantity> quantitiesOf(const RunSettings& settings) {
 class StationCheck {
   public:
     StationCheck(IPlatform& platform, const RunSettings& settings,
-                 const std::optional<GridGeometry>& geometry)
-        : platform_(platform), settings_(settings), geometry_(geometry) {}
+                 const std::optional<GridGeometry>& geometry, const CheckScope& scope)
+        : platform_(platform), settings_(settings), geometry_(geometry), scope_(scope) {}
 
     std::vector<Finding> run() {
         stations_ = opened(settings_.WeatherStations, [&](const std::string& path) {
@@ -66,11 +69,13 @@ class StationCheck {
             return platform_.features().openTable(path);
         });
         if (stations_) checkLayer();
-        if (weather_) appendFindings(checkFlags(*weather_, settings_));
+        if (weather_ && scope_.weather) appendFindings(checkFlags(*weather_, settings_));
         if (weather_ && requireField(*weather_, kWeatherStationField)) {
             attempt(*weather_, kWeatherStationField, [&] { checkTable(); });
             joined_ = matched_ > 0 ? joined() : nullptr;
             attempt(*weather_, kWeatherStationField, [&] { checkMonths(); });
+            if (joined_)
+                appendFindings(checkPhysics(platform_, settings_, *joined_, crs(), scope_));
         }
         return findings_;
     }
@@ -219,11 +224,14 @@ class StationCheck {
         }
     }
 
+    // Of the stations' positions.
+    std::string crs() const { return geometry_ ? geometry_->crs : stations_->crs(); }
+
     // The stations as a run joins them, null where that cannot be, which has been told by then.
     std::unique_ptr<WeatherStations> joined() {
         try {
             return std::make_unique<WeatherStations>(platform_, settings_, kTemperatureField,
-                                                     geometry_ ? geometry_->crs : stations_->crs());
+                                                     crs());
         } catch (const PlatformError& e) {
             if (!hasErrors()) add(Severity::error, stations_->path(), {}, {}, e.what());
             return nullptr;
@@ -236,9 +244,10 @@ class StationCheck {
     }
 
     void checkMonths() {
-        const std::vector<Quantity> quantities = quantitiesOf(settings_);
+        const std::vector<Quantity> quantities = quantitiesOf(settings_, scope_);
         for (const int month : settings_.months()) {
             for (const Quantity& quantity : quantities) checkQuantity(quantity, month);
+            if (!scope_.weather) continue;
             checkOrder("TN_", "TM_", month, "the minimum is above the maximum temperature");
             if (settings_.HasTdew && settings_.needsFullWeather()) {
                 checkOrder("TD_", "TN_", month, "the dew point is above the minimum temperature");
@@ -265,7 +274,7 @@ class StationCheck {
                 return;
             }
             checkValues(quantity.recipe, field);
-            checkSurface(quantity.recipe, field, month);
+            if (!scope_.quick) checkSurface(quantity.recipe, field, month);
         });
     }
 
@@ -330,6 +339,7 @@ class StationCheck {
     IPlatform& platform_;
     const RunSettings& settings_;
     const std::optional<GridGeometry>& geometry_;
+    const CheckScope scope_;
     std::shared_ptr<IFeatureClass> stations_;
     std::shared_ptr<ITable> weather_;
     std::unique_ptr<WeatherStations> joined_;
@@ -343,8 +353,9 @@ class StationCheck {
 }  // namespace
 
 std::vector<Finding> checkStations(IPlatform& platform, const RunSettings& settings,
-                                   const std::optional<GridGeometry>& geometry) {
-    return StationCheck(platform, settings, geometry).run();
+                                   const std::optional<GridGeometry>& geometry,
+                                   const CheckScope& scope) {
+    return StationCheck(platform, settings, geometry, scope).run();
 }
 
 }  // namespace velmora

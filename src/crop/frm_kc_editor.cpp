@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "crop/crop_field.h"
 #include "crop/kc_maps.h"
 #include "crop/kc_table.h"
 #include "forms/record_rows.h"
@@ -204,28 +205,10 @@ void frmKcEditor::openLandCover(const std::string& path) {
     if (path.empty()) return;
     const auto landCover = platform().features().openFeatureClass(path);
     for (const Field& field : landCover->fields()) cboFieldList.addItem(field.name);
-    const std::string field = fieldOfCrops(*landCover);
-    if (!field.empty()) cboFieldList.setText(field);
-}
-
-// The text field in which most polygons name a crop type of the table, else the first text field.
-std::string frmKcEditor::fieldOfCrops(const IFeatureClass& landCover) const {
     std::set<std::string> crops;
     for (std::size_t row = 0; row < grdKc.rowCount(); ++row) crops.insert(grdKc.cell(row, 0));
-    std::string best;
-    std::size_t most = 0;
-    for (const Field& field : landCover.fields()) {
-        if (field.type != FieldType::text) continue;
-        std::size_t found = 0;
-        for (std::size_t r = 0; r < landCover.recordCount(); ++r) {
-            found += crops.contains(keyText(landCover.value(r, field.name))) ? 1 : 0;
-        }
-        if (best.empty() || found > most) {
-            best = field.name;
-            most = found;
-        }
-    }
-    return best;
+    const std::string field = fieldOfCrops(*landCover, crops);
+    if (!field.empty()) cboFieldList.setText(field);
 }
 
 void frmKcEditor::listLuTypes() {

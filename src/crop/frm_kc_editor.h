@@ -57,7 +57,6 @@ class frmKcEditor : public TrappedForm {
     void stepCurve(int step);
 
     void openLandCover(const std::string& path);
-    std::string fieldOfCrops(const IFeatureClass& landCover) const;
     void listLuTypes();
     bool inputsAreThere();
     void match();

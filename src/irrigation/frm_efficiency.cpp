@@ -48,16 +48,18 @@ frmEfficiency::frmEfficiency(IApplication& application)
     txtIRDB.onDoubleClick = [this] { browse(); };
     cmdOpenIRDB.onClick = [this] { browse(); };
     cmdApplyIRDB.onClick = [this] { apply(); };
-    cmbZone.onClick = [this] { attempt([this] { chooseZone(); }); };
+    cmbZone.onClick = [this] { attempt([this] { noting([this] { chooseZone(); }); }); };
     dgdMethods.onEdit = [this](std::size_t row, std::size_t column, const std::string& text) {
-        attempt([&] { editCell(dgdMethods, methodQuery(), row, column, text); });
+        attempt([&] { noting([&] { editCell(dgdMethods, methodQuery(), row, column, text); }); });
     };
     dgdShares.onEdit = [this](std::size_t row, std::size_t column, const std::string& text) {
         attempt([&] {
-            editCell(dgdShares, IrrigationDatabase::efficienciesOf(zone()), row, column, text);
+            noting([&] {
+                editCell(dgdShares, IrrigationDatabase::efficienciesOf(zone()), row, column, text);
+            });
         });
     };
-    cmdCalFieldEf.onClick = [this] { attempt([this] { calculate(); }); };
+    cmdCalFieldEf.onClick = [this] { attempt([this] { noting([this] { calculate(); }); }); };
     cmdEFMap.onClick = [this] { attempt([this] { makeMap(); }); };
     cmdClose.onClick = [this] { close(); };
     enableRest(false);
@@ -94,6 +96,7 @@ void frmEfficiency::apply() {
             InitializeEnv();
         } catch (const PlatformError& e) {
             enableRest(false);
+            changes_.reset();
             database_.reset();
             reason_ = e.what();
             throw PlatformError("Incorrect IRDB information!");
@@ -105,11 +108,13 @@ void frmEfficiency::apply() {
 void frmEfficiency::InitializeEnv() {
     cmbZone.clear();
     dgdShares.show({}, {});
+    changes_.reset();
     database_ = std::make_unique<IrrigationDatabase>(platform(), databasePath_);
+    changes_.emplace(*database_);
     const std::string stale = platform().connections().staleCopy(databasePath_);
     if (!stale.empty()) prompts().notice(stale);
     showRows(dgdMethods, *database().query("Select * from IRMDDef"));
-    CreateEFTable();
+    noting([this] { CreateEFTable(); });
     CreateSummaryTable(kSummary);
     ListZones();
     cmbZone.addItem(kNoZone);
@@ -266,6 +271,17 @@ void frmEfficiency::showMethods() { showRows(dgdMethods, *database().query(metho
 
 void frmEfficiency::showShares() {
     showRows(dgdShares, *database().query(IrrigationDatabase::efficienciesOf(zone())));
+}
+
+void frmEfficiency::noting(const std::function<void()>& change) {
+    constexpr const char* action = "efficiency dialog";
+    try {
+        change();
+    } catch (const PlatformError&) {
+        if (changes_) changes_->note(action);
+        throw;
+    }
+    if (changes_) changes_->note(action);
 }
 
 IrrigationDatabase& frmEfficiency::database() const {

@@ -3,11 +3,14 @@
 // method, the field application efficiencies that follow, and the efficiency map.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "forms/trapped_form.h"
+#include "irrigation/change_log.h"
 #include "irrigation/irrigation_database.h"
 
 namespace velmora {
@@ -66,9 +69,12 @@ class frmEfficiency : public TrappedForm {
     std::string zone() const;  // "" for none
     std::string summaryPath() const;
     IrrigationDatabase& database() const;
+    // Does something to the database, and notes what it changed, after a failure too.
+    void noting(const std::function<void()>& change);
 
     std::string databasePath_;
     std::unique_ptr<IrrigationDatabase> database_;
+    std::optional<ChangeLog> changes_;  // of that database
     std::string reason_;
 };
 

@@ -67,6 +67,18 @@ std::vector<std::string> methodColumns(const IRecordset& efficiencies) {
     return {crop + 1, end};
 }
 
+bool hasColumn(const IRecordset& rows, const std::string& name) {
+    for (int i = 0; i < rows.fieldCount(); ++i) {
+        if (sameIgnoringCase(rows.fieldName(i), name)) return true;
+    }
+    return false;
+}
+
+bool isMarkedNotIrrigated(const IRecordset& efficiencies) {
+    return hasColumn(efficiencies, kNotIrrigatedColumn) &&
+           numberOrZero(efficiencies.value(kNotIrrigatedColumn)) != 0;
+}
+
 double GetMethodEfficiency(IRecordset& methods, const std::string& code) {
     for (methods.moveFirst(); !methods.eof(); methods.moveNext()) {
         if (keyText(methods.value("IRMD")) != code) continue;
@@ -84,10 +96,21 @@ std::unique_ptr<IRecordset> IrrigationDatabase::query(const std::string& text) c
     return connection_->open(text);
 }
 
-bool IrrigationDatabase::hasEfficiencyTable() const {
-    return std::ranges::any_of(connection_->tableNames(), [](const std::string& name) {
-        return sameIgnoringCase(name, "IREF");
+bool IrrigationDatabase::hasTable(const std::string& name) const {
+    return std::ranges::any_of(connection_->tableNames(), [&](const std::string& table) {
+        return sameIgnoringCase(table, name);
     });
+}
+
+void IrrigationDatabase::createTable(const std::string& name,
+                                     const std::vector<ColumnDefinition>& columns) {
+    connection_->createTable(name, columns);
+}
+
+void IrrigationDatabase::ensureNotIrrigatedColumn() {
+    if (hasColumn(*query("Select * from IREF"), kNotIrrigatedColumn)) return;
+    connection_->execute(std::string("ALTER TABLE IREF ADD COLUMN ") + kNotIrrigatedColumn +
+                         " Double");
 }
 
 void IrrigationDatabase::dropEfficiencyTable() {
@@ -169,7 +192,7 @@ void IrrigationDatabase::addDefaultShares(const std::string& zone, DefaultShares
     const auto rows = query(efficienciesOf(zone));
     const std::vector<std::string> methods = methodColumns(*rows);
     for (; !rows->eof(); rows->moveNext()) {
-        if (takes && !takes(*rows)) continue;
+        if (takes ? !takes(*rows) : isMarkedNotIrrigated(*rows)) continue;
         if (source == DefaultShares::ofZone) {
             AddDefaultPM1(*rows, methods, zone);
         } else {
@@ -206,6 +229,7 @@ void IrrigationDatabase::estimateEfficiencies(const std::string& zone,
         }
     }
     const auto estimate = [&] {
+        if (isMarkedNotIrrigated(*rows)) return;
         double shares = 0;
         double inverse = 0;
         for (const std::string& method : methods) {

@@ -29,14 +29,18 @@ class IrrigationDatabase {
 
     std::unique_ptr<ITransaction> beginTransaction() { return connection_->beginTransaction(); }
 
-    bool hasEfficiencyTable() const;
+    bool hasTable(const std::string& name) const;
+    void createTable(const std::string& name, const std::vector<ColumnDefinition>& columns);
+    bool hasEfficiencyTable() const { return hasTable("IREF"); }
     void dropEfficiencyTable();
     // Copies table IREF into a new one. Throws PlatformError when the name is taken.
     void copyEfficiencyTable(const std::string& name);
     // Makes table IREF: zone, crop, a share per method in the order of the default method list,
     // then FAEF, CVEF and IREF (fractions). Throws PlatformError.
     void createEfficiencyTable();
-    // The statement that does. Throws PlatformError for methods that cannot be columns.
+    // Gives table IREF the column in which rows are declared not irrigated, unless it has it.
+    void ensureNotIrrigatedColumn();
+    // The statement that makes table IREF. Throws PlatformError for methods that cannot be columns.
     std::string efficiencyTableStatement() const;
 
     // The queries of a zone's method list and of its shares and efficiencies.
@@ -47,12 +51,13 @@ class IrrigationDatabase {
     void ensureMethods(const std::string& zone);
     // Gives a zone without rows in IREF one per crop, and all its rows the conveyance efficiency.
     void ensureCrops(const std::string& zone, const std::vector<std::string>& crops, double cvef);
-    // Copies default shares into those of the zone's rows that `takes` accepts, or into all; rows
-    // without defaults get shares of 0.
+    // Copies default shares into those of the zone's rows that `takes` accepts, or into all that
+    // are not declared not irrigated; rows without defaults get shares of 0.
     void addDefaultShares(const std::string& zone, DefaultShares source,
                           const std::function<bool(const IRecordset& row)>& takes = {});
 
-    // For every row of the zone whose shares are not all 0: FAEF = 1 / sum(share / efficiency of
+    // For every row of the zone whose shares are not all 0, and which is not declared not
+    // irrigated: FAEF = 1 / sum(share / efficiency of
     // the method), methods of efficiency 0 left out, and IREF = FAEF x CVEF. Shares are taken as
     // they are. Throws PlatformError at a row none of whose methods has an efficiency; the rows
     // before it are stored. `onBadEfficiency` hears of a method whose efficiency is no number,
@@ -69,6 +74,14 @@ class IrrigationDatabase {
     std::string path_;
     std::unique_ptr<IConnection> connection_;
 };
+
+// A column of table IREF of the user's own, behind the others: 1 in rows of land that is declared
+// not irrigated. A table without such rows need not have it.
+constexpr const char* kNotIrrigatedColumn = "NotIrrigated";
+
+bool hasColumn(const IRecordset& rows, const std::string& name);
+// Whether the current row of table IREF says so in that column.
+bool isMarkedNotIrrigated(const IRecordset& efficiencies);
 
 // The method columns of table IREF, which stand between CropType and FAEF.
 std::vector<std::string> methodColumns(const IRecordset& efficiencies);

@@ -16,16 +16,9 @@ namespace {
 
 using Fields = std::initializer_list<const char*>;
 
-bool hasField(const IRecordset& rows, const std::string& field) {
-    for (int i = 0; i < rows.fieldCount(); ++i) {
-        if (sameIgnoringCase(rows.fieldName(i), field)) return true;
-    }
-    return false;
-}
-
 void requireFields(const IRecordset& rows, const std::string& table, Fields fields) {
     for (const char* field : fields) {
-        if (!hasField(rows, field)) {
+        if (!hasColumn(rows, field)) {
             throw PlatformError("The table " + table + " has no field " + field +
                                 ": velmora irdb create makes a database with all tables");
         }

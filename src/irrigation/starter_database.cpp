@@ -3,12 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
 
 #include "gis/files.h"
 #include "gis/text.h"
 #include "irrigation/default_names.h"
 #include "irrigation/irrigation_database.h"
+#include "irrigation/land_names.h"
 
 namespace velmora {
 
@@ -27,43 +29,12 @@ constexpr double kSurface = 23.3;
 constexpr double kSprinkler = 34.7;
 constexpr double kDrip = 5.49;
 
-// Close-growing crops, for which drip irrigation is not suitable (FAO Training Manual 5, chapter
-// 7), and land that is not irrigated, by words of their names.
-const std::vector<std::string> kCloseGrowing = {
-    "alfalfa", "barley", "clover", "flax", "grain", "grass", "hay",       "hayland",  "oats",
-    "pasture", "rice",   "rye",    "sod",  "turf",  "wheat", "turfgrass", "triticale"};
-const std::vector<std::string> kNotIrrigated = {"barren", "developed", "dryland",      "fallow",
-                                                "forest", "idle",      "nonirrigated", "rangeland",
-                                                "road",   "roads",     "residential",  "riparian",
-                                                "urban",  "water",     "wetland",      "wetlands"};
-
-// The words of a name in small letters; hyphens inside words are dropped.
-std::vector<std::string> wordsOf(const std::string& name) {
-    std::vector<std::string> words(1);
-    for (const char c : name) {
-        if (c >= 'A' && c <= 'Z') {
-            words.back() += static_cast<char>(c - 'A' + 'a');
-        } else if (c >= 'a' && c <= 'z') {
-            words.back() += c;
-        } else if (c != '-') {
-            words.emplace_back();
-        }
-    }
-    return words;
-}
-
-bool hasWordOf(const std::string& name, const std::vector<std::string>& list) {
-    return std::ranges::any_of(wordsOf(name), [&](const std::string& word) {
-        return std::ranges::find(list, word) != list.end();
-    });
-}
-
 double rounded(double share) { return std::round(share * 1000) / 1000; }
 
 // In the order of the methods; they add up to 1, or are all 0.
-std::vector<double> sharesOf(const std::string& crop) {
-    if (hasWordOf(crop, kNotIrrigated)) return {0, 0, 0};
-    const double drip = hasWordOf(crop, kCloseGrowing) ? 0 : kDrip;
+std::vector<double> sharesOf(const std::string& crop, bool irrigated) {
+    if (!irrigated) return {0, 0, 0};
+    const double drip = isCloseGrowing(crop) ? 0 : kDrip;
     const double all = kSurface + kSprinkler + drip;
     const double surface = rounded(kSurface / all);
     const double sprinkler = rounded(kSprinkler / all);
@@ -109,16 +80,37 @@ void makeTables(IConnection& connection, const IrrigationDefaults& defaults) {
 
 }  // namespace
 
+LandTypes landTypes(const std::vector<std::string>& landCoverCrops) {
+    LandTypes types;
+    for (const std::string& crop :
+         std::set<std::string>(landCoverCrops.begin(), landCoverCrops.end())) {
+        const LandKind kind = landKindOf(crop);
+        auto& list = kind == LandKind::crop           ? types.irrigated
+                     : kind == LandKind::notIrrigated ? types.notIrrigated
+                                                      : types.unknown;
+        list.push_back(crop);
+    }
+    return types;
+}
+
 IrrigationDefaults starterDefaults(const std::vector<std::string>& zones,
-                                   const std::vector<std::string>& landCoverCrops) {
-    std::set<std::string> crops = {"Other"};
-    for (const std::string& crop : landCoverCrops) crops.insert(MatchCrop(crop));
+                                   const std::vector<std::string>& landCoverCrops,
+                                   bool unknownIrrigated) {
+    // Types that share a row are irrigated when one of them is.
+    std::map<std::string, bool> crops;
+    for (const std::string& crop : landCoverCrops) {
+        const LandKind kind = landKindOf(crop);
+        bool& irrigated = crops[MatchCrop(crop)];
+        irrigated =
+            irrigated || kind == LandKind::crop || (kind == LandKind::unknown && unknownIrrigated);
+    }
+    crops.emplace("Other", true);
     IrrigationDefaults defaults;
     defaults.methods = kMethods;
     for (const std::string& zone : std::set<std::string>(zones.begin(), zones.end())) {
-        defaults.perZone.push_back({MatchCounty(zone), "", sharesOf("Other")});
-        for (const std::string& crop : crops) {
-            defaults.perZoneAndCrop.push_back({MatchCounty(zone), crop, sharesOf(crop)});
+        defaults.perZone.push_back({MatchCounty(zone), "", sharesOf("Other", true)});
+        for (const auto& [crop, irrigated] : crops) {
+            defaults.perZoneAndCrop.push_back({MatchCounty(zone), crop, sharesOf(crop, irrigated)});
         }
     }
     defaults.sources = {
@@ -126,15 +118,18 @@ IrrigationDefaults starterDefaults(const std::vector<std::string>& zones,
          "Brouwer, Prins and Heibloem (1989), Irrigation Water Management Training Manual No. 4, "
          "FAO, annex I, table 8: indicative field application efficiencies"},
         {"Shares per zone (IR_Dis_1)",
-         "Dieter and others (2018), USGS Circular 1441, table 7, irrigated land of the United "
-         "States in 2015: surface 23.3, sprinkler 34.7, microirrigation 5.49 million acres; "
+         "National figures, not those of a state: Dieter and others (2018), USGS Circular 1441, "
+         "table 7, irrigated land of the United States in 2015: surface 23.3, sprinkler 34.7, "
+         "microirrigation 5.49 million acres; "
          "replace "
          "them by shares of your own zones"},
         {"Shares per zone and crop (IR_Dis_2)",
          "The same; no drip irrigation of close-growing crops, for which it is not suitable "
          "(Brouwer and others 1988, Training Manual No. 5, FAO, chapter 7)"},
         {"Shares of 0",
-         "Land that is not irrigated, by its name: water, urban, forest, fallow ..."}};
+         "Land that is not irrigated, by its name: water, urban, forest, fallow ...; and names "
+         "that "
+         "tell nothing, unless they were said to be irrigated"}};
     return defaults;
 }
 

@@ -31,11 +31,21 @@ struct IrrigationDefaults {
     std::vector<std::pair<std::string, std::string>> sources;  // of what, and from where
 };
 
+// Land cover types by what their names tell.
+struct LandTypes {
+    std::vector<std::string> irrigated;
+    std::vector<std::string> notIrrigated;
+    std::vector<std::string> unknown;
+};
+LandTypes landTypes(const std::vector<std::string>& landCoverCrops);
+
 // Surface, sprinkler and drip irrigation with the shares that they have in the United States, for
 // the given zones and land-cover crop types. Land that is not irrigated (water, towns, forest,
-// fallow ...) gets shares of 0, close-growing crops get no drip irrigation.
+// fallow ...) gets shares of 0, and so do types of unknown names unless they count as irrigated;
+// close-growing crops get no drip irrigation.
 IrrigationDefaults starterDefaults(const std::vector<std::string>& zones,
-                                   const std::vector<std::string>& landCoverCrops);
+                                   const std::vector<std::string>& landCoverCrops,
+                                   bool unknownIrrigated = false);
 
 // Makes the database in one step, replacing an older file. Throws PlatformError.
 void createIrrigationDatabase(IPlatform& platform, const std::string& path,

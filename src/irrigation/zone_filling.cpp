@@ -47,13 +47,16 @@ bool hasDefaults(const IrrigationDatabase& database, const std::string& zone,
                 ->eof();
 }
 
-// Rows that are to take other shares have no efficiency until these give them one.
+// Rows that are to take other shares have no efficiency until these give them one, and are declared
+// nothing.
 void forgetEfficiencies(IrrigationDatabase& database, const std::string& zone) {
     const auto transaction = database.beginTransaction();
     const auto rows = database.query(IrrigationDatabase::efficienciesOf(zone));
+    const bool marks = hasColumn(*rows, kNotIrrigatedColumn);
     for (; !rows->eof(); rows->moveNext()) {
         rows->setValue("FAEF", FieldValue{});
         rows->setValue("IREF", FieldValue{});
+        if (marks) rows->setValue(kNotIrrigatedColumn, FieldValue{});
         rows->update();
     }
     transaction->commit();
@@ -91,6 +94,7 @@ double sumOfShares(const IRecordset& row, const std::vector<std::string>& method
 }
 
 bool isDeclaredNotIrrigated(const IRecordset& row, const std::vector<std::string>& methods) {
+    if (isMarkedNotIrrigated(row)) return true;
     const FieldValue efficiency = row.value("IREF");
     const auto* number = std::get_if<double>(&efficiency);
     return number && *number == 0 && sumOfShares(row, methods) == 0;

@@ -33,8 +33,8 @@ FilledZone fillZone(IrrigationDatabase& database, const std::string& zone,
                     const std::vector<std::string>& crops, const ZoneFilling& filling,
                     const std::function<void()>& onBadEfficiency);
 
-// A row of table IREF is declared not irrigated by an efficiency of 0 beside shares of 0; without
-// an efficiency it only has no shares yet.
+// A row of table IREF is declared not irrigated by its column NotIrrigated, or as older versions
+// did it by an efficiency of 0 beside shares of 0; without an efficiency it only has no shares yet.
 bool isDeclaredNotIrrigated(const IRecordset& row, const std::vector<std::string>& methods);
 
 // The sum of the row's shares.

@@ -126,7 +126,7 @@ bool ReferenceEtRun::runMonth(int month) {
 // What it cannot make ends neither the month nor the run, but the run is not done then.
 void ReferenceEtRun::makeStandard(int month) {
     StandardRun standard({application_, settings_, geometry_, *workspace_, *surfaces_,
-                          elevationParts_, noData_, *recorder_});
+                          elevationParts_, noData_, *record_});
     standardMade_ = standard.make(cells_, month) && standardMade_;
 }
 

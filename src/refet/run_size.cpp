@@ -12,9 +12,14 @@ constexpr double kBytesPerCell = 130;  // of the cell table and what passes thro
 
 }  // namespace
 
+double memoryForRun(const GridGeometry& geometry) {
+    return kBytesPerCell * static_cast<double>(geometry.cells());
+}
+
 void requireMemory(const IFileSystem& files, const GridGeometry& geometry,
                    double moreBytesPerCell) {
-    const double bytes = (kBytesPerCell + moreBytesPerCell) * static_cast<double>(geometry.cells());
+    const double bytes =
+        memoryForRun(geometry) + moreBytesPerCell * static_cast<double>(geometry.cells());
     if (bytes <= static_cast<double>(files.freeMemory())) return;
     throw PlatformError("A cell size of " + numberText(geometry.cellSize) + " m makes " +
                         std::to_string(geometry.columns) + " x " + std::to_string(geometry.rows) +

@@ -134,7 +134,7 @@ void StandardRun::calculate(CellTable& cells, int month) {
 void StandardRun::save(const CellTable& cells, const std::string& name) {
     const RasterPtr grid = fieldAsGrid(cells, CellField::RefET, run_.geometry);
     run_.workspace.save(std::array{RasterToSave{name, grid, "GRID"}});
-    run_.recorder.made(name);
+    run_.record.made(name);
     IMxDocument& document = run_.application.document();
     auto layer = document.createRasterLayer(joinedPath(run_.settings.OutputWorkspace, name));
     const AlgorithmicColorRamp& ramp = productMadeBy("refet").ramp;

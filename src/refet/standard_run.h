@@ -6,7 +6,7 @@
 
 #include "gis/application.h"
 #include "modelling/products.h"
-#include "modelling/step_record.h"
+#include "modelling/run_record.h"
 #include "refet/cell_table.h"
 #include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
@@ -31,7 +31,7 @@ class StandardRun {
         const WeatherSurfaces& surfaces;
         const ElevationParts& elevationParts;
         double noData;
-        StepRecorder& recorder;
+        RunRecord& record;
     };
 
     explicit StandardRun(const Beside& run) : run_(run) {}

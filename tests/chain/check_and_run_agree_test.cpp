@@ -700,6 +700,21 @@ const std::vector<Broken> kBroken = {
     {"ET elsewhere", own(elsewhere("ET_Jul_4")), kRequirements, "no place", kRequirements},
     {"faef_500 elsewhere", own(elsewhere("faef_500")), {Step::irr}, "no place", kRequirements},
     {"RefET elsewhere", own(elsewhere("RefET_Jul_4")), {Step::cropet}, "no place", {Step::cropet}},
+    // What is told, and no run fails for.
+    {"coefficients of 9.5", kcOfJuly(FieldType::number, 9.5), kNone, "9.5 is not likely",
+     {Step::kc}, Severity::warning},
+    {"coefficients over grass under method 1",
+     both(kcOfJuly(FieldType::number, 1.2), setting(&RunSettings::RefETMethod, "1")), kNone,
+     "high for coefficients over alfalfa", {Step::kc}, Severity::warning},
+    {"wind in km per day", weather("WS_", 200.0, [](const Station&, int) { return true; }), kNone,
+     "it would be in miles per day", {Step::refet}, Severity::warning},
+    {"radiation above that of the sun", weather("SR_", 49.0, julyButOne), kNone,
+     "is above the extraterrestrial radiation", {Step::refet}, Severity::warning},
+    {"precipitation in millimetres",
+     weather("P_", 30.0, [](const Station&, int) { return true; }), kNone,
+     "it would be in millimetres", {Step::ppt}, Severity::warning},
+    {"dew points above all temperatures", weather("TD_", 40.0, julyButOne), kNone,
+     "is above the maximum temperature", {Step::refet}, Severity::warning},
     {"other cells that overlap",
      own([](IrrigationFixture& f) {
          GridGeometry cells = f.cells;

@@ -108,6 +108,23 @@ TEST_F(InputCheck, SettingsOfTheRun) {
     EXPECT_THAT(all, Contains(HasSubstr("error: /none/out: ")));
 }
 
+// The grid covers whole cells, so that it is larger than the degrees.
+TEST_F(InputCheck, AnExtentOfDegreesThatSaysMetres) {
+    f.makeDomain({-112, 42, -111, 43}, f.geometry().crs);
+    EXPECT_THAT(lines(), Contains(HasSubstr("warning: " + f.settings.ExtentProvider +
+                                            ": the modelling extent is 400 x 400 m: are its "
+                                            "coordinates degrees")));
+    f.settings.CellSize = 0.01;
+    EXPECT_THAT(lines(), Contains(HasSubstr("m: are its coordinates degrees")));
+    f.makeDomain({400000, 4491600, 414800, 4500000}, f.geometry().crs);
+    f.settings.CellSize = 400;
+    EXPECT_THAT(lines(), Not(Contains(HasSubstr("are its coordinates degrees"))));
+    f.makeDomain({400000, 4491600, 414800, 4500000}, "degrees 4269");
+    EXPECT_THAT(lines(), Contains(HasSubstr("error: ExtentProvider, CellSize: ")));
+    f.makeDomain({400000, 4491600, 414800, 4500000}, "feet 3566");
+    EXPECT_THAT(lines(), Contains(HasSubstr("is in units of 0.3048")));
+}
+
 TEST_F(InputCheck, ADemInTheWrongUnit) {
     f.makeDem([](int, int) { return 12000.0F; });
     EXPECT_THAT(lines(), Contains(HasSubstr("is the DEM unit right (Meters)?")));
@@ -265,7 +282,7 @@ TEST_F(InputCheck, ZoneKeysAreCountedAsTablesHoldThem) {
     f.settings.Zones = f.folder.file("zones.shp");
     f.settings.ZoneField = "ZONE";
     make({"Señorío de Ibáñez y Núñez"});  // 25 letters, a byte each
-    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("ZONE: "))));
+    EXPECT_THAT(lines(), testing::Not(Contains(HasSubstr("bytes in UTF-8"))));
     make({"Señorío de Ibáñez y Núñez", "Łódź"});
     EXPECT_THAT(lines(), Contains(HasSubstr("Núñez: has more than 25 bytes in UTF-8, of which "
                                             "tables keep \"Señorío de Ibáñez y N\"")));

@@ -214,6 +214,58 @@ TEST_F(EfficiencyForm, EditsGoStraightToTheDatabase) {
     EXPECT_EQ(form.dgdMethods.cell(1, 2), "0.5");
 }
 
+// Choosing a zone gives its rows default shares, but not those that are declared not irrigated.
+TEST_F(EfficiencyForm, LandThatIsDeclaredNotIrrigatedStaysSo) {
+    applied();
+    IrrigationDatabase database(f.application.platform(), path);
+    database.ensureNotIrrigatedColumn();
+    database.ensureNotIrrigatedColumn();  // which it has by now
+    form.cmbZone.select(0);
+    answers[kDefaults] = true;
+    form.cmbZone.select(0);
+    EXPECT_GT(numberIn(share(0, "IREF")), 0);
+    const auto& columns = form.dgdShares.columns();
+    const auto at = [&](const std::string& name) {
+        return static_cast<std::size_t>(std::ranges::find(columns, name) - columns.begin());
+    };
+    EXPECT_EQ(columns.back(), "NotIrrigated");
+    form.dgdShares.edit(0, at("NotIrrigated"), "1");
+    form.dgdShares.edit(0, at("SPR"), "0");
+    form.dgdShares.edit(0, at("FLD"), "0");
+    form.dgdShares.edit(0, at("IREF"), "0");
+    form.cmbZone.select(0);
+    EXPECT_EQ(share(0, "SPR"), "0");
+    EXPECT_EQ(share(0, "IREF"), "0");
+    form.dgdShares.edit(0, at("SPR"), "1");
+    form.cmdCalFieldEf.click();
+    EXPECT_EQ(share(0, "IREF"), "0");  // no efficiency while it is declared so
+    form.dgdShares.edit(0, at("NotIrrigated"), "");
+    form.cmdCalFieldEf.click();
+    EXPECT_EQ(numberIn(share(0, "IREF")), 0.8);
+}
+
+TEST_F(EfficiencyForm, WhatIsEditedIsNoted) {
+    applied();
+    form.cmbZone.select(0);
+    const auto& columns = form.dgdShares.columns();
+    const auto spr = static_cast<std::size_t>(std::ranges::find(columns, "SPR") - columns.begin());
+    form.dgdShares.edit(1, spr, "0.25");
+    const IrrigationDatabase database(f.application.platform(), path);
+    const auto rows = database.query("Select * from IR_Changes");
+    std::vector<std::string> noted;
+    for (; !rows->eof(); rows->moveNext()) {
+        noted.push_back(keyText(rows->value("TableName")) + " " + keyText(rows->value("ZoneUnit")) +
+                        " " + keyText(rows->value("Item")) + " " + keyText(rows->value("Field")) +
+                        " " + keyText(rows->value("NewValue")));
+        EXPECT_EQ(keyText(rows->value("ChangedWith")), "efficiency dialog");
+    }
+    EXPECT_THAT(noted, testing::Contains("IREF DAGGETT Barley row "
+                                         "CVEF=1, FLD=0, SPR=0"));
+    EXPECT_THAT(noted, testing::Contains("IRMD DAGGETT SPR row IRMDDES=Sprinkler, IRMDEF=0.8"));
+    const std::string crop = form.dgdShares.cell(1, 1);
+    EXPECT_EQ(noted.back(), "IREF DAGGETT " + crop + " SPR 0.25");
+}
+
 TEST_F(EfficiencyForm, WithoutAZoneTheDefaultListIsEdited) {
     applied();
     form.dgdMethods.edit(0, 1, "0.75");

@@ -7,6 +7,7 @@
 #include "hosts/cli/chain_summary.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/console.h"
+#include "hosts/cli/input_gate.h"
 #include "hosts/cli/step_run.h"
 #include "modelling/products.h"
 #include "platform/platform.h"
@@ -106,6 +107,7 @@ class TerminalChain : public IChainHost {
         if (options_.diagnose) line += " --diagnose";
         if (options_.standard) line += " --standard";
         if (options_.useOld) line += " --use-old";
+        if (options_.strict) line += " --strict";
         return line;
     }
 
@@ -118,6 +120,8 @@ class TerminalChain : public IChainHost {
 }  // namespace
 
 int runAll(const Session& session, const ChainOptions& options) {
+    const std::string step = options.only.empty() ? "all" : options.only;
+    if (!passInputs(session, step, options.strict)) return kFailed;
     return TerminalChain(session, options).run();
 }
 

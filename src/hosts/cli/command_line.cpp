@@ -164,6 +164,8 @@ void CommandLine::addRun() {
     run->add_flag("--use-old", chain_.useOld,
                   "Let run all read grids that are left from earlier runs, or copies older than "
                   "their source, rather than stop");
+    run->add_flag("--strict", chain_.strict,
+                  "Do not run on inputs for which velmora check has warnings or errors");
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;
@@ -216,6 +218,14 @@ void CommandLine::addEfficiency() {
                          "velmora irdb info IrDB.mdb");
     info->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
     whenChosen(info, [this](const Session& s) { return irdbInfo(s, first_); });
+    CLI::App* changes =
+        add(*irdb, "changes", "Show what was changed in a database, by whom and when",
+            "velmora irdb changes --csv");
+    changes->add_option("file", first_, "Another file than IrDB.mdb beside the zones");
+    changes->add_flag("--csv", csv_, "Print comma-separated values");
+    whenChosen(changes, [this](const Session& s) {
+        return irdbChanges(s, first_, csv_ ? TableForm::csv : TableForm::aligned);
+    });
 
     CLI::App* eff = add(app_, "eff", "Fill in irrigation methods and make the efficiency map",
                         "velmora eff all-zones --cvef 0.9 --default-shares crop");
@@ -272,6 +282,16 @@ void CommandLine::addShareSetting(CLI::App& eff) {
                   "The crop is not irrigated: no shares, no efficiency, no requirement");
     withDatabase(set);
     whenChosen(set, [this](const Session& s) { return effSet(s, efficiency_, change_); });
+    CLI::App* method = add(eff, "method",
+                           "Set efficiencies of a zone's methods, leave its shares as they are, "
+                           "and estimate the zone anew",
+                           "velmora eff method \"O'Dell Creek\" Furrow=0.65 Pivot=0.82");
+    method->add_option("zone", first_, "The zone's key")->required();
+    method->add_option("efficiencies", assignments_, "METHOD=EFFICIENCY ...")->required();
+    withDatabase(method);
+    whenChosen(method, [this](const Session& s) {
+        return effMethod(s, efficiency_, first_, assignments_);
+    });
 }
 
 void CommandLine::addKc() {

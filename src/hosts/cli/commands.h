@@ -69,6 +69,8 @@ struct EfficiencyOptions {
 // `velmora irdb`: the irrigation database.
 int irdbCreate(const Session& session, const std::string& file, bool replace);
 int irdbInfo(const Session& session, const std::string& file);
+// What was changed in it, by whom and when.
+int irdbChanges(const Session& session, const std::string& file, TableForm form);
 // Makes a starter database, and says so, when there is none.
 void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options);
 // The database that the options name, or the one beside the zones.
@@ -91,6 +93,9 @@ int effMap(const Session& session, const EfficiencyOptions& options);
 int effShow(const Session& session, const EfficiencyOptions& options, const std::string& zone,
             TableForm form);
 int effSet(const Session& session, const EfficiencyOptions& options, const RowChange& change);
+// Sets METHOD=EFFICIENCY of a zone's methods.
+int effMethod(const Session& session, const EfficiencyOptions& options, const std::string& zone,
+              const std::vector<std::string>& assignments);
 // Does with the open dialog what `velmora run eff` asks for: applies the database, fills all zones
 // when default shares are asked for, and makes the map.
 void useEfficiencyDialog(HeadlessApplication& application, Form& form,
@@ -106,6 +111,7 @@ struct ChainOptions {
     std::string only;  // the only step, "" for all
     bool diagnose = false;
     bool useOld = false;    // read grids of earlier runs rather than stop
+    bool strict = false;    // not on inputs with warnings or errors
     bool standard = false;  // make reference ET by the papers' choices beside
 };
 int runAll(const Session& session, const ChainOptions& options);

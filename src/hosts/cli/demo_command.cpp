@@ -74,7 +74,7 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     own.settingsFolder = joinedPath(path, "settings");
     const int applied = applySettings(own, examples::sampleSettings(path));
     if (applied != kDone || inputsOnly) return applied;
-    const int ran = runAll(own, {{{}, "0.9", "crop", false, false}, {}, {}, false});
+    const int ran = runAll(own, {{{}, "0.9", "crop", false, false}, {}, {}, false, false, false});
     if (ran != kDone) return ran;
     const RunSettings settings = requiredSettings(platform.files(), own.settingsFolder);
     if (!session.json) printTables(platform, settings);

@@ -14,6 +14,7 @@
 #include "hosts/cli/headless_application.h"
 #include "hosts/cli/table_text.h"
 #include "hosts/results/time_stamp.h"
+#include "irrigation/change_log.h"
 #include "irrigation/crop_summary.h"
 #include "irrigation/efficiency_check.h"
 #include "irrigation/frm_efficiency.h"
@@ -121,6 +122,7 @@ Filling fillZones(HeadlessApplication& application, const Form& form,
     IPlatform& platform = application.platform();
     IPrompts& prompts = application.prompts();
     IrrigationDatabase database(platform, databaseIn(form));
+    ChangeLog changes(database);
     const auto crops =
         summarizedCrops(platform, joinedPath(parentFolderName(databaseIn(form)), "SumCrop.dbf"));
     Filling sum;
@@ -137,8 +139,11 @@ Filling fillZones(HeadlessApplication& application, const Form& form,
             prompts.failure(e.what());
             sum.done = false;
         }
-        if (!sum.done) return sum;
+        if (!sum.done) break;
     }
+    changes.note(options.defaultShares.empty() ? "eff zone"
+                                               : "default shares of " + options.defaultShares);
+    if (!sum.done) return sum;
     if (sum.kept > 0) {
         prompts.notice("Default shares are not given to " + counted(sum.kept, "row") +
                        " with shares, or not irrigated: --overwrite-shares would");
@@ -164,7 +169,7 @@ EfficiencyMapResult makeMap(HeadlessApplication& application, Form& form) {
     form.control<CommandButton>("cmdEFMap").click();
     if (failed(form)) return {};
     EfficiencyMapResult result =
-        efficiencyMapResult(application.platform(), settingsOf(application).OutputWorkspace);
+        efficiencyMapResult(application.platform(), settingsOf(application), databaseIn(form));
     tellDoubts(application.prompts(), IrrigationDatabase(application.platform(), databaseIn(form)));
     if (result.cells == 0) {
         application.prompts().reason(
@@ -173,6 +178,7 @@ EfficiencyMapResult makeMap(HeadlessApplication& application, Form& form) {
     } else if (!result.bare.empty()) {
         application.prompts().notice(result.bare);
     }
+    if (!result.declared.empty()) application.prompts().notice(result.declared);
     return result;
 }
 
@@ -296,9 +302,58 @@ void setShares(IRecordset& row, const std::vector<std::string>& assignments) {
 
 // No shares, and an efficiency of 0: such land is left out of the map.
 void declareNotIrrigated(IRecordset& row) {
+    row.setValue(kNotIrrigatedColumn, 1.0);
     for (const std::string& method : methodColumns(row)) row.setValue(method, 0.0);
     row.setValue("FAEF", 0.0);
     row.setValue("IREF", 0.0);
+}
+
+// Sets METHOD=EFFICIENCY of a zone's list. Throws PlatformError.
+void setMethod(const IrrigationDatabase& database, const std::string& zone,
+               const std::string& assignment) {
+    const auto equals = assignment.find('=');
+    const std::string code = assignment.substr(0, equals);
+    const auto efficiency =
+        equals == std::string::npos ? std::nullopt : strictNumber(assignment.substr(equals + 1));
+    bool known = false;
+    bool percent = false;  // as those of the list are
+    std::vector<std::string> codes;
+    const auto methods = database.query(IrrigationDatabase::methodsOf(zone));
+    for (; !methods->eof(); methods->moveNext()) {
+        codes.push_back(keyText(methods->value("IRMD")));
+        known = known || sameIgnoringCase(codes.back(), code);
+        const FieldValue value = methods->value("IRMDEF");
+        const auto* number = std::get_if<double>(&value);
+        percent = percent || (number && *number > 1);
+    }
+    if (!known || !efficiency || *efficiency <= 0 || *efficiency > (percent ? 100 : 1)) {
+        throw PlatformError(assignment + ": give METHOD=EFFICIENCY, as in " +
+                            (codes.empty() ? "Drip" : codes.front()) +
+                            (percent ? "=80, percent as in the list" : "=0.8, a fraction") +
+                            "; the methods are " + joinedNames(codes));
+    }
+    for (methods->moveFirst(); !methods->eof(); methods->moveNext()) {
+        if (!sameIgnoringCase(keyText(methods->value("IRMD")), code)) continue;
+        methods->setValue("IRMDEF", *efficiency);
+        methods->update();
+        return;  // the first of several counts
+    }
+}
+
+// What follows from changed shares, methods or conveyance, and what is told of it.
+int estimateAnew(HeadlessApplication& application, IrrigationDatabase& database, ChangeLog& changes,
+                 const std::string& zone, const std::string& action) {
+    bool bad = false;
+    try {
+        database.estimateEfficiencies(zone, [&] { bad = true; });
+    } catch (const PlatformError&) {
+        changes.note(action);
+        throw;
+    }
+    changes.note(action);
+    if (bad) application.prompts().failure("Error in getting Method Efficiency");
+    tellDoubts(application.prompts(), database, {zone});
+    return bad ? kFailed : kDone;
 }
 
 // "" for a change that can be made.
@@ -326,6 +381,8 @@ int effSet(const Session& session, const EfficiencyOptions& options, const RowCh
     if (!passRunGate(application)) return kFailed;
     IrrigationDatabase database(application.platform(),
                                 irrigationDatabaseOf(processState().settings, options));
+    ChangeLog changes(database);
+    if (change.notIrrigated) database.ensureNotIrrigatedColumn();
     std::string query = IrrigationDatabase::efficienciesOf(change.zone);
     if (!change.crop.empty()) query += " AND [CropType]=" + quotedText(change.crop);
     const auto row = database.query(query);
@@ -337,16 +394,34 @@ int effSet(const Session& session, const EfficiencyOptions& options, const RowCh
     const auto transaction = database.beginTransaction();
     for (; !row->eof(); row->moveNext()) {
         setShares(*row, change.shares);
+        if (!change.shares.empty() && isMarkedNotIrrigated(*row)) {
+            row->setValue(kNotIrrigatedColumn, FieldValue{});
+        }
         if (!change.cvef.empty()) row->setValue("CVEF", *strictNumber(change.cvef));
         if (change.notIrrigated) declareNotIrrigated(*row);
         row->update();
     }
     transaction->commit();
-    bool bad = false;
-    database.estimateEfficiencies(change.zone, [&] { bad = true; });
-    if (bad) application.prompts().failure("Error in getting Method Efficiency");
-    tellDoubts(application.prompts(), database, {change.zone});
-    return bad ? kFailed : kDone;
+    return estimateAnew(application, database, changes, change.zone, "eff set");
+}
+
+int effMethod(const Session& session, const EfficiencyOptions& options, const std::string& zone,
+              const std::vector<std::string>& assignments) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    if (!passRunGate(application)) return kFailed;
+    IrrigationDatabase database(application.platform(),
+                                irrigationDatabaseOf(processState().settings, options));
+    if (!database.hasEfficiencyTable() ||
+        database.query(IrrigationDatabase::efficienciesOf(zone))->eof()) {
+        throw PlatformError("There is no row of zone \"" + zone +
+                            "\": velmora eff show lists the rows, velmora eff zone makes them");
+    }
+    ChangeLog changes(database);
+    database.ensureMethods(zone);
+    const auto transaction = database.beginTransaction();
+    for (const std::string& assignment : assignments) setMethod(database, zone, assignment);
+    transaction->commit();
+    return estimateAnew(application, database, changes, zone, "eff method");
 }
 
 }  // namespace velmora::cli

@@ -4,11 +4,14 @@
 #include <set>
 #include <system_error>
 
+#include "forms/record_rows.h"
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/table_text.h"
 #include "hosts/results/time_stamp.h"
+#include "irrigation/change_log.h"
 #include "irrigation/irrigation_database.h"
 #include "irrigation/starter_database.h"
 #include "platform/platform.h"
@@ -24,24 +27,49 @@ const RunSettings* gatedSettings(HeadlessApplication& application) {
     return passRunGate(application) ? &processState().settings : nullptr;
 }
 
-IrrigationDefaults defaultsFor(IPlatform& platform, const RunSettings& settings) {
-    const auto valuesOf = [&](const std::string& path, const std::string& field) {
-        std::set<std::string> values;
-        const auto layer = platform.features().openFeatureClass(path);
-        for (std::size_t r = 0; r < layer->recordCount(); ++r) {
-            const std::string value = keyText(layer->value(r, field));
-            if (!value.empty()) values.insert(value);
-        }
-        return std::vector<std::string>(values.begin(), values.end());
+std::vector<std::string> valuesOf(IPlatform& platform, const std::string& path,
+                                  const std::string& field) {
+    std::set<std::string> values;
+    const auto layer = platform.features().openFeatureClass(path);
+    for (std::size_t r = 0; r < layer->recordCount(); ++r) {
+        const std::string value = keyText(layer->value(r, field));
+        if (!value.empty()) values.insert(value);
+    }
+    return {values.begin(), values.end()};
+}
+
+// Tells what the names of the land cover types are taken for, and asks of those that tell nothing.
+// Without somebody who answers, and with --yes and --no, these are not irrigated.
+bool takesUnknownAsIrrigated(HeadlessApplication& application, const Session& session,
+                             const std::vector<std::string>& crops, bool asks) {
+    const LandTypes types = landTypes(crops);
+    TerminalPrompts& prompts = application.prompts();
+    const auto tellList = [&](const char* what, const std::vector<std::string>& list) {
+        if (!list.empty()) prompts.notice(std::string(what) + joinedNames(list));
     };
-    return starterDefaults(valuesOf(settings.Zones, settings.ZoneField),
-                           valuesOf(settings.LandCover, kCropField));
+    tellList("Taken as irrigated by their names: ", types.irrigated);
+    tellList("Taken as not irrigated by their names: ", types.notIrrigated);
+    if (types.unknown.empty()) return false;
+    const bool irrigated = asks && !session.terminal.answer &&
+                           prompts.confirm("The names of " + counted(types.unknown.size(), "type") +
+                                               " tell nothing (" + joinedNames(types.unknown) +
+                                               "): are they irrigated?",
+                                           {});
+    tellList(irrigated ? "Taken as irrigated, as you say: "
+                       : "Taken as not irrigated, since their names tell nothing (velmora eff set "
+                         "gives them shares): ",
+             types.unknown);
+    return irrigated;
 }
 
 // Makes a starter database, and gives what to say of it.
-std::string createStarter(IPlatform& platform, const RunSettings& settings,
-                          const std::string& path) {
-    const IrrigationDefaults defaults = defaultsFor(platform, settings);
+std::string createStarter(HeadlessApplication& application, const Session& session,
+                          const RunSettings& settings, const std::string& path, bool asks) {
+    IPlatform& platform = application.platform();
+    const auto zones = valuesOf(platform, settings.Zones, settings.ZoneField);
+    const auto crops = valuesOf(platform, settings.LandCover, kCropField);
+    const bool irrigated = takesUnknownAsIrrigated(application, session, crops, asks);
+    const IrrigationDefaults defaults = starterDefaults(zones, crops, irrigated);
     createIrrigationDatabase(platform, path, defaults);
     return fmt::format(
         "{} is made: {}, default shares for {} and {} of zone and crop (national figures: table "
@@ -94,7 +122,7 @@ int irdbCreate(const Session& session, const std::string& file, bool replace) {
         }
         setAside(application, path);
     }
-    sayDone(session, "{}", createStarter(application.platform(), *settings, path));
+    sayDone(session, "{}", createStarter(application, session, *settings, path, true));
     return kDone;
 }
 
@@ -130,6 +158,31 @@ int irdbInfo(const Session& session, const std::string& file) {
     return kDone;
 }
 
+int irdbChanges(const Session& session, const std::string& file, TableForm form) {
+    HeadlessApplication application(session.settingsFolder, session.terminal);
+    std::string path = wholePath(file);
+    if (path.empty()) {
+        const RunSettings* settings = gatedSettings(application);
+        if (!settings) return kFailed;
+        path = irrigationDatabasePath(*settings);
+    }
+    const IrrigationDatabase database(application.platform(), path);
+    DataGrid grid("changes");
+    if (database.hasTable(kChangesTable)) {
+        showRows(grid, *database.query(std::string("Select * from ") + kChangesTable));
+    }
+    if (session.json) {
+        printJson(rowsOf(grid, [](std::size_t) { return false; }));
+    } else if (form == TableForm::csv) {
+        printData(csvText(grid));
+    } else if (grid.rowCount() == 0) {
+        print("{}: no changes are noted\n", path);
+    } else {
+        printText(alignedText(grid));
+    }
+    return kDone;
+}
+
 void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& options) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     const RunSettings* settings = gatedSettings(application);
@@ -138,7 +191,7 @@ void ensureIrrigationDatabase(const Session& session, const EfficiencyOptions& o
     if (application.platform().files().fileExists(path)) return;
     application.prompts().notice("There is no irrigation database " + path +
                                  ", so a starter database is made");
-    tell("note: {}", createStarter(application.platform(), *settings, path));
+    tell("note: {}", createStarter(application, session, *settings, path, false));
 }
 
 }  // namespace velmora::cli

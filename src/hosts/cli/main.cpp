@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <pwd.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <exception>
 
@@ -22,11 +25,18 @@ namespace {
     std::_Exit(1);
 }
 
+// So that changes bear a name where the environment has none, as in a container.
+void nameUser() {
+    if (std::getenv("LOGNAME") || std::getenv("USER")) return;
+    if (const passwd* user = getpwuid(geteuid())) setenv("LOGNAME", user->pw_name, 0);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     std::set_terminate(endWithReason);
     velmora::cli::holdStandardFiles();
+    nameUser();
     velmora::platform::keepLibrariesQuiet();
     velmora::platform::boundLibrariesMemory();
     return velmora::cli::closeOutput(velmora::cli::CommandLine().run(argc, argv));

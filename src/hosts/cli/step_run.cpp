@@ -8,6 +8,7 @@
 #include "hosts/chain/steps.h"
 #include "hosts/cli/failure.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/input_gate.h"
 #include "hosts/results/run_log.h"
 #include "modelling/products.h"
 #include "settings/stored_settings.h"
@@ -115,6 +116,7 @@ Json jsonOf(const StepResult& result) {
 }
 
 int runStep(const Session& session, const std::string& step, const ChainOptions& options) {
+    if (!passInputs(session, step, options.strict)) return kFailed;
     const StepResult result =
         carryOut(session, step, options.diagnose, options.efficiency, options.standard);
     if (session.json) printJson(jsonOf(result));

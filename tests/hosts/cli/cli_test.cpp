@@ -23,6 +23,7 @@ using test::Command;
 using test::CropCommand;
 using test::Outcome;
 using testing::HasSubstr;
+using testing::Not;
 
 TEST_F(Command, RunsReferenceEt) {
     EXPECT_EQ(run("run refet").status, 1);
@@ -152,6 +153,33 @@ TEST_F(Command, DiagnosesTellOfZerosAndOfRangesThatAreNotIdentified) {
     EXPECT_THAT(csv, HasSubstr("\"PPT_Jun\",\"weather.P_Jun\",\"kriging\",5,2,2,"));
 }
 
+// The line stands before the step's own, and --strict takes its number for a no.
+TEST_F(CropCommand, WarningsOfTheInputsAreCountedBeforeAStep) {
+    EXPECT_THAT(run("run refet").told, Not(HasSubstr("in the inputs")));
+    EXPECT_EQ(run("run refet --strict").status, 0);
+    crops.makeWeather(test::RunFixture::stations(),
+                      [](const std::string& p, const test::Station& s, int m) -> FieldValue {
+                          if (p == "TN_" && s.name == "S3") return 70.0;
+                          return test::RunFixture::usualWeather(p, s, m);
+                      });
+    const Outcome ran = run("run refet");
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(ran.told,
+                testing::StartsWith("note: 4 warnings of 2 kinds in the inputs: velmora check "
+                                    "shows them\n"));
+    const Outcome strict = run("run refet --strict");
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_THAT(strict.told, testing::ContainsRegex("note: warning: .*TN_Jun: S3: 70 > TM_Jun"));
+    EXPECT_THAT(strict.told, testing::EndsWith("velmora: 4 warnings of 2 kinds in the inputs, so "
+                                               "that --strict lets nothing run\n"));
+    EXPECT_THAT(strict.told, Not(HasSubstr("message: ")));
+    // Each step asks for its own inputs, all steps for all.
+    EXPECT_EQ(run("run kc --strict").status, 0);
+    EXPECT_EQ(run("run all --only kc --strict").status, 0);
+    EXPECT_EQ(run("run all --strict").status, 1);
+    EXPECT_EQ(run("--settings-folder none run refet --strict").status, 1);
+}
+
 TEST_F(CropCommand, TheChainToTheZoneTable) {
     EXPECT_EQ(run("run refet").status, 0);
     const Outcome maps = run("run kc");
@@ -166,6 +194,7 @@ TEST_F(CropCommand, TheChainToTheZoneTable) {
     const Outcome ran = run("run cropet");
     EXPECT_EQ(ran.status, 0) << ran.output;
     EXPECT_EQ(ran.output,
+              "note: 1 warning in the inputs: velmora check shows them\n"
               "message: Ready to create table\nCrop ET of Jun ...\nmessage: RefET_Jun_4\n"
               "note: StatCET: the zone key \"Middle Valley Irrigators' District\" has more than 25 "
               "characters, of which tables keep \"Middle Valley Irrigators'\"\n"
@@ -176,8 +205,7 @@ TEST_F(CropCommand, TheChainToTheZoneTable) {
     EXPECT_EQ(run("run ppt").status, 0);
     EXPECT_EQ(run("run nir").status, 0);
     EXPECT_THAT(run("run nir").output,
-                testing::StartsWith("Net irrigation requirement of Jun ...\nnote: StatNIR: the "
-                                    "zone key "));
+                HasSubstr("\nNet irrigation requirement of Jun ...\nnote: StatNIR: the zone key "));
     EXPECT_EQ(crops.tableRows("StatNIR").size(), 6U);
     EXPECT_EQ(run("kc maps --cell-size 20 --field use").status, 0);
     EXPECT_EQ(crops.output("Kc_Jun_4").geometry.cellSize, 100);

@@ -201,15 +201,144 @@ TEST_F(Efficiencies, LandIsDeclaredNotIrrigated) {
     EXPECT_EQ(rows("West").at(1).at("IREF"), 0);
     EXPECT_EQ(run("eff all-zones --default-shares crop").status, 0);
     EXPECT_EQ(rows("West").at(1).at("IREF"), 0);  // is as entered as a share is
+    EXPECT_EQ(rows("West").at(1).at("NotIrrigated"), 1);
     const Outcome map = run("eff map");
+    EXPECT_THAT(map.told, testing::ContainsRegex("note: [0-9]+\\.[0-9] acres are declared not "
+                                                 "irrigated\n"));
     EXPECT_THAT(map.told, HasSubstr("have no efficiency, and so no irrigation requirement"));
-    EXPECT_THAT(map.told, testing::ContainsRegex("Barley \\([0-9]+, [0-9]+\\.[0-9] acres\\)"));
+    EXPECT_THAT(map.told, testing::ContainsRegex("Water \\([0-9]+, [0-9]+\\.[0-9] acres\\)"));
+    EXPECT_THAT(map.told, Not(HasSubstr("Barley (")));  // is not reported as missing
     const auto land = crops.application.platform().features().openFeatureClass(
         folder + "/out/Lu_Intersected.shp");
     double acres = 0;
     for (const double area : land->areas()) acres += area / 4047;
     EXPECT_THAT(map.told, HasSubstr(fmt::format(" acres of {:.1f} acres: ", acres)));
+    EXPECT_THAT(run("check").results, Not(testing::ContainsRegex("Barley: [0-9.]+ acres")));
     EXPECT_EQ(run("eff set West Barley Drip=1 --not-irrigated").status, 2);
+    // Shares take the declaration back, and so do default shares that overwrite.
+    EXPECT_EQ(run("eff set West Barley Surface=1").status, 0);
+    EXPECT_TRUE(rows("West").at(1).at("NotIrrigated").is_null());
+    EXPECT_GT(rows("West").at(1).at("IREF").get<double>(), 0.5);
+    EXPECT_EQ(run("eff set West Barley --not-irrigated").status, 0);
+    EXPECT_EQ(run("eff all-zones --default-shares crop --overwrite-shares").status, 0);
+    EXPECT_TRUE(rows("West").at(1).at("NotIrrigated").is_null());
+    EXPECT_GT(rows("West").at(1).at("IREF").get<double>(), 0.5);
+}
+
+TEST_F(Efficiencies, AMethodsEfficiencyChangesAndSharesStay) {
+    const auto before = rows("West").at(1);
+    const auto others = rows("O'Dell's");
+    EXPECT_EQ(run("eff method West sprinkler=0.85").status, 0);
+    const auto after = rows("West").at(1);
+    EXPECT_EQ(after.at("Sprinkler"), before.at("Sprinkler"));
+    EXPECT_NEAR(after.at("FAEF").get<double>(),
+                1 / (before.at("Surface").get<double>() / 0.6 +
+                     before.at("Sprinkler").get<double>() / 0.85),
+                1e-12);
+    EXPECT_GT(after.at("FAEF"), before.at("FAEF"));
+    EXPECT_EQ(rows("O'Dell's"), others);  // of its zone alone
+    const Outcome percent = run("eff method West Sprinkler=85");
+    EXPECT_EQ(percent.status, 1);
+    EXPECT_THAT(percent.told, HasSubstr("Sprinkler=85: give METHOD=EFFICIENCY, as in Surface=0.8, "
+                                        "a fraction; the methods are Surface, Sprinkler, Drip"));
+    for (const char* bad : {"Sprinkler=0", "Sprinkler", "Pivot=0.8", "Sprinkler=x"}) {
+        EXPECT_EQ(run(std::string("eff method West Drip=0.1 ") + bad).status, 1) << bad;
+    }
+    EXPECT_EQ(rows("West").at(1), after);  // none of several is stored when one is wrong
+    EXPECT_EQ(run("eff method North Drip=0.8").status, 1);
+}
+
+TEST_F(Efficiencies, EveryChangeIsKept) {
+    const auto changes = [&] { return nlohmann::json::parse(run("--json irdb changes").results); };
+    const std::size_t filled = changes().size();
+    EXPECT_GT(filled, 8U);  // a row for each of the zones' rows
+    EXPECT_EQ(changes().at(0).at("ChangedWith"), "default shares of crop");
+    EXPECT_EQ(run("eff all-zones --default-shares crop").status, 0);
+    EXPECT_EQ(changes().size(), filled);  // nothing has changed
+    EXPECT_EQ(shell("eff set West --cvef 0.5 2>told", "LOGNAME=karla").status, 0);
+    const auto set = changes();
+    ASSERT_GT(set.size(), filled);
+    const auto& first = set.at(filled);
+    EXPECT_EQ(first.at("ChangedBy"), "karla");
+    EXPECT_EQ(first.at("ChangedWith"), "eff set");
+    EXPECT_EQ(first.at("TableName"), "IREF");
+    EXPECT_EQ(first.at("ZoneUnit"), "West");
+    EXPECT_EQ(first.at("Item"), "Alfalfa");
+    EXPECT_EQ(first.at("Field"), "CVEF");
+    EXPECT_EQ(first.at("OldValue"), "0.9");
+    EXPECT_EQ(first.at("NewValue"), "0.5");
+    EXPECT_THAT(first.at("ChangedAt").get<std::string>(),
+                testing::MatchesRegex("20[0-9-]+ [0-9:]+ [+-][0-9]+"));
+    EXPECT_EQ(run("eff method West Drip=0.8").status, 0);
+    EXPECT_EQ(changes().back().at("TableName"), "IRMD");
+    EXPECT_EQ(changes().back().at("OldValue"), "0.9");
+    EXPECT_THAT(run("irdb changes --csv").results, HasSubstr("eff method,IRMD,West,Drip,IRMDEF,"));
+    EXPECT_EQ(run("eff apply --new-tables").status, 0);
+    const auto dropped = changes();
+    EXPECT_EQ(dropped.back().at("ChangedWith"), "efficiency dialog");
+    EXPECT_EQ(dropped.back().at("Field"), "row");
+    EXPECT_EQ(dropped.back().at("NewValue"), "");
+}
+
+// Land that gets no efficiency, and rows that can hardly be meant, are warnings before a run.
+TEST_F(ChainCommand, RowsOfEfficienciesAreChecked) {
+    ASSERT_EQ(run("irdb create").status, 0);
+    ASSERT_EQ(run("eff apply").status, 0);
+    EXPECT_THAT(run("check").results, Not(HasSubstr("ZoneUnit")));  // there are no rows yet
+    ASSERT_EQ(run("eff zone West --default-shares crop").status, 0);
+    const std::string database = ": " + folder + "/IrDB.mdb: ";
+    const Outcome first = run("check --all");
+    double acres = 0;
+    for (const test::Shape& zone : crops.zones()) {
+        if (zone.key == "O'Dell's") acres = test::areaOf(zone) / 4047;
+    }
+    EXPECT_THAT(first.results,
+                HasSubstr("warning" + database + "ZoneUnit: O'Dell's: " +
+                          fmt::format("{:.1f} acres of zone have no row of shares", acres)));
+    EXPECT_THAT(first.results, Not(HasSubstr("ZoneUnit: West")));
+    EXPECT_THAT(first.results, testing::ContainsRegex("note" + database +
+                                                      "CropType: Water: [0-9.]+ acres of the land "
+                                                      "cover: no efficiency in 1 of 1 zone, "));
+    EXPECT_THAT(first.results, Not(HasSubstr("CropType: Barley")));
+    EXPECT_EQ(run("eff set West Barley Surface=35 Sprinkler=65 --cvef 0.5").status, 0);
+    EXPECT_THAT(run("check").results,
+                HasSubstr("warning" + database + "IREF: Shares do not add to 1 (percent? "));
+    EXPECT_THAT(run("run eff").told, HasSubstr(" in the inputs: velmora check shows them\n"));
+    EXPECT_EQ(run("run eff --strict").status, 1);
+}
+
+// What a name tells decides; of one that tells nothing the user, and without one it is no.
+TEST_F(ChainCommand, TheStarterTellsWhatItTakesAsIrrigated) {
+    auto fields = crops.fields();
+    for (auto& field : fields) {
+        if (field.key == "Barley") field.key = "Class 12";
+    }
+    crops.makeCropLand(fields);
+    const Outcome made = run("irdb create");
+    EXPECT_EQ(made.status, 0);
+    EXPECT_THAT(made.told,
+                HasSubstr("note: Taken as irrigated by their names: Alfalfa, O'Brien Corn\n"
+                          "note: Taken as not irrigated by their names: Water\n"
+                          "question: The names of 1 type tell nothing (Class 12): are they "
+                          "irrigated? no\n"
+                          "note: Taken as not irrigated, since their names tell nothing"));
+    const auto shareOf = [&] {
+        const auto connection = crops.application.platform().connections().open(
+            irrigationConnection(folder + "/IrDB.mdb"));
+        const auto row = connection->open(
+            "SELECT * FROM IR_Dis_2 WHERE ZONEUNIT = 'West' AND CropType = 'Class 12'");
+        return std::get<double>(row->value("Surface"));
+    };
+    EXPECT_EQ(shareOf(), 0);
+    const Outcome yes = run("--yes irdb create --replace-database");
+    EXPECT_EQ(yes.status, 0);
+    EXPECT_THAT(yes.told, Not(HasSubstr("question: ")));
+    EXPECT_EQ(shareOf(), 0);
+    const Outcome chain = run("run eff --default-shares crop");
+    EXPECT_EQ(chain.status, 0);
+    EXPECT_THAT(run("check").results,
+                testing::ContainsRegex("warning: .*IrDB.mdb: CropType: Class 12: [0-9.]+ acres of "
+                                       "the land cover: no efficiency in 3 of 3 zones"));
 }
 
 TEST_F(Efficiencies, NewTablesKeepACopyOfTheOldOne) {

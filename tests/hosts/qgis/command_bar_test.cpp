@@ -9,6 +9,7 @@
 #include <QToolButton>
 
 #include "hosts/qgis/widgets/desktop_application.h"
+#include "settings/settings_file.h"
 #include "tests/hosts/qgis/qt_fixture.h"
 
 namespace velmora::test {
@@ -113,6 +114,25 @@ TEST_F(Bar, OneCommandRunsAtATime) {
         },
         [&] { held.bar.action("Tarnwick.clsPPT")->trigger(); });
     EXPECT_EQ(held.ended.size(), 1U);
+}
+
+// A line without a box, before the step's own.
+TEST_F(Bar, AStepsInputsAreLookedAtBeforeIt) {
+    Held held(window, folder.file("settings"));
+    std::vector<std::string> lines;
+    held.application.prompts().showLine = [&](qt::QtPrompts::Level, const std::string& text) {
+        lines.push_back(text);
+    };
+    IFileSystem& files = held.application.platform().files();
+    files.createFolder(folder.file("settings"));
+    writeSettings(files, defaultSettingsPath(folder.file("settings")), RunSettings());
+    withModal(
+        [&](QWidget& box) {
+            ASSERT_FALSE(lines.empty());
+            EXPECT_TRUE(lines[0].ends_with("in the inputs: velmora check shows them")) << lines[0];
+            QTest::keyClick(&box, Qt::Key_Return);
+        },
+        [&] { held.bar.action("Tarnwick.clsPPT")->trigger(); });
 }
 
 // Nothing of the extension outlives its host: no object of the library, no child of the window.

@@ -5,6 +5,8 @@
 #include <QToolButton>
 #include <exception>
 
+#include "hosts/chain/input_warnings.h"
+#include "hosts/chain/steps.h"
 #include "hosts/components/menu_item.h"
 #include "hosts/qgis/widgets/texts.h"
 
@@ -79,6 +81,8 @@ void CommandBar::click(ICommand& command, const std::string& progId) {
     if (running_) return;
     running_ = true;
     try {
+        const std::string step = stepOfProgId(progId);
+        if (!step.empty()) tellInputWarnings(application_, step);
         command.OnClick();
     } catch (const std::exception& e) {
         application_.prompts().message(e.what());

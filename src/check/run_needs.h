@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "check/input_check.h"
+#include "gis/grid_geometry.h"
+
+namespace velmora {
+
+// What all steps of a run on these cells will take: memory, disk and time, in one note; and a
+// warning when the output folder's disk has less room than that.
+std::vector<Finding> checkRunNeeds(const RunSettings& settings, const GridGeometry& geometry);
+
+// Bytes that all steps leave in the output folder, for a number of months.
+double bytesOnDisk(const RunSettings& settings, std::size_t cells, std::size_t months);
+
+}  // namespace velmora

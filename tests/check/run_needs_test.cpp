@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// What a run will take.
+#include "check/run_needs.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/memory_fixtures.h"
+
+namespace velmora {
+namespace {
+
+using testing::HasSubstr;
+
+GridGeometry cellsOf(int columns, int rows) { return {columns, rows, 0, 0, 100, ""}; }
+
+// A year of the chain at 1,000,000 cells and method 2 left 686 MB (docs/performance.md).
+TEST(RunNeeds, AreThoseOfTheMeasuredChain) {
+    RunSettings settings;
+    settings.RefETMethod = "2";
+    EXPECT_NEAR(bytesOnDisk(settings, 1000000, 12) / 1048576, 686, 0.05 * 686);
+    const double full = bytesOnDisk(settings, 1000000, 12);
+    settings.RefETMethod = "4";
+    EXPECT_LT(bytesOnDisk(settings, 1000000, 12), 0.9 * full);
+}
+
+TEST(RunNeeds, AreToldInOneNote) {
+    test::MemoryRun f;
+    f.settings.BeginMonth = "Jan";
+    f.settings.EndMonth = "Dec";
+    f.settings.OutputWorkspace = "/";
+    const auto small = checkRunNeeds(f.settings, cellsOf(1000, 1000));
+    ASSERT_EQ(small.size(), 1U);
+    EXPECT_EQ(small[0].severity, Severity::note);
+    EXPECT_EQ(small[0].text,
+              "all steps over 12 months take some 130 MB of memory, 722 MB on disk and some "
+              "seconds");
+    const auto large = checkRunNeeds(f.settings, cellsOf(30000, 30000));
+    EXPECT_THAT(large[0].text,
+                HasSubstr("117 GB of memory, 648.9 GB on disk and about 72 minutes"));
+    f.settings.OutputWorkspace = "/none";
+    EXPECT_EQ(checkRunNeeds(f.settings, cellsOf(30000, 30000)).size(), 1U);
+}
+
+TEST(RunNeeds, ADiskWithoutRoomIsAWarning) {
+    test::MemoryRun f;
+    f.settings.OutputWorkspace = "/proc";  // which has no room at all
+    const auto found = checkRunNeeds(f.settings, cellsOf(1000, 1000));
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[1].severity, Severity::warning);
+    EXPECT_THAT(found[1].text, HasSubstr("has 0 MB left on its disk, but all steps take "));
+}
+
+}  // namespace
+}  // namespace velmora
