@@ -16,6 +16,8 @@
 
 namespace velmora {
 
+PrecipitationRun::~PrecipitationRun() = default;
+
 bool PrecipitationRun::run() {
     openOutputWorkspace();
     const PrecipitationMethod method = precipitationMethod(settings_);

@@ -21,6 +21,9 @@ class PrecipitationRun {
   public:
     PrecipitationRun(IApplication& application, const RunSettings& settings)
         : application_(application), platform_(application.platform()), settings_(settings) {}
+    ~PrecipitationRun();
+    PrecipitationRun(const PrecipitationRun&) = delete;
+    PrecipitationRun& operator=(const PrecipitationRun&) = delete;
 
     // Shows which method it uses and runs it; a method that is neither "EDK" nor "PRISM_REF" makes
     // nothing, and that is told. An output folder that does not exist is made. True when no failure

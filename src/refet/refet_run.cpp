@@ -55,6 +55,8 @@ ReferenceEtRun::ReferenceEtRun(IApplication& application, const RunSettings& set
       year_(settings.yearNumber()),
       runStatus_(processState().runStatus) {}
 
+ReferenceEtRun::~ReferenceEtRun() = default;
+
 template <class Body>
 void ReferenceEtRun::trapped(const std::string& procedure, Body body) {
     if (!velmora::trapped(application_.prompts(), "Error in '" + procedure + "': ", body)) {

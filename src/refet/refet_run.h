@@ -22,6 +22,10 @@ class ReferenceEtRun {
   public:
     ReferenceEtRun(IApplication& application, const RunSettings& settings);
 
+    ~ReferenceEtRun();
+    ReferenceEtRun(const ReferenceEtRun&) = delete;
+    ReferenceEtRun& operator=(const ReferenceEtRun&) = delete;
+
     // Runs from beginning to end, or to the first procedure whose error trap clears the run-status
     // flag. Shows its messages as it goes. True when the run is done. Throws Cancelled; the grids
     // made before stay.

@@ -103,7 +103,8 @@ TEST_F(Records, TellWhatARunWasMadeOf) {
 }
 
 TEST_F(Records, GridsUnderTheirOtherNameAreKnownByTheirCells) {
-    for (const json& input : record("irr").at("inputs")) {
+    const json irr = record("irr");
+    for (const json& input : irr.at("inputs")) {
         if (input.at("path") != "faef_500") continue;
         EXPECT_EQ(input.at("copy_of"), "IREF");
         EXPECT_EQ(input.at("made_by").at("run"), record("eff").at("run"));
