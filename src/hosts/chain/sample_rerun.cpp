@@ -19,6 +19,7 @@
 #include "irrigation/irrigation_database.h"
 #include "irrigation/irrigation_inputs.h"
 #include "modelling/products.h"
+#include "modelling/station_fields.h"
 #include "precip/precipitation_run.h"
 #include "refet/refet_run.h"
 #include "settings/modelling_extent.h"
@@ -163,14 +164,14 @@ class Sampling {
     void sampleSurfaces() {
         const GridGeometry geometry = runGeometry(platform_, settings_);
         const std::vector<std::string> names = gridsOfStep();
-        found_.grids = names.size();
         for (int band = 0; band < bands_; ++band) {
             const CellBlock there = bandIn(geometry, random_);
             const Scratch scratch;
             RunSettings again = settingsIn(scratch);
             again.ExtentProvider = domainOf(geometry, there, scratch.file("band.shp"));
-            runSurfaces(again);
+            if (!runSurfaces(again)) return;
             const auto made = platform_.rasters().openFromFolder(again.OutputWorkspace);
+            found_.grids = names.size();
             const CellBlock all{0, 0, there.columns, there.rows};
             for (const std::string& name : names) {
                 compare(name, *made->openRasterDataset(name)->createDefaultRaster(), all, there,
@@ -192,11 +193,19 @@ class Sampling {
         return path;
     }
 
-    void runSurfaces(const RunSettings& again) {
+    // False when what was made depends on what the stations' working field held before.
+    bool runSurfaces(const RunSettings& again) {
         SilentApplication application(platform_);
         const bool done = found_.step == "refet" ? ReferenceEtRun(application, again).run()
                                                  : PrecipitationRun(application, again).run();
         if (!done) throw PlatformError(application.firstFailure());
+        for (const std::string& text : application.messages()) {
+            if (text.find(std::string("field ") + kPrecipitationField + " held") !=
+                std::string::npos) {
+                found_.notMade = text;
+            }
+        }
+        return found_.notMade.empty();
     }
 
     void makeKc(IApplication& application, const RunSettings& again) const {

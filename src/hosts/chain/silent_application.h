@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "gis/application.h"
 
@@ -24,10 +25,13 @@ class SilentApplication : public IApplication {
     std::string extensionFolder() override { return {}; }
     void noteOutcome(StepOutcome) override {}
     const std::string& firstFailure() const { return prompts_.first; }
+    const std::vector<std::string>& messages() const { return prompts_.texts; }
 
   private:
     struct Prompts : IPrompts {
-        void message(const std::string&, const std::string&) override {}
+        void message(const std::string& text, const std::string&) override {
+            texts.push_back(text);
+        }
         bool confirm(const std::string&, const std::string&) override { return false; }
         void showFailure(const std::string& text, const std::string&) override { keep(text); }
         void showReason(const std::string& text) override { keep(text); }
@@ -36,6 +40,7 @@ class SilentApplication : public IApplication {
             if (first.empty()) first = text;
         }
         std::string first;
+        std::vector<std::string> texts;
     };
     struct Browsers : IBrowsers {
         std::string browseFolder(const std::string&) override { return {}; }

@@ -86,6 +86,7 @@ Json jsonOf(const platform::Verification& found, const Samples& samples,
     Json again = Json::array();
     for (const SampledProduct& sample : samples) {
         again.push_back({{"step", sample.step}, {"grids", sample.grids}, {"cells", sample.cells}});
+        if (!sample.notMade.empty()) again.back()["not_made"] = sample.notMade;
     }
     return {{"folder", folder},
             {"steps", stepsOf(found)},
@@ -124,6 +125,10 @@ int verify(const Session& session, const std::string& given, int bands) {
     platform::Verification found = platform::verifyRecords(folder.path, folder.settings);
     Samples samples;
     if (bands > 0) samples = rerun(application, found, folder.path, bands);
+    for (const SampledProduct& sample : samples) {
+        if (sample.notMade.empty()) continue;
+        application.prompts().notice(sample.step + " is not made again: " + sample.notMade);
+    }
     std::ranges::move(mismatchesOf(samples), std::back_inserter(found.mismatches));
     if (session.json) {
         printJson(jsonOf(found, samples, folder.path));
