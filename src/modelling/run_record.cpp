@@ -61,7 +61,7 @@ RunRecord::~RunRecord() {
     if (finished_) return;
     try {
         application_.platform().journal().end(RunEnding::failed);
-    } catch (const std::exception&) {
+    } catch (...) {
         return;  // the record goes on to say that the run has not come to its end
     }
 }

@@ -15,6 +15,7 @@
 #include "platform/files/unfinished_file.h"
 #include "platform/records/dataset_files.h"
 #include "platform/records/record_parts.h"
+#include "platform/threads/parallel_loop.h"
 
 namespace velmora::platform {
 
@@ -35,6 +36,19 @@ Json starter() {
     return {{"user", user ? std::string(user->pw_name) : std::to_string(::getuid())},
             {"machine", machine.data()}};
 }
+
+// While it lives, loops neither report nor end because the run has been cancelled: its record is
+// written all the same.
+class Unwatched {
+  public:
+    Unwatched() : before_(watchLoops(nullptr)) {}
+    ~Unwatched() { watchLoops(before_); }
+    Unwatched(const Unwatched&) = delete;
+    Unwatched& operator=(const Unwatched&) = delete;
+
+  private:
+    IFeedback* before_;
+};
 
 Json jsonOf(const SurfaceNote& note) {
     Json leftOut = Json::array();
@@ -69,7 +83,9 @@ struct Journal::Run {
 };
 
 Journal::Journal() = default;
-Journal::~Journal() { keepNotes(nullptr); }
+Journal::~Journal() {
+    if (run_) keepNotes(nullptr);
+}
 
 void Journal::begin(const RunHeading& heading) {
     keepNotes(nullptr);
@@ -114,6 +130,7 @@ void Journal::warning(const std::string& text) {
 void Journal::end(RunEnding ending) {
     if (!run_) return;
     keepNotes(nullptr);
+    const Unwatched notCancelled;
     const std::unique_ptr<Run> run = std::move(run_);
     const RunNotes& notes = run->notes;
     Json& record = run->record;
