@@ -159,7 +159,11 @@ struct AccountRequest {
 int account(const Session& session, const AccountRequest& request);
 
 // `velmora report [FILE]`: the run in the output folder as one HTML page.
-int report(const Session& session, const std::string& file);
+struct ReportRequest {
+    std::string file;    // "" for report.html in the output folder
+    bool draft = false;  // also of results that do not hold together
+};
+int report(const Session& session, const ReportRequest& request);
 
 // `velmora validate`: the equations against published figures; fails when one is outside of its
 // tolerance.

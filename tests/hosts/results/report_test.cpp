@@ -4,10 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <nlohmann/json.hpp>
+
 #include "gis/errors.h"
 #include "gis/zonal_tables.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
+#include "settings/settings_fields.h"
 #include "tests/support/irrigation_fixture.h"
 
 namespace velmora::cli {
@@ -61,7 +65,69 @@ struct Report : testing::Test {
                                {tag + "_V_acft", volume}});
         session->save();
     }
+
+    // A record of a step's run as the settings say it, changed.
+    void record(const std::string& step, const std::map<std::string, std::string>& changes = {}) {
+        nlohmann::ordered_json settings;
+        for (const SettingsField& field : settingsFields()) {
+            settings[std::string(field.name)] = settingsText(f.settings, field);
+        }
+        for (const auto& [field, text] : changes) settings[field] = text;
+        const nlohmann::ordered_json json = {{"step", step},
+                                             {"run", "1"},
+                                             {"state", "complete"},
+                                             {"began", "2023-10-01T10:00:00-06:00"},
+                                             {"ended", "2023-10-01T10:00:10-06:00"},
+                                             {"program",
+                                              {{"version", "0.1"},
+                                               {"build", "b"},
+                                               {"host", "h"},
+                                               {"libraries", nlohmann::json::object()}}},
+                                             {"started_by", nullptr},
+                                             {"settings", settings},
+                                             {"sources", nlohmann::json::object()},
+                                             {"inputs", nlohmann::json::array()},
+                                             {"surfaces", nlohmann::json::array()},
+                                             {"outputs", nlohmann::json::array()},
+                                             {"warnings", nlohmann::json::array()}};
+        test::write(f.folder.file("out/velmora_record_" + step + ".json"), json.dump());
+    }
 };
+
+TEST_F(Report, TablesAreOfTheMonthsAndTheYearOfTheirRecord) {
+    makeTable("StatCET", 0.5, 50);  // of July
+    makeTable("StatNIR", 0.5, 50);
+    record("cropet", {{"BeginMonth", "Jan"}, {"EndMonth", "Feb"}, {"Year", "2004"}});
+    record("nir", {{"BeginMonth", "Jul"}, {"EndMonth", "Jul"}, {"Year", "2005"}});
+    const RunResults results = readResults(platform, f.settings);
+    EXPECT_TRUE(results.tables.at("StatCET").empty());
+    EXPECT_EQ(results.tables.at("StatNIR").size(), 1U);
+    ASSERT_EQ(results.totals.size(), 1U);
+    EXPECT_FALSE(results.totals[0].table.contains("StatCET"));
+    EXPECT_EQ(results.totals[0].table.at("StatNIR"), 50);
+    const std::string page = reportPage(platform, results);
+    EXPECT_THAT(page, HasSubstr("1 row of other months left out: the run was made for Jan to Feb"));
+    EXPECT_THAT(page, HasSubstr("<h3>Net irrigation requirement (StatNIR), Jul to Jul, 2005</h3>"));
+    EXPECT_THAT(page,
+                HasSubstr("<p class=\"error\">The tables were made for different periods: "
+                          "StatCET for Jan to Feb, 2004. StatNIR, StatIRR for Jul to Jul, 2005."));
+}
+
+TEST_F(Report, ADatasetOfTheUsersOwnNeedsNoRecord) {
+    f.save("faef_500", f.filled(0.5F));
+    record("irr");
+    EXPECT_THAT(readResults(platform, f.settings).faults,
+                testing::ElementsAre(HasSubstr("faef_500: there is no record of the run of eff")));
+    const std::string path = f.folder.file("out/velmora_record_irr.json");
+    auto irr = nlohmann::json::parse(test::contentOf(path));
+    irr["inputs"].push_back(
+        {{"path", "faef_500"}, {"crs", nullptr}, {"files", nlohmann::json::array()}});
+    test::write(path, irr.dump());
+    EXPECT_THAT(readResults(platform, f.settings).faults, testing::IsEmpty());
+    test::write(path, "[1]");
+    EXPECT_THAT(readResults(platform, f.settings).faults,
+                testing::Contains(HasSubstr("velmora_record_irr.json: the record cannot be used")));
+}
 
 TEST_F(Report, BothReadingsOfTheTables) {
     // A mean of 6 inches in July: half a foot over 100 acres.

@@ -17,10 +17,12 @@
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
 #include "hosts/results/cell_image.h"
+#include "hosts/results/records/made_for.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
+#include "hosts/results/report/report_faults.h"
+#include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
-#include "settings/run_choices.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -32,74 +34,31 @@ namespace {
 
 constexpr int kMapSide = 250;  // pixels of a small map's longer side
 
-constexpr const char* kStyle = R"(
-:root{--ink:#1d2b33;--soft:#5b6b74;--line:#d9e1e5;--pale:#f4f7f8;--accent:#176b5b}
-*{box-sizing:border-box}
-body{margin:0;font:15px/1.5 "Segoe UI","DejaVu Sans",Arial,sans-serif;color:var(--ink);background:#fff}
-header{background:var(--accent);color:#fff;padding:22px 32px}
-header h1{margin:0;font-size:24px}
-header p{margin:4px 0 0;opacity:.92}
-main{max-width:1240px;margin:0 auto;padding:8px 32px 60px}
-nav{padding:10px 32px;border-bottom:1px solid var(--line);background:var(--pale)}
-nav a{margin-right:18px;color:var(--accent);text-decoration:none;white-space:nowrap}
-h2{margin:34px 0 8px;font-size:20px;border-bottom:2px solid var(--accent);padding-bottom:3px}
-h3{margin:22px 0 4px;font-size:16px}
-p{margin:6px 0}
-.note{color:var(--soft);font-size:13.5px;max-width:900px}
-table{border-collapse:collapse;margin:8px 0;font-size:13.5px}
-th,td{padding:3px 12px 3px 0;text-align:left;border-bottom:1px solid var(--line);vertical-align:top}
-th{color:var(--soft);font-weight:600}
-.n{text-align:right;font-variant-numeric:tabular-nums}
-td:first-child{white-space:nowrap}
-.path{overflow-wrap:anywhere}
-.maps{display:flex;flex-wrap:wrap;gap:12px;margin:8px 0}
-.maps figure{margin:0;width:180px}
-.maps img{width:100%;display:block;border:1px solid var(--line)}
-.maps figcaption{font-size:13px;color:var(--soft)}
-.maps figcaption b{color:var(--ink)}
-.ramp{display:flex;align-items:center;gap:8px;font-size:13.5px}
-.ramp i{width:220px;height:14px;border:1px solid var(--line)}
-.charts{display:flex;flex-wrap:wrap;gap:14px}
-svg.chart{width:380px;border:1px solid var(--line);background:#fff}
-svg.stations{max-width:820px;width:100%;background:var(--pale);border:1px solid var(--line)}
-svg text{font:11px "DejaVu Sans",Arial,sans-serif;fill:var(--ink)}
-svg text.title{font-size:13px;font-weight:600}
-svg text.axis{fill:var(--soft)}
-svg text.station{font-size:11px;paint-order:stroke;stroke:#fff;stroke-width:2.5px}
-svg circle.station{fill:#c0392b;stroke:#fff;stroke-width:1.4}
-svg .zone{fill:none;stroke:#20343d;stroke-width:1.2}
-svg .grid{stroke:var(--line)}
-.legend span{margin-right:18px;font-size:13.5px}
-.legend i{display:inline-block;width:14px;height:4px;margin-right:6px;vertical-align:middle}
-.error{color:#a61b1b}.warning{color:#8a5a00}
-details{margin:4px 0}summary{cursor:pointer;color:var(--accent)}
-.scroll{overflow-x:auto}
-@media print{nav{display:none}main{max-width:none}}
-)";
-
-std::string methodName(const RunSettings& settings) {
-    static constexpr std::array<const char*, 7> names = {"an unknown method",
-                                                         "ASCE Penman-Monteith, tall reference",
-                                                         "ASCE Penman-Monteith, short reference",
-                                                         "FAO-56 Penman-Monteith",
-                                                         "Hargreaves 1985",
-                                                         "Blaney-Criddle",
-                                                         "Priestley-Taylor"};
-    return names.at(static_cast<std::size_t>(refEtMethod(settings)));
-}
-
 std::string heading(const std::string& id, const std::string& title) {
     return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
 }
 
-std::string headerOf(const RunSettings& settings) {
+// What the products were made for: one line where all were made for the same.
+std::string madeForLines(const RunResults& results) {
+    const std::vector<MadeFor> made = productsMadeFor(results.records);
+    if (made.empty()) {
+        return "<p>" + escaped(madeForText(results.settings)) +
+               " (by the settings: there are no records)</p>";
+    }
+    if (made.size() == 1) return "<p>" + escaped(made.front().text) + "</p>";
+    std::string html;
+    for (const MadeFor& part : made) {
+        html += "<p>" + escaped(joinedNames(part.names) + ": " + part.text) + "</p>";
+    }
+    return html;
+}
+
+std::string headerOf(const RunResults& results) {
     const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
     return fmt::format(
-        "<header><h1>Evapotranspiration and irrigation water use</h1><p>{} to {}, {} &middot; "
-        "reference ET by {} &middot; cells of {:g} m</p><p>Made by velmora {} on {} from {}</p>"
-        "</header>\n",
-        escaped(settings.BeginMonth), escaped(settings.EndMonth), escaped(settings.Year),
-        methodName(settings), settings.CellSize, kVersion, now, escaped(settings.OutputWorkspace));
+        "<header><h1>Evapotranspiration and irrigation water use</h1>{}<p>Page made by velmora {} "
+        "on {} from {}</p></header>\n",
+        madeForLines(results), kVersion, now, escaped(results.settings.OutputWorkspace));
 }
 
 // What the totals and tables rest on, said where they stand.
@@ -121,8 +80,21 @@ std::vector<std::string> totalsHeads() {
     return heads;
 }
 
+// The tables of one page that speak of different periods.
+std::string unlikeTables(const std::vector<MadeFor>& made) {
+    std::string html = "<p class=\"error\">The tables were made for different periods:";
+    for (const MadeFor& part : made) {
+        html += " " + escaped(joinedNames(part.names) + " for " + part.text) + ".";
+    }
+    return html + "</p>\n";
+}
+
 std::string totalsSection(const RunResults& results) {
-    std::string html = heading("totals", "Zone totals of the period");
+    const auto made = tablesMadeFor(results.records, results.settings);
+    std::string html = heading(
+        "totals",
+        "Zone totals" + (made.size() == 1 ? ", " + escaped(made.front().text) : std::string()));
+    if (made.size() > 1) html += unlikeTables(made);
     if (results.totals.empty()) {
         return html + "<p>There are no zone tables yet: run the steps cropet, nir and irr.</p>\n";
     }
@@ -267,14 +239,21 @@ std::string tablesSection(const RunResults& results) {
     for (const Product* product : tabledProducts()) {
         const std::string table(product->table.name);
         const auto& months = results.tables.at(table);
-        html += fmt::format("<h3>{} ({})</h3>\n", product->title, table);
+        const RunSettings& made = results.settingsOf(*product);
+        html +=
+            fmt::format("<h3>{} ({}), {}</h3>\n", product->title, table, escaped(periodText(made)));
+        if (const std::size_t strange = results.strangeRows.at(table); strange > 0) {
+            html += fmt::format(
+                "<p class=\"error\">{} of other months left out: the run was made for {}.</p>\n",
+                counted(strange, "row"), escaped(periodText(made)));
+        }
         if (months.empty()) {
             html += "<p>No rows.</p>\n";
             continue;
         }
         std::vector<std::vector<std::string>> rows;
         for (const ZoneMonth& m : months) {
-            const double ratio = tableOverInches(m.month, results.settings.yearNumber());
+            const double ratio = tableOverInches(m.month, made.yearNumber());
             rows.push_back(
                 {escaped(m.zone), GetMonthName(m.month), fmt::format("{:.1f}", m.totalAcres),
                  fmt::format("{:.1f}", m.countedAcres), fmt::format("{:.4f}", m.depthFeet / ratio),
@@ -438,8 +417,8 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
     std::string html =
         "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
         "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
-    html += kStyle;
-    html += "</style></head><body>\n" + headerOf(results.settings);
+    html += reportStyle();
+    html += "</style></head><body>\n" + headerOf(results);
     html += "<nav>";
     for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
                                     {"charts", "Months"},
@@ -452,10 +431,10 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
         html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
     }
     html += "</nav>\n<main>\n";
-    html += totalsSection(results) + chartsSection(results) + mapsSection(platform, results) +
-            tablesSection(results) + stationsSection(platform, results, missing) +
-            inputsSection(platform, results) + messagesSection(results) +
-            unitsSection(results.settings);
+    html += faultsBanner(results.faults) + totalsSection(results) + chartsSection(results) +
+            mapsSection(platform, results) + tablesSection(results) +
+            stationsSection(platform, results, missing) + inputsSection(platform, results) +
+            messagesSection(results) + unitsSection(results.settings);
     return html + "</main></body></html>\n";
 }
 

@@ -10,6 +10,8 @@
 #include "gis/text.h"
 #include "gis/units.h"
 #include "gis/zonal_tables.h"
+#include "hosts/results/records/made_for.h"
+#include "hosts/results/report/report_faults.h"
 
 namespace velmora {
 
@@ -44,6 +46,13 @@ ProductGrids gridsOf(const Product& product, IRasterWorkspace& workspace,
         addGrid(grids, workspace, gridName(naming, settings, month), GetMonthName(month), month);
     }
     return grids;
+}
+
+void readTable(IPlatform& platform, const ZoneTableScope& scope, RunResults& results) {
+    auto& rows = results.tables[scope.table];
+    rows = zoneMonths(platform, results.settings.OutputWorkspace, scope.table);
+    results.strangeRows[scope.table] =
+        std::erase_if(rows, [&](const ZoneMonth& row) { return !scope.holds(row); });
 }
 
 // The mean of a grid in each zone.
@@ -86,7 +95,8 @@ std::vector<ZoneMeans> zoneMeans(IPlatform& platform, IRasterWorkspace& workspac
     std::vector<ZoneMeans> all;
     for (const Product* product : tabledProducts()) {
         for (const ZoneMonth& row : results.tables.at(std::string(product->table.name))) {
-            const double ratio = tableOverInches(row.month, results.settings.yearNumber());
+            const double ratio =
+                tableOverInches(row.month, results.settingsOf(*product).yearNumber());
             if (ratio == 0) continue;
             meansOf(all, row.zone).byProduct[product][place(row.month)] =
                 row.depthFeet / ratio * kInchesPerFoot;
@@ -116,25 +126,26 @@ const ProductGrid* ProductGrids::of(int month) const {
     return found == grids.end() || found->statistics.cells == 0 ? nullptr : &*found;
 }
 
-RunResults readResults(IPlatform& platform, const RunSettings& settings) {
+RunResults readResults(IPlatform& platform, const RunSettings& settings,
+                       const std::vector<std::string>& mismatches) {
     if (!platform.files().folderExists(settings.OutputWorkspace)) {
         throw PlatformError("There is no output folder " + settings.OutputWorkspace,
                             {.file = settings.OutputWorkspace});
     }
     RunResults results;
-    results.settings = settings;
+    results.records = readRunRecords(settings.OutputWorkspace);
+    results.settings = results.records.lastSettings(settings);
     const auto workspace = platform.rasters().openFromFolder(settings.OutputWorkspace);
     for (const Product& product : products()) {
-        results.products.push_back(gridsOf(product, *workspace, settings));
+        results.products.push_back(gridsOf(product, *workspace, results.settingsOf(product)));
     }
-    for (const std::string& table : zoneTableNames()) {
-        results.tables[table] = zoneMonths(platform, settings.OutputWorkspace, table);
-    }
-    results.totals =
-        zoneTotals(platform, settings.OutputWorkspace, zoneTableNames(), settings.yearNumber());
+    const auto scopes = zoneTableScopes(results.records, results.settings);
+    for (const ZoneTableScope& scope : scopes) readTable(platform, scope, results);
+    results.totals = zoneTotals(platform, settings.OutputWorkspace, scopes);
     results.runs = notedRuns(settings.OutputWorkspace);
-    results.findings = checkInputs(platform, settings);
+    results.findings = checkInputs(platform, results.settings);
     results.zoneMeans = zoneMeans(platform, *workspace, results, results.findings);
+    results.faults = reportFaults(results, mismatches);
     return results;
 }
 
