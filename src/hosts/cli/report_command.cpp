@@ -46,7 +46,9 @@ int report(const Session& session, const ReportRequest& request) {
     const std::string path = request.file.empty()
                                  ? joinedPath(settings.OutputWorkspace, "report.html")
                                  : wholePath(request.file);
-    const RunResults results = readResults(platform, settings, mismatchLines(settings));
+    const FeedbackScope scope(application.feedback(), "Report");
+    const RunResults results =
+        readResults(platform, settings, mismatchLines(settings), &application.feedback());
     if (!results.faults.empty() && !request.draft) return refuse(application, results.faults);
     std::vector<std::string> missing;
     for (const Finding& finding : results.findings) {

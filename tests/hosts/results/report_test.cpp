@@ -4,10 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
 #include <map>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "gis/errors.h"
+#include "gis/memory_raster.h"
 #include "gis/zonal_tables.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
@@ -133,15 +137,11 @@ TEST_F(Report, BothReadingsOfTheTables) {
     // A mean of 6 inches in July: half a foot over 100 acres.
     const double depth = 31 * 6 / 304.8;
     makeTable("StatCET", depth, depth * 100);
-    f.save("PPT_Jul", f.filled(1.5F));
     const RunResults results = readResults(platform, f.settings);
     ASSERT_EQ(results.totals.size(), 1U);
     EXPECT_NEAR(results.totals[0].inches.at("StatCET"), 50, 1e-9);
     EXPECT_NEAR(results.totals[0].table.at("StatCET"), 50 * 31 / 25.4, 1e-9);
     EXPECT_FALSE(results.totals[0].table.contains("StatIRR"));
-    ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("cropet"))[6], 6, 1e-9);
-    EXPECT_EQ(*results.zoneMeans[0].byProduct.at(&productMadeBy("ppt"))[6], 1.5);
     const std::string page = reportPage(platform, results);
     EXPECT_THAT(page, HasSubstr("<td>West</td><td class=\"n\">50.0</td>"));
     EXPECT_THAT(page, HasSubstr("<td class=\"n\">61.0</td>"));
@@ -197,14 +197,73 @@ TEST_F(Report, EachProductHasItsUnit) {
     EXPECT_THAT(reportPage(platform, results), HasSubstr("</i>3 inches per month &middot;"));
 }
 
-TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
-    makeTable("StatCET", 0.5, 50);
-    f.save("PPT_Jul", f.filled(1.5F));
+// Crop ET, precipitation and net requirement of July in the upper left part of the domain.
+struct AccountedReport : Report {
+    AccountedReport() {
+        f.settings.BeginMonth = f.settings.EndMonth = "Jul";
+        f.makeCropLand(
+            {{"Corn",
+              {{400000, 4491000}, {400000, 4500000}, {415000, 4500000}, {415000, 4491000}}}});
+        f.storeSettings();
+        f.save("Kc_Jul", f.filled(1));
+        f.save("RefET_Jul_4", f.filled(6));
+        Grid et(f.cells, 6);
+        et.at(0, 0) = kNoData;  // where nothing is averaged
+        f.save("ET_Jul_4", std::make_shared<MemoryRaster>(et));
+        Grid rain(f.cells, 1.5F);
+        rain.at(0, 0) = 900;
+        f.save("PPT_Jul", std::make_shared<MemoryRaster>(rain));
+    }
+};
+
+TEST_F(AccountedReport, LinesOfAChartAreMeansOverTheSameCells) {
+    const RunResults results = readResults(platform, f.settings);
+    ASSERT_TRUE(results.account) << results.noAccount;
+    ASSERT_FALSE(results.zoneMeans.empty());
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("cropet"))[6], 6, 1e-6);
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("ppt"))[6], 1.5, 1e-6);
+    EXPECT_NEAR(*results.basinMeans.at(&productMadeBy("ppt"))[6], 1.5, 1e-6);
+    EXPECT_NEAR(*results.basinMeans.at(&productMadeBy("refet"))[6], 6, 1e-6);
+    std::vector<std::string> missing;
+    const std::string page = reportPage(platform, results, &missing);
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account, Jul"));
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"validation\">"));
+    EXPECT_THAT(missing, testing::Not(testing::Contains(HasSubstr("Water account"))));
+}
+
+TEST_F(AccountedReport, PolygonAcresAreThoseOfTheKeyAndZonesWithoutRowsAreNamed) {
+    const auto zones = readResults(platform, f.settings).account->zones;
+    ASSERT_GE(zones.size(), 2U);
+    CreateStatTable(platform, f.application.prompts(), f.folder.file("out"), "StatCET");
+    const auto session =
+        platform.features().edit(platform.features().openTable(f.folder.file("out/StatCET")));
+    session->appendRecord({{"ZoneUnit", zones[1].keyInTables},
+                           {"Area_T_ac", 1.0},
+                           {"Area_C_ac", 1e6},
+                           {"Month", 7.0},
+                           {"CET_D_ft", 0.5},
+                           {"CET_V_acft", 5e5}});
+    session->save();
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    EXPECT_THAT(page, HasSubstr(fmt::format("<td>Jul</td><td class=\"n\">{:.1f}</td>"
+                                            "<td class=\"n\"><span class=\"error\">1000000.0<",
+                                            zones[1].squareMetres / 4047)));
+    EXPECT_THAT(page, HasSubstr("More acres of cells than the polygon has: " +
+                                escaped(zones[1].keyInTables)));
+    EXPECT_THAT(page, HasSubstr("Zones without a row, since no cell of theirs has data: "));
+}
+
+TEST_F(AccountedReport, WithoutAnAccountThePageSaysWhy) {
     f.settings.Zones = f.folder.file("gone.shp");
     const RunResults results = readResults(platform, f.settings);
-    ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains(&productMadeBy("ppt")));
-    EXPECT_THAT(reportPage(platform, results), HasSubstr("gone.shp"));
+    EXPECT_FALSE(results.account);
+    std::vector<std::string> missing;
+    const std::string page = reportPage(platform, results, &missing);
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account</h2>\n<p class=\"error\">Not "
+                                "made: "));
+    EXPECT_THAT(page, HasSubstr("gone.shp"));
+    EXPECT_THAT(missing, testing::Contains(testing::AllOf(HasSubstr("lacks \"Water account\""),
+                                                          HasSubstr("gone.shp"))));
 }
 
 TEST_F(Report, MapsOfAProductShareOneScale) {

@@ -18,11 +18,13 @@
 #include "gis/zonal_tables.h"
 #include "hosts/results/cell_image.h"
 #include "hosts/results/records/made_for.h"
+#include "hosts/results/report/charts_section.h"
+#include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
-#include "hosts/results/report/monthly_chart.h"
 #include "hosts/results/report/report_faults.h"
 #include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
+#include "hosts/results/report/tables_section.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -59,13 +61,6 @@ std::string headerOf(const RunResults& results) {
         "<header><h1>Evapotranspiration and irrigation water use</h1>{}<p>Page made by velmora {} "
         "on {} from {}</p></header>\n",
         madeForLines(results), kVersion, now, escaped(results.settings.OutputWorkspace));
-}
-
-// What the totals and tables rest on, said where they stand.
-std::string unitNote() {
-    return "<p class=\"note\">The zone tables take a grid's mean as millimetres per day. The grids "
-           "of this run are inches per month. Both readings are given; <a href=\"#units\">what the "
-           "units mean</a> says how they are related.</p>\n";
 }
 
 // The unit is named where a reading begins.
@@ -178,96 +173,6 @@ std::string mapsSection(IPlatform& platform, const RunResults& results) {
             html +=
                 "<p class=\"note\">Not made: " + escaped(joinedNames(product.missing)) + ".</p>\n";
         }
-    }
-    return html;
-}
-
-MonthlySeries lineOf(const Product& product) {
-    return {std::string(product.title), std::string(product.lineColor), {}};
-}
-
-// Those that the zones' charts share.
-std::vector<const Product*> zoneLines() {
-    std::vector<const Product*> lines;
-    for (const Product& product : products()) {
-        if (product.charted == Charted::basinAndZones) lines.push_back(&product);
-    }
-    return lines;
-}
-
-std::string basinChart(const RunResults& results) {
-    std::vector<MonthlySeries> lines;
-    for (const ProductGrids& product : results.products) {
-        if (product.product->charted == Charted::none) continue;
-        MonthlySeries& line = lines.emplace_back(lineOf(*product.product));
-        for (int month = 1; month <= 12; ++month) {
-            if (const ProductGrid* grid = product.of(month)) {
-                line.values[static_cast<std::size_t>(month - 1)] = grid->statistics.mean;
-            }
-        }
-    }
-    return "<h3>The whole basin</h3>\n<p class=\"note\">Means of the cells that have data: crop ET "
-           "and the requirements over crop land, reference ET and precipitation over the "
-           "whole grid.</p>\n" +
-           chartLegend(lines) + "<div class=\"charts\">" +
-           monthlyChart("Basin", "inches per month", lines) + "</div>\n";
-}
-
-std::string chartsSection(const RunResults& results) {
-    std::string html = heading("charts", "Months") + basinChart(results);
-    if (results.zoneMeans.empty()) return html;
-    std::vector<MonthlySeries> legend;
-    for (const Product* product : zoneLines()) legend.push_back(lineOf(*product));
-    html +=
-        "<h3>Zones</h3>\n<p class=\"note\">Crop ET and the requirements over the zone's cells that "
-        "have them, precipitation over the whole zone.</p>\n" +
-        chartLegend(legend) + "<div class=\"charts\">\n";
-    for (const ZoneMeans& zone : results.zoneMeans) {
-        std::vector<MonthlySeries> lines;
-        for (const Product* product : zoneLines()) {
-            MonthlySeries& line = lines.emplace_back(lineOf(*product));
-            const auto found = zone.byProduct.find(product);
-            if (found != zone.byProduct.end()) line.values = found->second;
-        }
-        html += monthlyChart(zone.zone, "inches per month", lines);
-    }
-    return html + "</div>\n";
-}
-
-std::string tablesSection(const RunResults& results) {
-    std::string html = heading("tables", "Zone tables") + unitNote();
-    for (const Product* product : tabledProducts()) {
-        const std::string table(product->table.name);
-        const auto& months = results.tables.at(table);
-        const RunSettings& made = results.settingsOf(*product);
-        html +=
-            fmt::format("<h3>{} ({}), {}</h3>\n", product->title, table, escaped(periodText(made)));
-        if (const std::size_t strange = results.strangeRows.at(table); strange > 0) {
-            html += fmt::format(
-                "<p class=\"error\">{} of other months left out: the run was made for {}.</p>\n",
-                counted(strange, "row"), escaped(periodText(made)));
-        }
-        if (months.empty()) {
-            html += "<p>No rows.</p>\n";
-            continue;
-        }
-        std::vector<std::vector<std::string>> rows;
-        for (const ZoneMonth& m : months) {
-            const double ratio = tableOverInches(m.month, made.yearNumber());
-            rows.push_back(
-                {escaped(m.zone), GetMonthName(m.month), fmt::format("{:.1f}", m.totalAcres),
-                 fmt::format("{:.1f}", m.countedAcres), fmt::format("{:.4f}", m.depthFeet / ratio),
-                 fmt::format("{:.1f}", m.acreFeet / ratio), fmt::format("{:.4f}", m.depthFeet),
-                 fmt::format("{:.1f}", m.acreFeet), fmt::format("{:.4f}", ratio)});
-        }
-        html += fmt::format(
-            "<details><summary>{} rows</summary><div class=\"scroll\">{}</div>"
-            "</details>\n",
-            rows.size(),
-            htmlTable({"Zone", "Month", "Polygon, acres", "Cells, acres", "Depth, ft (inches)",
-                       "Volume, acre-ft (inches)", "Depth, ft (table)", "Volume, acre-ft (table)",
-                       "Table / inches"},
-                      rows, 2));
     }
     return html;
 }
@@ -421,20 +326,25 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
     html += "</style></head><body>\n" + headerOf(results);
     html += "<nav>";
     for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
+                                    {"account", "Water account"},
                                     {"charts", "Months"},
                                     {"maps", "Maps"},
                                     {"tables", "Zone tables"},
                                     {"stations", "Stations"},
                                     {"inputs", "Inputs"},
                                     {"messages", "Messages"},
+                                    {"validation", "Published figures"},
                                     {"units", "Units"}}) {
         html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
     }
     html += "</nav>\n<main>\n";
-    html += faultsBanner(results.faults) + totalsSection(results) + chartsSection(results) +
+    html += faultsBanner(results.faults) + totalsSection(results) +
+            waterAccount(platform, results, missing) + chartsSection(results) +
             mapsSection(platform, results) + tablesSection(results) +
+            papersChoices(platform, results, missing) +
             stationsSection(platform, results, missing) + inputsSection(platform, results) +
-            messagesSection(results) + unitsSection(results.settings);
+            messagesSection(results) + publishedFiguresSection(missing) +
+            unitsSection(results.settings);
     return html + "</main></body></html>\n";
 }
 

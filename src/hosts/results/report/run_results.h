@@ -10,7 +10,9 @@
 
 #include "check/input_check.h"
 #include "gis/application.h"
+#include "gis/feedback.h"
 #include "gis/map_document.h"
+#include "hosts/results/account/account.h"
 #include "hosts/results/grid_statistics.h"
 #include "hosts/results/records/run_records.h"
 #include "hosts/results/run_log.h"
@@ -41,11 +43,11 @@ struct ProductGrids {
 
 using Monthly = std::array<std::optional<double>, 12>;
 
-// Monthly means of a zone, inches: crop ET and the requirements over the cells that have them, and
-// precipitation over the whole zone.
+using MonthlyMeans = std::map<const Product*, Monthly>;  // inches
+
 struct ZoneMeans {
     std::string zone;
-    std::map<const Product*, Monthly> byProduct;  // of those that have a line in the zones' charts
+    MonthlyMeans byProduct;  // of those that have a line in the zones' charts
 };
 
 struct RunResults {
@@ -58,6 +60,9 @@ struct RunResults {
     std::map<std::string, std::vector<ZoneMonth>> tables;
     std::map<std::string, std::size_t> strangeRows;
     std::vector<ZoneTotals> totals;
+    std::optional<Account> account;
+    std::string noAccount;  // why there is none
+    MonthlyMeans basinMeans;
     std::vector<ZoneMeans> zoneMeans;
     std::vector<StepRun> runs;
     std::vector<Finding> findings;
@@ -71,8 +76,9 @@ struct RunResults {
 
 // Reads the output folder of the settings, and what its results were made for from their records.
 // `mismatches` are lines of what stands otherwise than the records tell. Throws PlatformError when
-// the folder is not there.
+// the folder is not there; Cancelled.
 RunResults readResults(IPlatform& platform, const RunSettings& settings,
-                       const std::vector<std::string>& mismatches = {});
+                       const std::vector<std::string>& mismatches = {},
+                       IFeedback* feedback = nullptr);
 
 }  // namespace velmora
