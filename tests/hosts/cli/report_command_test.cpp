@@ -42,6 +42,9 @@ TEST_F(ReportCommand, IsRefusedWhenTheSettingsSayOtherwiseThanTheRecords) {
     EXPECT_THAT(before, HasSubstr("<p>Jan to Dec, 2023; reference ET by ASCE Penman-Monteith, "
                                   "short reference; cells of 200 m</p>"));
     EXPECT_THAT(before, Not(HasSubstr("class=\"banner\"")));
+    EXPECT_THAT(before, HasSubstr("<p class=\"path\">" + basin("IrDB.mdb") + "</p>"));
+    EXPECT_THAT(before, HasSubstr("by zone and crop (IREF): 48 rows</summary>"));
+    EXPECT_THAT(before, HasSubstr("Where the figures come from (IR_Sources): "));
     ASSERT_EQ(inBasin("settings apply BeginMonth=Jun RefETMethod=4 Year=2024").status, 0);
     const Outcome refused = inBasin("report page.html");
     EXPECT_EQ(refused.status, 1);

@@ -133,6 +133,54 @@ TEST_F(Report, ADatasetOfTheUsersOwnNeedsNoRecord) {
                 testing::Contains(HasSubstr("velmora_record_irr.json: the record cannot be used")));
 }
 
+TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
+    record("ppt");
+    const std::string path = f.folder.file("out/velmora_record_ppt.json");
+    auto ppt = nlohmann::json::parse(test::contentOf(path));
+    ppt["program"]["libraries"] = {{"PROJ", "9.1"}};
+    ppt["started_by"] = {{"user", "ann<"}, {"machine", "m1"}};
+    ppt["inputs"] = {{{"path", "/data/weather.dbf"},
+                      {"crs", {{"name", "UTM 12N"}, {"datum", "NAD83"}}},
+                      {"files",
+                       {{{"path", "/data/weather.dbf"},
+                         {"bytes", 77},
+                         {"modified", "2023-01-01T00:00:00-07:00"},
+                         {"sha256", "abc123"}}}}},
+                     {{"path", "ET_Jul_4"},
+                      {"crs", nullptr},
+                      {"made_by", {{"step", "cropet"}, {"run", "1"}}},
+                      {"files", nlohmann::json::array()}}};
+    ppt["surfaces"] = {{{"surface", "PPT_Jul"},
+                        {"field", "weather.P_Jul"},
+                        {"estimator", "kriging"},
+                        {"stations", 15},
+                        {"left_out", {{{"station", "Malad"}, {"reason", "has no value"}}}}}};
+    ppt["warnings"] = {"a far station"};
+    test::write(path, ppt.dump());
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    for (const char* part :
+         {"<td>ppt</td><td>2023-10-01T10:00:00-06:00</td><td>2023-10-01T10:00:10-06:00</td>"
+          "<td>complete</td><td>0.1</td><td>b</td><td>h</td><td>ann&lt; on m1</td>",
+          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01T00:00:00-07:00:"
+          "<br><code>abc123</code></td><td>ppt</td>",
+          "<summary>1 dataset</summary>", "<td>kriging</td><td>15</td><td>has no value: Malad</td>",
+          "<li class=\"warning\">ppt: a far station</li>", "<p>ppt: PROJ 9.1</p>"}) {
+        EXPECT_THAT(page, HasSubstr(part));
+    }
+}
+
+TEST_F(Report, ADatabaseThatCannotBeReadIsMissing) {
+    record("eff");
+    const std::string path = f.folder.file("out/velmora_record_eff.json");
+    auto eff = nlohmann::json::parse(test::contentOf(path));
+    eff["inputs"] = {{{"path", f.folder.file("gone.mdb")}, {"crs", nullptr}}};
+    test::write(path, eff.dump());
+    std::vector<std::string> missing;
+    EXPECT_THAT(reportPage(platform, readResults(platform, f.settings), &missing),
+                HasSubstr("<p class=\"error\">Not shown: "));
+    EXPECT_THAT(missing, testing::Contains(HasSubstr("lacks the irrigation database: ")));
+}
+
 TEST_F(Report, BothReadingsOfTheTables) {
     // A mean of 6 inches in July: half a foot over 100 acres.
     const double depth = 31 * 6 / 304.8;

@@ -19,8 +19,10 @@
 #include "hosts/results/cell_image.h"
 #include "hosts/results/records/made_for.h"
 #include "hosts/results/report/charts_section.h"
+#include "hosts/results/report/efficiency_section.h"
 #include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
+#include "hosts/results/report/made_of_section.h"
 #include "hosts/results/report/report_faults.h"
 #include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
@@ -332,6 +334,7 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
                                     {"tables", "Zone tables"},
                                     {"stations", "Stations"},
                                     {"inputs", "Inputs"},
+                                    {"made-of", "Made of"},
                                     {"messages", "Messages"},
                                     {"validation", "Published figures"},
                                     {"units", "Units"}}) {
@@ -343,6 +346,7 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
             mapsSection(platform, results) + tablesSection(results) +
             papersChoices(platform, results, missing) +
             stationsSection(platform, results, missing) + inputsSection(platform, results) +
+            madeOfSection(results) + efficiencySection(platform, results, missing) +
             messagesSection(results) + publishedFiguresSection(missing) +
             unitsSection(results.settings);
     return html + "</main></body></html>\n";
