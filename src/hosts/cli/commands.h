@@ -158,10 +158,11 @@ struct AccountRequest {
 };
 int account(const Session& session, const AccountRequest& request);
 
-// `velmora report [FILE]`: the run in the output folder as one HTML page.
+// `velmora report [FILE]`: the run in the output folder as one HTML page, or printed.
 struct ReportRequest {
-    std::string file;    // "" for report.html in the output folder
+    std::string file;    // "" for report.html or report.pdf in the output folder
     bool draft = false;  // also of results that do not hold together
+    bool pdf = false;
 };
 int report(const Session& session, const ReportRequest& request);
 

@@ -2,6 +2,7 @@
 #include "gis/text.h"
 #include "hosts/cli/commands.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/cli/pdf_printing.h"
 #include "hosts/results/reading_results.h"
 #include "hosts/results/report/report_page.h"
 #include "settings/run_gate.h"
@@ -27,6 +28,11 @@ std::vector<std::string> mismatchLines(const RunSettings& settings) {
     return lines;
 }
 
+std::string pathOf(const ReportRequest& request, const RunSettings& settings) {
+    if (!request.file.empty()) return wholePath(request.file);
+    return joinedPath(settings.OutputWorkspace, request.pdf ? "report.pdf" : "report.html");
+}
+
 int refuse(HeadlessApplication& application, const std::vector<std::string>& faults) {
     for (const std::string& fault : faults) application.prompts().reason(fault);
     application.prompts().reason(
@@ -43,9 +49,8 @@ int report(const Session& session, const ReportRequest& request) {
     IPlatform& platform = application.platform();
     const RunSettings& settings = processState().settings;
     const auto reading = readingResults(platform.files(), settings.OutputWorkspace);
-    const std::string path = request.file.empty()
-                                 ? joinedPath(settings.OutputWorkspace, "report.html")
-                                 : wholePath(request.file);
+    const std::string path = pathOf(request, settings);
+    const std::string browser = request.pdf ? printingBrowser() : std::string();
     const FeedbackScope scope(application.feedback(), "Report");
     const RunResults results =
         readResults(platform, settings, mismatchLines(settings), &application.feedback());
@@ -54,9 +59,14 @@ int report(const Session& session, const ReportRequest& request) {
     for (const Finding& finding : results.findings) {
         if (finding.severity == Severity::error) missing.push_back(findingLine(finding));
     }
-    platform.files().storeFile(path, reportPage(platform, results, &missing));
-    sayDone(session, "The {} is {}: open it in a browser\n",
-            results.faults.empty() ? "report" : "draft of a report", path);
+    const std::string page = reportPage(platform, results, &missing);
+    if (request.pdf) {
+        printPdf(platform.files(), browser, page, path);
+    } else {
+        platform.files().storeFile(path, page);
+    }
+    sayDone(session, "The {} is {}{}\n", results.faults.empty() ? "report" : "draft of a report",
+            path, request.pdf ? "" : ": open it in a browser");
     for (const std::string& fault : results.faults) application.prompts().notice(fault);
     for (const std::string& text : missing) application.prompts().reason(text);
     return missing.empty() ? kDone : kFailed;

@@ -59,6 +59,48 @@ TEST_F(ReportCommand, IsRefusedWhenTheSettingsSayOtherwiseThanTheRecords) {
     EXPECT_THAT(draft, HasSubstr(">Zone totals, Jan to Dec, 2023</h2>"));
 }
 
+TEST_F(ReportCommand, IsPrintedByABrowserWithAllThatIsFoldedOpen) {
+    const auto printed = [&](const std::string& path) {
+        Outcome outcome =
+            shell("--settings-folder basin/settings report --pdf page.pdf >both 2>both.err", path);
+        outcome.told = test::contentOf(folder + "/both.err");
+        return outcome;
+    };
+    const Outcome without = printed("PATH=nowhere");
+    EXPECT_EQ(without.status, 1);
+    EXPECT_THAT(without.told, HasSubstr("No browser that can print a page into a PDF file is in "
+                                        "PATH (chromium, chromium-browser, google-chrome)"));
+    // A browser whose paper is the page itself.
+    const std::string browser = folder + "/bin/google-chrome";
+    const auto make = [&](const std::string& head) {
+        std::filesystem::create_directory(folder + "/bin");
+        test::write(browser,
+                    "#!/bin/sh\n[ $1 = --version ] && { echo Chromium 131.0.1; exit; }\n"
+                    "echo \"$@\" > " +
+                        folder +
+                        "/said\n"
+                        "for word; do case $word in --print-to-pdf=*) to=${word#*=};; "
+                        "file://*) from=${word#file://};; esac; done\n"
+                        "{ echo " +
+                        head + "; cat \"$from\"; } > \"$to\"\n");
+        std::filesystem::permissions(browser, std::filesystem::perms::owner_all);
+    };
+    make("nothing");
+    const Outcome failed = printed("PATH=" + folder + "/bin:$PATH");
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_THAT(failed.told, HasSubstr("google-chrome has not printed the page into "));
+    EXPECT_FALSE(std::filesystem::exists(folder + "/page.pdf"));
+    make("%PDF-1.4");
+    const Outcome done = printed("PATH=" + folder + "/bin:$PATH");
+    EXPECT_EQ(done.status, 0) << done.told;
+    const std::string paper = test::contentOf(folder + "/page.pdf");
+    EXPECT_THAT(paper, testing::StartsWith("%PDF-1.4\n<!doctype html>"));
+    EXPECT_THAT(paper, HasSubstr("<details open>"));
+    EXPECT_THAT(paper, Not(HasSubstr("<details>")));
+    EXPECT_THAT(test::contentOf(folder + "/said"), HasSubstr("--no-pdf-header-footer"));
+    EXPECT_FALSE(std::filesystem::exists(folder + "/page.pdf.printing.html"));
+}
+
 TEST_F(ReportCommand, NamesTheRunsThatDoNotFollowFromEachOther) {
     ASSERT_EQ(inBasin("settings apply BeginMonth=Jul EndMonth=Jul").status, 0);
     const Outcome ran = inBasin("--yes --json run all --only refet");

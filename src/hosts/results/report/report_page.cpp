@@ -325,7 +325,10 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
         "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
         "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
     html += reportStyle();
-    html += "</style></head><body>\n" + headerOf(results);
+    html +=
+        "</style></head><body onbeforeprint=\"document.querySelectorAll('details')"
+        ".forEach(d=>d.open=true)\">\n" +
+        headerOf(results);
     html += "<nav>";
     for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
                                     {"account", "Water account"},

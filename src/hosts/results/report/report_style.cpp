@@ -48,7 +48,14 @@ details{margin:4px 0}summary{cursor:pointer;color:var(--accent)}
 .scroll{overflow-x:auto}
 .banner{border:3px solid #a61b1b;background:#fdeeee;color:#7d1010;padding:8px 20px;margin:16px 0}
 .banner h2{margin:4px 0;border:0;color:#a61b1b}
-@media print{nav{display:none}main{max-width:none}}
+@page{margin:18mm 14mm;
+@top-left{content:"Evapotranspiration and irrigation water use";font:9px sans-serif;color:#5b6b74}
+@bottom-right{content:"Page " counter(page) " of " counter(pages);font:9px sans-serif;color:#5b6b74}}
+@media print{nav{display:none}main{max-width:none;padding:0}
+header,.ramp i,.legend i,.banner{print-color-adjust:exact;-webkit-print-color-adjust:exact}
+.scroll{overflow:visible}h2,h3,summary{break-after:avoid}figure,svg,tr{break-inside:avoid}
+thead{display:table-header-group}table{font-size:11px}
+details::details-content{content-visibility:visible;block-size:auto}}
 )";
 }
 
