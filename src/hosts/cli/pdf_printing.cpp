@@ -4,7 +4,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fmt/format.h>
+
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <sstream>
@@ -44,6 +47,19 @@ int majorVersion(const std::string& browser) {
     const std::string text = ran(shellWord(browser) + " --version").output;
     const std::size_t digit = text.find_first_of("0123456789");
     return digit == std::string::npos ? 0 : std::atoi(text.c_str() + digit);
+}
+
+// The address of a file, of which characters that mean something else are encoded.
+std::string addressOf(const std::string& path) {
+    std::string address = "file://";
+    for (const char c : path) {
+        const bool plain = std::isalnum(static_cast<unsigned char>(c)) || c == '/' || c == '.' ||
+                           c == '_' || c == '-';
+        address +=
+            plain ? std::string(1, c)
+                  : fmt::format("%{:02X}", static_cast<unsigned>(static_cast<unsigned char>(c)));
+    }
+    return address;
 }
 
 std::string unfolded(std::string page) {
@@ -94,7 +110,7 @@ void printPdf(IFileSystem& files, const std::string& browser, const std::string&
     if (::geteuid() == 0) command += " --no-sandbox";  // which it demands of root
     if (majorVersion(browser) >= kPrintsPageMargins) command += " --no-pdf-header-footer";
     command += " " + shellWord("--print-to-pdf=" + passing.pdf);
-    const Ran result = ran(command + " " + shellWord("file://" + passing.page));
+    const Ran result = ran(command + " " + shellWord(addressOf(passing.page)));
     if (result.status != 0 || !files.fileExists(passing.pdf) ||
         files.readBeginning(passing.pdf, 5) != "%PDF-") {
         throw PlatformError(browser + " has not printed the page into " + file + " (status " +

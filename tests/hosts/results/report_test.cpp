@@ -275,6 +275,11 @@ TEST_F(AccountedReport, LinesOfAChartAreMeansOverTheSameCells) {
     std::vector<std::string> missing;
     const std::string page = reportPage(platform, results, &missing);
     EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account, Jul"));
+    EXPECT_THAT(page, HasSubstr("<svg class=\"over\" viewBox=\"0 0 30 18\"><path "
+                                "id=\"zones-0\" class=\"zone\" d=\"M"));
+    EXPECT_THAT(page, HasSubstr("<use href=\"#zones-0\"/>"));
+    // 15 km are 180 pixels.
+    EXPECT_THAT(page, HasSubstr("<i style=\"width:60.0px\"></i>5 km</p>"));
     EXPECT_THAT(page, HasSubstr("<h2 id=\"validation\">"));
     EXPECT_THAT(missing, testing::Not(testing::Contains(HasSubstr("Water account"))));
 }
@@ -310,6 +315,7 @@ TEST_F(AccountedReport, WithoutAnAccountThePageSaysWhy) {
     EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account</h2>\n<p class=\"error\">Not "
                                 "made: "));
     EXPECT_THAT(page, HasSubstr("gone.shp"));
+    EXPECT_THAT(missing, testing::Contains(HasSubstr("The report's maps have no zones: ")));
     EXPECT_THAT(missing, testing::Contains(testing::AllOf(HasSubstr("lacks \"Water account\""),
                                                           HasSubstr("gone.shp"))));
 }

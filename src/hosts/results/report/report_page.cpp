@@ -16,13 +16,13 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
-#include "hosts/results/cell_image.h"
 #include "hosts/results/records/made_for.h"
 #include "hosts/results/report/charts_section.h"
 #include "hosts/results/report/efficiency_section.h"
 #include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/made_of_section.h"
+#include "hosts/results/report/maps_section.h"
 #include "hosts/results/report/report_faults.h"
 #include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
@@ -35,8 +35,6 @@ namespace velmora {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr int kMapSide = 250;  // pixels of a small map's longer side
 
 std::string heading(const std::string& id, const std::string& title) {
     return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
@@ -117,66 +115,6 @@ std::string totalsSection(const RunResults& results) {
     add("All zones", table, inches);
     return html + unitNote() + "<div class=\"scroll\">" + htmlTable(totalsHeads(), rows, 1) +
            "</div>\n";
-}
-
-std::string legendOf(const ProductGrids& product, const std::vector<Rgb>& colors) {
-    std::string stops;
-    for (std::size_t i = 0; i <= 8; ++i) {
-        const Rgb& color = colors[i * (colors.size() - 1) / 8];
-        stops += fmt::format("{}rgb({},{},{})", i ? "," : "", color.red, color.green, color.blue);
-    }
-    return fmt::format(
-        "<p class=\"ramp\">{:.3g}<i style=\"background:linear-gradient(to right,{})"
-        "\"></i>{:.3g} {} &middot; light grey: no data</p>\n",
-        product.minimum, stops, product.maximum, product.product->unit);
-}
-
-std::string smallMap(IRasterWorkspace& workspace, const ProductGrid& grid,
-                     const ColorScale& scale) {
-    const RasterPtr raster = workspace.openRasterDataset(grid.name)->createDefaultRaster();
-    const GridGeometry& g = raster->geometry();
-    const double pixels = static_cast<double>(kMapSide) / std::max(g.columns, g.rows);
-    const auto side = [&](int cells) {
-        return std::max(1, static_cast<int>(std::lround(cells * pixels)));
-    };
-    return fmt::format(
-        "<figure><img alt=\"{} {}\" src=\"data:image/png;base64,{}\"><figcaption><b>{}</b> mean "
-        "{:.3g}, {:.3g} to {:.3g}</figcaption></figure>\n",
-        escaped(grid.name), grid.label,
-        base64(pngBytes(cellImage(*raster, scale, side(g.columns), side(g.rows)))), grid.label,
-        grid.statistics.mean, grid.statistics.minimum, grid.statistics.maximum);
-}
-
-std::string mapsSection(IPlatform& platform, const RunResults& results) {
-    std::string html = heading("maps", "Maps");
-    const auto workspace = platform.rasters().openFromFolder(results.settings.OutputWorkspace);
-    for (const ProductGrids& product : results.products) {
-        html += fmt::format("<h3>{}</h3>\n<p class=\"note\">{}.</p>\n", product.product->title,
-                            product.product->meaning);
-        if (product.minimum <= product.maximum) {
-            const std::vector<Rgb> colors = product.product->ramp.colors();
-            html += legendOf(product, colors) + "<div class=\"maps\">\n";
-            std::vector<std::string> empty;
-            for (const ProductGrid& grid : product.grids) {
-                if (grid.statistics.cells == 0) {
-                    empty.push_back(grid.label);
-                } else {
-                    html += smallMap(*workspace, grid, {colors, product.minimum, product.maximum});
-                }
-            }
-            html += "</div>\n";
-            if (!empty.empty()) {
-                html += "<p class=\"note\">No cell has data in: " + joinedNames(empty) + ".</p>\n";
-            }
-        } else if (!product.grids.empty()) {
-            html += "<p>No cell of these grids has data.</p>\n";
-        }
-        if (!product.missing.empty()) {
-            html +=
-                "<p class=\"note\">Not made: " + escaped(joinedNames(product.missing)) + ".</p>\n";
-        }
-    }
-    return html;
 }
 
 std::string sizeText(std::uintmax_t bytes) {
@@ -346,7 +284,7 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
     html += "</nav>\n<main>\n";
     html += faultsBanner(results.faults) + totalsSection(results) +
             waterAccount(platform, results, missing) + chartsSection(results) +
-            mapsSection(platform, results) + tablesSection(results) +
+            mapsSection(platform, results, missing) + tablesSection(results) +
             papersChoices(platform, results, missing) +
             stationsSection(platform, results, missing) + inputsSection(platform, results) +
             madeOfSection(results) + efficiencySection(platform, results, missing) +
