@@ -6,6 +6,7 @@
 
 #include "gis/text.h"
 #include "hosts/cli/console.h"
+#include "hosts/results/records/made_for.h"
 #include "hosts/results/zone_results.h"
 #include "modelling/products.h"
 
@@ -77,17 +78,30 @@ ZoneTotals sumOf(const std::vector<ZoneTotals>& totals) {
     return all;
 }
 
-std::vector<ZoneTotals> totalsOf(IPlatform& platform, const RunSettings& settings) {
-    return zoneTotals(platform, settings.OutputWorkspace, zoneTableNames(), settings.yearNumber());
+std::vector<ZoneTotals> totalsOf(IPlatform& platform, const RunSettings& settings,
+                                 const RunRecords& records) {
+    return zoneTotals(platform, settings.OutputWorkspace, zoneTableScopes(records, settings));
+}
+
+// What the tables of the totals were made for, which need not be today's settings.
+std::string madeFor(const RunRecords& records, const RunSettings& settings) {
+    const std::vector<MadeFor> made = tablesMadeFor(records, settings);
+    if (made.size() == 1) return made.front().text;
+    std::string text;
+    for (const MadeFor& part : made) {
+        text += (text.empty() ? "" : "; ") + joinedNames(part.names) + " " + part.text;
+    }
+    return text;
 }
 
 void printTotals(IPlatform& platform, const RunSettings& settings) {
-    const auto totals = totalsOf(platform, settings);
+    const RunRecords records = readRunRecords(settings.OutputWorkspace);
+    const auto totals = totalsOf(platform, settings, records);
     if (totals.empty()) return;
     print(
-        "\nZone totals, acre-feet, {} to {}: as the tables take them (a grid's mean as "
+        "\nZone totals, acre-feet, {}: as the tables take them (a grid's mean as "
         "mm per day), and as inches per month, the grids' own unit\n",
-        settings.BeginMonth, settings.EndMonth);
+        oneLine(madeFor(records, settings)));
     print("{}\n", heads());
     for (const ZoneTotals& zone : totals) printLine(zone);
     printLine(sumOf(totals));
@@ -101,6 +115,19 @@ Json totalsJson(const ZoneTotals& totals) {
             const auto found = volumes->find(table);
             json[key][table] = found == volumes->end() ? Json() : Json(found->second);
         }
+    }
+    return json;
+}
+
+// Period and year of each table.
+Json tablesJson(const RunRecords& records, const RunSettings& settings) {
+    Json json = Json::object();
+    for (const Product* product : tabledProducts()) {
+        const RunSettings& made = records.settingsOf(product->maker, settings);
+        json[std::string(product->table.name)] = {{"beginMonth", made.BeginMonth},
+                                                  {"endMonth", made.EndMonth},
+                                                  {"year", made.Year},
+                                                  {"method", made.RefETMethod}};
     }
     return json;
 }
@@ -140,9 +167,11 @@ void printSummaryJson(IPlatform& platform, const std::optional<RunSettings>& set
         json["endMonth"] = settings->EndMonth;
         json["zoneTotalsAcreFeet"] = Json::array();
         if (hasMonths(*settings)) {
-            for (const ZoneTotals& zone : totalsOf(platform, *settings)) {
+            const RunRecords records = readRunRecords(settings->OutputWorkspace);
+            for (const ZoneTotals& zone : totalsOf(platform, *settings, records)) {
                 json["zoneTotalsAcreFeet"].push_back(totalsJson(zone));
             }
+            json["zoneTablesMadeFor"] = tablesJson(records, *settings);
         }
     }
     printJson(json);

@@ -382,9 +382,16 @@ void CommandLine::addReport() {
                          "Write a report of the run: one HTML page with maps, charts, zone tables, "
                          "inputs and warnings",
                          "velmora report summer.html");
-    page->add_option("file", first_,
-                     "The file to write (default: report.html in the output folder)");
-    whenChosen(page, [this](const Session& s) { return report(s, first_); });
+    page->add_option(
+        "file", first_,
+        "The file to write (default: report.html in the output folder, or report.pdf)");
+    page->add_flag("--pdf", report_.pdf, "As a PDF file, which Chromium or Chrome prints");
+    page->add_flag("--draft", report_.draft,
+                   "Also of results that do not hold together, with the reasons on top");
+    whenChosen(page, [this](const Session& s) {
+        report_.file = first_;
+        return report(s, report_);
+    });
 }
 
 void CommandLine::addAccount() {

@@ -72,6 +72,7 @@ class CommandLine {
     RowChange change_;
     ChainOptions chain_;
     AccountRequest account_;
+    ReportRequest report_;
     Action action_;
     std::vector<std::string> assignments_;
     std::vector<std::string> names_;

@@ -158,8 +158,13 @@ struct AccountRequest {
 };
 int account(const Session& session, const AccountRequest& request);
 
-// `velmora report [FILE]`: the run in the output folder as one HTML page.
-int report(const Session& session, const std::string& file);
+// `velmora report [FILE]`: the run in the output folder as one HTML page, or printed.
+struct ReportRequest {
+    std::string file;    // "" for report.html or report.pdf in the output folder
+    bool draft = false;  // also of results that do not hold together
+    bool pdf = false;
+};
+int report(const Session& session, const ReportRequest& request);
 
 // `velmora validate`: the equations against published figures; fails when one is outside of its
 // tolerance.

@@ -80,7 +80,7 @@ int demo(const Session& session, const std::string& folder, bool inputsOnly) {
     if (!session.json) printTables(platform, settings);
     const int drawn = drawPictures(own, settings, path);
     if (drawn != kDone) return drawn;
-    const int reported = report(own, joinedPath(path, "report.html"));
+    const int reported = report(own, {.file = joinedPath(path, "report.html")});
     if (reported != kDone) return reported;
     sayDone(
         session,

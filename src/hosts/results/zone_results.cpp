@@ -48,15 +48,21 @@ std::string zoneTableNote(const std::string& table) {
            "gives";
 }
 
+bool ZoneTableScope::holds(const ZoneMonth& row) const {
+    return std::ranges::find(months, row.month) != months.end();
+}
+
 std::vector<ZoneTotals> zoneTotals(IPlatform& platform, const std::string& outputFolder,
-                                   const std::vector<std::string>& tables, int year) {
+                                   const std::vector<ZoneTableScope>& tables) {
     std::vector<ZoneTotals> totals;
-    for (const std::string& table : tables) {
+    for (const ZoneTableScope& scope : tables) {
+        const std::string& table = scope.table;
         for (const ZoneMonth& row : zoneMonths(platform, outputFolder, table)) {
+            if (!scope.holds(row)) continue;
             auto found = std::ranges::find(totals, row.zone, &ZoneTotals::zone);
             if (found == totals.end()) found = totals.insert(totals.end(), {row.zone, {}, {}});
             found->table[table] += row.acreFeet;
-            const double ratio = tableOverInches(row.month, year);
+            const double ratio = tableOverInches(row.month, scope.year);
             found->inches[table] += ratio > 0 ? row.acreFeet / ratio : 0;
         }
     }

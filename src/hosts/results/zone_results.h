@@ -33,13 +33,22 @@ double tableOverInches(int month, int year);
 std::string zoneTableReading();
 std::string zoneTableNote(const std::string& table);
 
-// The sums of the volumes over all months by zone, acre-feet, zones in the tables' order.
+// What a zone table was made for; rows of other months are none of its run's.
+struct ZoneTableScope {
+    std::string table;
+    int year = 0;
+    std::vector<int> months;
+
+    bool holds(const ZoneMonth& row) const;
+};
+
+// The sums of the volumes over the scopes' months by zone, acre-feet, zones in the tables' order.
 struct ZoneTotals {
     std::string zone;
     std::map<std::string, double> table;   // by table: as the table has them
     std::map<std::string, double> inches;  // by table: from the grids' own unit
 };
 std::vector<ZoneTotals> zoneTotals(IPlatform& platform, const std::string& outputFolder,
-                                   const std::vector<std::string>& tables, int year);
+                                   const std::vector<ZoneTableScope>& tables);
 
 }  // namespace velmora

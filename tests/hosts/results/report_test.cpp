@@ -4,10 +4,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+
 #include "gis/errors.h"
+#include "gis/memory_raster.h"
 #include "gis/zonal_tables.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
+#include "settings/settings_fields.h"
 #include "tests/support/irrigation_fixture.h"
 
 namespace velmora::cli {
@@ -61,21 +69,127 @@ struct Report : testing::Test {
                                {tag + "_V_acft", volume}});
         session->save();
     }
+
+    // A record of a step's run as the settings say it, changed.
+    void record(const std::string& step, const std::map<std::string, std::string>& changes = {}) {
+        nlohmann::ordered_json settings;
+        for (const SettingsField& field : settingsFields()) {
+            settings[std::string(field.name)] = settingsText(f.settings, field);
+        }
+        for (const auto& [field, text] : changes) settings[field] = text;
+        const nlohmann::ordered_json json = {{"step", step},
+                                             {"run", "1"},
+                                             {"state", "complete"},
+                                             {"began", "2023-10-01T10:00:00-06:00"},
+                                             {"ended", "2023-10-01T10:00:10-06:00"},
+                                             {"program",
+                                              {{"version", "0.1"},
+                                               {"build", "b"},
+                                               {"host", "h"},
+                                               {"libraries", nlohmann::json::object()}}},
+                                             {"started_by", nullptr},
+                                             {"settings", settings},
+                                             {"sources", nlohmann::json::object()},
+                                             {"inputs", nlohmann::json::array()},
+                                             {"surfaces", nlohmann::json::array()},
+                                             {"outputs", nlohmann::json::array()},
+                                             {"warnings", nlohmann::json::array()}};
+        test::write(f.folder.file("out/velmora_record_" + step + ".json"), json.dump());
+    }
 };
+
+TEST_F(Report, TablesAreOfTheMonthsAndTheYearOfTheirRecord) {
+    makeTable("StatCET", 0.5, 50);  // of July
+    makeTable("StatNIR", 0.5, 50);
+    record("cropet", {{"BeginMonth", "Jan"}, {"EndMonth", "Feb"}, {"Year", "2004"}});
+    record("nir", {{"BeginMonth", "Jul"}, {"EndMonth", "Jul"}, {"Year", "2005"}});
+    const RunResults results = readResults(platform, f.settings);
+    EXPECT_TRUE(results.tables.at("StatCET").empty());
+    EXPECT_EQ(results.tables.at("StatNIR").size(), 1U);
+    ASSERT_EQ(results.totals.size(), 1U);
+    EXPECT_FALSE(results.totals[0].table.contains("StatCET"));
+    EXPECT_EQ(results.totals[0].table.at("StatNIR"), 50);
+    const std::string page = reportPage(platform, results);
+    EXPECT_THAT(page, HasSubstr("1 row of other months left out: the run was made for Jan to Feb"));
+    EXPECT_THAT(page, HasSubstr("<h3>Net irrigation requirement (StatNIR), Jul to Jul, 2005</h3>"));
+    EXPECT_THAT(page,
+                HasSubstr("<p class=\"error\">The tables were made for different periods: "
+                          "StatCET for Jan to Feb, 2004. StatNIR, StatIRR for Jul to Jul, 2005."));
+}
+
+TEST_F(Report, ADatasetOfTheUsersOwnNeedsNoRecord) {
+    f.save("faef_500", f.filled(0.5F));
+    record("irr");
+    EXPECT_THAT(readResults(platform, f.settings).faults,
+                testing::ElementsAre(HasSubstr("faef_500: there is no record of the run of eff")));
+    const std::string path = f.folder.file("out/velmora_record_irr.json");
+    auto irr = nlohmann::json::parse(test::contentOf(path));
+    irr["inputs"].push_back(
+        {{"path", "faef_500"}, {"crs", nullptr}, {"files", nlohmann::json::array()}});
+    test::write(path, irr.dump());
+    EXPECT_THAT(readResults(platform, f.settings).faults, testing::IsEmpty());
+    test::write(path, "[1]");
+    EXPECT_THAT(readResults(platform, f.settings).faults,
+                testing::Contains(HasSubstr("velmora_record_irr.json: the record cannot be used")));
+}
+
+TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
+    record("ppt");
+    const std::string path = f.folder.file("out/velmora_record_ppt.json");
+    auto ppt = nlohmann::json::parse(test::contentOf(path));
+    ppt["program"]["libraries"] = {{"PROJ", "9.1"}};
+    ppt["started_by"] = {{"user", "ann<"}, {"machine", "m1"}};
+    ppt["inputs"] = {{{"path", "/data/weather.dbf"},
+                      {"crs", {{"name", "UTM 12N"}, {"datum", "NAD83"}}},
+                      {"files",
+                       {{{"path", "/data/weather.dbf"},
+                         {"bytes", 77},
+                         {"modified", "2023-01-01T00:00:00-07:00"},
+                         {"sha256", "abc123"}}}}},
+                     {{"path", "ET_Jul_4"},
+                      {"crs", nullptr},
+                      {"made_by", {{"step", "cropet"}, {"run", "1"}}},
+                      {"files", nlohmann::json::array()}}};
+    ppt["surfaces"] = {{{"surface", "PPT_Jul"},
+                        {"field", "weather.P_Jul"},
+                        {"estimator", "kriging"},
+                        {"stations", 15},
+                        {"left_out", {{{"station", "Malad"}, {"reason", "has no value"}}}}}};
+    ppt["warnings"] = {"a far station"};
+    test::write(path, ppt.dump());
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    for (const char* part :
+         {"<td>ppt</td><td>2023-10-01T10:00:00-06:00</td><td>2023-10-01T10:00:10-06:00</td>"
+          "<td>complete</td><td>0.1</td><td>b</td><td>h</td><td>ann&lt; on m1</td>",
+          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01T00:00:00-07:00:"
+          "<br><code>abc123</code></td><td>ppt</td>",
+          "<summary>1 dataset</summary>", "<td>kriging</td><td>15</td><td>has no value: Malad</td>",
+          "<li class=\"warning\">ppt: a far station</li>", "<p>ppt: PROJ 9.1</p>"}) {
+        EXPECT_THAT(page, HasSubstr(part));
+    }
+}
+
+TEST_F(Report, ADatabaseThatCannotBeReadIsMissing) {
+    record("eff");
+    const std::string path = f.folder.file("out/velmora_record_eff.json");
+    auto eff = nlohmann::json::parse(test::contentOf(path));
+    eff["inputs"] = {{{"path", f.folder.file("gone.mdb")}, {"crs", nullptr}}};
+    test::write(path, eff.dump());
+    std::vector<std::string> missing;
+    EXPECT_THAT(reportPage(platform, readResults(platform, f.settings), &missing),
+                HasSubstr("<p class=\"error\">Not shown: "));
+    EXPECT_THAT(missing, testing::Contains(HasSubstr("lacks the irrigation database: ")));
+}
 
 TEST_F(Report, BothReadingsOfTheTables) {
     // A mean of 6 inches in July: half a foot over 100 acres.
     const double depth = 31 * 6 / 304.8;
     makeTable("StatCET", depth, depth * 100);
-    f.save("PPT_Jul", f.filled(1.5F));
     const RunResults results = readResults(platform, f.settings);
     ASSERT_EQ(results.totals.size(), 1U);
     EXPECT_NEAR(results.totals[0].inches.at("StatCET"), 50, 1e-9);
     EXPECT_NEAR(results.totals[0].table.at("StatCET"), 50 * 31 / 25.4, 1e-9);
     EXPECT_FALSE(results.totals[0].table.contains("StatIRR"));
-    ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("cropet"))[6], 6, 1e-9);
-    EXPECT_EQ(*results.zoneMeans[0].byProduct.at(&productMadeBy("ppt"))[6], 1.5);
     const std::string page = reportPage(platform, results);
     EXPECT_THAT(page, HasSubstr("<td>West</td><td class=\"n\">50.0</td>"));
     EXPECT_THAT(page, HasSubstr("<td class=\"n\">61.0</td>"));
@@ -131,14 +245,79 @@ TEST_F(Report, EachProductHasItsUnit) {
     EXPECT_THAT(reportPage(platform, results), HasSubstr("</i>3 inches per month &middot;"));
 }
 
-TEST_F(Report, ZonesThatAreGoneCostOnlyTheirPrecipitation) {
-    makeTable("StatCET", 0.5, 50);
-    f.save("PPT_Jul", f.filled(1.5F));
+// Crop ET, precipitation and net requirement of July in the upper left part of the domain.
+struct AccountedReport : Report {
+    AccountedReport() {
+        f.settings.BeginMonth = f.settings.EndMonth = "Jul";
+        f.makeCropLand(
+            {{"Corn",
+              {{400000, 4491000}, {400000, 4500000}, {415000, 4500000}, {415000, 4491000}}}});
+        f.storeSettings();
+        f.save("Kc_Jul", f.filled(1));
+        f.save("RefET_Jul_4", f.filled(6));
+        Grid et(f.cells, 6);
+        et.at(0, 0) = kNoData;  // where nothing is averaged
+        f.save("ET_Jul_4", std::make_shared<MemoryRaster>(et));
+        Grid rain(f.cells, 1.5F);
+        rain.at(0, 0) = 900;
+        f.save("PPT_Jul", std::make_shared<MemoryRaster>(rain));
+    }
+};
+
+TEST_F(AccountedReport, LinesOfAChartAreMeansOverTheSameCells) {
+    const RunResults results = readResults(platform, f.settings);
+    ASSERT_TRUE(results.account) << results.noAccount;
+    ASSERT_FALSE(results.zoneMeans.empty());
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("cropet"))[6], 6, 1e-6);
+    EXPECT_NEAR(*results.zoneMeans[0].byProduct.at(&productMadeBy("ppt"))[6], 1.5, 1e-6);
+    EXPECT_NEAR(*results.basinMeans.at(&productMadeBy("ppt"))[6], 1.5, 1e-6);
+    EXPECT_NEAR(*results.basinMeans.at(&productMadeBy("refet"))[6], 6, 1e-6);
+    std::vector<std::string> missing;
+    const std::string page = reportPage(platform, results, &missing);
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account, Jul"));
+    EXPECT_THAT(page, HasSubstr("<svg class=\"over\" viewBox=\"0 0 30 18\"><path "
+                                "id=\"zones-0\" class=\"zone\" d=\"M"));
+    EXPECT_THAT(page, HasSubstr("<use href=\"#zones-0\"/>"));
+    // 15 km are 180 pixels.
+    EXPECT_THAT(page, HasSubstr("<i style=\"width:60.0px\"></i>5 km</p>"));
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"validation\">"));
+    EXPECT_THAT(missing, testing::Not(testing::Contains(HasSubstr("Water account"))));
+}
+
+TEST_F(AccountedReport, PolygonAcresAreThoseOfTheKeyAndZonesWithoutRowsAreNamed) {
+    const auto zones = readResults(platform, f.settings).account->zones;
+    ASSERT_GE(zones.size(), 2U);
+    CreateStatTable(platform, f.application.prompts(), f.folder.file("out"), "StatCET");
+    const auto session =
+        platform.features().edit(platform.features().openTable(f.folder.file("out/StatCET")));
+    session->appendRecord({{"ZoneUnit", zones[1].keyInTables},
+                           {"Area_T_ac", 1.0},
+                           {"Area_C_ac", 1e6},
+                           {"Month", 7.0},
+                           {"CET_D_ft", 0.5},
+                           {"CET_V_acft", 5e5}});
+    session->save();
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    EXPECT_THAT(page, HasSubstr(fmt::format("<td>Jul</td><td class=\"n\">{:.1f}</td>"
+                                            "<td class=\"n\"><span class=\"error\">1000000.0<",
+                                            zones[1].squareMetres / 4047)));
+    EXPECT_THAT(page, HasSubstr("More acres of cells than the polygon has: " +
+                                escaped(zones[1].keyInTables)));
+    EXPECT_THAT(page, HasSubstr("Zones without a row, since no cell of theirs has data: "));
+}
+
+TEST_F(AccountedReport, WithoutAnAccountThePageSaysWhy) {
     f.settings.Zones = f.folder.file("gone.shp");
     const RunResults results = readResults(platform, f.settings);
-    ASSERT_EQ(results.zoneMeans.size(), 1U);
-    EXPECT_FALSE(results.zoneMeans[0].byProduct.contains(&productMadeBy("ppt")));
-    EXPECT_THAT(reportPage(platform, results), HasSubstr("gone.shp"));
+    EXPECT_FALSE(results.account);
+    std::vector<std::string> missing;
+    const std::string page = reportPage(platform, results, &missing);
+    EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account</h2>\n<p class=\"error\">Not "
+                                "made: "));
+    EXPECT_THAT(page, HasSubstr("gone.shp"));
+    EXPECT_THAT(missing, testing::Contains(HasSubstr("The report's maps have no zones: ")));
+    EXPECT_THAT(missing, testing::Contains(testing::AllOf(HasSubstr("lacks \"Water account\""),
+                                                          HasSubstr("gone.shp"))));
 }
 
 TEST_F(Report, MapsOfAProductShareOneScale) {

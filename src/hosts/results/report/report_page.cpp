@@ -16,11 +16,17 @@
 #include "gis/numbers.h"
 #include "gis/text.h"
 #include "gis/zonal_tables.h"
-#include "hosts/results/cell_image.h"
+#include "hosts/results/records/made_for.h"
+#include "hosts/results/report/charts_section.h"
+#include "hosts/results/report/efficiency_section.h"
+#include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
-#include "hosts/results/report/monthly_chart.h"
+#include "hosts/results/report/made_of_section.h"
+#include "hosts/results/report/maps_section.h"
+#include "hosts/results/report/report_faults.h"
+#include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
-#include "settings/run_choices.h"
+#include "hosts/results/report/tables_section.h"
 #include "settings/settings_fields.h"
 #include "version.h"
 
@@ -30,83 +36,31 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kMapSide = 250;  // pixels of a small map's longer side
-
-constexpr const char* kStyle = R"(
-:root{--ink:#1d2b33;--soft:#5b6b74;--line:#d9e1e5;--pale:#f4f7f8;--accent:#176b5b}
-*{box-sizing:border-box}
-body{margin:0;font:15px/1.5 "Segoe UI","DejaVu Sans",Arial,sans-serif;color:var(--ink);background:#fff}
-header{background:var(--accent);color:#fff;padding:22px 32px}
-header h1{margin:0;font-size:24px}
-header p{margin:4px 0 0;opacity:.92}
-main{max-width:1240px;margin:0 auto;padding:8px 32px 60px}
-nav{padding:10px 32px;border-bottom:1px solid var(--line);background:var(--pale)}
-nav a{margin-right:18px;color:var(--accent);text-decoration:none;white-space:nowrap}
-h2{margin:34px 0 8px;font-size:20px;border-bottom:2px solid var(--accent);padding-bottom:3px}
-h3{margin:22px 0 4px;font-size:16px}
-p{margin:6px 0}
-.note{color:var(--soft);font-size:13.5px;max-width:900px}
-table{border-collapse:collapse;margin:8px 0;font-size:13.5px}
-th,td{padding:3px 12px 3px 0;text-align:left;border-bottom:1px solid var(--line);vertical-align:top}
-th{color:var(--soft);font-weight:600}
-.n{text-align:right;font-variant-numeric:tabular-nums}
-td:first-child{white-space:nowrap}
-.path{overflow-wrap:anywhere}
-.maps{display:flex;flex-wrap:wrap;gap:12px;margin:8px 0}
-.maps figure{margin:0;width:180px}
-.maps img{width:100%;display:block;border:1px solid var(--line)}
-.maps figcaption{font-size:13px;color:var(--soft)}
-.maps figcaption b{color:var(--ink)}
-.ramp{display:flex;align-items:center;gap:8px;font-size:13.5px}
-.ramp i{width:220px;height:14px;border:1px solid var(--line)}
-.charts{display:flex;flex-wrap:wrap;gap:14px}
-svg.chart{width:380px;border:1px solid var(--line);background:#fff}
-svg.stations{max-width:820px;width:100%;background:var(--pale);border:1px solid var(--line)}
-svg text{font:11px "DejaVu Sans",Arial,sans-serif;fill:var(--ink)}
-svg text.title{font-size:13px;font-weight:600}
-svg text.axis{fill:var(--soft)}
-svg text.station{font-size:11px;paint-order:stroke;stroke:#fff;stroke-width:2.5px}
-svg circle.station{fill:#c0392b;stroke:#fff;stroke-width:1.4}
-svg .zone{fill:none;stroke:#20343d;stroke-width:1.2}
-svg .grid{stroke:var(--line)}
-.legend span{margin-right:18px;font-size:13.5px}
-.legend i{display:inline-block;width:14px;height:4px;margin-right:6px;vertical-align:middle}
-.error{color:#a61b1b}.warning{color:#8a5a00}
-details{margin:4px 0}summary{cursor:pointer;color:var(--accent)}
-.scroll{overflow-x:auto}
-@media print{nav{display:none}main{max-width:none}}
-)";
-
-std::string methodName(const RunSettings& settings) {
-    static constexpr std::array<const char*, 7> names = {"an unknown method",
-                                                         "ASCE Penman-Monteith, tall reference",
-                                                         "ASCE Penman-Monteith, short reference",
-                                                         "FAO-56 Penman-Monteith",
-                                                         "Hargreaves 1985",
-                                                         "Blaney-Criddle",
-                                                         "Priestley-Taylor"};
-    return names.at(static_cast<std::size_t>(refEtMethod(settings)));
-}
-
 std::string heading(const std::string& id, const std::string& title) {
     return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
 }
 
-std::string headerOf(const RunSettings& settings) {
-    const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
-    return fmt::format(
-        "<header><h1>Evapotranspiration and irrigation water use</h1><p>{} to {}, {} &middot; "
-        "reference ET by {} &middot; cells of {:g} m</p><p>Made by velmora {} on {} from {}</p>"
-        "</header>\n",
-        escaped(settings.BeginMonth), escaped(settings.EndMonth), escaped(settings.Year),
-        methodName(settings), settings.CellSize, kVersion, now, escaped(settings.OutputWorkspace));
+// What the products were made for: one line where all were made for the same.
+std::string madeForLines(const RunResults& results) {
+    const std::vector<MadeFor> made = productsMadeFor(results.records);
+    if (made.empty()) {
+        return "<p>" + escaped(madeForText(results.settings)) +
+               " (by the settings: there are no records)</p>";
+    }
+    if (made.size() == 1) return "<p>" + escaped(made.front().text) + "</p>";
+    std::string html;
+    for (const MadeFor& part : made) {
+        html += "<p>" + escaped(joinedNames(part.names) + ": " + part.text) + "</p>";
+    }
+    return html;
 }
 
-// What the totals and tables rest on, said where they stand.
-std::string unitNote() {
-    return "<p class=\"note\">The zone tables take a grid's mean as millimetres per day. The grids "
-           "of this run are inches per month. Both readings are given; <a href=\"#units\">what the "
-           "units mean</a> says how they are related.</p>\n";
+std::string headerOf(const RunResults& results) {
+    const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
+    return fmt::format(
+        "<header><h1>Evapotranspiration and irrigation water use</h1>{}<p>Page made by velmora {} "
+        "on {} from {}</p></header>\n",
+        madeForLines(results), kVersion, now, escaped(results.settings.OutputWorkspace));
 }
 
 // The unit is named where a reading begins.
@@ -121,8 +75,21 @@ std::vector<std::string> totalsHeads() {
     return heads;
 }
 
+// The tables of one page that speak of different periods.
+std::string unlikeTables(const std::vector<MadeFor>& made) {
+    std::string html = "<p class=\"error\">The tables were made for different periods:";
+    for (const MadeFor& part : made) {
+        html += " " + escaped(joinedNames(part.names) + " for " + part.text) + ".";
+    }
+    return html + "</p>\n";
+}
+
 std::string totalsSection(const RunResults& results) {
-    std::string html = heading("totals", "Zone totals of the period");
+    const auto made = tablesMadeFor(results.records, results.settings);
+    std::string html = heading(
+        "totals",
+        "Zone totals" + (made.size() == 1 ? ", " + escaped(made.front().text) : std::string()));
+    if (made.size() > 1) html += unlikeTables(made);
     if (results.totals.empty()) {
         return html + "<p>There are no zone tables yet: run the steps cropet, nir and irr.</p>\n";
     }
@@ -148,149 +115,6 @@ std::string totalsSection(const RunResults& results) {
     add("All zones", table, inches);
     return html + unitNote() + "<div class=\"scroll\">" + htmlTable(totalsHeads(), rows, 1) +
            "</div>\n";
-}
-
-std::string legendOf(const ProductGrids& product, const std::vector<Rgb>& colors) {
-    std::string stops;
-    for (std::size_t i = 0; i <= 8; ++i) {
-        const Rgb& color = colors[i * (colors.size() - 1) / 8];
-        stops += fmt::format("{}rgb({},{},{})", i ? "," : "", color.red, color.green, color.blue);
-    }
-    return fmt::format(
-        "<p class=\"ramp\">{:.3g}<i style=\"background:linear-gradient(to right,{})"
-        "\"></i>{:.3g} {} &middot; light grey: no data</p>\n",
-        product.minimum, stops, product.maximum, product.product->unit);
-}
-
-std::string smallMap(IRasterWorkspace& workspace, const ProductGrid& grid,
-                     const ColorScale& scale) {
-    const RasterPtr raster = workspace.openRasterDataset(grid.name)->createDefaultRaster();
-    const GridGeometry& g = raster->geometry();
-    const double pixels = static_cast<double>(kMapSide) / std::max(g.columns, g.rows);
-    const auto side = [&](int cells) {
-        return std::max(1, static_cast<int>(std::lround(cells * pixels)));
-    };
-    return fmt::format(
-        "<figure><img alt=\"{} {}\" src=\"data:image/png;base64,{}\"><figcaption><b>{}</b> mean "
-        "{:.3g}, {:.3g} to {:.3g}</figcaption></figure>\n",
-        escaped(grid.name), grid.label,
-        base64(pngBytes(cellImage(*raster, scale, side(g.columns), side(g.rows)))), grid.label,
-        grid.statistics.mean, grid.statistics.minimum, grid.statistics.maximum);
-}
-
-std::string mapsSection(IPlatform& platform, const RunResults& results) {
-    std::string html = heading("maps", "Maps");
-    const auto workspace = platform.rasters().openFromFolder(results.settings.OutputWorkspace);
-    for (const ProductGrids& product : results.products) {
-        html += fmt::format("<h3>{}</h3>\n<p class=\"note\">{}.</p>\n", product.product->title,
-                            product.product->meaning);
-        if (product.minimum <= product.maximum) {
-            const std::vector<Rgb> colors = product.product->ramp.colors();
-            html += legendOf(product, colors) + "<div class=\"maps\">\n";
-            std::vector<std::string> empty;
-            for (const ProductGrid& grid : product.grids) {
-                if (grid.statistics.cells == 0) {
-                    empty.push_back(grid.label);
-                } else {
-                    html += smallMap(*workspace, grid, {colors, product.minimum, product.maximum});
-                }
-            }
-            html += "</div>\n";
-            if (!empty.empty()) {
-                html += "<p class=\"note\">No cell has data in: " + joinedNames(empty) + ".</p>\n";
-            }
-        } else if (!product.grids.empty()) {
-            html += "<p>No cell of these grids has data.</p>\n";
-        }
-        if (!product.missing.empty()) {
-            html +=
-                "<p class=\"note\">Not made: " + escaped(joinedNames(product.missing)) + ".</p>\n";
-        }
-    }
-    return html;
-}
-
-MonthlySeries lineOf(const Product& product) {
-    return {std::string(product.title), std::string(product.lineColor), {}};
-}
-
-// Those that the zones' charts share.
-std::vector<const Product*> zoneLines() {
-    std::vector<const Product*> lines;
-    for (const Product& product : products()) {
-        if (product.charted == Charted::basinAndZones) lines.push_back(&product);
-    }
-    return lines;
-}
-
-std::string basinChart(const RunResults& results) {
-    std::vector<MonthlySeries> lines;
-    for (const ProductGrids& product : results.products) {
-        if (product.product->charted == Charted::none) continue;
-        MonthlySeries& line = lines.emplace_back(lineOf(*product.product));
-        for (int month = 1; month <= 12; ++month) {
-            if (const ProductGrid* grid = product.of(month)) {
-                line.values[static_cast<std::size_t>(month - 1)] = grid->statistics.mean;
-            }
-        }
-    }
-    return "<h3>The whole basin</h3>\n<p class=\"note\">Means of the cells that have data: crop ET "
-           "and the requirements over crop land, reference ET and precipitation over the "
-           "whole grid.</p>\n" +
-           chartLegend(lines) + "<div class=\"charts\">" +
-           monthlyChart("Basin", "inches per month", lines) + "</div>\n";
-}
-
-std::string chartsSection(const RunResults& results) {
-    std::string html = heading("charts", "Months") + basinChart(results);
-    if (results.zoneMeans.empty()) return html;
-    std::vector<MonthlySeries> legend;
-    for (const Product* product : zoneLines()) legend.push_back(lineOf(*product));
-    html +=
-        "<h3>Zones</h3>\n<p class=\"note\">Crop ET and the requirements over the zone's cells that "
-        "have them, precipitation over the whole zone.</p>\n" +
-        chartLegend(legend) + "<div class=\"charts\">\n";
-    for (const ZoneMeans& zone : results.zoneMeans) {
-        std::vector<MonthlySeries> lines;
-        for (const Product* product : zoneLines()) {
-            MonthlySeries& line = lines.emplace_back(lineOf(*product));
-            const auto found = zone.byProduct.find(product);
-            if (found != zone.byProduct.end()) line.values = found->second;
-        }
-        html += monthlyChart(zone.zone, "inches per month", lines);
-    }
-    return html + "</div>\n";
-}
-
-std::string tablesSection(const RunResults& results) {
-    std::string html = heading("tables", "Zone tables") + unitNote();
-    for (const Product* product : tabledProducts()) {
-        const std::string table(product->table.name);
-        const auto& months = results.tables.at(table);
-        html += fmt::format("<h3>{} ({})</h3>\n", product->title, table);
-        if (months.empty()) {
-            html += "<p>No rows.</p>\n";
-            continue;
-        }
-        std::vector<std::vector<std::string>> rows;
-        for (const ZoneMonth& m : months) {
-            const double ratio = tableOverInches(m.month, results.settings.yearNumber());
-            rows.push_back(
-                {escaped(m.zone), GetMonthName(m.month), fmt::format("{:.1f}", m.totalAcres),
-                 fmt::format("{:.1f}", m.countedAcres), fmt::format("{:.4f}", m.depthFeet / ratio),
-                 fmt::format("{:.1f}", m.acreFeet / ratio), fmt::format("{:.4f}", m.depthFeet),
-                 fmt::format("{:.1f}", m.acreFeet), fmt::format("{:.4f}", ratio)});
-        }
-        html += fmt::format(
-            "<details><summary>{} rows</summary><div class=\"scroll\">{}</div>"
-            "</details>\n",
-            rows.size(),
-            htmlTable({"Zone", "Month", "Polygon, acres", "Cells, acres", "Depth, ft (inches)",
-                       "Volume, acre-ft (inches)", "Depth, ft (table)", "Volume, acre-ft (table)",
-                       "Table / inches"},
-                      rows, 2));
-    }
-    return html;
 }
 
 std::string sizeText(std::uintmax_t bytes) {
@@ -438,23 +262,33 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
     std::string html =
         "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
         "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
-    html += kStyle;
-    html += "</style></head><body>\n" + headerOf(results.settings);
+    html += reportStyle();
+    html +=
+        "</style></head><body onbeforeprint=\"document.querySelectorAll('details')"
+        ".forEach(d=>d.open=true)\">\n" +
+        headerOf(results);
     html += "<nav>";
     for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
+                                    {"account", "Water account"},
                                     {"charts", "Months"},
                                     {"maps", "Maps"},
                                     {"tables", "Zone tables"},
                                     {"stations", "Stations"},
                                     {"inputs", "Inputs"},
+                                    {"made-of", "Made of"},
                                     {"messages", "Messages"},
+                                    {"validation", "Published figures"},
                                     {"units", "Units"}}) {
         html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
     }
     html += "</nav>\n<main>\n";
-    html += totalsSection(results) + chartsSection(results) + mapsSection(platform, results) +
-            tablesSection(results) + stationsSection(platform, results, missing) +
-            inputsSection(platform, results) + messagesSection(results) +
+    html += faultsBanner(results.faults) + totalsSection(results) +
+            waterAccount(platform, results, missing) + chartsSection(results) +
+            mapsSection(platform, results, missing) + tablesSection(results) +
+            papersChoices(platform, results, missing) +
+            stationsSection(platform, results, missing) + inputsSection(platform, results) +
+            madeOfSection(results) + efficiencySection(platform, results, missing) +
+            messagesSection(results) + publishedFiguresSection(missing) +
             unitsSection(results.settings);
     return html + "</main></body></html>\n";
 }
