@@ -11,6 +11,7 @@
 #include <set>
 
 #include "check/coefficient_check.h"
+#include "check/extrapolation_check.h"
 #include "check/grid_check.h"
 #include "check/irrigation_check.h"
 #include "check/precipitation_check.h"
@@ -223,6 +224,9 @@ class InputCheck {
             add(Severity::note, settings_.DEM,
                 std::to_string(found.missing * 100 / found.seen) +
                     " % of the modelling extent has no elevation, and gets no reference ET");
+        }
+        if (scope_.weather) {
+            appendFindings(checkExtrapolation(platform_, settings_, *metres));
         }
         if (found.odd > 0) {
             add(Severity::warning, settings_.DEM,

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "check/elevation_check.h"
+#include "check/extrapolation_check.h"
 #include "check/flag_check.h"
 #include "check/physics_check.h"
 #include "gis/errors.h"
@@ -74,8 +75,12 @@ class StationCheck {
             attempt(*weather_, kWeatherStationField, [&] { checkTable(); });
             joined_ = matched_ > 0 ? joined() : nullptr;
             attempt(*weather_, kWeatherStationField, [&] { checkMonths(); });
-            if (joined_)
+            if (joined_) {
                 appendFindings(checkPhysics(platform_, settings_, *joined_, crs(), scope_));
+                if (scope_.weather && !scope_.quick) {
+                    appendFindings(checkTrends(settings_, *joined_));
+                }
+            }
         }
         return findings_;
     }

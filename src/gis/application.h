@@ -68,6 +68,8 @@ class IApplication {
     // Whether the user asked for the reference ET grids by the papers' own choices as well, beside
     // those of the method.
     virtual bool wantsStandardRun() const { return false; }
+    // Whether the user asked for the grids of flags beside the reference ET grids.
+    virtual bool wantsQualityGrids() const { return false; }
     // Told at the end of every click of a model command, and of cancelled work of a form.
     virtual void noteOutcome(StepOutcome outcome) = 0;
 };

@@ -34,7 +34,14 @@ struct SurfaceNote {
     std::size_t used = 0;
     std::vector<ExcludedStation> leftOut;
     std::optional<LinearTrend> trend;  // over elevation in metres, where values are detrended
+    // Of the line: the probability of such a slope where elevation has no effect (trend_test.h),
+    // and the elevations of its stations, metres.
+    std::optional<double> slopeProbability;
+    double lowest = 0;
+    double highest = 0;
 };
+
+struct QualityNote;
 
 enum class RunEnding { complete, failed };
 
@@ -46,6 +53,7 @@ class IRunJournal {
     // Throws PlatformError when it cannot be written.
     virtual void begin(const RunHeading& heading) = 0;
     virtual void surface(const SurfaceNote& note) = 0;
+    virtual void quality(const QualityNote& note) = 0;
     // Told to the user though nothing failed, or a failure; the same text counts once.
     virtual void warning(const std::string& text) = 0;
     // Writes the whole record: settings, inputs and outputs with their hashes. Throws PlatformError

@@ -4,6 +4,7 @@
 #include "gis/errors.h"
 #include "modelling/station_fields.h"
 #include "modelling/surface_diagnostics.h"
+#include "modelling/surface_ground.h"
 #include "settings/settings_fields.h"
 
 namespace velmora {
@@ -76,7 +77,17 @@ void RunRecord::surface(const StationSurface& surface) {
     note.used = surface.valid().size();
     note.leftOut = stationsLeftOut(surface);
     note.trend = surface.trend();
+    const SurfaceGround ground = groundOf(surface);
+    if (ground.elevation) {
+        note.lowest = ground.elevation->low;
+        note.highest = ground.elevation->high;
+        note.slopeProbability = ground.slopeProbability;
+    }
     application_.platform().journal().surface(note);
+}
+
+void RunRecord::quality(const QualityNote& note) {
+    application_.platform().journal().quality(note);
 }
 
 void RunRecord::warn(const std::string& text) { application_.platform().journal().warning(text); }

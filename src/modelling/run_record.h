@@ -30,6 +30,7 @@ class RunRecord {
     void made(const std::string& grid);
     // What the surface has been made of; after it has been made.
     void surface(const StationSurface& surface);
+    void quality(const QualityNote& note);
     // Everything is made and has reached the disk; the run still is a failed one when a failure has
     // been shown meanwhile. Throws PlatformError when the record cannot be written.
     void finish();

@@ -74,6 +74,10 @@ RasterPtr fieldAsGrid(const CellTable& table, CellField field, const GridGeometr
                             " records with a value of " + cellFieldName(field) + ", the grid has " +
                             std::to_string(geometry.cells()) + " cells");
     }
+    return valuesAsGrid(values, geometry);
+}
+
+RasterPtr valuesAsGrid(std::span<const double> values, const GridGeometry& geometry) {
     return std::make_shared<FieldRaster>(values, geometry);
 }
 

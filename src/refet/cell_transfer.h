@@ -16,4 +16,8 @@ void gridIntoField(IParallelLoop& loop, const IRaster& raster, CellTable& table,
 // PlatformError when the table has fewer records than the raster has cells.
 RasterPtr fieldAsGrid(const CellTable& table, CellField field, const GridGeometry& geometry);
 
+// The same of values in the order of the records, as many as the geometry has cells, which must
+// outlive it.
+RasterPtr valuesAsGrid(std::span<const double> values, const GridGeometry& geometry);
+
 }  // namespace velmora

@@ -26,7 +26,8 @@ namespace velmora {
 namespace {
 
 constexpr double kAlbedo = 0.23;
-constexpr std::size_t kGrain = 8192;  // records that one piece of a loop takes at least
+constexpr std::size_t kGrain = 8192;   // records that one piece of a loop takes at least
+constexpr std::size_t kAtHand = 2048;  // records whose fields a processor's cache holds
 
 // What depends on latitude and date alone; no value where its equation fails.
 using LatitudePart = std::optional<double>;
@@ -101,6 +102,24 @@ void forEachRecord(IParallelLoop& loop, std::size_t records, std::size_t rows, B
     });
 }
 
+// The same, with each piece shown in parts that are still at hand.
+template <class Body>
+void forEachRecord(IParallelLoop& loop, std::size_t records, std::size_t rows, Body body,
+                   const PieceSeen& seen, const std::vector<LatitudePart>& radiation) {
+    if (!seen) return forEachRecord(loop, records, rows, body);
+    loop.run(records, kGrain, [&](std::size_t begin, std::size_t end) {
+        std::size_t row = begin % rows;
+        for (std::size_t part = begin; part < end; part += kAtHand) {
+            const std::size_t partEnd = std::min(end, part + kAtHand);
+            for (std::size_t record = part; record < partEnd; ++record) {
+                body(record, row);
+                if (++row == rows) row = 0;
+            }
+            seen(part, partEnd, radiation);
+        }
+    });
+}
+
 // A latitude part that an equation cannot do without.
 double known(const LatitudePart& part) {
     if (!part) throw EquationError("no sunrise or sunset at this latitude");
@@ -113,11 +132,12 @@ template <std::size_t Count, class Depth>
 void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
                  const Date& date, const Conventions& conventions,
                  const std::vector<LatitudePart>& parts,
-                 const std::array<std::span<const double>, Count>& needed, Depth depth) {
+                 const std::array<std::span<const double>, Count>& needed, const PieceSeen& seen,
+                 Depth depth) {
     const std::span<double> result = table.writable(CellField::RefET);
     const int days = daysInMonth(date.month, date.year, conventions);
     FirstFailure failure;
-    forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
+    const auto body = [&](std::size_t record, std::size_t row) {
         for (const auto& input : needed) {
             if (input[record] == noData) {
                 result[record] = noData;
@@ -130,19 +150,20 @@ void runEquation(IParallelLoop& loop, CellTable& table, std::size_t rows, double
             failure.note(record, e.what());
             result[record] = noData;
         }
-    });
+    };
+    forEachRecord(loop, table.rowCount(), rows, body, seen, parts);
     failure.rethrow(rows, date.month);
 }
 
 std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t rows, double noData,
-                             const Conventions& conventions,
-                             const std::vector<LatitudePart>& parts) {
+                             const Conventions& conventions, const std::vector<LatitudePart>& parts,
+                             const PieceSeen& seen) {
     const auto elevation = table.values(CellField::Elevation);
     const auto TM = table.values(CellField::TM);
     const auto TN = table.values(CellField::TN);
     const std::span<double> result = table.writable(CellField::RefET);
     std::atomic<std::size_t> failed{0};
-    forEachRecord(loop, table.rowCount(), rows, [&](std::size_t record, std::size_t row) {
+    const auto body = [&](std::size_t record, std::size_t row) {
         if (elevation[record] == noData || TM[record] == noData || TN[record] == noData) {
             result[record] = noData;
             return;
@@ -154,13 +175,14 @@ std::size_t runBlaneyCriddle(IParallelLoop& loop, CellTable& table, std::size_t 
             result[record] = 0;
             ++failed;
         }
-    });
+    };
+    forEachRecord(loop, table.rowCount(), rows, body, seen, {});
     return failed;
 }
 
 void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts& elevation,
                      RefEtMethod method, const Date& date, std::size_t rows, double noData,
-                     const Conventions& conventions) {
+                     const Conventions& conventions, const PieceSeen& seen) {
     const auto z = table.values(CellField::Elevation);
     const auto TM = table.values(CellField::TM);
     const auto TN = table.values(CellField::TN);
@@ -174,19 +196,19 @@ void runEnergyMethod(IParallelLoop& loop, CellTable& table, const ElevationParts
     const auto& gamma = elevation.gamma;
     const auto parts = radiationParts(loop, table, rows, date, conventions);
     if (method == RefEtMethod::priestleyTaylor) {
-        runEquation(loop, table, rows, noData, date, conventions, parts,
-                    std::array{z, TM, TN, TD, SR, GG}, [&](std::size_t k, const LatitudePart& Ra) {
-                        return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo,
-                                               conventions);
-                    });
+        runEquation(
+            loop, table, rows, noData, date, conventions, parts, std::array{z, TM, TN, TD, SR, GG},
+            seen, [&](std::size_t k, const LatitudePart& Ra) {
+                return priestleyTaylor(weather(k), known(Ra), gamma[k], kAlbedo, conventions);
+            });
         return;
     }
     const ReferenceCrop crop = referenceCrop(method == RefEtMethod::asceTall ? 0 : 1);
-    runEquation(loop, table, rows, noData, date, conventions, parts,
-                std::array{z, TM, TN, TD, SR, WS, GG}, [&](std::size_t k, const LatitudePart& Ra) {
-                    return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo,
-                                          conventions);
-                });
+    runEquation(
+        loop, table, rows, noData, date, conventions, parts, std::array{z, TM, TN, TD, SR, WS, GG},
+        seen, [&](std::size_t k, const LatitudePart& Ra) {
+            return penmanMonteith(weather(k), crop, known(Ra), gamma[k], kAlbedo, conventions);
+        });
 }
 
 // The fields that a method reads.
@@ -218,7 +240,8 @@ ElevationParts elevationParts(IParallelLoop& loop, const CellTable& table) {
 
 RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
                                RefEtMethod method, const Date& date, std::size_t rows,
-                               double noData, const Conventions& conventions) {
+                               double noData, const Conventions& conventions,
+                               const PieceSeen& seen) {
     for (const CellField field : inputsOf(method)) {
         if (table.values(field).size() == table.rowCount()) continue;
         throw PlatformError(std::string("the field ") + cellFieldName(field) +
@@ -226,14 +249,14 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const Elev
     }
     if (method == RefEtMethod::blaneyCriddle) {
         return {runBlaneyCriddle(loop, table, rows, noData, conventions,
-                                 daylightParts(loop, table, rows, date))};
+                                 daylightParts(loop, table, rows, date), seen)};
     }
     if (method == RefEtMethod::hargreaves) {
         const auto TM = table.values(CellField::TM);
         const auto TN = table.values(CellField::TN);
         runEquation(loop, table, rows, noData, date, conventions,
                     radiationParts(loop, table, rows, date, conventions),
-                    std::array{table.values(CellField::Elevation), TM, TN},
+                    std::array{table.values(CellField::Elevation), TM, TN}, seen,
                     [&](std::size_t k, const LatitudePart& Ra) {
                         // Below the minimum nothing else is computed.
                         return TM[k] < TN[k] ? 0 : hargreaves1985(TM[k], TN[k], known(Ra));
@@ -243,7 +266,7 @@ RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const Elev
     if (parts.gamma.size() != table.rowCount()) {
         throw PlatformError("the elevation parts of the cells are missing");
     }
-    runEnergyMethod(loop, table, parts, method, date, rows, noData, conventions);
+    runEnergyMethod(loop, table, parts, method, date, rows, noData, conventions, seen);
     return {};
 }
 

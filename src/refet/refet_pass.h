@@ -8,6 +8,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "gis/parallel.h"
@@ -28,13 +31,20 @@ struct RefEtPassResult {
     std::size_t failedCells = 0;  // cells for which Blaney-Criddle reported its error and gave 0
 };
 
+// Is shown the records begin ... end - 1 as soon as they are computed, while they are at hand, with
+// the extraterrestrial radiation by rows of the grid (nothing by Blaney-Criddle, which has no use
+// for it). Pieces may be shown at once.
+using PieceSeen = std::function<void(std::size_t begin, std::size_t end,
+                                     std::span<const std::optional<double>> radiation)>;
+
 // Fills the field RefET, inches of the month. A record whose elevation, or a needed input, equals
 // `noData` gets `noData`. `rows` is the number of rows of the grid. Methods 4 and 5 need no
 // elevation parts. Throws EquationError naming the first cell for which an equation other than
 // Blaney-Criddle fails, and PlatformError when a needed field was never filled.
 RefEtPassResult calculateRefEt(IParallelLoop& loop, CellTable& table, const ElevationParts& parts,
                                RefEtMethod method, const Date& date, std::size_t rows,
-                               double noData, const Conventions& conventions = kOurConventions);
+                               double noData, const Conventions& conventions = kOurConventions,
+                               const PieceSeen& seen = {});
 
 // Estimates of missing inputs, into the table: dew point TN - Ko, solar radiation
 // Ks sqrt(TM - TN) Ra (a negative difference counts as 0) with Ra kept in the field SA, wind speed.

@@ -68,9 +68,10 @@ bool ReferenceEtRun::run() {
     runStatus_ = true;
     runSteps();
     storeCells();
+    quality_.reset();
     record_.reset();
     folder_.reset();
-    return runStatus_ && standardMade_;
+    return runStatus_ && besideMade_;
 }
 
 void ReferenceEtRun::runSteps() {
@@ -121,15 +122,23 @@ bool ReferenceEtRun::runMonth(int month) {
     GridReadOut(month);
     if (!runStatus_) return false;
     show("Reference ET in " + label + "are estimated successfully ...");
+    tellQuality(month);
     if (application_.wantsStandardRun()) makeStandard(month);
     return true;
+}
+
+// A grid of flags that cannot be made ends neither the month nor the run, but the run is not done
+// then.
+void ReferenceEtRun::tellQuality(int month) {
+    quality_->tell(month, heatFluxTakenAsZero_ && settings_.needsFullWeather());
+    if (application_.wantsQualityGrids()) besideMade_ = quality_->save(month) && besideMade_;
 }
 
 // What it cannot make ends neither the month nor the run, but the run is not done then.
 void ReferenceEtRun::makeStandard(int month) {
     StandardRun standard({application_, settings_, geometry_, *workspace_, *surfaces_,
                           elevationParts_, noData_, *record_});
-    standardMade_ = standard.make(cells_, month) && standardMade_;
+    besideMade_ = standard.make(cells_, month) && besideMade_;
 }
 
 void ReferenceEtRun::SetupWorkDatabase() {
@@ -150,7 +159,8 @@ void ReferenceEtRun::GetGeographicCoordinates() {
     trapped("GetGeographicCoordinates", [&] {
         geometry_ = runGeometry(platform_, settings_);
         requireMemory(platform_.files(), geometry_,
-                      application_.wantsStandardRun() ? kStandardBytesPerCell : 0);
+                      (application_.wantsStandardRun() ? kStandardBytesPerCell : 0) +
+                          (application_.wantsQualityGrids() ? kQualityBytesPerCell : 0));
         // The left edge of the extent stands for the whole row.
         std::vector<Point> leftEdge;
         for (int row = 0; row < geometry_.rows; ++row) {
@@ -219,6 +229,8 @@ void ReferenceEtRun::GetParameters() {
                                                       application_.diagnostics(), &*record_);
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         feedback_);
+        quality_.emplace(RunQuality::Of{application_, settings_, geometry_, cells_, *workspace_,
+                                        *surfaces_, noData_, *record_});
         surfaces_->storeWorkingField(application_);
         if (settings_.needsFullWeather()) tellEstimates();
     });
@@ -293,6 +305,7 @@ void ReferenceEtRun::readWeather(int month) {
 void ReferenceEtRun::GetSoilHeatFlux(int month) {
     const int p = std::max(1, month - 1);
     const int n = std::min(12, month + 1);
+    heatFluxTakenAsZero_ = false;
     for (const char* prefix : {"TM_", "TN_"}) {
         if (hasGrid(prefix, p) && hasGrid(prefix, n)) continue;
         std::ranges::fill(cells_.writable(CellField::GG), 0.0);
@@ -302,6 +315,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
                                            "of a neighbouring month");
         }
         toldAboutHeatFlux_ = true;
+        heatFluxTakenAsZero_ = true;
         return;
     }
     const auto readFlux = [&] {
@@ -329,7 +343,8 @@ void ReferenceEtRun::CalculateRefET(int month) {
         const Date date{representativeDay(month, year_), month, year_};
         const RefEtPassResult result =
             calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,
-                           static_cast<std::size_t>(geometry_.rows), noData_);
+                           static_cast<std::size_t>(geometry_.rows), noData_, kOurConventions,
+                           quality_->watch(month));
         if (result.failedCells > 0) {
             application_.prompts().failure(std::string(kBlaneyCriddleError) + " (" +
                                            std::to_string(result.failedCells) + " cells in " +

@@ -13,6 +13,7 @@
 #include "modelling/run_record.h"
 #include "refet/cell_table.h"
 #include "refet/refet_pass.h"
+#include "refet/run_quality.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
 
@@ -35,6 +36,7 @@ class ReferenceEtRun {
     void runSteps();
     bool runMonth(int month);
     void makeStandard(int month);
+    void tellQuality(int month);
     void readWeather(int month);
 
     // Each traps its own failures; a failure is shown and clears the run-status flag, except where
@@ -82,7 +84,9 @@ class ReferenceEtRun {
     std::unique_ptr<WeatherSurfaces> surfaces_;
     bool toldAboutHeatFlux_ = false;
     bool cellsStored_ = false;
-    bool standardMade_ = true;
+    bool besideMade_ = true;  // what is made beside the grids of the method, where it is asked for
+    bool heatFluxTakenAsZero_ = false;  // in the month
+    std::optional<RunQuality> quality_;
 };
 
 }  // namespace velmora

@@ -98,6 +98,7 @@ void WeatherSurfaces::prepare(const WeatherQuantity& quantity, int month) {
     reports_.push_back(quantity.title.empty()
                            ? surface.name() + " is ready..."
                            : "Interpolation of <" + quantity.title + "> is done!");
+    grounds_[surface.name()] = groundOf(surface);
     if (record_) record_->surface(surface);
     if (diagnostics_ && quantity.recipe.detrended()) {
         diagnostics_->add(diagnose(analysis_, surface));

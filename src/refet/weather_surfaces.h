@@ -4,6 +4,7 @@
 // as they are.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include "gis/application.h"
 #include "modelling/run_record.h"
+#include "modelling/surface_ground.h"
 #include "modelling/weather_stations.h"
 #include "refet/weather_rules.h"
 #include "settings/run_settings.h"
@@ -34,6 +36,11 @@ class WeatherSurfaces {
 
     // Whether make() has saved the grid of that name.
     bool made(const std::string& name) const { return made_.contains(name); }
+    // What the stations bear out of the grid of that name; nullptr where it is not made.
+    const SurfaceGround* ground(const std::string& name) const {
+        const auto found = grounds_.find(name);
+        return found == grounds_.end() || !made(name) ? nullptr : &found->second;
+    }
 
     // Stores the field "TempTTT" (the detrended values last interpolated) in the stations'
     // attribute table. Where that cannot be, the user is told and the table stays as it was.
@@ -59,6 +66,7 @@ class WeatherSurfaces {
     std::vector<RasterToSave> prepared_;
     std::vector<std::string> reports_;
     std::set<std::string> made_;
+    std::map<std::string, SurfaceGround> grounds_;
     std::size_t cells_;
 };
 

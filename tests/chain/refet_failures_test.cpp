@@ -60,6 +60,7 @@ TEST_F(RefEtFailures, WhatAFailedRunHasMadeIsSettled) {
 }
 
 TEST_F(RefEtFailures, WhatTheRunEstimatesIsToldOnce) {
+    f.makeDem([](int, int) { return 1500.0F; });  // within the stations' range
     f.settings.RefETMethod = "2";
     f.settings.HasTdew = f.settings.HasSR = f.settings.HasWS = true;
     ASSERT_TRUE(f.run()) << f.allMessages();

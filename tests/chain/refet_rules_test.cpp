@@ -263,7 +263,7 @@ TEST_F(RefEtRules, AMissingNeighbourMakesNoHeatFluxAndIsToldOnce) {
                       return RunFixture::usualWeather(p, s, m);
                   });
     ASSERT_TRUE(f.run()) << f.allMessages();
-    EXPECT_EQ(told("soil heat flux"), 1);
+    EXPECT_EQ(told("The soil heat flux"), 1);
     for (const FieldValue& flux : stored("GG")) ASSERT_EQ(std::get<double>(flux), 0);
 }
 

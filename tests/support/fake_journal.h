@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "gis/quality_note.h"
 #include "gis/run_journal.h"
 #include "tests/support/failure_point.h"
 
@@ -19,13 +20,15 @@ class FakeJournal : public IRunJournal {
         std::vector<SurfaceNote> surfaces;
         std::vector<std::string> warnings;
         std::optional<RunEnding> ending;
+        std::vector<QualityNote> quality;
     };
 
     void begin(const RunHeading& heading) override {
         begins.pass(heading.step);
-        runs.push_back({heading, {}, {}, {}});
+        runs.push_back({heading, {}, {}, {}, {}});
     }
     void surface(const SurfaceNote& note) override { runs.back().surfaces.push_back(note); }
+    void quality(const QualityNote& note) override { runs.back().quality.push_back(note); }
     void warning(const std::string& text) override {
         std::vector<std::string>& warnings = runs.back().warnings;
         if (std::ranges::find(warnings, text) == warnings.end()) warnings.push_back(text);

@@ -38,6 +38,7 @@ class TestApplication : public IApplication {
     std::string extensionFolder() override { return folder; }
     IDiagnostics* diagnostics() override { return askForDiagnostics ? &diagnostics_ : nullptr; }
     bool wantsStandardRun() const override { return askForStandardRun; }
+    bool wantsQualityGrids() const override { return askForQualityGrids; }
     const std::vector<SurfaceDiagnostics>& diagnosed() const { return diagnostics_.surfaces; }
     void noteOutcome(StepOutcome outcome) override { outcomes.push_back(outcome); }
     const std::vector<std::string>& messages() const { return prompts_.messages; }
@@ -46,6 +47,7 @@ class TestApplication : public IApplication {
     std::vector<StepOutcome> outcomes;
     bool askForDiagnostics = false;
     bool askForStandardRun = false;
+    bool askForQualityGrids = false;
 
   private:
     IPlatform& platform_;

@@ -59,7 +59,7 @@ class TerminalChain : public IChainHost {
 
     bool carryOut(const std::string& step) override {
         results_.back() =
-            cli::carryOut(session_, step, diagnoses(step), options_.efficiency, options_.standard);
+            cli::carryOut(session_, step, diagnoses(step), options_.efficiency, options_.beside);
         return results_.back().done;
     }
 
@@ -105,7 +105,8 @@ class TerminalChain : public IChainHost {
         }
         if (efficiency.overwriteShares) line += " --overwrite-shares";
         if (options_.diagnose) line += " --diagnose";
-        if (options_.standard) line += " --standard";
+        if (options_.beside.standard) line += " --standard";
+        if (options_.beside.quality) line += " --quality";
         if (options_.useOld) line += " --use-old";
         if (options_.strict) line += " --strict";
         return line;

@@ -149,10 +149,13 @@ void CommandLine::addRun() {
     run->add_flag("--diagnose", diagnose_,
                   "Show what stands behind the surfaces (regression, semivariogram, excluded "
                   "stations, leave-one-out errors) and write it into the output folder");
-    run->add_flag("--standard", chain_.standard,
+    run->add_flag("--standard", chain_.beside.standard,
                   "Of refet: also make RefETstd_... grids by the papers' own choices (soil heat "
                   "flux, calendar years, clear-sky ratio, coefficient floor, nothing below 0) and "
                   "tell how they differ");
+    run->add_flag("--quality", chain_.beside.quality,
+                  "Of refet: also make QA_... grids of flags, which mark the cells that no physics "
+                  "allows and no station bears out");
     const auto [cvef, shares] = withShares(run);
     cvef->needs(shares);  // a run fills in zones with both or leaves them as they are
     withDatabase(run);
@@ -169,8 +172,10 @@ void CommandLine::addRun() {
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;
-        if (chain_.standard && first_ != "refet" && first_ != "all") {
-            tellFailure("--standard belongs to run refet and run all", {}, s.json);
+        for (const auto& [wanted, option] : {std::pair{chain_.beside.standard, "--standard"},
+                                             std::pair{chain_.beside.quality, "--quality"}}) {
+            if (!wanted || first_ == "refet" || first_ == "all") continue;
+            tellFailure(std::string(option) + " belongs to run refet and run all", {}, s.json);
             return kBadUsage;
         }
         return first_ == "all" ? runAll(s, chain_) : runStep(s, first_, chain_);

@@ -104,21 +104,27 @@ void useEfficiencyDialog(HeadlessApplication& application, Form& form,
 // that makes some.
 void requireShares(const Session& session, const EfficiencyOptions& options);
 
+// What a reference ET run makes beside its grids.
+struct BesideRefEt {
+    bool standard = false;  // reference ET by the papers' choices
+    bool quality = false;   // grids of flags
+};
+
 // `velmora run all`: the steps in their order.
 struct ChainOptions {
     EfficiencyOptions efficiency;
     std::string from;  // the first step, "" for the first of all
     std::string only;  // the only step, "" for all
     bool diagnose = false;
-    bool useOld = false;    // read grids of earlier runs rather than stop
-    bool strict = false;    // not on inputs with warnings or errors
-    bool standard = false;  // make reference ET by the papers' choices beside
+    bool useOld = false;  // read grids of earlier runs rather than stop
+    bool strict = false;  // not on inputs with warnings or errors
+    BesideRefEt beside = {};
 };
 int runAll(const Session& session, const ChainOptions& options);
 
-// `velmora run STEP [--diagnose] [--standard]`: carries out the step and prints what came of it;
-// with diagnostics, also what stands behind the step's surfaces, which is written into the output
-// folder.
+// `velmora run STEP [--diagnose] [--standard] [--quality]`: carries out the step and prints what
+// came of it; with diagnostics, also what stands behind the step's surfaces, which is written into
+// the output folder.
 int runStep(const Session& session, const std::string& step, const ChainOptions& options);
 
 // `velmora kc`: the Kc-Map Maker on the settings' table and land cover.

@@ -77,6 +77,7 @@ class HeadlessApplication : public IApplication {
     std::string extensionFolder() override { return settingsFolder_; }
     IDiagnostics* diagnostics() override { return diagnose_ ? &report_ : nullptr; }
     bool wantsStandardRun() const override { return standard_; }
+    bool wantsQualityGrids() const override { return quality_; }
     void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
     StepOutcome outcome() const { return outcome_; }
 
@@ -84,6 +85,8 @@ class HeadlessApplication : public IApplication {
     void askForDiagnostics() { diagnose_ = true; }
     // From now on the reference ET run makes the grids by the papers' choices too.
     void askForStandardRun() { standard_ = true; }
+    // And the grids of flags.
+    void askForQualityGrids() { quality_ = true; }
     const DiagnosticsReport& report() const { return report_; }
 
   private:
@@ -98,6 +101,7 @@ class HeadlessApplication : public IApplication {
     Listening listening_;
     bool diagnose_ = false;
     bool standard_ = false;
+    bool quality_ = false;
     StepOutcome outcome_ = StepOutcome::done;
 };
 

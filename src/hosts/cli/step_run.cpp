@@ -59,12 +59,13 @@ void tellError(StepResult& result, const std::string& text, const ErrorPlace& pl
 }
 
 StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
-                    const EfficiencyOptions& efficiency, bool standard) {
+                    const EfficiencyOptions& efficiency, const BesideRefEt& beside) {
     StepResult result;
     result.step = step;
     HeadlessApplication application(session.settingsFolder, session.terminal);
     if (diagnose) application.askForDiagnostics();
-    if (standard && step == "refet") application.askForStandardRun();
+    if (beside.standard && step == "refet") application.askForStandardRun();
+    if (beside.quality && step == "refet") application.askForQualityGrids();
     application.dialogs().driver = [&](Form& form) {
         drive(session, application, form, efficiency);
     };
@@ -118,7 +119,7 @@ Json jsonOf(const StepResult& result) {
 int runStep(const Session& session, const std::string& step, const ChainOptions& options) {
     if (!passInputs(session, step, options.strict)) return kFailed;
     const StepResult result =
-        carryOut(session, step, options.diagnose, options.efficiency, options.standard);
+        carryOut(session, step, options.diagnose, options.efficiency, options.beside);
     if (session.json) printJson(jsonOf(result));
     return result.done ? kDone : kFailed;
 }

@@ -20,10 +20,10 @@ struct StepResult {
     nlohmann::ordered_json diagnostics;  // null unless asked for
 };
 
-// Clicks the step's command, of refet with the papers' choices beside when `standard`, and notes
-// the run in the output folder. What the step throws is told and makes it a failed one.
+// Clicks the step's command, of refet with what is asked for beside its grids, and notes the run in
+// the output folder. What the step throws is told and makes it a failed one.
 StepResult carryOut(const Session& session, const std::string& step, bool diagnose,
-                    const EfficiencyOptions& efficiency, bool standard = false);
+                    const EfficiencyOptions& efficiency, const BesideRefEt& beside);
 
 // Tells what ended a step before it could say so itself, with `json` for programs too.
 void tellError(StepResult& result, const std::string& text, const ErrorPlace& place, bool json);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "gis/errors.h"
+#include "gis/quality_note.h"
 #include "platform/files/posix_file.h"
 #include "platform/files/run_notes.h"
 #include "platform/files/unfinished_file.h"
@@ -60,8 +61,40 @@ Json jsonOf(const SurfaceNote& note) {
                  {"estimator", note.estimator},
                  {"stations", note.used},
                  {"left_out", std::move(leftOut)}};
-    if (note.trend) json["line"] = {{"a", note.trend->a}, {"b_per_metre", note.trend->b}};
+    if (note.trend) {
+        json["line"] = {{"a", note.trend->a},
+                        {"b_per_metre", note.trend->b},
+                        {"slope_probability", nullptr},
+                        {"lowest_station", note.lowest},
+                        {"highest_station", note.highest}};
+        if (note.slopeProbability) json["line"]["slope_probability"] = *note.slopeProbability;
+    }
     return json;
+}
+
+Json jsonOf(const QualityNote::Flag& flag) {
+    Json json = {{"flag", flag.flag},
+                 {"bit", flag.bit},
+                 {"cells", flag.cells},
+                 {"share", flag.share},
+                 {"worst", nullptr}};
+    if (flag.worst) {
+        json["worst"] = {{"value", flag.worst->value},
+                         {"unit", flag.unit},
+                         {"column", flag.worst->column},
+                         {"row", flag.worst->row}};
+    }
+    if (!flag.surfaces.empty()) json["surfaces"] = flag.surfaces;
+    return json;
+}
+
+Json jsonOf(const QualityNote& note) {
+    Json flags = Json::array();
+    for (const QualityNote::Flag& flag : note.flags) flags.push_back(jsonOf(flag));
+    return {{"grid", note.grid},
+            {"month", note.month},
+            {"cells", note.cells},
+            {"flags", std::move(flags)}};
 }
 
 }  // namespace
@@ -110,7 +143,8 @@ void Journal::begin(const RunHeading& heading) {
     for (const auto& [field, value] : heading.settings) record["settings"][field] = value;
     record["sources"] = Json::object();
     for (const auto& [step, run] : heading.sources) record["sources"][step] = run;
-    for (const char* list : {"inputs", "statements", "surfaces", "outputs", "warnings"}) {
+    for (const char* list :
+         {"inputs", "statements", "surfaces", "quality", "outputs", "warnings"}) {
         record[list] = Json::array();
     }
     run_->store();
@@ -119,6 +153,10 @@ void Journal::begin(const RunHeading& heading) {
 
 void Journal::surface(const SurfaceNote& note) {
     if (run_) run_->record["surfaces"].push_back(jsonOf(note));
+}
+
+void Journal::quality(const QualityNote& note) {
+    if (run_) run_->record["quality"].push_back(jsonOf(note));
 }
 
 void Journal::warning(const std::string& text) {

@@ -27,6 +27,7 @@ class Journal : public IRunJournal {
 
     void begin(const RunHeading& heading) override;
     void surface(const SurfaceNote& note) override;
+    void quality(const QualityNote& note) override;
     void warning(const std::string& text) override;
     void end(RunEnding ending) override;
 

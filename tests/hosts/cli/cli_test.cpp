@@ -34,7 +34,7 @@ TEST_F(Command, RunsReferenceEt) {
     EXPECT_THAT(ran.output, HasSubstr("use ASCE Std  Penman-Monteith (Short Crop: Grass) ..."));
     EXPECT_THAT(ran.output, HasSubstr("message: Time for estimating referece ET: "));
     EXPECT_TRUE(fixture.hasOutput("RefET_Jun_2"));
-    EXPECT_THAT(run("--quiet run refet").output, testing::StartsWith("message: Time"));
+    EXPECT_THAT(run("--quiet run refet").output, HasSubstr("\nmessage: Time"));
     const auto info = nlohmann::json::parse(run("--json grid info RefET_Jun_2").output);
     EXPECT_EQ(info.at("columns"), 37);
     EXPECT_EQ(info.at("crs"), "NAD83 / UTM zone 12N (EPSG:26912)");

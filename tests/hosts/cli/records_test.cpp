@@ -124,6 +124,46 @@ TEST_F(Records, AStationThatIsLeftOutHasAReason) {
     EXPECT_EQ(surfaces.size(), 60U);
 }
 
+// The counts are those that a look at all cells of the sample's grids (NumPy) gives.
+TEST_F(Records, HoldWhatNoPhysicsAllows) {
+    const json months = record("refet").at("quality");
+    ASSERT_EQ(months.size(), 12U);
+    const json& december = months.at(11);
+    EXPECT_EQ(december.at("grid"), "RefET_Dec_2");
+    EXPECT_EQ(december.at("month"), "Dec");
+    EXPECT_EQ(december.at("cells"), 75000);
+    const json& negative = december.at("flags").at(0);
+    EXPECT_EQ(negative.at("flag"), "reference ET below 0");
+    EXPECT_EQ(negative.at("bit"), 1);
+    EXPECT_EQ(negative.at("cells"), 30555);
+    EXPECT_NEAR(negative.at("share"), 0.4074, 1e-9);
+    EXPECT_NEAR(negative.at("worst").at("value"), -1.23790, 1e-5);
+    EXPECT_EQ(negative.at("worst").at("unit"), "inches");
+    EXPECT_EQ(negative.at("worst").at("column"), 6);
+    EXPECT_EQ(negative.at("worst").at("row"), 2);
+    EXPECT_EQ(december.at("flags").at(1).at("cells"), 37320);
+    EXPECT_EQ(december.at("flags").at(2).at("cells"), 11712);
+    EXPECT_THAT(record("refet").at("warnings"),
+                Contains(testing::StartsWith("RefET_Dec_2: 41 % of the cells: reference ET below 0 "
+                                             "(lowest -1.24 inches at column 6, row 2); 50 %: ")));
+    for (const json& surface : record("refet").at("surfaces")) {
+        if (surface.at("surface") != "TD_Dec") continue;
+        EXPECT_GT(surface.at("line").at("slope_probability"), 0.05);
+        EXPECT_EQ(surface.at("line").at("highest_station"), 1920.2);
+    }
+}
+
+TEST_F(Records, GridsOfFlagsAreMadeWhereTheyAreAskedFor) {
+    EXPECT_FALSE(std::filesystem::exists(basin("output/QA_Dec_2")));
+    EXPECT_EQ(inBasin("run ppt --quality").status, 2);
+    const Outcome made = inBasin("--json run refet --quality");
+    ASSERT_EQ(made.status, 0) << made.told;
+    EXPECT_THAT(pathsOf(record("refet").at("outputs")), Contains("QA_Dec_2"));
+    EXPECT_TRUE(std::filesystem::exists(basin("output/QA_Dec_2")));
+    EXPECT_EQ(inBasin("verify --bands 0").status, 1);  // the steps after it are older
+    EXPECT_EQ(inBasin("run all --quality --only refet").status, 0);
+}
+
 TEST_F(Records, NameUserAndMachineUnlessTheyMustNot) {
     EXPECT_TRUE(record("ppt").at("started_by").contains("user"));
     EXPECT_TRUE(record("ppt").at("started_by").contains("machine"));
