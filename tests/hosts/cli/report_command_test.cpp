@@ -71,7 +71,7 @@ TEST_F(ReportCommand, IsPrintedByABrowserWithAllThatIsFoldedOpen) {
     EXPECT_THAT(without.told, HasSubstr("No browser that can print a page into a PDF file is in "
                                         "PATH (chromium, chromium-browser, google-chrome)"));
     // A browser whose paper is the page itself.
-    const std::string browser = folder + "/bin/google-chrome";
+    const std::string browser = folder + "/bin/chromium";
     const auto make = [&](const std::string& head) {
         std::filesystem::create_directory(folder + "/bin");
         test::write(browser,
@@ -88,7 +88,7 @@ TEST_F(ReportCommand, IsPrintedByABrowserWithAllThatIsFoldedOpen) {
     make("nothing");
     const Outcome failed = printed("PATH=" + folder + "/bin:$PATH");
     EXPECT_EQ(failed.status, 1);
-    EXPECT_THAT(failed.told, HasSubstr("google-chrome has not printed the page into "));
+    EXPECT_THAT(failed.told, HasSubstr("chromium has not printed the page into "));
     EXPECT_FALSE(std::filesystem::exists(folder + "/page.pdf"));
     make("%PDF-1.4");
     const Outcome done = printed("PATH=" + folder + "/bin:$PATH");

@@ -46,7 +46,11 @@ class Outlines {
             platform_.features()
                 .openFeatureClass(settings_.Zones)
                 ->forEachRing(g.crs, [&](std::span<const Point> ring) { append(path, ring, g); });
-            return "<path id=\"" + id + "\" class=\"zone\" d=\"" + path + "\"/>";
+            // Its look goes with it, as style sheets may not reach what a reference shows.
+            return "<path id=\"" + id +
+                   "\" fill=\"none\" stroke=\"#20343d\" stroke-width=\".8\" "
+                   "vector-effect=\"non-scaling-stroke\" d=\"" +
+                   path + "\"/>";
         } catch (const PlatformError& e) {
             failed_ = true;
             if (missing_) {

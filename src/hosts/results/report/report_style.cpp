@@ -28,7 +28,6 @@ td:first-child{white-space:nowrap}
 .maps figure{margin:0;width:180px}
 .map{position:relative}
 .map svg.over{position:absolute;left:0;top:0;width:100%;height:100%;overflow:hidden}
-.map .zone{fill:none;stroke:#20343d;stroke-width:.8;vector-effect:non-scaling-stroke}
 .bar{display:flex;align-items:center;gap:8px;font-size:13px}
 .bar i{height:6px;border:1px solid var(--ink);border-top:0}
 .maps img{width:100%;display:block;border:1px solid var(--line)}
