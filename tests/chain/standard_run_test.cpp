@@ -8,7 +8,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iomanip>
+#include <locale>
 #include <numbers>
+#include <sstream>
 
 #include "gis/errors.h"
 #include "gis/month_names.h"
@@ -237,12 +240,14 @@ TEST_F(StandardGrids, TheirMeansAreTold) {
     };
     const double ours = meanOf("RefET_Oct_4");
     const double theirs = meanOf("RefETstd_Oct_4");
-    char text[200];
-    std::snprintf(text, sizeof text, "mean is %.3f inches, %.3f (%.1f %%) against RefET_Oct_4",
-                  theirs, theirs - ours, 100 * (theirs / ours - 1));
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << std::fixed << std::setprecision(3) << "mean is " << theirs << " inches, "
+         << theirs - ours << " (" << std::setprecision(1) << 100 * (theirs / ours - 1)
+         << " %) against RefET_Oct_4";
     EXPECT_LT(theirs, ours);
     EXPECT_THAT(f.application.prompts().notices,
-                Contains(AllOf(StartsWith("RefETstd_Oct_4: "), EndsWith(text))));
+                Contains(AllOf(StartsWith("RefETstd_Oct_4: "), EndsWith(text.str()))));
 }
 
 TEST_F(StandardGrids, BlaneyCriddleHasItsFloor) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <locale>
 #include <sstream>
 
 #include "check/finding_groups.h"
@@ -83,6 +84,7 @@ TEST_F(CoefficientCheck, LandWithoutARowIsToldWithItsAcres) {
         if (field.key == fields[1].key) acres += test::areaOf(field) / 4047;
     }
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text.precision(12);
     text << std::round(acres * 10) / 10;
     std::vector<std::string> single;
