@@ -92,7 +92,7 @@ std::string printingBrowser() {
     for (const char* browser : kBrowsers) {
         std::istringstream folders(path ? path : "");
         for (std::string folder; std::getline(folders, folder, ':');) {
-            const std::string program = joinedPath(folder, browser);
+            std::string program = joinedPath(folder, browser);
             if (!folder.empty() && ::access(program.c_str(), X_OK) == 0) return program;
         }
     }
