@@ -5,7 +5,7 @@
 #include "modelling/station_fields.h"
 #include "modelling/surface_diagnostics.h"
 #include "modelling/surface_ground.h"
-#include "settings/settings_fields.h"
+#include "settings/recorded_settings.h"
 
 namespace velmora {
 
@@ -16,9 +16,7 @@ RunHeading headingOf(const RunSettings& settings, const std::string& step, const
     heading.folder = settings.OutputWorkspace;
     heading.step = step;
     heading.run = note.run;
-    for (const SettingsField& field : settingsFields()) {
-        heading.settings.emplace_back(field.name, settingsText(settings, field));
-    }
+    heading.settings = settingsTexts(settings);
     heading.sources = note.used;
     heading.workingFields = {kTemperatureField, kPrecipitationField};
     return heading;

@@ -32,7 +32,15 @@ struct Take {
 
 }  // namespace
 
-RunSettings recordedRunSettings(const std::vector<std::pair<std::string, std::string>>& texts) {
+SettingsTexts settingsTexts(const RunSettings& settings) {
+    SettingsTexts texts;
+    for (const SettingsField& field : settingsFields()) {
+        texts.emplace_back(field.name, settingsText(settings, field));
+    }
+    return texts;
+}
+
+RunSettings recordedRunSettings(const SettingsTexts& texts) {
     RunSettings settings;
     for (const auto& [name, text] : texts) {
         if (const SettingsField* field = findSettingsField(name)) {

@@ -77,4 +77,18 @@ struct ChainCommand : Command {
     }
 };
 
+// With the sample basin made, in the folder "basin".
+struct BasinCommand : Command {
+    void SetUp() override {
+        Command::SetUp();
+        const Outcome made = run("--quiet demo basin");
+        ASSERT_EQ(made.status, 0) << made.output;
+    }
+
+    std::string basin(const std::string& name) const { return folder + "/basin/" + name; }
+    Outcome inBasin(const std::string& words) {
+        return run("--settings-folder basin/settings " + words);
+    }
+};
+
 }  // namespace velmora::test

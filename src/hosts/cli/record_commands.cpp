@@ -9,8 +9,8 @@
 #include "hosts/cli/commands.h"
 #include "hosts/cli/console.h"
 #include "hosts/cli/headless_application.h"
+#include "hosts/results/reading_results.h"
 #include "settings/recorded_settings.h"
-#include "settings/settings_fields.h"
 #include "settings/stored_settings.h"
 
 namespace velmora::cli {
@@ -18,7 +18,6 @@ namespace velmora::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using SettingsTexts = std::vector<std::pair<std::string, std::string>>;
 
 struct Folder {
     std::string path;
@@ -31,11 +30,7 @@ Folder folderOf(HeadlessApplication& application, const Session& session,
     IFileSystem& files = application.platform().files();
     if (!given.empty()) return {wholePath(given), {}};
     const RunSettings settings = requiredSettings(files, session.settingsFolder);
-    Folder folder{settings.OutputWorkspace, {}};
-    for (const SettingsField& field : settingsFields()) {
-        folder.settings.emplace_back(field.name, settingsText(settings, field));
-    }
-    return folder;
+    return {settings.OutputWorkspace, settingsTexts(settings)};
 }
 
 using Samples = std::vector<SampledProduct>;
@@ -121,7 +116,7 @@ void printVerification(const platform::Verification& found, const Samples& sampl
 int verify(const Session& session, const std::string& given, int bands) {
     HeadlessApplication application(session.settingsFolder, session.terminal);
     const Folder folder = folderOf(application, session, given);
-    const auto reading = application.platform().files().shareFolder(folder.path);
+    const auto reading = readingResults(application.platform().files(), folder.path);
     platform::Verification found = platform::verifyRecords(folder.path, folder.settings);
     Samples samples;
     if (bands > 0) samples = rerun(application, found, folder.path, bands);

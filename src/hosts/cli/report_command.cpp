@@ -5,9 +5,9 @@
 #include "hosts/cli/pdf_printing.h"
 #include "hosts/results/reading_results.h"
 #include "hosts/results/report/report_page.h"
+#include "settings/recorded_settings.h"
 #include "settings/run_gate.h"
 #include "settings/run_state.h"
-#include "settings/settings_fields.h"
 
 namespace velmora::cli {
 
@@ -17,12 +17,8 @@ namespace {
 std::vector<std::string> mismatchLines(const RunSettings& settings) {
     std::vector<std::string> lines;
     if (readRunRecords(settings.OutputWorkspace).none()) return lines;
-    std::vector<std::pair<std::string, std::string>> texts;
-    for (const SettingsField& field : settingsFields()) {
-        texts.emplace_back(field.name, settingsText(settings, field));
-    }
     for (const platform::Mismatch& mismatch :
-         platform::verifyRecords(settings.OutputWorkspace, texts).mismatches) {
+         platform::verifyRecords(settings.OutputWorkspace, settingsTexts(settings)).mismatches) {
         lines.push_back(mismatch.path + ": " + mismatch.text);
     }
     return lines;

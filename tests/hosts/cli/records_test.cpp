@@ -15,7 +15,6 @@ namespace velmora {
 namespace {
 
 using nlohmann::json;
-using test::Command;
 using test::Outcome;
 using testing::AllOf;
 using testing::Contains;
@@ -23,17 +22,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-struct Records : Command {
-    void SetUp() override {
-        Command::SetUp();
-        const Outcome made = run("--quiet demo basin");
-        ASSERT_EQ(made.status, 0) << made.output;
-    }
-
-    std::string basin(const std::string& name) const { return folder + "/basin/" + name; }
-    Outcome inBasin(const std::string& words) {
-        return run("--settings-folder basin/settings " + words);
-    }
+struct Records : test::BasinCommand {
     json record(const std::string& step) const {
         return json::parse(test::contentOf(basin("output/velmora_record_" + step + ".json")));
     }
@@ -289,6 +278,15 @@ TEST_F(Records, VerifyFindsASettingThatHasChanged) {
     EXPECT_EQ(inBasin("verify").status, 1);
     EXPECT_EQ(run("verify --bands 0 basin/output").status,
               0);  // on its own the folder is of one piece
+}
+
+TEST_F(Records, VerifyPassesOverASettingThatNoNumberDependsOn) {
+    const std::string shown = record("ppt").at("settings").at("ShowMonitor");
+    ASSERT_EQ(
+        inBasin("settings apply ShowMonitor=" + std::string(shown == "true" ? "false" : "true"))
+            .status,
+        0);
+    EXPECT_TRUE(verified().at("clean"));
 }
 
 TEST_F(Records, VerifyFindsAStepThatWasRepeatedOnOtherSettings) {

@@ -13,22 +13,11 @@ namespace velmora {
 namespace {
 
 using nlohmann::json;
-using test::Command;
 using test::Outcome;
 using testing::HasSubstr;
 using testing::Not;
 
-struct ReportCommand : Command {
-    void SetUp() override {
-        Command::SetUp();
-        const Outcome made = run("--quiet demo basin");
-        ASSERT_EQ(made.status, 0) << made.output;
-    }
-
-    std::string basin(const std::string& name) const { return folder + "/basin/" + name; }
-    Outcome inBasin(const std::string& words) {
-        return run("--settings-folder basin/settings " + words);
-    }
+struct ReportCommand : test::BasinCommand {
     std::string pageOf(const std::string& options) {
         const Outcome made = inBasin("report " + options + " page.html");
         EXPECT_EQ(made.status, 0) << made.output;

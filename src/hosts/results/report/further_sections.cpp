@@ -25,7 +25,7 @@ std::string waterAccount(IPlatform& platform, const RunResults& results,
     if (!results.account) return notMade("account", "Water account", results.noAccount, missing);
     try {
         const Account& account = *results.account;
-        const std::string html = accountSection(account, annexOf(platform, account), usUnits());
+        std::string html = accountSection(account, annexOf(platform, account), usUnits());
         if (missing) {
             for (const std::string& text : unclosed(residualsOf(account))) missing->push_back(text);
         }
@@ -39,7 +39,7 @@ std::string papersChoices(IPlatform& platform, const RunResults& results,
                           std::vector<std::string>* missing) {
     const Product& reference = productMadeBy("refet");
     try {
-        const std::string html =
+        std::string html =
             standardSection(standardDifferences(platform, results.settingsOf(reference)));
         if (html.empty()) return html;
         const std::size_t body = html.find("</h2>") + 5;
