@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "irrigation/irrigation_database.h"
@@ -32,7 +33,10 @@ class ChangeLog {
         std::string zone;
         std::string item;     // crop type or method
         std::size_t nth = 0;  // of the rows that have the same of these
-        auto operator<=>(const RowKey&) const = default;
+        bool operator<(const RowKey& other) const {
+            return std::tie(table, zone, item, nth) <
+                   std::tie(other.table, other.zone, other.item, other.nth);
+        }
     };
     using Rows = std::map<RowKey, Values>;
     struct Change {

@@ -24,9 +24,11 @@ SurfaceGround groundOf(const StationSurface& surface) {
     const auto trend = surface.trend();
     if (!trend) return ground;
     const auto pairs = stations.pairs(surface.field(), surface.valid());
-    const auto [lowest, highest] =
-        std::ranges::minmax(pairs, {}, [](const ElevationPair& p) { return p.elevation; });
-    ground.elevation = Range{lowest.elevation, highest.elevation};
+    for (const ElevationPair& pair : pairs) {
+        if (!ground.elevation) ground.elevation = Range{pair.elevation, pair.elevation};
+        ground.elevation->low = std::min(ground.elevation->low, pair.elevation);
+        ground.elevation->high = std::max(ground.elevation->high, pair.elevation);
+    }
     ground.slopeProbability = slopeProbability(pairs, *trend);
     return ground;
 }
