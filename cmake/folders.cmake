@@ -2,7 +2,8 @@
 # velmora_folder(NAME [WITHOUT SOURCE...] [LINKS TARGET...] [PRIVATE TARGET...]): the static library of one folder of
 # src/ that belongs to a host or to the platform. velmora_room(NAME): a folder of the extension; all of them make one library that is in a
 # process once (velmora_steps, see src/CMakeLists.txt), so that nobody can link one alone.
-# tests/checks/includes.sh holds what a folder may include. Every header is also compiled alone.
+# tests/checks/includes.sh holds what a folder may include. Every header is also compiled alone;
+# one build is enough for that, and it is not the slow one under the sanitizers.
 function(velmora_folder NAME)
   cmake_parse_arguments(ARG "" "" "WITHOUT;LINKS;PRIVATE" ${ARGN})
   velmora_sources(SOURCES)
@@ -50,7 +51,7 @@ function(velmora_headers_alone NAME)
     endif()
     list(APPEND ALONE ${UNIT})
   endforeach()
-  if(ALONE AND BUILD_TESTING AND NOT VELMORA_CORE)
+  if(ALONE AND BUILD_TESTING AND NOT VELMORA_CORE AND NOT VELMORA_SANITIZE)
     add_library(velmora_${NAME}_headers OBJECT ${ALONE})
     target_include_directories(velmora_${NAME}_headers PRIVATE ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(velmora_${NAME}_headers PRIVATE velmora_${NAME} ${ARGN} velmora_options)
