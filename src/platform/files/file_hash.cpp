@@ -49,7 +49,11 @@ void readThrough(const std::string& path, std::size_t chunk, Take take) {
 
 class Sha256 {
   public:
-    Sha256() : context_(EVP_MD_CTX_new()) {
+    // Without the machine's configuration of the library, which has nothing to say here and would be
+    // loaded by whichever thread hashes first.
+    Sha256() {
+        OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+        context_.reset(EVP_MD_CTX_new());
         check(context_ && EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) == 1);
     }
     void add(std::span<const char> bytes) {
