@@ -56,7 +56,7 @@ std::string runNotes(const std::string& bytes, Messages messages) {
 std::string recordText(const std::string& bytes) {
     auto record = nlohmann::json::parse(bytes, nullptr, false);
     if (!record.is_object()) return bytes;
-    for (const char* key : {"run", "began", "ended"}) record.erase(key);
+    for (const char* key : {"run", "began", "ended", "xxh3"}) record.erase(key);
     for (auto& [step, run] : record["sources"].items()) run = "";
     for (const char* list : {"inputs", "outputs"}) {
         for (auto& dataset : record[list]) {

@@ -109,8 +109,7 @@ struct Journal::Run {
 
     void store() const {
         UnfinishedFile file(path);
-        writeWholeFile(file.path(),
-                       record.dump(1, ' ', false, Json::error_handler_t::replace) + "\n");
+        writeWholeFile(file.path(), recordText(record));
         file.finish();
     }
 };

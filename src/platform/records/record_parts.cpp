@@ -28,6 +28,8 @@ namespace {
 
 constexpr const char* kPrefix = "velmora_record_";
 constexpr const char* kTileFile = "/w001001.adf";
+constexpr const char* kOwnHash = ",\n \"xxh3\": \"";
+constexpr const char* kAfterOwnHash = "\"\n}\n";
 
 // The SHA-256 of a file that has been read in this process, while its size and time stay.
 std::string sha256Of(const FileState& file) {
@@ -132,6 +134,19 @@ std::string firstOf(const std::string& wkt, std::initializer_list<const char*> k
 
 std::string recordPath(const std::string& folder, const std::string& step) {
     return joinedPath(folder, kPrefix + step + ".json");
+}
+
+std::string recordText(const Json& record) {
+    std::string text = record.dump(1, ' ', false, Json::error_handler_t::replace);
+    text.resize(text.rfind("\n}"));
+    return text + kOwnHash + xxh3Of(text) + kAfterOwnHash;
+}
+
+bool isAsWritten(const std::string& text) {
+    const auto end = text.rfind(kOwnHash);
+    if (end == std::string::npos) return false;
+    const std::string written = text.substr(0, end);
+    return text == written + kOwnHash + xxh3Of(written) + kAfterOwnHash;
 }
 
 std::string stepOfRecord(const std::string& path) {

@@ -18,6 +18,12 @@ std::string recordPath(const std::string& folder, const std::string& step);
 // The step whose record the path is; "" for other files.
 std::string stepOfRecord(const std::string& path);
 
+// The text of a record's file. Its last member, "xxh3", is the hash of all bytes before it, so that
+// what has changed since is found.
+std::string recordText(const Json& record);
+// Whether the text is as recordText() made it.
+bool isAsWritten(const std::string& text);
+
 // Outputs of the other steps' records in a folder, by path; records that cannot be understood make
 // none.
 struct MadeElsewhere {

@@ -49,12 +49,13 @@ StoredRecord storedRecord(const std::string& path) {
         const auto keep = [](int depth, Json::parse_event_t, const Json&) {
             return depth < kDeepest;
         };
-        record.json =
-            Json::parse(readWholeFile(path, std::numeric_limits<std::size_t>::max()), keep);
+        const std::string text = readWholeFile(path, std::numeric_limits<std::size_t>::max());
+        record.json = Json::parse(text, keep);
         requireForm(record.json);
-        if (record.json.at("step") != record.step) record.error = "it is of another step";
+        if (record.json.at("step") != record.step) record.error = "is of another step";
+        if (!isAsWritten(text)) record.error = "has been changed since its run wrote it";
     } catch (const Json::exception& e) {
-        record.error = e.what();
+        record.error = std::string("cannot be understood: ") + e.what();
     }
     if (!record.error.empty()) record.json = nullptr;
     return record;

@@ -12,7 +12,7 @@ struct StoredRecord {
     std::string path;
     std::string step;
     nlohmann::ordered_json json;
-    std::string error;  // why it cannot be understood; then `json` is null
+    std::string error;  // "cannot be understood: ..."; then `json` is null
 };
 
 // All records of a folder, in the order in which their runs began; those that cannot be understood

@@ -77,7 +77,7 @@ class Verifier {
     Verification result(const std::vector<std::pair<std::string, std::string>>& settings) {
         for (const StoredRecord& record : records_) {
             if (record.json.is_null()) {
-                tell("", record.path, "cannot be understood: " + record.error);
+                tell("", record.path, record.error);
                 continue;
             }
             found_.runs.push_back(recordedRun(record));

@@ -135,7 +135,8 @@ TEST_F(Records, HoldWhatNoPhysicsAllows) {
     EXPECT_THAT(record("refet").at("warnings"),
                 Contains(testing::StartsWith("RefET_Dec_2: 41 % of the cells: reference ET below 0 "
                                              "(lowest -1.24 inches at column 6, row 2); 50 %: ")));
-    for (const json& surface : record("refet").at("surfaces")) {
+    const json refet = record("refet");
+    for (const json& surface : refet.at("surfaces")) {
         if (surface.at("surface") != "TD_Dec") continue;
         EXPECT_GT(surface.at("line").at("slope_probability"), 0.05);
         EXPECT_EQ(surface.at("line").at("highest_station"), 1920.2);
@@ -307,6 +308,13 @@ TEST_F(Records, VerifyTellsADamagedRecordAndNone) {
     EXPECT_THAT(textsOf(verified()),
                 AllOf(Contains(HasSubstr("velmora_record_kc.json: cannot be understood")),
                       Contains(HasSubstr("cropet read grids of kc, of which there is no record"))));
+    // One byte that JSON has no objection to.
+    std::string changed = whole;
+    changed[changed.find("\"began\": \"2") + 13] ^= 1;
+    ASSERT_TRUE(json::accept(changed));
+    test::write(path, changed);
+    EXPECT_THAT(textsOf(verified()), Contains(HasSubstr("velmora_record_kc.json: has been changed "
+                                                        "since its run wrote it")));
     std::filesystem::create_directory(folder + "/empty");
     const Outcome none = run("verify empty");
     EXPECT_EQ(none.status, 1);
