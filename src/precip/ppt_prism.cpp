@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "gis/numbers.h"
 #include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "precip/precipitation_rules.h"
@@ -31,20 +32,20 @@ void PrecipitationRun::prismMonth(int month) {
 }
 
 // A station without a reference value that has something in the working field gets a ratio to that,
-// which seldom means anything: the user is told once.
+// which seldom means anything: the user is told once, with what is there.
 void PrecipitationRun::warnOfKeptValues(const std::string& path, const std::string& field,
                                         const std::vector<std::optional<double>>& references) {
     if (toldOfKeptValues_) return;
     std::vector<std::string> names;
     for (std::size_t station = 0; station < references.size(); ++station) {
-        if (!references[station] && stations_->number(station, stations_->workingField()) &&
-            stations_->number(station, field)) {
-            names.push_back(stations_->name(station));
+        const auto held = stations_->number(station, stations_->workingField());
+        if (!references[station] && held && stations_->number(station, field)) {
+            names.push_back(stations_->name(station) + " (" + numberText(*held) + ")");
         }
     }
     if (names.empty()) return;
     toldOfKeptValues_ = true;
-    application_.prompts().message(
+    application_.prompts().notice(
         "The reference grid " + path + " has no value at " + joinedNames(names) +
         ": their ratios are made to what the stations' field RefPPT held before. Delete that field "
         "from " +

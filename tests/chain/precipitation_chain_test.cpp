@@ -10,6 +10,7 @@
 #include <random>
 
 #include "gis/month_names.h"
+#include "gis/numbers.h"
 #include "platform/threads/parallel_loop.h"
 #include "precip/precipitation_run.h"
 #include "tests/support/plain_kriging.h"
@@ -757,9 +758,10 @@ TEST_F(PrismChain, KeptValuesAreToldOnce) {
     }
     f.settings.EndMonth = "Aug";
     ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
-    EXPECT_EQ(std::ranges::count_if(f.application.messages(),
-                                    [](const std::string& m) {
-                                        return m.find("has no value at S") != std::string::npos;
+    EXPECT_EQ(std::ranges::count_if(f.application.prompts().notices,
+                                    [](const std::string& notice) {
+                                        return notice.find("has no value at S") !=
+                                               std::string::npos;
                                     }),
               1);
 }
@@ -786,12 +788,16 @@ TEST_F(PrismChain, AStationWithoutReferenceKeepsWhatItsFieldHeld) {
     coarse.columns = 8;
     f.makeReferenceGrid(7, coarse, [&](int c, int r) { return reference(7, c, r); });
     ASSERT_TRUE(f.runPrecipitation()) << f.allMessages();
-    EXPECT_NE(f.allMessages().find("has no value at S"), std::string::npos);
+    std::string told;
+    for (const std::string& notice : f.application.prompts().notices) told += notice + "\n";
+    EXPECT_NE(told.find("has no value at S"), std::string::npos) << told;
     for (std::size_t i = 0; i < stations.size(); ++i) {
         const Station& s = stations[i];
         if (s.x < 399000 + 8 * 1500) continue;
         const double june = 2540 * stored(s, 6) / referenceAt(6, {s.x, s.y});
         EXPECT_NEAR(std::get<double>(stationValue(i, "RefPPT")), 2540 * stored(s, 7) / june, 1e-6);
+        const std::string held = s.name + " (" + numberText(june).substr(0, 6);
+        EXPECT_NE(told.find(held), std::string::npos) << held << ": " << told;
     }
 }
 

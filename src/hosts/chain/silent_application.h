@@ -35,7 +35,7 @@ class SilentApplication : public IApplication {
         bool confirm(const std::string&, const std::string&) override { return false; }
         void showFailure(const std::string& text, const std::string&) override { keep(text); }
         void showReason(const std::string& text) override { keep(text); }
-        void showNotice(const std::string&) override {}
+        void showNotice(const std::string& text) override { texts.push_back(text); }
         void keep(const std::string& text) {
             if (first.empty()) first = text;
         }
