@@ -234,7 +234,7 @@ class Sampling {
             ++found_.grids;
             const RasterPtr grid = made->openRasterDataset(name)->createDefaultRaster();
             const GridGeometry& geometry = grid->geometry();
-            const GridGeometry& now = stored(name)->geometry();
+            const GridGeometry now = stored(name)->geometry();
             if (geometry.columns != now.columns || geometry.rows != now.rows) {
                 found_.differences.push_back(name + ": made again it has other cells");
                 continue;
