@@ -2,9 +2,11 @@
 // Single operations at 1,000,000 cells.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+
 #include "bench/big_basin.h"
+#include "gis/grid_tiles.h"
 #include "platform/platform.h"
-#include "refet/cell_transfer.h"
 #include "refet/refet_pass.h"
 #include "refet/work_database.h"
 
@@ -34,8 +36,8 @@ struct Scene {
         }
         return all;
     }
-    void fill(CellTable& table) {
-        table.createRecords(geometry.cells());
+    void fill(CellTable& table) const {
+        table.createRecords({0, 0, geometry.columns, geometry.rows});
         const std::pair<CellField, double> values[] = {
             {CellField::Latitude, 40}, {CellField::Elevation, 1500}, {CellField::TM, 28},
             {CellField::TN, 12},       {CellField::TD, 7},           {CellField::SR, 24},
@@ -80,25 +82,36 @@ void readIntoField(benchmark::State& state) {
     Scene scene;
     scene.workspace->save(std::array{
         RasterToSave{"g", scene.platform.analysis().constant(scene.geometry, 1), "GRID"}});
-    CellTable table;
-    table.createRecords(scene.geometry.cells());
-    table.writable(CellField::TM);
     perCell(state, [&] {
         const auto raster = scene.workspace->openRasterDataset("g")->createDefaultRaster();
-        gridIntoField(scene.platform.loop(), *raster, table, CellField::TM);
+        forEachTile(scene.platform.loop(), scene.geometry, [&](const CellBlock& block) {
+            CellTable table(block);
+            gridIntoField(*raster, table, CellField::TM);
+        });
     });
 }
 BENCHMARK(readIntoField)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+// On one thread, a tile at a time.
 void equations(benchmark::State& state) {
-    Scene scene;
-    CellTable table;
-    scene.fill(table);
+    const Scene scene;
+    CellTable whole;
+    scene.fill(whole);
+    CellTable tile({0, 0, kTileColumns, kTileRows});
+    for (int f = 0; f < kCellFields; ++f) {
+        const auto field = static_cast<CellField>(f);
+        const auto from = whole.values(field);
+        if (!from.empty()) {
+            std::copy_n(from.begin(), tile.rowCount(), tile.writable(field).begin());
+        }
+    }
     const auto method = static_cast<RefEtMethod>(state.range(0));
-    const ElevationParts parts = elevationParts(scene.platform.loop(), table);
+    const ElevationParts parts = elevationParts(tile);
+    const std::size_t tiles = whole.rowCount() / tile.rowCount();
     perCell(state, [&] {
-        calculateRefEt(scene.platform.loop(), table, parts, method, {16, 7, 2006}, kSide,
-                       static_cast<double>(kNoData));
+        for (std::size_t k = 0; k < tiles; ++k) {
+            calculateRefEt(tile, parts, method, {16, 7, 2006}, static_cast<double>(kNoData));
+        }
     });
 }
 BENCHMARK(equations)
@@ -107,11 +120,27 @@ BENCHMARK(equations)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
+// All rows at hand.
+class WholeTable : public IRowSource {
+  public:
+    explicit WholeTable(const CellTable& table) : table_(table) {}
+    std::size_t rowCount() const override { return table_.rowCount(); }
+    int columnCount() const override { return kCellFields; }
+    std::size_t next(std::size_t first) override { return table_.rowCount() - first; }
+    std::span<const double> column(int position) const override {
+        return table_.values(static_cast<CellField>(position));
+    }
+
+  private:
+    const CellTable& table_;
+};
+
 void workDatabase(benchmark::State& state) {
     Scene scene;
     CellTable table;
     scene.fill(table);
-    perCell(state, [&] { storeWorkDatabase(scene.platform, scene.folder + "/GridOP", table); });
+    WholeTable rows(table);
+    perCell(state, [&] { storeWorkDatabase(scene.platform, scene.folder + "/GridOP", rows); });
 }
 BENCHMARK(workDatabase)->Unit(benchmark::kMillisecond)->UseRealTime();
 

@@ -130,8 +130,8 @@ class InputCheck {
                     " cells of " + numberText(settings_.CellSize) + " m in " +
                     platform_.spatialReferences().name(geometry_->crs));
             tellDegrees(geometry_->extent());
-            requireMemory(platform_.files(), *geometry_);
-            appendFindings(checkRunNeeds(settings_, *geometry_));
+            requireRoom(platform_.files(), settings_, *geometry_);
+            appendFindings(checkRunNeeds(platform_.files(), settings_, *geometry_));
         } catch (const PlatformError& e) {
             add(Severity::error, "ExtentProvider, CellSize", e.what());
         }

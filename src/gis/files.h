@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace velmora {
@@ -50,7 +51,8 @@ class IFileSystem {
     // Asks that everything written below the folder reaches the disk: the last act of whoever wrote
     // there. Throws when something could not be stored.
     virtual void settle(const std::string& folder) = 0;
-    virtual std::uint64_t freeMemory() const = 0;  // bytes a run may take
+    // Bytes left on the disk of a folder; nothing where that cannot be known.
+    virtual std::optional<std::uint64_t> freeSpace(const std::string& folder) const = 0;
 };
 
 }  // namespace velmora

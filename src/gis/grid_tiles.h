@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "gis/parallel.h"
 #include "gis/rasters.h"
 
 namespace velmora {
@@ -30,6 +31,23 @@ struct GridTiles {
         return {column, row, std::min(kTileColumns, geometry.columns - column),
                 std::min(kTileRows, geometry.rows - row)};
     }
+    // The tile that holds the block's first cell.
+    std::size_t indexOf(const CellBlock& block) const {
+        return static_cast<std::size_t>(block.row / kTileRows) * static_cast<std::size_t>(across) +
+               static_cast<std::size_t>(block.column / kTileColumns);
+    }
 };
+
+// Calls body(block) for every tile of the grid; tiles may be looked at at once.
+template <class Body>
+void forEachTile(IParallelLoop& loop, const GridGeometry& geometry, Body body) {
+    const GridTiles tiles(geometry);
+    loop.run(tiles.count(), static_cast<std::size_t>(tiles.across),
+             [&](std::size_t begin, std::size_t end) {
+                 for (std::size_t tile = begin; tile < end; ++tile) {
+                     body(tiles.block(tile, geometry));
+                 }
+             });
+}
 
 }  // namespace velmora

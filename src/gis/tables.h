@@ -32,13 +32,17 @@ class IRecordset {
     virtual void update() = 0;  // stores what setValue changed
 };
 
-// Columns of doubles that are handed over whole. Not-a-number stands for null.
-class IColumnSource {
+// Rows of doubles that are handed over in order, some at a time, column by column. Not-a-number
+// stands for null.
+class IRowSource {
   public:
-    virtual ~IColumnSource() = default;
+    virtual ~IRowSource() = default;
     virtual std::size_t rowCount() const = 0;
     virtual int columnCount() const = 0;
-    // The values of a column, or an empty span for a column that is null throughout.
+    // Goes on to the rows from `first` on and returns how many are at hand, one at least; `first`
+    // is where the rows before have ended, or 0. Throws PlatformError when they cannot be made.
+    virtual std::size_t next(std::size_t first) = 0;
+    // The rows at hand of a column, or an empty span for one that is null throughout; until next().
     virtual std::span<const double> column(int position) const = 0;
 };
 
@@ -69,7 +73,7 @@ class IConnection {
     virtual std::unique_ptr<ITransaction> beginTransaction() = 0;
     // Appends all rows of `source` to a table whose columns stand in the same order, in one
     // transaction.
-    virtual void append(const std::string& table, const IColumnSource& source) = 0;
+    virtual void append(const std::string& table, IRowSource& source) = 0;
 };
 
 class IConnectionFactory {

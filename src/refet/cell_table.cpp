@@ -2,9 +2,9 @@
 #include "refet/cell_table.h"
 
 #include <limits>
+#include <string>
 
 #include "gis/errors.h"
-#include "gis/text.h"
 
 namespace velmora {
 
@@ -15,58 +15,13 @@ constexpr std::array<const char*, kCellFields> kNames = {
 
 constexpr double kNull = std::numeric_limits<double>::quiet_NaN();
 
-class CellRecordset : public IRecordset {
-  public:
-    explicit CellRecordset(CellTable& table) : table_(table) {}
-    int fieldCount() const override { return kCellFields; }
-    std::string fieldName(int position) const override {
-        return kNames.at(static_cast<std::size_t>(position));
-    }
-    bool eof() const override { return at_ >= table_.rowCount(); }
-    void moveFirst() override { at_ = 0; }
-    void moveNext() override {
-        if (!eof()) ++at_;
-    }
-    FieldValue value(const std::string& field) const override {
-        const auto values = table_.values(find(field));
-        requireRecord();
-        if (values.empty() || values[at_] != values[at_]) return {};
-        return values[at_];
-    }
-    void setValue(const std::string& field, const FieldValue& value) override {
-        requireRecord();
-        const auto* number = std::get_if<double>(&value);
-        table_.writable(find(field))[at_] = number ? *number : kNull;
-    }
-    void addNew() override { throw PlatformError("The records of GGG are created all at once"); }
-    void update() override {}
-
-  private:
-    static CellField find(const std::string& field) {
-        for (std::size_t i = 0; i < kNames.size(); ++i) {
-            if (sameIgnoringCase(kNames[i], field)) return static_cast<CellField>(i);
-        }
-        throw PlatformError("The table GGG has no field " + field);
-    }
-    void requireRecord() const {
-        if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
-    }
-
-    CellTable& table_;
-    std::size_t at_ = 0;
-};
-
 }  // namespace
 
 const char* cellFieldName(CellField field) { return kNames[static_cast<std::size_t>(field)]; }
 
-void CellTable::createRecords(std::size_t records) {
-    records_ = records;
+void CellTable::createRecords(const CellBlock& block) {
+    block_ = block;
     for (auto& field : fields_) field.clear();
-}
-
-std::span<const double> CellTable::column(int position) const {
-    return fields_.at(static_cast<std::size_t>(position));
 }
 
 std::span<const double> CellTable::values(CellField field) const {
@@ -74,11 +29,41 @@ std::span<const double> CellTable::values(CellField field) const {
 }
 
 std::span<double> CellTable::writable(CellField field) {
-    auto& values = storage(field);
-    if (values.size() != records_) values.assign(records_, kNull);
+    auto& values = fields_[static_cast<std::size_t>(field)];
+    if (values.size() != rowCount()) values.assign(rowCount(), kNull);
     return values;
 }
 
-std::unique_ptr<IRecordset> CellTable::records() { return std::make_unique<CellRecordset>(*this); }
+void gridIntoField(const IRaster& raster, CellTable& table, CellField field) {
+    const CellBlock& block = table.block();
+    std::vector<float> cells(block.cells());
+    raster.read(block, cells);
+    const std::span<double> values = table.writable(field);
+    const auto columns = static_cast<std::size_t>(block.columns);
+    for (std::size_t c = 0, k = 0; c < columns; ++c) {
+        for (std::size_t at = c; at < cells.size(); at += columns, ++k) {
+            values[k] = static_cast<double>(cells[at]);
+        }
+    }
+}
+
+void fieldIntoCells(const CellTable& table, CellField field, std::span<float> cells) {
+    const auto values = table.values(field);
+    if (values.size() != table.rowCount()) {
+        throw PlatformError(std::string("the field ") + cellFieldName(field) +
+                            " of the cell table is empty");
+    }
+    recordsIntoCells(values, table.block(), cells);
+}
+
+void recordsIntoCells(std::span<const double> values, const CellBlock& block,
+                      std::span<float> cells) {
+    const auto columns = static_cast<std::size_t>(block.columns);
+    for (std::size_t c = 0, k = 0; c < columns; ++c) {
+        for (std::size_t at = c; at < block.cells(); at += columns, ++k) {
+            cells[at] = static_cast<float>(values[k]);
+        }
+    }
+}
 
 }  // namespace velmora

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The cell table "GGG": one record per grid cell, one field per quantity, all doubles. Records
-// stand column by column of the grid, top row first in each: record k belongs to grid column k /
-// rows and row k mod rows. While a run is on, the table lives in memory, field by field.
+// The cell table "GGG": one record per grid cell, one field per quantity, all doubles. A run makes
+// it block by block: what is held is the records of the cells of one block, column by column, top
+// row first in each, so that record k belongs to the block's column k / rows and row k mod rows.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <span>
-#include <string>
 #include <vector>
 
-#include "gis/tables.h"
+#include "gis/rasters.h"
 
 namespace velmora {
 
@@ -21,28 +19,36 @@ constexpr int kCellFields = 11;
 // "Latitude", "Elevation", "TM" ...
 const char* cellFieldName(CellField field);
 
-class CellTable : public IColumnSource {
+class CellTable {
   public:
-    // Makes `records` records, all fields null; whatever was there goes.
-    void createRecords(std::size_t records);
-    std::size_t rowCount() const override { return records_; }
-    int columnCount() const override { return kCellFields; }
-    std::span<const double> column(int position) const override;
+    CellTable() = default;
+    explicit CellTable(const CellBlock& block) { createRecords(block); }
 
-    // A field of all records, for whole passes. Reading a field that was never written gives an
-    // empty span.
+    // Makes a record for each cell of the block, all fields null; whatever was there goes.
+    void createRecords(const CellBlock& block);
+    const CellBlock& block() const { return block_; }
+    std::size_t rowCount() const { return block_.cells(); }
+    // Of the block.
+    std::size_t rows() const { return static_cast<std::size_t>(block_.rows); }
+
+    // A field of all records. Reading a field that was never written gives an empty span.
     std::span<const double> values(CellField field) const;
     std::span<double> writable(CellField field);
 
-    // The records one after the other, as a cursor over "Select * from GGG".
-    std::unique_ptr<IRecordset> records();
-
   private:
-    std::vector<double>& storage(CellField field) {
-        return fields_[static_cast<std::size_t>(field)];
-    }
-    std::size_t records_ = 0;
+    CellBlock block_;
     std::array<std::vector<double>, kCellFields> fields_;
 };
+
+// The block's cells of a raster into the field; no data is kNoData. Throws what reading throws.
+void gridIntoField(const IRaster& raster, CellTable& table, CellField field);
+
+// A field as cells of its block, row by row, in single precision. Throws PlatformError for one that
+// was never written.
+void fieldIntoCells(const CellTable& table, CellField field, std::span<float> cells);
+
+// The same of values in the order of the records.
+void recordsIntoCells(std::span<const double> values, const CellBlock& block,
+                      std::span<float> cells);
 
 }  // namespace velmora

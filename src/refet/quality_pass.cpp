@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace velmora {
 
 namespace {
 
-constexpr std::size_t kGrain = 8192;  // records that one piece of a loop takes at least
 constexpr double kSinglePrecision = 1e-6;
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
@@ -37,45 +37,46 @@ void addBit(double& cell, QualityFlag flag) { cell += bitOf(flag); }
 // no look of their own.
 class ColumnOfDistances {
   public:
-    ColumnOfDistances(std::span<const double> elevations, double noData,
-                      const GridGeometry& geometry, std::span<const Point> places, double limit,
-                      std::span<double> bits)
-        : elevations_(elevations),
+    ColumnOfDistances(const CellTable& table, double noData, const GridGeometry& geometry,
+                      std::span<const Point> places, double limit, std::span<double> bits)
+        : elevations_(table.values(CellField::Elevation)),
+          block_(table.block()),
           noData_(noData),
           geometry_(geometry),
           places_(places),
           limit_(limit),
           bits_(bits) {}
 
-    QualityTally tally(int column) const {
-        QualityTally found;
-        const double x = geometry_.columnCentre(column);
-        const auto first =
-            static_cast<std::size_t>(column) * static_cast<std::size_t>(geometry_.rows);
-        for (int row = 0; row < geometry_.rows;) {
-            const double distance = nearest(places_, x, geometry_.rowCentre(row));
+    // Of a column of the block.
+    void tally(int column, QualityTally& found) const {
+        const double x = geometry_.columnCentre(block_.column + column);
+        double worst = -kInfinite;
+        for (int row = 0; row < block_.rows;) {
+            const double distance = nearest(places_, x, geometry_.rowCentre(block_.row + row));
             const bool far = distance > limit_;
             int alike = cellsIn(std::fabs(distance - limit_));
-            if (far) alike = std::min(alike, cellsIn(found.worst - distance));
-            const int end = row + std::min(alike, geometry_.rows - row);
-            if (far) count(first, row, end, distance, found);
+            if (far) alike = std::min(alike, cellsIn(worst - distance));
+            const int end = row + std::min(alike, block_.rows - row);
+            if (far) count(column, row, end, distance, worst, found);
             row = end;
         }
-        return found;
     }
 
   private:
     // How many cells, from this one on, are nearer to it than that; this one at least.
     int cellsIn(double distance) const {
         const double cells = std::ceil(distance / geometry_.cellSize);
-        return static_cast<int>(std::clamp(cells, 1.0, static_cast<double>(geometry_.rows)));
+        return static_cast<int>(std::clamp(cells, 1.0, static_cast<double>(block_.rows)));
     }
     // Only the first of the cells may be worse than those before.
-    void count(std::size_t first, int row, int end, double distance, QualityTally& found) const {
+    void count(int column, int row, int end, double distance, double& worst,
+               QualityTally& found) const {
+        const auto first = static_cast<std::size_t>(column) * static_cast<std::size_t>(block_.rows);
         for (int r = row; r < end; ++r) {
             const std::size_t k = first + static_cast<std::size_t>(r);
             if (elevations_[k] == noData_) continue;
-            found.add(r == row ? distance : -kInfinite, k);
+            found.add(r == row ? distance : -kInfinite, block_, k);
+            if (r == row) worst = std::max(worst, distance);
             if (!bits_.empty() && bits_[k] != noData_) {
                 addBit(bits_[k], QualityFlag::farFromStations);
             }
@@ -83,6 +84,7 @@ class ColumnOfDistances {
     }
 
     std::span<const double> elevations_;
+    const CellBlock& block_;
     double noData_;
     const GridGeometry& geometry_;
     std::span<const Point> places_;
@@ -94,22 +96,19 @@ class ColumnOfDistances {
 
 void QualityTally::merge(const QualityTally& other) {
     if (other.cells > 0 &&
-        (cells == 0 || other.worst > worst || (other.worst == worst && other.record < record))) {
+        (cells == 0 || other.worst > worst ||
+         (other.worst == worst && std::tie(other.column, other.row) < std::tie(column, row)))) {
         worst = other.worst;
-        record = other.record;
+        column = other.column;
+        row = other.row;
     }
     cells += other.cells;
 }
 
-MonthQuality::MonthQuality(const CellTable& table, std::size_t rows, double noData,
-                           bool fullWeather, const std::optional<Range>& wind,
-                           std::span<double> bits)
-    : table_(table),
-      rows_(rows),
-      noData_(noData),
+MonthQuality::MonthQuality(double noData, bool fullWeather, const std::optional<Range>& wind)
+    : noData_(noData),
       fullWeather_(fullWeather),
-      wind_(wind ? roomy(*wind) : Range{-kInfinite, kInfinite}),
-      bits_(bits) {}
+      wind_(wind ? roomy(*wind) : Range{-kInfinite, kInfinite}) {}
 
 // Conditions are added up rather than branched on: they change from cell to cell.
 inline unsigned MonthQuality::flagsOf(const Cell& cell) const {
@@ -129,24 +128,26 @@ inline unsigned MonthQuality::flagsOf(const Cell& cell) const {
     return flags | flagIf(cell.SR < kLeastRadiationShare * Ra, radiationLow);
 }
 
-void MonthQuality::count(unsigned flags, const Cell& cell, std::size_t record,
-                         Tallies& tallies) const {
+// Calls add(flag, badness) for each flag of the cell.
+template <class Add>
+void MonthQuality::count(unsigned flags, const Cell& cell, Add add) const {
     using enum QualityFlag;
-    const auto add = [&](QualityFlag flag, auto badness) {
-        if (flags & bitOf(flag)) tallies[static_cast<std::size_t>(flag)].add(badness(), record);
+    const auto addIf = [&](QualityFlag flag, auto badness) {
+        if (flags & bitOf(flag)) add(flag, badness());
     };
-    add(negativeEt, [&] { return -cell.RefET; });
-    add(maximumBelowMinimum, [&] { return cell.TN - cell.TM; });
-    add(dewPointAboveMean, [&] { return cell.TD - cell.meanTemperature(); });
-    add(dewPointAboveMaximum, [&] { return cell.TD - cell.TM; });
-    add(radiationAboveExtraterrestrial, [&] { return cell.SR - *cell.radiation; });
-    add(radiationLow, [&] { return -cell.SR / *cell.radiation; });
-    add(windBeyondStations, [&] { return beyond(cell.WS, wind_); });
+    addIf(negativeEt, [&] { return -cell.RefET; });
+    addIf(maximumBelowMinimum, [&] { return cell.TN - cell.TM; });
+    addIf(dewPointAboveMean, [&] { return cell.TD - cell.meanTemperature(); });
+    addIf(dewPointAboveMaximum, [&] { return cell.TD - cell.TM; });
+    addIf(radiationAboveExtraterrestrial, [&] { return cell.SR - *cell.radiation; });
+    addIf(radiationLow, [&] { return -cell.SR / *cell.radiation; });
+    addIf(windBeyondStations, [&] { return beyond(cell.WS, wind_); });
 }
 
-void MonthQuality::look(std::size_t begin, std::size_t end,
-                        std::span<const std::optional<double>> radiation) {
-    const auto values = [&](CellField field) { return table_.values(field); };
+template <class Body>
+void MonthQuality::forEachCell(const CellTable& table,
+                               std::span<const std::optional<double>> radiation, Body body) const {
+    const auto values = [&](CellField field) { return table.values(field); };
     const auto RefET = values(CellField::RefET);
     const auto TM = values(CellField::TM);
     const auto TN = values(CellField::TN);
@@ -155,45 +156,53 @@ void MonthQuality::look(std::size_t begin, std::size_t end,
     const auto SR = fullWeather_ ? values(CellField::SR) : TM;
     const auto WS = fullWeather_ ? values(CellField::WS) : TM;
     const std::optional<double> none;
-    Tallies tallies;
-    std::size_t cells = 0;
-    std::size_t row = begin % rows_;
-    for (std::size_t k = begin; k < end; ++k) {
+    std::size_t row = 0;
+    for (std::size_t k = 0; k < table.rowCount(); ++k) {
         const Cell cell{
             RefET[k], TM[k], TN[k], TD[k], SR[k], WS[k], fullWeather_ ? radiation[row] : none};
-        if (++row == rows_) row = 0;
-        const bool known = cell.RefET != noData_;
-        const unsigned flags = known ? flagsOf(cell) : 0;
-        cells += known ? 1 : 0;
-        if (!bits_.empty()) bits_[k] = known ? flags : noData_;
-        if (flags != 0) count(flags, cell, k, tallies);
+        if (++row == table.rows()) row = 0;
+        body(k, cell, cell.RefET == noData_ ? 0 : flagsOf(cell));
     }
+}
+
+void MonthQuality::look(const CellTable& table, std::span<const std::optional<double>> radiation) {
+    Tallies tallies;
+    std::size_t cells = 0;
+    forEachCell(table, radiation, [&](std::size_t k, const Cell& cell, unsigned flags) {
+        cells += cell.RefET != noData_ ? 1 : 0;
+        if (flags == 0) return;
+        count(flags, cell, [&](QualityFlag flag, double badness) {
+            tallies[static_cast<std::size_t>(flag)].add(badness, table.block(), k);
+        });
+    });
     const std::lock_guard lock(mutex_);
     cells_ += cells;
     for (std::size_t f = 0; f < tallies.size(); ++f) tallies_[f].merge(tallies[f]);
 }
 
-QualityTally tallyElevations(IParallelLoop& loop, std::span<const double> elevations, double noData,
-                             const Range& range) {
-    const Range bounds = roomy(range);
-    QualityTally all;
-    std::mutex mutex;
-    loop.run(elevations.size(), kGrain, [&](std::size_t begin, std::size_t end) {
-        QualityTally found;
-        for (std::size_t k = begin; k < end; ++k) {
-            const double z = elevations[k];
-            if (z == noData || (z >= bounds.low && z <= bounds.high)) continue;
-            found.add(beyond(z, range), k);
-        }
-        const std::lock_guard lock(mutex);
-        all.merge(found);
+void MonthQuality::mark(const CellTable& table, std::span<const std::optional<double>> radiation,
+                        std::span<double> bits) const {
+    forEachCell(table, radiation, [&](std::size_t k, const Cell& cell, unsigned flags) {
+        bits[k] = cell.RefET == noData_ ? noData_ : flags;
     });
-    return all;
 }
 
-void addElevationBits(std::span<const double> elevations, double noData, const Range& range,
-                      QualityFlag flag, std::span<double> bits) {
+QualityTally tallyElevations(const CellTable& table, double noData, const Range& range) {
     const Range bounds = roomy(range);
+    const auto elevations = table.values(CellField::Elevation);
+    QualityTally found;
+    for (std::size_t k = 0; k < elevations.size(); ++k) {
+        const double z = elevations[k];
+        if (z == noData || (z >= bounds.low && z <= bounds.high)) continue;
+        found.add(beyond(z, range), table.block(), k);
+    }
+    return found;
+}
+
+void addElevationBits(const CellTable& table, double noData, const Range& range, QualityFlag flag,
+                      std::span<double> bits) {
+    const Range bounds = roomy(range);
+    const auto elevations = table.values(CellField::Elevation);
     for (std::size_t k = 0; k < elevations.size(); ++k) {
         const double z = elevations[k];
         if (bits[k] == noData || z == noData || (z >= bounds.low && z <= bounds.high)) continue;
@@ -201,22 +210,13 @@ void addElevationBits(std::span<const double> elevations, double noData, const R
     }
 }
 
-QualityTally tallyDistances(IParallelLoop& loop, std::span<const double> elevations, double noData,
-                            const GridGeometry& geometry, std::span<const Point> places,
-                            double limit, std::span<double> bits) {
-    QualityTally all;
-    if (places.empty()) return all;
-    std::mutex mutex;
-    const ColumnOfDistances columns(elevations, noData, geometry, places, limit, bits);
-    loop.run(static_cast<std::size_t>(geometry.columns), 16,
-             [&](std::size_t begin, std::size_t end) {
-                 QualityTally found;
-                 for (std::size_t c = begin; c < end; ++c)
-                     found.merge(columns.tally(static_cast<int>(c)));
-                 const std::lock_guard lock(mutex);
-                 all.merge(found);
-             });
-    return all;
+QualityTally tallyDistances(const CellTable& table, double noData, const GridGeometry& geometry,
+                            std::span<const Point> places, double limit, std::span<double> bits) {
+    QualityTally found;
+    if (places.empty()) return found;
+    const ColumnOfDistances columns(table, noData, geometry, places, limit, bits);
+    for (int column = 0; column < table.block().columns; ++column) columns.tally(column, found);
+    return found;
 }
 
 }  // namespace velmora

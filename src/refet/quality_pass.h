@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Counts the flags of a month's cells (modelling/quality.h). What differs from cell to cell and
-// month to month is looked at piece by piece while reference ET is computed and the piece is still
-// at hand; what elevation and place alone decide is counted once for months with the same stations.
-// No count depends on how many threads there are.
+// Counts the flags of a month's cells (modelling/quality.h), block by block: those of the weather
+// while reference ET is computed and the block is still at hand; what elevation and place alone
+// decide once for months with the same stations. No count depends on how many threads there are.
 #pragma once
 
 #include <array>
@@ -14,25 +13,28 @@
 #include <vector>
 
 #include "gis/grid_geometry.h"
-#include "gis/parallel.h"
 #include "modelling/quality.h"
 #include "modelling/surface_ground.h"
 #include "refet/cell_table.h"
 
 namespace velmora {
 
-// How many records have a flag, and the first of those where it is worst.
+// How many cells have a flag, and where it is worst: the first of those cells in the order of the
+// records, column by column.
 struct QualityTally {
     std::size_t cells = 0;
     double worst = -std::numeric_limits<double>::infinity();  // the greater the worse
-    std::size_t record = 0;
+    int column = 0;                                           // of the grid
+    int row = 0;
 
-    void add(double badness, std::size_t at) {
+    // A record of the block, after all before it.
+    void add(double badness, const CellBlock& block, std::size_t record) {
         ++cells;
-        if (badness > worst) {
-            worst = badness;
-            record = at;
-        }
+        if (badness <= worst) return;
+        worst = badness;
+        const auto rows = static_cast<std::size_t>(block.rows);
+        column = block.column + static_cast<int>(record / rows);
+        row = block.row + static_cast<int>(record % rows);
     }
     void merge(const QualityTally& other);
 };
@@ -41,14 +43,16 @@ struct QualityTally {
 class MonthQuality {
   public:
     // Methods without `fullWeather` have temperatures alone. `wind` is the range of the stations.
-    // `bits`, when it is not empty, gets the bits of each record, or `noData`.
-    MonthQuality(const CellTable& table, std::size_t rows, double noData, bool fullWeather,
-                 const std::optional<Range>& wind, std::span<double> bits = {});
+    MonthQuality(double noData, bool fullWeather, const std::optional<Range>& wind);
 
-    // Looks at the records begin ... end - 1, whose reference ET has been computed. `radiation` is
-    // the extraterrestrial radiation by rows of the grid, unused without full weather. Pieces may
-    // be looked at at once.
-    void look(std::size_t begin, std::size_t end, std::span<const std::optional<double>> radiation);
+    // Counts the records of a block, whose reference ET has been computed. `radiation` is the
+    // extraterrestrial radiation by rows of the block, unused without full weather. Blocks may be
+    // looked at at once.
+    void look(const CellTable& table, std::span<const std::optional<double>> radiation);
+
+    // The bits of each of such records, or no data, into `bits`.
+    void mark(const CellTable& table, std::span<const std::optional<double>> radiation,
+              std::span<double> bits) const;
 
     std::size_t cells() const { return cells_; }  // with data
     const QualityTally& tally(QualityFlag flag) const {
@@ -57,36 +61,38 @@ class MonthQuality {
 
   private:
     using Tallies = std::array<QualityTally, kQualityFlags>;
-    // A record and what is needed of it.
+    // What is needed of a record.
     struct Cell {
         double RefET, TM, TN, TD, SR, WS;
         const std::optional<double>& radiation;
         double meanTemperature() const { return (TM + TN) / 2; }
     };
+    // Calls body(record, cell, its flags) for every record, with no flags where there is no data.
+    template <class Body>
+    void forEachCell(const CellTable& table, std::span<const std::optional<double>> radiation,
+                     Body body) const;
     unsigned flagsOf(const Cell& cell) const;
-    void count(unsigned flags, const Cell& cell, std::size_t record, Tallies& tallies) const;
+    template <class Add>
+    void count(unsigned flags, const Cell& cell, Add add) const;
 
-    const CellTable& table_;
-    std::size_t rows_;
     double noData_;
     bool fullWeather_;
     Range wind_;
-    std::span<double> bits_;
     std::mutex mutex_;
     std::size_t cells_ = 0;
     Tallies tallies_;
 };
 
-// Elevations outside the range; worst by metres. `bits` get the bit of the flag.
-QualityTally tallyElevations(IParallelLoop& loop, std::span<const double> elevations, double noData,
-                             const Range& range);
-void addElevationBits(std::span<const double> elevations, double noData, const Range& range,
-                      QualityFlag flag, std::span<double> bits);
+// Elevations of a block's records outside the range; worst by metres. `bits` get the bit of the
+// flag.
+QualityTally tallyElevations(const CellTable& table, double noData, const Range& range);
+void addElevationBits(const CellTable& table, double noData, const Range& range, QualityFlag flag,
+                      std::span<double> bits);
 
-// Cells with an elevation whose centre is farther than `limit` from each of the places; worst by
-// the distance, in the unit of the geometry.
-QualityTally tallyDistances(IParallelLoop& loop, std::span<const double> elevations, double noData,
-                            const GridGeometry& geometry, std::span<const Point> places,
-                            double limit, std::span<double> bits = {});
+// Cells of a block with an elevation whose centre is farther than `limit` from each of the places;
+// worst by the distance, in the unit of the geometry.
+QualityTally tallyDistances(const CellTable& table, double noData, const GridGeometry& geometry,
+                            std::span<const Point> places, double limit,
+                            std::span<double> bits = {});
 
 }  // namespace velmora

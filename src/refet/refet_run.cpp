@@ -3,21 +3,23 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <string>
 
 #include "gis/error_trap.h"
 #include "gis/errors.h"
 #include "gis/gis_functions.h"
+#include "gis/grid_tiles.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/raster_compare.h"
 #include "gis/text.h"
 #include "gis/units.h"
 #include "modelling/products.h"
-#include "refet/cell_transfer.h"
+#include "refet/cell_rows.h"
 #include "refet/cls_models.h"
 #include "refet/equations/calendar.h"
-#include "refet/refet_pass.h"
+#include "refet/refet_month.h"
 #include "refet/run_size.h"
 #include "refet/standard_run.h"
 #include "refet/work_database.h"
@@ -119,8 +121,6 @@ bool ReferenceEtRun::runMonth(int month) {
     if (!runStatus_) return false;
     CalculateRefET(month);
     if (!runStatus_) return false;
-    GridReadOut(month);
-    if (!runStatus_) return false;
     show("Reference ET in " + label + "are estimated successfully ...");
     tellQuality(month);
     if (application_.wantsStandardRun()) makeStandard(month);
@@ -136,9 +136,9 @@ void ReferenceEtRun::tellQuality(int month) {
 
 // What it cannot make ends neither the month nor the run, but the run is not done then.
 void ReferenceEtRun::makeStandard(int month) {
-    StandardRun standard({application_, settings_, geometry_, *workspace_, *surfaces_,
-                          elevationParts_, noData_, *record_});
-    besideMade_ = standard.make(cells_, month) && besideMade_;
+    StandardRun standard(
+        {application_, settings_, geometry_, *workspace_, *surfaces_, *maker_, *record_});
+    besideMade_ = standard.make(inputs_, month) && besideMade_;
 }
 
 void ReferenceEtRun::SetupWorkDatabase() {
@@ -158,9 +158,7 @@ void ReferenceEtRun::SetupWorkDatabase() {
 void ReferenceEtRun::GetGeographicCoordinates() {
     trapped("GetGeographicCoordinates", [&] {
         geometry_ = runGeometry(platform_, settings_);
-        requireMemory(platform_.files(), geometry_,
-                      (application_.wantsStandardRun() ? kStandardBytesPerCell : 0) +
-                          (application_.wantsQualityGrids() ? kQualityBytesPerCell : 0));
+        requireRoom(platform_.files(), settings_, geometry_);
         // The left edge of the extent stands for the whole row.
         std::vector<Point> leftEdge;
         for (int row = 0; row < geometry_.rows; ++row) {
@@ -169,13 +167,8 @@ void ReferenceEtRun::GetGeographicCoordinates() {
         auto& systems = platform_.spatialReferences();
         const std::vector<Point> geographic =
             systems.project(leftEdge, geometry_.crs, systems.createGeographic(kGeographicNad83));
-        cells_.createRecords(geometry_.cells());
-        const std::span<double> latitudes = cells_.writable(CellField::Latitude);
-        const std::size_t rows = geographic.size();
-        for (std::size_t k = 0, row = 0; k < latitudes.size(); ++k) {
-            latitudes[k] = geographic[row].y;
-            if (++row == rows) row = 0;
-        }
+        for (const Point& row : geographic) latitudes_.push_back(row.y);
+        maker_.emplace(settings_, latitudes_, noData_);
     });
 }
 
@@ -202,18 +195,32 @@ void ReferenceEtRun::GetRasterTemp() {
         const auto saved = workspace_->openRasterDataset("NewDEM");
         dem_ = saved->createDefaultRaster();
         noData_ = static_cast<double>(saved->noDataValue());
-        GridReadIn(*dem_, CellField::Elevation);
-        const auto elevations = cells_.values(CellField::Elevation);
-        if (std::ranges::all_of(elevations, [&](double z) { return z == noData_; })) {
+        maker_.emplace(settings_, latitudes_, noData_);
+        GridReadIn(dem_, CellField::Elevation);
+        if (!readsElevations()) {
             throw PlatformError("The DEM " + settings_.DEM +
                                     " has no data within the modelling extent of " +
                                     settings_.ExtentProvider,
                                 {.file = settings_.DEM});
         }
-        if (settings_.needsFullWeather()) {
-            elevationParts_ = elevationParts(platform_.loop(), cells_);
-        }
     });
+}
+
+// Whether any cell has an elevation.
+bool ReferenceEtRun::readsElevations() {
+    try {
+        std::atomic<bool> any = false;
+        forEachTile(platform_.loop(), geometry_, [&](const CellBlock& block) {
+            CellTable table;
+            maker_->make(table, block, inputs_);
+            const auto z = table.values(CellField::Elevation);
+            if (std::ranges::any_of(z, [&](double each) { return each != noData_; })) any = true;
+        });
+        return any;
+    } catch (const UnreadableField& e) {
+        tellUnreadable(e);
+        return false;
+    }
 }
 
 void ReferenceEtRun::GetParameters() {
@@ -229,8 +236,8 @@ void ReferenceEtRun::GetParameters() {
                                                       application_.diagnostics(), &*record_);
         surfaces_->make(settings_.beginMonthNumber(), settings_.endMonthNumber(), *workspace_,
                         feedback_);
-        quality_.emplace(RunQuality::Of{application_, settings_, geometry_, cells_, *workspace_,
-                                        *surfaces_, noData_, *record_});
+        quality_.emplace(RunQuality::Of{application_, settings_, geometry_, *maker_, inputs_,
+                                        *workspace_, *surfaces_, *record_});
         surfaces_->storeWorkingField(application_);
         if (settings_.needsFullWeather()) tellEstimates();
     });
@@ -280,25 +287,20 @@ void ReferenceEtRun::ReadinGrids(int month) {
 }
 
 void ReferenceEtRun::readWeather(int month) {
-    GridReadIn(*weatherGrid("TM_", month), CellField::TM);
-    GridReadIn(*weatherGrid("TN_", month), CellField::TN);
+    inputs_.date = {representativeDay(month, year_), month, year_};
+    GridReadIn(weatherGrid("TM_", month), CellField::TM);
+    GridReadIn(weatherGrid("TN_", month), CellField::TN);
     if (!settings_.needsFullWeather()) return;
-    const Date date{representativeDay(month, year_), month, year_};
-    if (hasGrid("TD_", month)) {
-        GridReadIn(*weatherGrid("TD_", month), CellField::TD);
+    takeWeather("TD_", month, CellField::TD);
+    takeWeather("SR_", month, CellField::SR);
+    takeWeather("WS_", month, CellField::WS);
+}
+
+void ReferenceEtRun::takeWeather(const std::string& prefix, int month, CellField field) {
+    if (hasGrid(prefix, month)) {
+        GridReadIn(weatherGrid(prefix, month), field);
     } else {
-        estimateDewPoint(platform_.loop(), cells_, settings_.Ko, noData_);
-    }
-    if (hasGrid("SR_", month)) {
-        GridReadIn(*weatherGrid("SR_", month), CellField::SR);
-    } else {
-        estimateSolarRadiation(platform_.loop(), cells_, settings_.Ks, date,
-                               static_cast<std::size_t>(geometry_.rows), noData_);
-    }
-    if (hasGrid("WS_", month)) {
-        GridReadIn(*weatherGrid("WS_", month), CellField::WS);
-    } else {
-        estimateWindSpeed(cells_, settings_.EstimatedWindSpeed);
+        inputs_[field] = {FieldSource::Kind::estimate};
     }
 }
 
@@ -308,7 +310,7 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
     heatFluxTakenAsZero_ = false;
     for (const char* prefix : {"TM_", "TN_"}) {
         if (hasGrid(prefix, p) && hasGrid(prefix, n)) continue;
-        std::ranges::fill(cells_.writable(CellField::GG), 0.0);
+        inputs_[CellField::GG] = {FieldSource::Kind::estimate};
         if (!toldAboutHeatFlux_ && settings_.needsFullWeather()) {
             application_.prompts().message("The soil heat flux of " + GetMonthName(month) +
                                            " is taken as 0: the weather table has no temperatures "
@@ -326,32 +328,48 @@ void ReferenceEtRun::GetSoilHeatFlux(int month) {
         algebra->BindRaster(weatherGrid("TM_", n), "TNMax");
         algebra->BindRaster(weatherGrid("TN_", n), "TNMin");
         GridReadIn(
-            *algebra->Execute(month == 1 || month == 12
-                                  ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
-                                  : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
+            algebra->Execute(month == 1 || month == 12
+                                 ? "0.70 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"
+                                 : "0.35 / 18.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] ) "),
             CellField::GG);
     };
     tried(readFlux, [&](const std::string& why) {
-        withoutData(CellField::GG);
+        inputs_[CellField::GG] = {FieldSource::Kind::withoutData};
         application_.prompts().failure("Error in 'GetSoilHeatFlux': " + why);
     });
 }
 
+// The cells are computed as their grid is written, block by block.
 void ReferenceEtRun::CalculateRefET(int month) {
-    const auto calculate = [&] {
-        const RefEtMethod method = refEtMethod(settings_);
-        const Date date{representativeDay(month, year_), month, year_};
-        const RefEtPassResult result =
-            calculateRefEt(platform_.loop(), cells_, elevationParts_, method, date,
-                           static_cast<std::size_t>(geometry_.rows), noData_, kOurConventions,
-                           quality_->watch(month));
-        if (result.failedCells > 0) {
+    for (bool again = true; again;) {
+        again = false;
+        calculated_ = inputs_;
+        const auto result =
+            std::make_shared<RefEtMonth>(*maker_, inputs_, geometry_, quality_->watch(month));
+        try {
+            GridReadOut(month, result);
+        } catch (const UnreadableField& e) {
+            tellUnreadable(e);
+            again = true;
+        } catch (const CalculationFailed&) {
+            tellCalculationFailure(month, *result);
+        }
+        if (!again && result->failedCells() > 0) {
             application_.prompts().failure(std::string(kBlaneyCriddleError) + " (" +
-                                           std::to_string(result.failedCells) + " cells in " +
+                                           std::to_string(result->failedCells()) + " cells in " +
                                            GetMonthName(month) + ")");
         }
+    }
+}
+
+// What is being handled has ended the month; which cell of those that fail is met first depends on
+// threads, which one is told does not.
+void ReferenceEtRun::tellCalculationFailure(int month, const RefEtMonth& result) {
+    const auto failure = [&] {
+        result.throwFirstFailure(platform_.loop());
+        throw;
     };
-    tried(calculate, [&](const std::string& why) {
+    tried(failure, [&](const std::string& why) {
         feedback_.setStatus(GetMonthName(month) + ": " + why);
         application_.prompts().reason(GetMonthName(month) + ": " + why);
         application_.prompts().failure("Error found in RefET calculation module");
@@ -359,42 +377,54 @@ void ReferenceEtRun::CalculateRefET(int month) {
     });
 }
 
-// What cannot be read is no data, never what an earlier month left in the column.
-void ReferenceEtRun::withoutData(CellField field) {
-    if (cells_.rowCount() > 0) std::ranges::fill(cells_.writable(field), noData_);
+void ReferenceEtRun::GridReadIn(RasterPtr raster, CellField field) {
+    const auto check = [&] {
+        const GridGeometry& cells = raster->geometry();
+        if (cells.columns == geometry_.columns && cells.rows == geometry_.rows) return;
+        throw PlatformError("the grid has " + std::to_string(cells.columns) + " x " +
+                            std::to_string(cells.rows) + " cells, but the cell table has " +
+                            std::to_string(geometry_.cells()) + " records");
+    };
+    inputs_[field] = {FieldSource::Kind::grid, raster};
+    tried(check, [&](const std::string& why) { tellUnreadable({field, why}); });
 }
 
-void ReferenceEtRun::GridReadIn(const IRaster& raster, CellField field) {
-    tried([&] { gridIntoField(platform_.loop(), raster, cells_, field); },
-          [&](const std::string& why) {
-              withoutData(field);
-              application_.prompts().failure("Error in 'GridReadin': " + why);
-          });
+// What cannot be read is no data, never what an earlier month left in the field.
+void ReferenceEtRun::tellUnreadable(const UnreadableField& unreadable) {
+    inputs_[unreadable.field()] = {FieldSource::Kind::withoutData};
+    application_.prompts().failure("Error in 'GridReadin': " + std::string(unreadable.what()));
 }
 
-void ReferenceEtRun::GridReadOut(int month) {
+void ReferenceEtRun::GridReadOut(int month, RasterPtr result) {
+    const Product& product = productMadeBy("refet");
+    const std::string name = gridName(product.made, settings_, month);
     const auto save = [&] {
-        const Product& product = productMadeBy("refet");
-        const std::string name = gridName(product.made, settings_, month);
-        const RasterPtr result = fieldAsGrid(cells_, CellField::RefET, template_->geometry());
-        workspace_->save(std::array{RasterToSave{name, result, "GRID"}});
+        workspace_->save(std::array{RasterToSave{name, std::move(result), "GRID"}});
         record_->made(name);
         auto layer =
             application_.document().createRasterLayer(joinedPath(settings_.OutputWorkspace, name));
         ApplyColorRamp(application_.prompts(), *layer, product.ramp.from, product.ramp.to);
         application_.document().addLayer(std::move(layer));
     };
-    if (!velmora::trapped(application_.prompts(), "Errors in 'GridReadout':  ", save)) {
+    try {
+        save();
+    } catch (const UnreadableField&) {
+        throw;
+    } catch (const CalculationFailed&) {
+        throw;
+    } catch (const std::exception& e) {
+        application_.prompts().failure("Errors in 'GridReadout':  " + std::string(e.what()));
         runStatus_ = false;
     }
 }
 
 // The work database shows the cells as the run left them, after a failure too.
 void ReferenceEtRun::storeCells() {
-    if (!folder_ || cells_.rowCount() == 0 || cellsStored_) return;
+    if (!folder_ || !maker_ || cellsStored_) return;
     cellsStored_ = true;
     trapped("SetupWorkDatabase", [&] {
-        storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), cells_);
+        CellRows rows({platform_.loop(), *maker_, geometry_, inputs_, calculated_});
+        storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), rows);
     });
 }
 

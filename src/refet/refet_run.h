@@ -11,8 +11,8 @@
 #include "gis/application.h"
 #include "gis/working_folder.h"
 #include "modelling/run_record.h"
-#include "refet/cell_table.h"
-#include "refet/refet_pass.h"
+#include "refet/cell_maker.h"
+#include "refet/refet_month.h"
 #include "refet/run_quality.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
@@ -38,6 +38,9 @@ class ReferenceEtRun {
     void makeStandard(int month);
     void tellQuality(int month);
     void readWeather(int month);
+    // A field from its grid, or by its estimate where the run has none.
+    void takeWeather(const std::string& prefix, int month, CellField field);
+    bool readsElevations();
 
     // Each traps its own failures; a failure is shown and clears the run-status flag, except where
     // the procedure says otherwise.
@@ -48,12 +51,15 @@ class ReferenceEtRun {
     void ReadinGrids(int month);
     void GetSoilHeatFlux(int month);  // leaves the flag alone
     void CalculateRefET(int month);
-    void GridReadOut(int month);
+    // Throws UnreadableField and CalculationFailed, which are the computation's.
+    void GridReadOut(int month, RasterPtr result);
+    void tellCalculationFailure(int month, const RefEtMonth& result);
 
-    // Shows its failures and leaves the flag alone. A grid that cannot be read whole leaves its
-    // column without data.
-    void GridReadIn(const IRaster& raster, CellField field);
-    void withoutData(CellField field);
+    // Takes the field from the grid, which is read when cells are made. Shows its failures and
+    // leaves the flag alone: a grid of other cells leaves its field without data.
+    void GridReadIn(RasterPtr raster, CellField field);
+    // A grid that could not be read whole: its field is without data from now on.
+    void tellUnreadable(const UnreadableField& unreadable);
 
     // Shows a failure behind the procedure's name and clears the run-status flag.
     template <class Body>
@@ -76,8 +82,10 @@ class ReferenceEtRun {
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::optional<RunRecord> record_;
     GridGeometry geometry_;
-    CellTable cells_;
-    ElevationParts elevationParts_;
+    std::vector<double> latitudes_;  // of the rows, degrees north
+    std::optional<CellMaker> maker_;
+    CellInputs inputs_;                     // as the run has them by now
+    std::optional<CellInputs> calculated_;  // those of the last month that was computed
     RasterPtr template_;
     RasterPtr dem_;
     double noData_ = static_cast<double>(kNoData);

@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 
 #include "gis/error_trap.h"
 #include "gis/gis_functions.h"
+#include "gis/grid_tiles.h"
 #include "gis/month_names.h"
 #include "gis/text.h"
 #include "modelling/quality_text.h"
-#include "refet/cell_transfer.h"
 
 namespace velmora {
 
@@ -40,24 +41,35 @@ void narrow(std::optional<Range>& range, const Range& other) {
 
 }  // namespace
 
-RunQuality::RunQuality(const Of& run)
-    : run_(run), elevations_(run.cells.values(CellField::Elevation)) {
-    if (wanted()) bits_.resize(run.cells.rowCount());
-}
+// The flags of a month as a grid; each block is computed once more.
+class RunQuality::FlagsRaster : public IRaster {
+  public:
+    explicit FlagsRaster(const RunQuality& quality) : quality_(quality) {}
+    const GridGeometry& geometry() const override { return quality_.run_.geometry; }
+    void read(const CellBlock& block, std::span<float> values) const override {
+        CellTable table;
+        quality_.run_.maker.make(table, block, quality_.run_.inputs);
+        const auto result = quality_.run_.maker.calculate(table, quality_.run_.inputs.date);
+        std::vector<double> bits(table.rowCount());
+        quality_.month_->mark(table, result.radiation, bits);
+        quality_.mark(table, bits);
+        recordsIntoCells(bits, block, values);
+    }
+
+  private:
+    const RunQuality& quality_;
+};
+
+RunQuality::RunQuality(const Of& run) : run_(run), noData_(run.maker.noData()) {}
 
 std::string RunQuality::name(int month) const {
     return gridName(kQualityGrids, run_.settings, month);
 }
 
-PieceSeen RunQuality::watch(int month) {
+MonthQuality& RunQuality::watch(int month) {
     const SurfaceGround* wind = run_.surfaces.ground("WS_" + GetMonthName(month));
-    month_.emplace(run_.cells, static_cast<std::size_t>(run_.geometry.rows), run_.noData,
-                   run_.settings.needsFullWeather(),
-                   wind ? std::optional(wind->values) : std::nullopt, bits_);
-    return [this](std::size_t begin, std::size_t end,
-                  std::span<const std::optional<double>> radiation) {
-        month_->look(begin, end, radiation);
-    };
+    return month_.emplace(noData_, run_.settings.needsFullWeather(),
+                          wind ? std::optional(wind->values) : std::nullopt);
 }
 
 RunQuality::Stations RunQuality::stationsOf(int month) const {
@@ -75,20 +87,37 @@ RunQuality::Stations RunQuality::stationsOf(int month) const {
     return found;
 }
 
+template <class Tally>
+QualityTally RunQuality::sum(Tally tally) {
+    QualityTally all;
+    std::mutex mutex;
+    CellInputs elevations;
+    elevations[CellField::Elevation] = run_.inputs[CellField::Elevation];
+    forEachTile(run_.application.platform().loop(), run_.geometry, [&](const CellBlock& block) {
+        CellTable table;
+        run_.maker.make(table, block, elevations);
+        const QualityTally found = tally(table);
+        const std::lock_guard lock(mutex);
+        all.merge(found);
+    });
+    return all;
+}
+
 QualityTally RunQuality::beyond(const Range& range) {
     const auto before =
         std::ranges::find(elevationsBeyond_, range, [](const auto& pair) { return pair.first; });
     if (before != elevationsBeyond_.end()) return before->second;
-    elevationsBeyond_.emplace_back(range, tallyElevations(run_.application.platform().loop(),
-                                                          elevations_, run_.noData, range));
+    elevationsBeyond_.emplace_back(
+        range, sum([&](const CellTable& table) { return tallyElevations(table, noData_, range); }));
     return elevationsBeyond_.back().second;
 }
 
-void RunQuality::countStations(const Stations& stations) {
-    if (stations.places == places_) return;
-    places_ = stations.places;
-    distances_ = tallyDistances(run_.application.platform().loop(), elevations_, run_.noData,
-                                run_.geometry, places_, kFarFromStations);
+void RunQuality::countDistances(const std::vector<Point>& places) {
+    if (places == places_) return;
+    places_ = places;
+    distances_ = sum([&](const CellTable& table) {
+        return tallyDistances(table, noData_, run_.geometry, places_, kFarFromStations);
+    });
 }
 
 std::vector<QualityFlag> RunQuality::estimatedIn(int month) const {
@@ -105,11 +134,11 @@ std::vector<QualityFlag> RunQuality::estimatedIn(int month) const {
 
 QualityNote::Flag RunQuality::flagOf(QualityFlag flag, const QualityTally& tally) const {
     QualityNote::Flag told = flagOfAll(flag);
-    const auto rows = static_cast<std::size_t>(run_.geometry.rows);
     told.share = static_cast<double>(tally.cells) / static_cast<double>(told.cells);
     told.cells = tally.cells;
-    told.worst = QualityNote::Worst{toldValue(flag, tally.worst), tally.record / rows + 1,
-                                    tally.record % rows + 1};
+    told.worst =
+        QualityNote::Worst{toldValue(flag, tally.worst), static_cast<std::size_t>(tally.column) + 1,
+                           static_cast<std::size_t>(tally.row) + 1};
     return told;
 }
 
@@ -139,24 +168,24 @@ void RunQuality::tell(int month, bool heatFluxTakenAsZero) {
         if (add(flag, month_->tally(flag))) lines.push_back(flagText(note.flags.back()));
     }
     // What the stations do not bear out is mostly the same in each month, and told once then.
-    const Stations stations = stationsOf(month);
-    countStations(stations);
+    stations_ = stationsOf(month);
+    countDistances(stations_.places);
     std::vector<std::string> ofStations;
     const auto addOfStations = [&](QualityFlag flag, const QualityTally& tally) {
         if (add(flag, tally)) ofStations.push_back(flagText(note.flags.back()));
     };
-    if (stations.elevation) {
-        addOfStations(QualityFlag::elevationBeyondStations, beyond(*stations.elevation));
+    if (stations_.elevation) {
+        addOfStations(QualityFlag::elevationBeyondStations, beyond(*stations_.elevation));
     }
     addOfStations(QualityFlag::farFromStations, distances_);
-    std::vector<QualityFlag> ofAll = estimatedIn(month);  // told before the months
+    ofAllCells_ = estimatedIn(month);  // told before the months
     if (heatFluxTakenAsZero) {
-        ofAll.push_back(QualityFlag::heatFluxTakenAsZero);
+        ofAllCells_.push_back(QualityFlag::heatFluxTakenAsZero);
         lines.emplace_back(textOf(QualityFlag::heatFluxTakenAsZero).text);
     }
-    for (const QualityFlag flag : ofAll) note.flags.push_back(flagOfAll(flag));
-    if (stations.ofChance && add(QualityFlag::trendNotSignificant, beyond(*stations.ofChance))) {
-        note.flags.back().surfaces = stations.byChance;
+    for (const QualityFlag flag : ofAllCells_) note.flags.push_back(flagOfAll(flag));
+    if (stations_.ofChance && add(QualityFlag::trendNotSignificant, beyond(*stations_.ofChance))) {
+        note.flags.back().surfaces = stations_.byChance;
         lines.push_back(flagText(note.flags.back()));
     }
     run_.record.quality(note);
@@ -165,36 +194,28 @@ void RunQuality::tell(int month, bool heatFluxTakenAsZero) {
     }
     toldOfStations_ = ofStations;
     if (!lines.empty()) run_.application.feedback().warning(qualityLine(note, lines));
-    if (!wanted()) return;
-    markStations(stations);
-    markAll(ofAll);
 }
 
-void RunQuality::markStations(const Stations& stations) {
-    if (stations.elevation) {
-        addElevationBits(elevations_, run_.noData, *stations.elevation,
-                         QualityFlag::elevationBeyondStations, bits_);
+void RunQuality::mark(const CellTable& table, std::span<double> bits) const {
+    if (stations_.elevation) {
+        addElevationBits(table, noData_, *stations_.elevation, QualityFlag::elevationBeyondStations,
+                         bits);
     }
-    if (stations.ofChance) {
-        addElevationBits(elevations_, run_.noData, *stations.ofChance,
-                         QualityFlag::trendNotSignificant, bits_);
+    if (stations_.ofChance) {
+        addElevationBits(table, noData_, *stations_.ofChance, QualityFlag::trendNotSignificant,
+                         bits);
     }
-    tallyDistances(run_.application.platform().loop(), elevations_, run_.noData, run_.geometry,
-                   places_, kFarFromStations, bits_);
-}
-
-void RunQuality::markAll(const std::vector<QualityFlag>& flags) {
-    for (double& cell : bits_) {
-        if (cell == run_.noData) continue;
-        for (const QualityFlag flag : flags) cell += bitOf(flag);
-    }
+    tallyDistances(table, noData_, run_.geometry, places_, kFarFromStations, bits);
+    unsigned ofAllCells = 0;
+    for (const QualityFlag flag : ofAllCells_) ofAllCells += bitOf(flag);
+    for (double& cell : bits) cell += cell == noData_ ? 0 : ofAllCells;
 }
 
 bool RunQuality::save(int month) {
     const std::string grid = name(month);
     return trapped(run_.application.prompts(), grid + ": ", [&] {
         run_.workspace.save(
-            std::array{RasterToSave{grid, valuesAsGrid(bits_, run_.geometry), "GRID"}});
+            std::array{RasterToSave{grid, std::make_shared<FlagsRaster>(*this), "GRID"}});
         run_.record.made(grid);
         IMxDocument& document = run_.application.document();
         auto layer = document.createRasterLayer(joinedPath(run_.settings.OutputWorkspace, grid));

@@ -12,15 +12,12 @@
 #include "gis/application.h"
 #include "gis/quality_note.h"
 #include "modelling/run_record.h"
+#include "refet/cell_maker.h"
 #include "refet/quality_pass.h"
-#include "refet/refet_pass.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
-
-// Bytes per cell that the grids of flags need beside the run's own.
-constexpr double kQualityBytesPerCell = 8;
 
 class RunQuality {
   public:
@@ -29,20 +26,21 @@ class RunQuality {
         IApplication& application;
         const RunSettings& settings;
         const GridGeometry& geometry;
-        const CellTable& cells;
+        const CellMaker& maker;
+        const CellInputs& inputs;  // of the month that is made
         IRasterWorkspace& workspace;
         const WeatherSurfaces& surfaces;
-        double noData;
         RunRecord& record;
     };
 
     explicit RunQuality(const Of& run);
 
-    // A month begins. What returns looks at its cells as they are computed.
-    PieceSeen watch(int month);
+    // A month begins, or begins again. What returns looks at its cells as they are computed, and
+    // lives until the next month.
+    MonthQuality& watch(int month);
     // Its cells are computed: tells in a warning what is to be told, and records it.
     void tell(int month, bool heatFluxTakenAsZero);
-    // Saves the grid of its flags. False when it cannot be made, which is shown as a failure.
+    // Makes the grid of its flags. False when it cannot be made, which is shown as a failure.
     bool save(int month);
 
   private:
@@ -55,21 +53,25 @@ class RunQuality {
         std::vector<Point> places;
     };
 
-    bool wanted() const { return run_.application.wantsQualityGrids(); }
     Stations stationsOf(int month) const;
-    void countStations(const Stations& stations);
+    // The sum over all blocks of the grid of what `tally` says of the cells' elevations.
+    template <class Tally>
+    QualityTally sum(Tally tally);
+    void countDistances(const std::vector<Point>& places);
     QualityTally beyond(const Range& range);
-    void markStations(const Stations& stations);
-    void markAll(const std::vector<QualityFlag>& flags);
+    void mark(const CellTable& table, std::span<double> bits) const;
     std::vector<QualityFlag> estimatedIn(int month) const;
     QualityNote::Flag flagOf(QualityFlag flag, const QualityTally& tally) const;
     QualityNote::Flag flagOfAll(QualityFlag flag) const;
     std::string name(int month) const;
 
+    class FlagsRaster;
+
     Of run_;
-    std::span<const double> elevations_;
-    std::vector<double> bits_;
+    double noData_;
     std::optional<MonthQuality> month_;
+    Stations stations_;                                             // of the month
+    std::vector<QualityFlag> ofAllCells_;                           // in the month
     std::vector<std::pair<Range, QualityTally>> elevationsBeyond_;  // as counted before
     std::vector<Point> places_;                                     // those of the distances
     QualityTally distances_;

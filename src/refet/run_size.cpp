@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "refet/run_size.h"
 
+#include <cmath>
+
 #include "gis/errors.h"
 #include "gis/numbers.h"
 
@@ -8,23 +10,46 @@ namespace velmora {
 
 namespace {
 
-constexpr double kBytesPerCell = 130;  // of the cell table and what passes through memory beside it
+// A grid holds 4 bytes a cell, some more in tiles that are not full, and folders and small files.
+constexpr double kGridBytesPerCell = 4.25;
+constexpr double kBytesBesideCells = 4096;
+constexpr double kWorkDatabaseBytesPerCell = 92;  // a row of its table
+// Surfaces and reference ET of a month, by methods with full weather and by temperatures alone.
+constexpr std::size_t kGridsOfFullWeather = 6;
+constexpr std::size_t kGridsOfTemperatures = 3;
+constexpr std::size_t kGridsOfNoMonth = 2;  // NewDEM, RsTemplate
 
 }  // namespace
 
-double memoryForRun(const GridGeometry& geometry) {
-    return kBytesPerCell * static_cast<double>(geometry.cells());
+double bytesOfGrids(std::size_t cells, std::size_t grids) {
+    return static_cast<double>(grids) *
+           (static_cast<double>(cells) * kGridBytesPerCell + kBytesBesideCells);
 }
 
-void requireMemory(const IFileSystem& files, const GridGeometry& geometry,
-                   double moreBytesPerCell) {
-    const double bytes =
-        memoryForRun(geometry) + moreBytesPerCell * static_cast<double>(geometry.cells());
-    if (bytes <= static_cast<double>(files.freeMemory())) return;
+double bytesOfRun(const RunSettings& settings, std::size_t cells) {
+    const std::size_t ofMonth =
+        settings.needsFullWeather() ? kGridsOfFullWeather : kGridsOfTemperatures;
+    return bytesOfGrids(cells, ofMonth * settings.months().size() + kGridsOfNoMonth) +
+           static_cast<double>(cells) * kWorkDatabaseBytesPerCell;
+}
+
+std::string sizeText(double bytes) {
+    return bytes < 1e9 ? numberText(std::ceil(bytes / 1e6)) + " MB"
+                       : numberText(std::round(bytes / 1e8) / 10) + " GB";
+}
+
+void requireRoom(const IFileSystem& files, const RunSettings& settings,
+                 const GridGeometry& geometry) {
+    const auto room = files.freeSpace(settings.OutputWorkspace);
+    const double bytes = bytesOfRun(settings, geometry.cells());
+    if (!room || static_cast<double>(*room) >= bytes) return;
     throw PlatformError("A cell size of " + numberText(geometry.cellSize) + " m makes " +
-                        std::to_string(geometry.columns) + " x " + std::to_string(geometry.rows) +
-                        " cells, for which this machine has not enough free memory (" +
-                        formatPlaces(bytes / 1e9, 1) + " GB): give a larger cell size");
+                            std::to_string(geometry.columns) + " x " +
+                            std::to_string(geometry.rows) + " cells, whose reference ET takes " +
+                            sizeText(bytes) + " on disk, and " + settings.OutputWorkspace +
+                            " has " + sizeText(static_cast<double>(*room)) +
+                            " left: make room, or give a larger cell size",
+                        {.file = settings.OutputWorkspace});
 }
 
 }  // namespace velmora

@@ -1,18 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <string>
+
 #include "gis/files.h"
 #include "gis/grid_geometry.h"
+#include "settings/run_settings.h"
 
 namespace velmora {
 
-// Bytes that a reference ET run on the grid takes beside what the program itself does.
-double memoryForRun(const GridGeometry& geometry);
+// Bytes that so many grids take.
+double bytesOfGrids(std::size_t cells, std::size_t grids);
 
-// Throws PlatformError, which names the cell size and the gigabytes, when the cell table of a
-// reference ET run on the grid does not fit into the free memory. What
-// goes beside it may need more bytes per cell.
-void requireMemory(const IFileSystem& files, const GridGeometry& geometry,
-                   double moreBytesPerCell = 0);
+// Bytes that a reference ET run leaves in its output folder: its grids and the work database.
+double bytesOfRun(const RunSettings& settings, std::size_t cells);
+
+// "722 MB", "648.9 GB"
+std::string sizeText(double bytes);
+
+// Throws PlatformError, which names the cell size and both figures, when a reference ET run on the
+// grid needs more room than the disk of its output folder has.
+void requireRoom(const IFileSystem& files, const RunSettings& settings,
+                 const GridGeometry& geometry);
 
 }  // namespace velmora

@@ -4,16 +4,17 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "gis/error_trap.h"
 #include "gis/gis_functions.h"
+#include "gis/grid_tiles.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
 #include "gis/text.h"
-#include "refet/cell_transfer.h"
+#include "refet/equations/failure.h"
 #include "refet/equations/soil_heat_flux.h"
 #include "settings/run_choices.h"
 
@@ -36,46 +37,84 @@ std::string signedText(double value, int decimals) {
     return (shown > 0 ? "+" : "") + numberText(shown == 0 ? 0 : shown);
 }
 
-// Keeps columns of the cells and puts them back at the end.
-class ColumnsKept {
+}  // namespace
+
+// The papers' reference ET; sums up beside it how the method's differs, tile by tile, so that the
+// sums do not depend on threads.
+class StandardRun::PapersRefEt : public IRaster {
   public:
-    ColumnsKept(CellTable& cells, std::initializer_list<CellField> fields) : cells_(cells) {
-        for (const CellField field : fields) {
-            const auto values = cells.values(field);
-            if (!values.empty())
-                kept_.emplace_back(field, std::vector(values.begin(), values.end()));
-        }
+    PapersRefEt(const CellMaker& maker, const GridGeometry& geometry, const CellInputs& ours,
+                const CellInputs& papers)
+        : maker_(maker),
+          geometry_(geometry),
+          ours_(ours),
+          papers_(papers),
+          tiles_(geometry),
+          sums_(tiles_.count()) {}
+
+    const GridGeometry& geometry() const override { return geometry_; }
+
+    void read(const CellBlock& block, std::span<float> values) const override {
+        CellTable ours;
+        maker_.make(ours, block, ours_);
+        maker_.calculate(ours, ours_.date);
+        CellTable papers;
+        maker_.make(papers, block, papers_, kPaperConventions);
+        // Cells where Blaney-Criddle has no daylight are those of the method, which told them.
+        maker_.calculate(papers, papers_.date, kPaperConventions);
+        add(block, ours.values(CellField::RefET), papers.values(CellField::RefET));
+        fieldIntoCells(papers, CellField::RefET, values);
     }
-    ColumnsKept(const ColumnsKept&) = delete;
-    ColumnsKept& operator=(const ColumnsKept&) = delete;
-    ColumnsKept(ColumnsKept&&) = delete;
-    ColumnsKept& operator=(ColumnsKept&&) = delete;
-    ~ColumnsKept() {
-        for (const auto& [field, values] : kept_) {
-            std::ranges::copy(values, cells_.writable(field).begin());
+
+    Sums sums() const {
+        Sums all;
+        for (const Sums& tile : sums_) {
+            all.ours += tile.ours;
+            all.papers += tile.papers;
+            all.cells += tile.cells;
         }
-    }
-    std::span<const double> values(CellField field) const {
-        const auto found = std::ranges::find(kept_, field, [](const auto& k) { return k.first; });
-        return found == kept_.end() ? std::span<const double>() : found->second;
+        return all;
     }
 
   private:
-    CellTable& cells_;
-    std::vector<std::pair<CellField, std::vector<double>>> kept_;
+    void add(const CellBlock& block, std::span<const double> ours,
+             std::span<const double> papers) const {
+        Sums sums;
+        for (std::size_t k = 0; k < ours.size(); ++k) {
+            if (ours[k] == maker_.noData() || papers[k] == maker_.noData()) continue;
+            sums.ours += ours[k];
+            sums.papers += papers[k];
+            ++sums.cells;
+        }
+        sums_[tiles_.indexOf(block)] = sums;
+    }
+
+    const CellMaker& maker_;
+    const GridGeometry& geometry_;
+    const CellInputs& ours_;
+    const CellInputs& papers_;
+    GridTiles tiles_;
+    mutable std::vector<Sums> sums_;
 };
 
-}  // namespace
-
-bool StandardRun::make(CellTable& cells, int month) {
+bool StandardRun::make(const CellInputs& inputs, int month) {
     const std::string name = gridName(kStandardGrids, run_.settings, month);
     return trapped(run_.application.prompts(), name + ": ", [&] {
-        using enum CellField;
-        const ColumnsKept kept(cells, {GG, SA, SR, RefET});
-        calculate(cells, month);
-        save(cells, name);
-        tellDifference(cells, kept.values(RefET), month);
+        const CellInputs papers = papersInputs(inputs, month);
+        const auto grid = std::make_shared<PapersRefEt>(run_.maker, run_.geometry, inputs, papers);
+        run_.workspace.save(std::array{RasterToSave{name, grid, "GRID"}});
+        run_.record.made(name);
+        show(name);
+        tellDifference(grid->sums(), month);
     });
+}
+
+CellInputs StandardRun::papersInputs(const CellInputs& inputs, int month) {
+    CellInputs papers = inputs;
+    const int year = run_.settings.yearNumber();
+    papers.date = {representativeDay(month, year, kPaperConventions), month, year};
+    if (run_.settings.needsFullWeather()) papers[CellField::GG] = heatFlux(month);
+    return papers;
 }
 
 bool StandardRun::hasTemperatures(int month) const {
@@ -83,20 +122,18 @@ bool StandardRun::hasTemperatures(int month) const {
            run_.surfaces.made("TN_" + GetMonthName(month));
 }
 
-void StandardRun::setHeatFlux(CellTable& cells, int month) {
+FieldSource StandardRun::heatFlux(int month) {
     const int before = monthBefore(month);
     const int after = monthAfter(month);
     if (!hasTemperatures(before)) {
-        std::ranges::fill(cells.writable(CellField::GG), 0.0);
         run_.application.prompts().notice(
             gridName(kStandardGrids, run_.settings, month) +
             " takes the soil heat flux as 0: the run has no temperatures of " +
             GetMonthName(before));
-        return;
+        return {FieldSource::Kind::estimate};
     }
     const bool both = hasTemperatures(after);
-    IPlatform& platform = run_.application.platform();
-    const auto algebra = platform.analysis().mapAlgebra();
+    const auto algebra = run_.application.platform().analysis().mapAlgebra();
     useCells(algebra->environment(), run_.geometry);
     const auto bind = [&](const std::string& grid, const std::string& symbol) {
         algebra->BindRaster(run_.workspace.openRasterDataset(grid)->createDefaultRaster(), symbol);
@@ -108,33 +145,12 @@ void StandardRun::setHeatFlux(CellTable& cells, int month) {
     bind("TM_" + last, "TNMax");
     bind("TN_" + last, "TNMin");
     const double factor = both ? kHeatFluxOverTwoMonths : kHeatFluxOverOneMonth;
-    gridIntoField(platform.loop(),
-                  *algebra->Execute(numberText(factor) +
-                                    " / 2.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )"),
-                  cells, CellField::GG);
+    return {FieldSource::Kind::grid,
+            algebra->Execute(numberText(factor) +
+                             " / 2.0 * ( [TNMax] + [TNMin] - [TPMax] - [TPMin] )")};
 }
 
-void StandardRun::calculate(CellTable& cells, int month) {
-    IParallelLoop& loop = run_.application.platform().loop();
-    const int year = run_.settings.yearNumber();
-    const auto rows = static_cast<std::size_t>(run_.geometry.rows);
-    const Date date{representativeDay(month, year, kPaperConventions), month, year};
-    if (run_.settings.needsFullWeather()) {
-        setHeatFlux(cells, month);
-        if (!run_.surfaces.made("SR_" + GetMonthName(month))) {
-            estimateSolarRadiation(loop, cells, run_.settings.Ks, date, rows, run_.noData,
-                                   kPaperConventions);
-        }
-    }
-    // Cells where Blaney-Criddle has no daylight are those of the method, which told them.
-    calculateRefEt(loop, cells, run_.elevationParts, refEtMethod(run_.settings), date, rows,
-                   run_.noData, kPaperConventions);
-}
-
-void StandardRun::save(const CellTable& cells, const std::string& name) {
-    const RasterPtr grid = fieldAsGrid(cells, CellField::RefET, run_.geometry);
-    run_.workspace.save(std::array{RasterToSave{name, grid, "GRID"}});
-    run_.record.made(name);
+void StandardRun::show(const std::string& name) {
     IMxDocument& document = run_.application.document();
     auto layer = document.createRasterLayer(joinedPath(run_.settings.OutputWorkspace, name));
     const AlgorithmicColorRamp& ramp = productMadeBy("refet").ramp;
@@ -142,26 +158,16 @@ void StandardRun::save(const CellTable& cells, const std::string& name) {
     document.addLayer(std::move(layer));
 }
 
-void StandardRun::tellDifference(const CellTable& cells, std::span<const double> ours, int month) {
-    const std::span<const double> papers = cells.values(CellField::RefET);
-    double sumOfOurs = 0;
-    double sumOfPapers = 0;
-    std::size_t count = 0;
-    for (std::size_t k = 0; k < ours.size(); ++k) {
-        if (ours[k] == run_.noData || papers[k] == run_.noData) continue;
-        sumOfOurs += ours[k];
-        sumOfPapers += papers[k];
-        ++count;
-    }
-    if (count == 0) return;
-    const auto cellCount = static_cast<double>(count);
-    const double mean = sumOfPapers / cellCount;
-    const double difference = mean - sumOfOurs / cellCount;
+void StandardRun::tellDifference(const Sums& sums, int month) {
+    if (sums.cells == 0) return;
+    const auto cells = static_cast<double>(sums.cells);
+    const double mean = sums.papers / cells;
+    const double difference = mean - sums.ours / cells;
     std::string text = gridName(kStandardGrids, run_.settings, month) +
                        ": by the papers' choices the mean is " + numberText(rounded(mean, 3)) +
                        " inches, " + signedText(difference, 3);
-    if (sumOfOurs > 0) {
-        text += " (" + signedText(100 * (sumOfPapers / sumOfOurs - 1), 1) + " %)";
+    if (sums.ours > 0) {
+        text += " (" + signedText(100 * (sums.papers / sums.ours - 1), 1) + " %)";
     }
     run_.application.prompts().notice(text + " against " +
                                       gridName(productMadeBy("refet").made, run_.settings, month));

@@ -7,8 +7,7 @@
 #include "gis/application.h"
 #include "modelling/products.h"
 #include "modelling/run_record.h"
-#include "refet/cell_table.h"
-#include "refet/refet_pass.h"
+#include "refet/cell_maker.h"
 #include "refet/weather_surfaces.h"
 #include "settings/run_settings.h"
 
@@ -16,9 +15,6 @@ namespace velmora {
 
 // "RefETstd_Jul_2", inches of the month.
 inline constexpr GridNaming kStandardGrids = {"RefETstd_", true, true};
-
-// Bytes per cell that it needs beside the run's own.
-constexpr double kStandardBytesPerCell = 40;
 
 class StandardRun {
   public:
@@ -29,27 +25,34 @@ class StandardRun {
         const GridGeometry& geometry;
         IRasterWorkspace& workspace;
         const WeatherSurfaces& surfaces;
-        const ElevationParts& elevationParts;
-        double noData;
+        const CellMaker& maker;
         RunRecord& record;
     };
 
     explicit StandardRun(const Beside& run) : run_(run) {}
 
-    // Makes the grid of the month whose weather and reference ET the cells hold, and tells in a
-    // notice how its mean differs. The cells are left as they were. False when it cannot be made,
-    // which is shown as a failure. Throws Cancelled.
-    bool make(CellTable& cells, int month);
+    // Makes the grid of the month whose cells are made from the inputs, and tells in a notice how
+    // its mean differs from that of the method. False when it cannot be made, which is shown as a
+    // failure. Throws Cancelled.
+    bool make(const CellInputs& inputs, int month);
 
   private:
-    // FAO-56 equation 43 where the run has the temperatures of both neighbours (December is
-    // January's and January December's), equation 44 where it has the month before alone; else 0,
-    // which is told.
-    void setHeatFlux(CellTable& cells, int month);
+    class PapersRefEt;
+    // Over the cells where both have a value, inches.
+    struct Sums {
+        double ours = 0;
+        double papers = 0;
+        std::size_t cells = 0;
+    };
+
+    // The papers' weather: FAO-56 equation 43 for the heat flux where the run has the temperatures
+    // of both neighbours (December is January's and January December's), equation 44 where it has
+    // the month before alone; else 0, which is told.
+    CellInputs papersInputs(const CellInputs& inputs, int month);
+    FieldSource heatFlux(int month);
     bool hasTemperatures(int month) const;
-    void calculate(CellTable& cells, int month);
-    void save(const CellTable& cells, const std::string& name);
-    void tellDifference(const CellTable& cells, std::span<const double> ours, int month);
+    void show(const std::string& name);
+    void tellDifference(const Sums& sums, int month);
 
     Beside run_;
 };

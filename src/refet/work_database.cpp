@@ -2,6 +2,7 @@
 #include "refet/work_database.h"
 
 #include "gis/connection_text.h"
+#include "refet/cell_table.h"
 
 namespace velmora {
 
@@ -36,9 +37,9 @@ void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExten
 }
 
 void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
-                       const CellTable& table) {
+                       IRowSource& records) {
     make(platform, pathWithoutExtension,
-         [&](IConnection& database) { database.append("GGG", table); });
+         [&](IConnection& database) { database.append("GGG", records); });
 }
 
 }  // namespace velmora

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "gis/application.h"
-#include "refet/cell_table.h"
+#include "gis/tables.h"
 
 namespace velmora {
 
@@ -15,6 +15,6 @@ void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExten
 // Puts the cell table's records into PATH.mdb in one step: the file is written beside and takes the
 // name when it is whole.
 void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
-                       const CellTable& table);
+                       IRowSource& records);
 
 }  // namespace velmora

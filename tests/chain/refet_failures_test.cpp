@@ -132,13 +132,13 @@ TEST_F(RefEtFailures, AbsurdCellSizes) {
     EXPECT_EQ(f.output("RefET_Jul_2").values.size(), 1U);
 }
 
-TEST_F(RefEtFailures, NotEnoughMemory) {
-    class SmallMachine : public platform::FileSystem {
+TEST_F(RefEtFailures, NotEnoughRoomOnTheDisk) {
+    class FullDisk : public platform::FileSystem {
       public:
-        std::uint64_t freeMemory() const override { return 1000; }
-    } small;
-    f.world.platform.otherFiles = &small;
-    EXPECT_THAT(failed(), HasSubstr("not enough free memory"));
+        std::optional<std::uint64_t> freeSpace(const std::string&) const override { return 1000; }
+    } full;
+    f.world.platform.otherFiles = &full;
+    EXPECT_THAT(failed(), HasSubstr("has 1 MB left: make room, or give a larger cell size"));
 }
 
 TEST_F(RefEtFailures, OutputFolder) {

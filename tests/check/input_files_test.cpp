@@ -103,15 +103,16 @@ TEST_F(InputFiles, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
     EXPECT_THAT(all, Contains(HasSubstr("TN_Jul: S5: 88 is not between")));
 }
 
-TEST_F(InputFiles, MoreCellsThanTheMemoryTakes) {
-    class SmallMachine : public platform::FileSystem {
+TEST_F(InputFiles, MoreCellsThanTheDiskTakes) {
+    class FullDisk : public platform::FileSystem {
       public:
-        std::uint64_t freeMemory() const override { return 1000; }
-    } small;
-    f.world.platform.otherFiles = &small;
-    EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: "),
-                                                 HasSubstr("37 x 21 cells, for which this machine "
-                                                           "has not enough free memory"))));
+        std::optional<std::uint64_t> freeSpace(const std::string&) const override { return 1000; }
+    } full;
+    f.world.platform.otherFiles = &full;
+    EXPECT_THAT(lines(),
+                Contains(testing::AllOf(testing::StartsWith("error: "),
+                                        HasSubstr("37 x 21 cells, whose reference ET takes "),
+                                        HasSubstr(" has 1 MB left: make room"))));
 }
 
 }  // namespace

@@ -18,37 +18,37 @@ GridGeometry cellsOf(int columns, int rows) { return {columns, rows, 0, 0, 100, 
 TEST(RunNeeds, AreThoseOfTheMeasuredChain) {
     RunSettings settings;
     settings.RefETMethod = "2";
-    EXPECT_NEAR(bytesOnDisk(settings, 1000000, 12) / 1048576, 686, 0.05 * 686);
-    const double full = bytesOnDisk(settings, 1000000, 12);
+    settings.BeginMonth = "Jan";
+    settings.EndMonth = "Dec";
+    EXPECT_NEAR(bytesOnDisk(settings, 1000000) / 1048576, 686, 0.05 * 686);
+    const double full = bytesOnDisk(settings, 1000000);
     settings.RefETMethod = "4";
-    EXPECT_LT(bytesOnDisk(settings, 1000000, 12), 0.9 * full);
+    EXPECT_LT(bytesOnDisk(settings, 1000000), 0.9 * full);
 }
 
 TEST(RunNeeds, AreToldInOneNote) {
     test::MemoryRun f;
+    test::MemoryFiles files;
     f.settings.BeginMonth = "Jan";
     f.settings.EndMonth = "Dec";
-    f.settings.OutputWorkspace = "/";
-    const auto small = checkRunNeeds(f.settings, cellsOf(1000, 1000));
+    const auto small = checkRunNeeds(files, f.settings, cellsOf(1000, 1000));
     ASSERT_EQ(small.size(), 1U);
     EXPECT_EQ(small[0].severity, Severity::note);
-    EXPECT_EQ(small[0].text,
-              "all steps over 12 months take some 130 MB of memory, 722 MB on disk and some "
-              "seconds");
-    const auto large = checkRunNeeds(f.settings, cellsOf(30000, 30000));
-    EXPECT_THAT(large[0].text,
-                HasSubstr("117 GB of memory, 648.9 GB on disk and about 72 minutes"));
-    f.settings.OutputWorkspace = "/none";
-    EXPECT_EQ(checkRunNeeds(f.settings, cellsOf(30000, 30000)).size(), 1U);
+    EXPECT_EQ(small[0].text, "all steps over 12 months take some 722 MB on disk and some seconds");
+    const auto large = checkRunNeeds(files, f.settings, cellsOf(30000, 30000));
+    EXPECT_THAT(large[0].text, HasSubstr("648.9 GB on disk and about 72 minutes"));
+    files.room.reset();  // not known
+    EXPECT_EQ(checkRunNeeds(files, f.settings, cellsOf(30000, 30000)).size(), 1U);
 }
 
 TEST(RunNeeds, ADiskWithoutRoomIsAWarning) {
     test::MemoryRun f;
-    f.settings.OutputWorkspace = "/proc";  // which has no room at all
-    const auto found = checkRunNeeds(f.settings, cellsOf(1000, 1000));
+    test::MemoryFiles files;
+    files.room = 7'000'000;
+    const auto found = checkRunNeeds(files, f.settings, cellsOf(1000, 1000));
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[1].severity, Severity::warning);
-    EXPECT_THAT(found[1].text, HasSubstr("has 0 MB left on its disk, but all steps take "));
+    EXPECT_THAT(found[1].text, HasSubstr("has 7 MB left on its disk, but all steps take "));
 }
 
 }  // namespace

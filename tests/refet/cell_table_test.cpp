@@ -6,74 +6,57 @@
 
 #include "gis/errors.h"
 #include "gis/memory_raster.h"
-#include "refet/cell_transfer.h"
-#include "tests/support/serial_loop.h"
 
 namespace velmora {
 namespace {
 
-struct Cells : testing::Test {
-    test::SerialLoop loop;
-    CellTable table;
-};
+using testing::ElementsAre;
 
-TEST_F(Cells, RecordsStandColumnByColumnTopRowFirst) {
-    // Columns 3, rows 2; cell (x, y) holds 10 x + y.
-    Grid grid({3, 2, 0, 2, 1, ""});
-    for (int x = 0; x < 3; ++x) {
-        for (int y = 0; y < 2; ++y) grid.at(x, y) = static_cast<float>(10 * x + y);
+// Columns 4, rows 3; cell (x, y) holds 10 x + y.
+Grid tens() {
+    Grid grid({4, 3, 0, 3, 1, ""});
+    for (int x = 0; x < 4; ++x) {
+        for (int y = 0; y < 3; ++y) grid.at(x, y) = static_cast<float>(10 * x + y);
     }
-    table.createRecords(6);
-    gridIntoField(loop, MemoryRaster(grid), table, CellField::TM);
-    EXPECT_THAT(table.values(CellField::TM), testing::ElementsAre(0, 1, 10, 11, 20, 21));
-    const Grid back = wholeGrid(*fieldAsGrid(table, CellField::TM, grid.geometry));
-    EXPECT_EQ(back.values, grid.values);
+    return grid;
 }
 
-TEST_F(Cells, LargeGridsGoThereAndBack) {
-    Grid grid({700, 45, 0, 45, 1, ""});
-    for (std::size_t i = 0; i < grid.values.size(); ++i) grid.values[i] = static_cast<float>(i) / 3;
-    grid.at(600, 40) = kNoData;
-    table.createRecords(grid.values.size());
-    gridIntoField(loop, MemoryRaster(grid), table, CellField::SR);
-    EXPECT_EQ(table.values(CellField::SR)[600 * 45 + 40], static_cast<double>(kNoData));
-    EXPECT_EQ(wholeGrid(*fieldAsGrid(table, CellField::SR, grid.geometry)).values, grid.values);
+TEST(Cells, RecordsStandColumnByColumnTopRowFirst) {
+    CellTable table({0, 0, 4, 3});
+    gridIntoField(MemoryRaster(tens()), table, CellField::TM);
+    EXPECT_THAT(table.values(CellField::TM),
+                ElementsAre(0, 1, 2, 10, 11, 12, 20, 21, 22, 30, 31, 32));
+    std::vector<float> back(12);
+    fieldIntoCells(table, CellField::TM, back);
+    EXPECT_EQ(back, tens().values);
 }
 
-TEST_F(Cells, OtherShapesAreRefused) {
-    table.createRecords(6);
-    const MemoryRaster larger(Grid({4, 2, 0, 2, 1, ""}, 1));
-    EXPECT_THROW(gridIntoField(loop, larger, table, CellField::TM), PlatformError);
-    EXPECT_THROW(fieldAsGrid(table, CellField::RefET, {3, 2, 0, 2, 1, ""}), PlatformError);
-    table.writable(CellField::RefET);
-    EXPECT_THROW(fieldAsGrid(table, CellField::RefET, {4, 2, 0, 2, 1, ""}), PlatformError);
+TEST(Cells, ABlockHasItsCellsAlone) {
+    Grid grid = tens();
+    grid.at(2, 1) = kNoData;
+    CellTable table({1, 1, 2, 2});
+    EXPECT_EQ(table.rows(), 2U);
+    gridIntoField(MemoryRaster(grid), table, CellField::TM);
+    EXPECT_THAT(table.values(CellField::TM), ElementsAre(11, 12, static_cast<double>(kNoData), 22));
+    std::vector<float> back(4);
+    fieldIntoCells(table, CellField::TM, back);
+    EXPECT_THAT(back, ElementsAre(11, kNoData, 12, 22));
 }
 
-TEST_F(Cells, TheCursorSeesTheRecordsInOrder) {
-    table.createRecords(2);
-    const auto records = table.records();
-    EXPECT_EQ(records->fieldCount(), 11);
-    EXPECT_EQ(records->fieldName(0), "Latitude");
-    EXPECT_EQ(records->fieldName(10), "RefET");
-    EXPECT_TRUE(isNull(records->value("TD")));
-    records->moveFirst();
-    int updates = 0;
-    for (; !records->eof(); records->moveNext()) {
-        records->setValue("tm", 5.0 + updates++);
-        records->update();
-    }
-    EXPECT_EQ(updates, 2);
-    EXPECT_THAT(table.values(CellField::TM), testing::ElementsAre(5, 6));
-    EXPECT_THROW(records->value("TM"), PlatformError);
-    EXPECT_THROW(records->setValue("XX", 1.0), PlatformError);
+TEST(Cells, AFieldThatWasNeverWrittenIsNoGrid) {
+    CellTable table({0, 0, 2, 1});
+    std::vector<float> cells(2);
+    EXPECT_THAT([&] { fieldIntoCells(table, CellField::SR, cells); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("field SR")));
 }
 
-TEST_F(Cells, NewRecordsForgetTheOldOnes) {
-    table.createRecords(2);
+TEST(Cells, NewRecordsForgetTheOldOnes) {
+    CellTable table({0, 0, 2, 1});
     table.writable(CellField::TM)[0] = 1;
-    table.createRecords(3);
+    table.createRecords({0, 0, 3, 1});
     EXPECT_TRUE(table.values(CellField::TM).empty());
     EXPECT_EQ(table.rowCount(), 3U);
+    EXPECT_STREQ(cellFieldName(CellField::RefET), "RefET");
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 #include "refet/equations/solar_estimate.h"
 #include "refet/equations/solar_radiation.h"
 #include "refet/refet_pass.h"
-#include "tests/support/serial_loop.h"
 
 namespace velmora {
 namespace {
@@ -87,11 +86,10 @@ TEST(Conventions, OursIsFiveNinthsOfThePapersHeatFlux) {
 
 // Two cells of a frosty, overcast February: one with negative depth, one without.
 struct FrostyPass : testing::Test {
-    test::SerialLoop loop;
     CellTable table;
     FrostyPass() {
         using enum CellField;
-        table.createRecords(2);
+        table.createRecords({0, 0, 1, 2});
         const auto fill = [&](CellField field, double first, double second) {
             table.writable(field)[0] = first;
             table.writable(field)[1] = second;
@@ -106,8 +104,7 @@ struct FrostyPass : testing::Test {
         fill(GG, 0, 0);
     }
     std::vector<double> depths(RefEtMethod method, const Conventions& conventions) {
-        calculateRefEt(loop, table, elevationParts(loop, table), method, {15, 2, 2015}, 2, kNone,
-                       conventions);
+        calculateRefEt(table, elevationParts(table), method, {15, 2, 2015}, kNone, conventions);
         const auto values = table.values(CellField::RefET);
         return {values.begin(), values.end()};
     }
@@ -131,7 +128,7 @@ TEST_F(FrostyPass, AFebruaryOfACommonYearHas28Days) {
 }
 
 TEST_F(FrostyPass, RadiationIsEstimatedWithTheirSun) {
-    estimateSolarRadiation(loop, table, 0.16, {15, 2, 2015}, 2, kNone, kPaperConventions);
+    estimateSolarRadiation(table, 0.16, {15, 2, 2015}, kNone, kPaperConventions);
     const double Ra = ExtraterrestrialRadiation(44, {15, 2, 2015}, kPaperConventions);
     EXPECT_EQ(table.values(CellField::SR)[1], solarRadiationFromRange(0.16, 8, -2, Ra));
 }

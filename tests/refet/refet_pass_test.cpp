@@ -10,7 +10,6 @@
 #include "gis/grid.h"
 #include "refet/cls_models.h"
 #include "refet/equations/failure.h"
-#include "tests/support/serial_loop.h"
 
 namespace velmora {
 namespace {
@@ -21,11 +20,10 @@ constexpr double kNone = static_cast<double>(kNoData);
 struct RefEtPass : testing::Test {
     static constexpr std::size_t kRows = 5;
     static constexpr std::size_t kRecords = 35;
-    test::SerialLoop loop;
     CellTable table;
 
     RefEtPass() {
-        table.createRecords(kRecords);
+        table.createRecords({0, 0, 7, 5});
         fill(CellField::Latitude, 41, 0);
         for (std::size_t k = 0; k < kRecords; ++k) {
             table.writable(CellField::Latitude)[k] = 41 + 0.3 * static_cast<double>(k % kRows);
@@ -73,7 +71,7 @@ TEST_F(RefEtPass, GivesTheBitsOfTheLiteralEquations) {
     for (int number = 1; number <= 6; ++number) {
         const auto method = static_cast<RefEtMethod>(number);
         for (const Date& date : {Date{16, 7, 2006}, Date{14, 2, 2004}, Date{16, 12, 2001}}) {
-            calculateRefEt(loop, table, elevationParts(loop, table), method, date, kRows, kNone);
+            calculateRefEt(table, elevationParts(table), method, date, kNone);
             for (std::size_t k = 0; k < kRecords; ++k) {
                 EXPECT_EQ(at(CellField::RefET, k), literal(*this, method, date, k)) << number;
             }
@@ -82,26 +80,22 @@ TEST_F(RefEtPass, GivesTheBitsOfTheLiteralEquations) {
 }
 
 TEST_F(RefEtPass, MethodThreeIsMethodTwo) {
-    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceShort, {16, 7, 2006},
-                   kRows, kNone);
+    calculateRefEt(table, elevationParts(table), RefEtMethod::asceShort, {16, 7, 2006}, kNone);
     const auto two = table.values(CellField::RefET);
     const std::vector<double> before(two.begin(), two.end());
-    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::fao56, {16, 7, 2006},
-                   kRows, kNone);
+    calculateRefEt(table, elevationParts(table), RefEtMethod::fao56, {16, 7, 2006}, kNone);
     EXPECT_THAT(table.values(CellField::RefET), testing::ElementsAreArray(before));
 }
 
 TEST_F(RefEtPass, NoDataGoesThrough) {
     table.writable(CellField::Elevation)[3] = kNone;
     table.writable(CellField::WS)[8] = kNone;
-    calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceShort, {16, 7, 2006},
-                   kRows, kNone);
+    calculateRefEt(table, elevationParts(table), RefEtMethod::asceShort, {16, 7, 2006}, kNone);
     EXPECT_EQ(at(CellField::RefET, 3), kNone);
     EXPECT_EQ(at(CellField::RefET, 8), kNone);
     EXPECT_GT(at(CellField::RefET, 9), 0);
     for (const auto method : {RefEtMethod::hargreaves, RefEtMethod::blaneyCriddle}) {
-        calculateRefEt(loop, table, elevationParts(loop, table), method, {16, 7, 2006}, kRows,
-                       kNone);
+        calculateRefEt(table, elevationParts(table), method, {16, 7, 2006}, kNone);
         EXPECT_EQ(at(CellField::RefET, 3), kNone);
         EXPECT_GT(at(CellField::RefET, 8), 0);  // wind plays no part
     }
@@ -122,8 +116,7 @@ TEST_F(RefEtPass, NoDataInAnInputOfTheMethodGoesThrough) {
     const auto resultWithout = [&](RefEtMethod method, CellField field) {
         const double before = at(field, 8);
         table.writable(field)[8] = kNone;
-        calculateRefEt(loop, table, elevationParts(loop, table), method, {16, 7, 2006}, kRows,
-                       kNone);
+        calculateRefEt(table, elevationParts(table), method, {16, 7, 2006}, kNone);
         table.writable(field)[8] = before;
         return at(RefET, 8);
     };
@@ -141,39 +134,59 @@ TEST_F(RefEtPass, AFailureNamesTheFirstCell) {
     table.writable(CellField::TD)[22] = -237.3;
     EXPECT_THAT(
         [&] {
-            calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
-                           {16, 7, 2006}, kRows, kNone);
+            calculateRefEt(table, elevationParts(table), RefEtMethod::asceTall, {16, 7, 2006},
+                           kNone);
         },
         testing::ThrowsMessage<EquationError>(testing::HasSubstr("grid column 4, row 3")));
     try {
-        calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
-                       {16, 7, 2006}, kRows, kNone);
+        calculateRefEt(table, elevationParts(table), RefEtMethod::asceTall, {16, 7, 2006}, kNone);
     } catch (const EquationError& e) {
         EXPECT_EQ(e.place(), (ErrorPlace{.month = 7, .column = 4, .row = 3}));
     }
 }
 
+// A block tells the places of the grid, not its own.
+TEST_F(RefEtPass, AFailureInABlockNamesTheCellOfTheGrid) {
+    CellTable block({100, 32, 7, 5});
+    for (int f = 0; f < kCellFields; ++f) {
+        const auto from = table.values(static_cast<CellField>(f));
+        if (!from.empty()) {
+            std::ranges::copy(from, block.writable(static_cast<CellField>(f)).begin());
+        }
+    }
+    block.writable(CellField::TD)[17] = -237.3;
+    try {
+        calculateRefEt(block, elevationParts(block), RefEtMethod::asceTall, {16, 7, 2006}, kNone);
+        ADD_FAILURE();
+    } catch (const EquationError& e) {
+        EXPECT_EQ(e.place(), (ErrorPlace{.month = 7, .column = 104, .row = 35}));
+    }
+    // All other cells have their value.
+    EXPECT_EQ(block.values(CellField::RefET)[17], kNone);
+    EXPECT_GT(block.values(CellField::RefET)[34], 0);
+}
+
 TEST_F(RefEtPass, PolarNightFailsAllButBlaneyCriddle) {
     setLatitude(85);
-    EXPECT_THROW(calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::hargreaves,
-                                {16, 12, 2006}, kRows, kNone),
+    EXPECT_THROW(calculateRefEt(table, elevationParts(table), RefEtMethod::hargreaves,
+                                {16, 12, 2006}, kNone),
                  EquationError);
     // Below the minimum the result is 0, whatever the sun.
     std::ranges::fill(table.writable(CellField::TM), -30.0);
-    calculateRefEt(loop, table, {}, RefEtMethod::hargreaves, {16, 12, 2006}, kRows, kNone);
+    calculateRefEt(table, {}, RefEtMethod::hargreaves, {16, 12, 2006}, kNone);
     EXPECT_EQ(at(CellField::RefET, 0), 0);
-    const auto result = calculateRefEt(loop, table, elevationParts(loop, table),
-                                       RefEtMethod::blaneyCriddle, {16, 12, 2006}, kRows, kNone);
+    const auto result = calculateRefEt(table, elevationParts(table), RefEtMethod::blaneyCriddle,
+                                       {16, 12, 2006}, kNone);
     EXPECT_EQ(result.failedCells, kRecords);
     EXPECT_EQ(at(CellField::RefET, 0), 0);
 }
 
 TEST_F(RefEtPass, AFieldThatWasNeverFilledIsNamed) {
     CellTable empty;
-    empty.createRecords(kRecords);
+    empty.createRecords({0, 0, 7, 5});
     EXPECT_THAT(
         [&] {
-            calculateRefEt(loop, empty, {}, RefEtMethod::asceShort, {16, 7, 2006}, kRows, kNone);
+            calculateRefEt(empty, {}, RefEtMethod::asceShort, {16, 7, 2006}, kNone);
         },
         testing::ThrowsMessage<PlatformError>(testing::HasSubstr("field Latitude")));
 }
@@ -182,23 +195,22 @@ TEST_F(RefEtPass, AnElevationWithoutAirFailsItsCell) {
     table.writable(CellField::Elevation)[12] = 60000;
     EXPECT_THAT(
         [&] {
-            calculateRefEt(loop, table, elevationParts(loop, table), RefEtMethod::asceTall,
-                           {16, 7, 2006}, kRows, kNone);
+            calculateRefEt(table, elevationParts(table), RefEtMethod::asceTall, {16, 7, 2006},
+                           kNone);
         },
         testing::ThrowsMessage<EquationError>(testing::HasSubstr("grid column 3, row 3")));
-    EXPECT_THROW(
-        calculateRefEt(loop, table, {}, RefEtMethod::asceTall, {16, 7, 2006}, kRows, kNone),
-        PlatformError);
+    EXPECT_THROW(calculateRefEt(table, {}, RefEtMethod::asceTall, {16, 7, 2006}, kNone),
+                 PlatformError);
 }
 
 TEST_F(RefEtPass, EstimatesStandInForMissingInputs) {
     table.writable(CellField::TN)[4] = kNone;
     table.writable(CellField::TN)[6] = 60;  // above the maximum: a difference of 0
-    estimateDewPoint(loop, table, 2.5, kNone);
+    estimateDewPoint(table, 2.5, kNone);
     EXPECT_EQ(at(CellField::TD, 1), at(CellField::TN, 1) - 2.5);
     EXPECT_EQ(at(CellField::TD, 4), kNone);
     const Date date{16, 7, 2006};
-    estimateSolarRadiation(loop, table, 0.17, date, kRows, kNone);
+    estimateSolarRadiation(table, 0.17, date, kNone);
     const double Ra = 41.3;  // about, at 41 degrees in the middle of July
     EXPECT_NEAR(at(CellField::SA, 0), Ra, 1.2);
     EXPECT_DOUBLE_EQ(at(CellField::SR, 0), 0.17 * std::sqrt(16) * at(CellField::SA, 0));

@@ -78,7 +78,7 @@ class FakeConnection : public IConnection {
         return names;
     }
     std::unique_ptr<ITransaction> beginTransaction() override { refuse("a transaction"); }
-    void append(const std::string& table, const IColumnSource& source) override {
+    void append(const std::string& table, IRowSource& source) override {
         all_.writes.pass(table);
         tables().at(table) += source.rowCount();
     }

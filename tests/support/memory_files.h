@@ -29,7 +29,8 @@ class MemoryFiles : public IFileSystem {
     std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) override;
     std::unique_ptr<IFolderLock> shareFolder(const std::string& folder) override;
     void settle(const std::string& folder) override { settles.pass(folder); }
-    std::uint64_t freeMemory() const override { return 1ULL << 40U; }
+    std::optional<std::uint64_t> freeSpace(const std::string&) const override { return room; }
+    std::optional<std::uint64_t> room = 1ULL << 40U;
 
     std::map<std::string, std::string> files;
     std::map<std::string, bool> folders;

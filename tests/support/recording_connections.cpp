@@ -25,7 +25,7 @@ class RecordingConnection : public IConnection {
     }
     std::vector<std::string> tableNames() override { return real_->tableNames(); }
     std::unique_ptr<ITransaction> beginTransaction() override { return real_->beginTransaction(); }
-    void append(const std::string& table, const IColumnSource& source) override {
+    void append(const std::string& table, IRowSource& source) override {
         real_->append(table, source);
     }
 

@@ -106,22 +106,6 @@ void requireFolder(const FileSystem& files, const std::string& folder) {
     }
 }
 
-std::uint64_t numberIn(const std::string& path, const std::string& key) {
-    std::ifstream file(path);
-    std::string word;
-    while (file >> word) {
-        if (key.empty()) {
-            return std::all_of(word.begin(), word.end(),
-                               [](char c) { return c >= '0' && c <= '9'; })
-                       ? std::stoull(word)
-                       : 0;
-        }
-        std::uint64_t number = 0;
-        if (word == key && file >> number) return number;
-    }
-    return 0;
-}
-
 }  // namespace
 
 bool FileSystem::fileExists(const std::string& path) const { return isFile(path); }
@@ -211,13 +195,10 @@ std::unique_ptr<IFolderLock> FileSystem::shareFolder(const std::string& folder) 
 
 void FileSystem::settle(const std::string& folder) { syncFileSystemOf(folder); }
 
-std::uint64_t FileSystem::freeMemory() const {
-    std::uint64_t free = numberIn("/proc/meminfo", "MemAvailable:") * 1024;
-    if (free == 0) return std::numeric_limits<std::uint64_t>::max();
-    const std::uint64_t limit = numberIn("/sys/fs/cgroup/memory.max", "");
-    const std::uint64_t used = numberIn("/sys/fs/cgroup/memory.current", "");
-    if (limit > used) free = std::min(free, limit - used);
-    return free;
+std::optional<std::uint64_t> FileSystem::freeSpace(const std::string& folder) const {
+    std::error_code error;
+    const auto space = fs::space(folder, error);
+    return error ? std::nullopt : std::optional<std::uint64_t>(space.available);
 }
 
 double SystemClock::seconds() const {

@@ -29,7 +29,7 @@ class FileSystem : public IFileSystem {
     std::unique_ptr<IFolderLock> lockFolder(const std::string& folder) override;
     std::unique_ptr<IFolderLock> shareFolder(const std::string& folder) override;
     void settle(const std::string& folder) override;
-    std::uint64_t freeMemory() const override;
+    std::optional<std::uint64_t> freeSpace(const std::string& folder) const override;
 };
 
 class SystemClock : public IClock {

@@ -185,6 +185,6 @@ void DbaseConnection::execute(const std::string&) { refuse(); }
 void DbaseConnection::createTable(const std::string&, const std::vector<ColumnDefinition>&) {
     refuse();
 }
-void DbaseConnection::append(const std::string&, const IColumnSource&) { refuse(); }
+void DbaseConnection::append(const std::string&, IRowSource&) { refuse(); }
 
 }  // namespace velmora::platform

@@ -26,7 +26,7 @@ class DbaseConnection : public IConnection {
                      const std::vector<ColumnDefinition>& columns) override;
     std::vector<std::string> tableNames() override;
     std::unique_ptr<ITransaction> beginTransaction() override;
-    void append(const std::string& table, const IColumnSource& source) override;
+    void append(const std::string& table, IRowSource& source) override;
 
     // The changes of tables by path, held back in a transaction.
     struct Edits {

@@ -219,19 +219,21 @@ void SqliteConnection::createTable(const std::string& name,
 
 // The file is not yet anybody's: no journal and no sync until the end, when the data are flushed.
 // The work is bounded by the rows that are given.
-void SqliteConnection::append(const std::string& table, const IColumnSource& source) {
-    registerColumnTable(database_.get(), "velmora_columns", source);
+void SqliteConnection::append(const std::string& table, IRowSource& source) {
+    ShownRows rows{source};
+    registerRows(database_.get(), "velmora_rows", rows);
     sqlite3_db_config(database_.get(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);  // for journals off
     const std::string statements =
         "PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN; "
         "INSERT INTO " +
-        quotedName(table) + " SELECT * FROM velmora_columns; COMMIT;";
+        quotedName(table) + " SELECT * FROM velmora_rows; COMMIT;";
     IFeedback* feedback = watching();
     if (feedback != nullptr) {
         sqlite3_progress_handler(database_.get(), kStepsBetweenBeats, beat, feedback);
     }
     const int result = sqlite3_exec(database_.get(), statements.c_str(), nullptr, nullptr, nullptr);
     sqlite3_progress_handler(database_.get(), 0, nullptr, nullptr);
+    if (rows.failure) std::rethrow_exception(rows.failure);
     if (result == SQLITE_INTERRUPT && feedback != nullptr) throwIfCancelled(*feedback);
     if (result != SQLITE_OK) {
         throw PlatformError("Cannot write. " + databaseFailure(database_.get()));

@@ -30,7 +30,7 @@ class SqliteConnection : public IConnection {
                      const std::vector<ColumnDefinition>& columns) override;
     std::vector<std::string> tableNames() override;
     std::unique_ptr<ITransaction> beginTransaction() override;
-    void append(const std::string& table, const IColumnSource& source) override;
+    void append(const std::string& table, IRowSource& source) override;
 
     struct Closer {
         void operator()(sqlite3* database) const { sqlite3_close_v2(database); }

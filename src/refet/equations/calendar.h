@@ -12,6 +12,7 @@ struct Date {
     int day = 1;
     int month = 1;
     int year = 2000;
+    bool operator==(const Date&) const = default;
 };
 
 // The year's day number; counts a 29 February in years divisible by 4.

@@ -4,6 +4,8 @@
 
 #include <malloc.h>
 
+#include <limits>
+
 #include "gis/errors.h"
 #include "platform/platform.h"
 #include "tests/support/temp_folder.h"
@@ -25,14 +27,25 @@ struct Database : testing::Test {
     }
 };
 
-class TwoColumns : public IColumnSource {
+// Two rows at a time.
+class TwoColumns : public IRowSource {
   public:
     std::size_t rowCount() const override { return values.size(); }
     int columnCount() const override { return 2; }
+    std::size_t next(std::size_t first) override {
+        if (first >= fails) throw PlatformError("row " + std::to_string(first) + " fails");
+        first_ = first;
+        return std::min<std::size_t>(2, values.size() - first);
+    }
     std::span<const double> column(int position) const override {
-        return position == 0 ? std::span<const double>(values) : std::span<const double>();
+        return position == 0 ? std::span<const double>(values).subspan(first_)
+                             : std::span<const double>();
     }
     std::vector<double> values = {1.5, std::nan(""), -3};
+    std::size_t fails = std::numeric_limits<std::size_t>::max();
+
+  private:
+    std::size_t first_ = 0;
 };
 
 TEST_F(Database, RecordsAreAddedChangedAndRead) {
@@ -58,11 +71,12 @@ TEST_F(Database, RecordsAreAddedChangedAndRead) {
     EXPECT_THROW(records->value("None"), PlatformError);
 }
 
-TEST_F(Database, ColumnsGoInWhole) {
+TEST_F(Database, RowsGoInSomeAtATime) {
     platform.connections().createDatabase(text);
     const auto connection = platform.connections().open(text);
     connection->createTable("GGG", {{"A", FieldType::number, 0}, {"B", FieldType::number, 0}});
-    connection->append("GGG", TwoColumns());
+    TwoColumns rows;
+    connection->append("GGG", rows);
     const auto records = connection->open("Select * from GGG");
     EXPECT_EQ(std::get<double>(records->value("A")), 1.5);
     EXPECT_TRUE(isNull(records->value("B")));
@@ -75,7 +89,7 @@ TEST_F(Database, ColumnsGoInWhole) {
 }
 
 // A large table takes a while; who waits hears that work goes on, and may cancel it.
-TEST_F(Database, ColumnsThatTakeLongMayBeCancelled) {
+TEST_F(Database, RowsThatTakeLongMayBeCancelled) {
     class ManyRows : public TwoColumns {
       public:
         ManyRows() { values.resize(300'000, 2.5); }
@@ -95,7 +109,8 @@ TEST_F(Database, ColumnsThatTakeLongMayBeCancelled) {
     const auto connection = platform.connections().open(text);
     connection->createTable("GGG", {{"A", FieldType::number, 0}, {"B", FieldType::number, 0}});
     watchLoops(&feedback);
-    EXPECT_THROW(connection->append("GGG", ManyRows()), Cancelled);
+    ManyRows rows;
+    EXPECT_THROW(connection->append("GGG", rows), Cancelled);
     watchLoops(nullptr);
     EXPECT_NO_THROW(platform.connections().open(text)->open("Select * from GGG"));
 }
@@ -119,7 +134,23 @@ TEST_F(Database, StatementsThatFailSayWhy) {
     const auto connection = made();
     EXPECT_THROW(connection->execute("DROP TABLE none"), PlatformError);
     EXPECT_THROW(connection->open("SELECT * FROM none"), PlatformError);
-    EXPECT_THROW(connection->append("none", TwoColumns()), PlatformError);
+    TwoColumns rows;
+    EXPECT_THROW(connection->append("none", rows), PlatformError);
+}
+
+TEST_F(Database, RowsThatCannotBeMadeFailAsTheySay) {
+    for (const std::size_t first : {0, 2}) {
+        const std::string database = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" +
+                                     folder.file(std::to_string(first) + ".mdb");
+        platform.connections().createDatabase(database);
+        const auto connection = platform.connections().open(database);
+        connection->createTable("GGG", {{"A", FieldType::number, 0}, {"B", FieldType::number, 0}});
+        TwoColumns rows;
+        rows.fails = first;
+        EXPECT_THAT(
+            [&] { connection->append("GGG", rows); },
+            testing::ThrowsMessage<PlatformError>("row " + std::to_string(first) + " fails"));
+    }
 }
 
 TEST_F(Database, TheDbaseSourceReadsTables) {
