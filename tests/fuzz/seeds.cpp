@@ -5,12 +5,14 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "gis/errors.h"
 #include "gis/grid_tiles.h"
 #include "gis/memory_raster.h"
 #include "platform/grid/esri_grid.h"
 #include "platform/platform.h"
+#include "settings/recorded_settings.h"
 #include "settings/settings_file.h"
 #include "tests/support/jet_writer.h"
 #include "tests/support/temp_folder.h"
@@ -214,6 +216,42 @@ TEST_F(Seeds, RunNotes) {
     for (int i = 0; i < 3000; ++i) objects += "{\"a\":";
     seed("run_notes", "deep_objects", objects + "1" + std::string(3000, '}') + "]");
     seed("run_notes", "no_utf8", "[{\"step\":\"\xFF\xFE\",\"messages\":[\"\\u0000\\ud800\"]}]");
+}
+
+TEST_F(Seeds, Records) {
+    nlohmann::ordered_json record = nlohmann::ordered_json::parse(R"({
+        "format":"velmora run record","version":1,"step":"kc","run":"1795359800327374067",
+        "state":"complete","began":"2031-01-02T03:04:05.6+00:00","ended":"2031-01-02T03:04:06+00:00",
+        "program":{"version":"0.1.0","build":"b","host":"h","libraries":{"GDAL":"3.6.2"}},
+        "started_by":{"user":"u","machine":"m"},"settings":{},"sources":{"refet":"17"},
+        "inputs":[{"path":"/basin/dem","crs":{"name":"n","datum":"d"},"files":[{"path":"/basin/dem/hdr.adf",
+            "bytes":308,"modified":"2031-01-02T03:04:05.6+00:00","sha256":"00"}]},
+            {"path":"/basin/none","error":"e"}],
+        "statements":[{"text":"[a] * 2","times":3}],
+        "surfaces":[{"surface":"TM_Jan","field":"w.TM_Jan","estimator":"kriging","stations":9,
+            "left_out":[{"station":"A","reason":"r"}],"line":{"a":1,"b_per_metre":-0.01,
+            "slope_probability":0.2,"lowest_station":1,"highest_station":2}}],
+        "quality":[{"grid":"RefET_Jan_2","month":"Jan","cells":9,"flags":[{"flag":"f","bit":1,"cells":2,
+            "share":0.2,"worst":{"value":1,"unit":"u","column":1,"row":2},"surfaces":[]}]}],
+        "outputs":[{"path":"Kc_Jan_2","files":[{"path":"Kc_Jan_2/w001001.adf","bytes":16486,
+            "modified":"2031-01-02T03:04:05.6+00:00","xxh3_pieces":"00"},
+            {"path":"velmora_record_kc.json","bytes":1,"modified":"m","xxh3":"00"}]}],
+        "warnings":["w"]})");
+    for (const auto& [field, value] : settingsTexts(RunSettings()))
+        record["settings"][field] = value;
+    const std::string whole = record.dump();
+    seed("records", "whole", whole);
+    seed("records", "cut", whole.substr(0, whole.size() / 2));
+    for (const char* member : {"settings", "inputs", "outputs", "sources", "surfaces", "quality"}) {
+        auto other = record;
+        other[member] = nullptr;
+        seed("records", std::string("null_") + member, other.dump());
+        other[member] = {{{"path", 1}}, "text"};
+        seed("records", std::string("other_") + member, other.dump());
+    }
+    record["outputs"][0]["files"][0]["path"] = "../../../../dev/zero";
+    seed("records", "elsewhere", record.dump());
+    seed("records", "empty", {});
 }
 
 TEST_F(Seeds, CommandLines) {
