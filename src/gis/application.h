@@ -70,6 +70,8 @@ class IApplication {
     virtual bool wantsStandardRun() const { return false; }
     // Whether the user asked for the grids of flags beside the reference ET grids.
     virtual bool wantsQualityGrids() const { return false; }
+    // Whether a reference ET run stores its cells in the work database, unless the user forwent it.
+    virtual bool wantsWorkDatabase() const { return true; }
     // Told at the end of every click of a model command, and of cancelled work of a form.
     virtual void noteOutcome(StepOutcome outcome) = 0;
 };

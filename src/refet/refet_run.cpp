@@ -83,7 +83,7 @@ void ReferenceEtRun::runSteps() {
     feedback_.beginPart(0, kPrepared);
     SetupWorkDatabase();
     if (!runStatus_) return;
-    show("Access MDB has been created for operations ...");
+    if (application_.wantsWorkDatabase()) show("Access MDB has been created for operations ...");
     GetGeographicCoordinates();
     if (!runStatus_) return;
     GetRasterTemp();
@@ -151,14 +151,18 @@ void ReferenceEtRun::SetupWorkDatabase() {
         folder_.emplace(platform_.files(), settings_.OutputWorkspace);
         workspace_ = platform_.rasters().openFromFolder(settings_.OutputWorkspace);
         record_.emplace(application_, settings_, "refet");
-        createWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"));
+        if (application_.wantsWorkDatabase()) {
+            createWorkDatabase(platform_, workDatabase());
+        } else {
+            removeWorkDatabase(platform_, workDatabase());
+        }
     });
 }
 
 void ReferenceEtRun::GetGeographicCoordinates() {
     trapped("GetGeographicCoordinates", [&] {
         geometry_ = runGeometry(platform_, settings_);
-        requireRoom(platform_.files(), settings_, geometry_);
+        requireRoom(platform_.files(), settings_, geometry_, application_.wantsWorkDatabase());
         // The left edge of the extent stands for the whole row.
         std::vector<Point> leftEdge;
         for (int row = 0; row < geometry_.rows; ++row) {
@@ -420,12 +424,16 @@ void ReferenceEtRun::GridReadOut(int month, RasterPtr result) {
 
 // The work database shows the cells as the run left them, after a failure too.
 void ReferenceEtRun::storeCells() {
-    if (!folder_ || !maker_ || cellsStored_) return;
+    if (!folder_ || !maker_ || cellsStored_ || !application_.wantsWorkDatabase()) return;
     cellsStored_ = true;
     trapped("SetupWorkDatabase", [&] {
         CellRows rows({platform_.loop(), *maker_, geometry_, inputs_, calculated_});
-        storeWorkDatabase(platform_, joinedPath(settings_.OutputWorkspace, "GridOP"), rows);
+        storeWorkDatabase(platform_, workDatabase(), rows);
     });
+}
+
+std::string ReferenceEtRun::workDatabase() const {
+    return joinedPath(settings_.OutputWorkspace, "GridOP");
 }
 
 }  // namespace velmora

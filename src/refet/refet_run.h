@@ -69,6 +69,7 @@ class ReferenceEtRun {
     void tellEstimates();
     bool hasGrid(const std::string& prefix, int month) const;
     void storeCells();
+    std::string workDatabase() const;  // its path without the extension
     void settle();
     void finishRecord();
 

@@ -26,11 +26,11 @@ double bytesOfGrids(std::size_t cells, std::size_t grids) {
            (static_cast<double>(cells) * kGridBytesPerCell + kBytesBesideCells);
 }
 
-double bytesOfRun(const RunSettings& settings, std::size_t cells) {
+double bytesOfRun(const RunSettings& settings, std::size_t cells, bool withDatabase) {
     const std::size_t ofMonth =
         settings.needsFullWeather() ? kGridsOfFullWeather : kGridsOfTemperatures;
     return bytesOfGrids(cells, ofMonth * settings.months().size() + kGridsOfNoMonth) +
-           static_cast<double>(cells) * kWorkDatabaseBytesPerCell;
+           (withDatabase ? static_cast<double>(cells) * kWorkDatabaseBytesPerCell : 0);
 }
 
 std::string sizeText(double bytes) {
@@ -39,9 +39,9 @@ std::string sizeText(double bytes) {
 }
 
 void requireRoom(const IFileSystem& files, const RunSettings& settings,
-                 const GridGeometry& geometry) {
+                 const GridGeometry& geometry, bool withDatabase) {
     const auto room = files.freeSpace(settings.OutputWorkspace);
-    const double bytes = bytesOfRun(settings, geometry.cells());
+    const double bytes = bytesOfRun(settings, geometry.cells(), withDatabase);
     if (!room || static_cast<double>(*room) >= bytes) return;
     throw PlatformError("A cell size of " + numberText(geometry.cellSize) + " m makes " +
                             std::to_string(geometry.columns) + " x " +

@@ -36,6 +36,10 @@ void createWorkDatabase(IPlatform& platform, const std::string& pathWithoutExten
     make(platform, pathWithoutExtension, [](IConnection&) {});
 }
 
+void removeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension) {
+    platform.files().deleteFile(pathWithoutExtension + ".mdb");
+}
+
 void storeWorkDatabase(IPlatform& platform, const std::string& pathWithoutExtension,
                        IRowSource& records) {
     make(platform, pathWithoutExtension,

@@ -132,6 +132,17 @@ TEST_F(RefEtFailures, AbsurdCellSizes) {
     EXPECT_EQ(f.output("RefET_Jul_2").values.size(), 1U);
 }
 
+// What would be left of an earlier run is of other cells.
+TEST_F(RefEtFailures, WithoutAWorkDatabaseThereIsNone) {
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    ASSERT_TRUE(std::filesystem::exists(f.folder.file("out/GridOP.mdb")));
+    const auto with = f.output("RefET_Jul_2").values;
+    f.application.askForWorkDatabase = false;
+    ASSERT_TRUE(f.run()) << f.allMessages();
+    EXPECT_FALSE(std::filesystem::exists(f.folder.file("out/GridOP.mdb")));
+    EXPECT_EQ(f.output("RefET_Jul_2").values, with);
+}
+
 TEST_F(RefEtFailures, NotEnoughRoomOnTheDisk) {
     class FullDisk : public platform::FileSystem {
       public:

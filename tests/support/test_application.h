@@ -39,6 +39,7 @@ class TestApplication : public IApplication {
     IDiagnostics* diagnostics() override { return askForDiagnostics ? &diagnostics_ : nullptr; }
     bool wantsStandardRun() const override { return askForStandardRun; }
     bool wantsQualityGrids() const override { return askForQualityGrids; }
+    bool wantsWorkDatabase() const override { return askForWorkDatabase; }
     const std::vector<SurfaceDiagnostics>& diagnosed() const { return diagnostics_.surfaces; }
     void noteOutcome(StepOutcome outcome) override { outcomes.push_back(outcome); }
     const std::vector<std::string>& messages() const { return prompts_.messages; }
@@ -48,6 +49,7 @@ class TestApplication : public IApplication {
     bool askForDiagnostics = false;
     bool askForStandardRun = false;
     bool askForQualityGrids = false;
+    bool askForWorkDatabase = true;
 
   private:
     IPlatform& platform_;

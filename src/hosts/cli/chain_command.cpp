@@ -107,6 +107,7 @@ class TerminalChain : public IChainHost {
         if (options_.diagnose) line += " --diagnose";
         if (options_.beside.standard) line += " --standard";
         if (options_.beside.quality) line += " --quality";
+        if (options_.beside.noWorkDatabase) line += " --no-work-database";
         if (options_.useOld) line += " --use-old";
         if (options_.strict) line += " --strict";
         return line;

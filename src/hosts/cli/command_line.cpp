@@ -156,6 +156,11 @@ void CommandLine::addRun() {
     run->add_flag("--quality", chain_.beside.quality,
                   "Of refet: also make QA_... grids of flags, which mark the cells that no physics "
                   "allows and no station bears out");
+    run->add_flag(
+        "--no-work-database", chain_.beside.noWorkDatabase,
+        "Of refet: do without GridOP.mdb, the table of all cells of the last month, which "
+        "takes about as long and as much room as the grids of a year; one of an earlier "
+        "run is removed");
     const auto [cvef, shares] = withShares(run);
     cvef->needs(shares);  // a run fills in zones with both or leaves them as they are
     withDatabase(run);
@@ -172,8 +177,10 @@ void CommandLine::addRun() {
     whenChosen(run, [this](const Session& s) {
         chain_.efficiency = efficiency_;
         chain_.diagnose = diagnose_;
-        for (const auto& [wanted, option] : {std::pair{chain_.beside.standard, "--standard"},
-                                             std::pair{chain_.beside.quality, "--quality"}}) {
+        for (const auto& [wanted, option] :
+             {std::pair{chain_.beside.standard, "--standard"},
+              std::pair{chain_.beside.quality, "--quality"},
+              std::pair{chain_.beside.noWorkDatabase, "--no-work-database"}}) {
             if (!wanted || first_ == "refet" || first_ == "all") continue;
             tellFailure(std::string(option) + " belongs to run refet and run all", {}, s.json);
             return kBadUsage;

@@ -108,6 +108,7 @@ void requireShares(const Session& session, const EfficiencyOptions& options);
 struct BesideRefEt {
     bool standard = false;  // reference ET by the papers' choices
     bool quality = false;   // grids of flags
+    bool noWorkDatabase = false;
 };
 
 // `velmora run all`: the steps in their order.

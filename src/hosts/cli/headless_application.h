@@ -78,6 +78,7 @@ class HeadlessApplication : public IApplication {
     IDiagnostics* diagnostics() override { return diagnose_ ? &report_ : nullptr; }
     bool wantsStandardRun() const override { return standard_; }
     bool wantsQualityGrids() const override { return quality_; }
+    bool wantsWorkDatabase() const override { return workDatabase_; }
     void noteOutcome(StepOutcome outcome) override { outcome_ = outcome; }
     StepOutcome outcome() const { return outcome_; }
 
@@ -87,6 +88,8 @@ class HeadlessApplication : public IApplication {
     void askForStandardRun() { standard_ = true; }
     // And the grids of flags.
     void askForQualityGrids() { quality_ = true; }
+    // And no work database.
+    void forgoWorkDatabase() { workDatabase_ = false; }
     const DiagnosticsReport& report() const { return report_; }
 
   private:
@@ -102,6 +105,7 @@ class HeadlessApplication : public IApplication {
     bool diagnose_ = false;
     bool standard_ = false;
     bool quality_ = false;
+    bool workDatabase_ = true;
     StepOutcome outcome_ = StepOutcome::done;
 };
 

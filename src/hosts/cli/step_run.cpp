@@ -66,6 +66,7 @@ StepResult carryOut(const Session& session, const std::string& step, bool diagno
     if (diagnose) application.askForDiagnostics();
     if (beside.standard && step == "refet") application.askForStandardRun();
     if (beside.quality && step == "refet") application.askForQualityGrids();
+    if (beside.noWorkDatabase) application.forgoWorkDatabase();
     application.dialogs().driver = [&](Form& form) {
         drive(session, application, form, efficiency);
     };

@@ -154,6 +154,17 @@ TEST_F(Records, GridsOfFlagsAreMadeWhereTheyAreAskedFor) {
     EXPECT_EQ(inBasin("run all --quality --only refet").status, 0);
 }
 
+TEST_F(Records, AWorkDatabaseThatIsForgoneIsNoOutput) {
+    EXPECT_EQ(inBasin("run ppt --no-work-database").status, 2);
+    const Outcome made = inBasin("--json run refet --no-work-database");
+    ASSERT_EQ(made.status, 0) << made.output << made.told;
+    EXPECT_FALSE(std::filesystem::exists(basin("output/GridOP.mdb")));
+    const json refet = record("refet");
+    for (const json& output : refet.at("outputs")) {
+        EXPECT_NE(output.at("path"), "GridOP.mdb");
+    }
+}
+
 TEST_F(Records, NameUserAndMachineUnlessTheyMustNot) {
     EXPECT_TRUE(record("ppt").at("started_by").contains("user"));
     EXPECT_TRUE(record("ppt").at("started_by").contains("machine"));
