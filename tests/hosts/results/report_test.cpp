@@ -133,6 +133,14 @@ TEST_F(Report, ADatasetOfTheUsersOwnNeedsNoRecord) {
                 testing::Contains(HasSubstr("velmora_record_irr.json: the record cannot be used")));
 }
 
+TEST(RecordedTime, IsToldToTheSecond) {
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00.123456789-06:00"), "2023-10-01 10:00:00 -06:00");
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00+00:00"), "2023-10-01 10:00:00 +00:00");
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00"), "2023-10-01 10:00:00");
+    EXPECT_EQ(timeToSecond(""), "");
+    EXPECT_EQ(timeToSecond("when it was ready"), "when it was ready");
+}
+
 TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
     record("ppt");
     const std::string path = f.folder.file("out/velmora_record_ppt.json");
@@ -144,7 +152,7 @@ TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
                       {"files",
                        {{{"path", "/data/weather.dbf"},
                          {"bytes", 77},
-                         {"modified", "2023-01-01T00:00:00-07:00"},
+                         {"modified", "2023-01-01T00:00:00.123456789-07:00"},
                          {"sha256", "abc123"}}}}},
                      {{"path", "ET_Jul_4"},
                       {"crs", nullptr},
@@ -159,9 +167,9 @@ TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
     test::write(path, ppt.dump());
     const std::string page = reportPage(platform, readResults(platform, f.settings));
     for (const char* part :
-         {"<td>ppt</td><td>2023-10-01T10:00:00-06:00</td><td>2023-10-01T10:00:10-06:00</td>"
+         {"<td>ppt</td><td>2023-10-01 10:00:00 -06:00</td><td>2023-10-01 10:00:10 -06:00</td>"
           "<td>complete</td><td>0.1</td><td>b</td><td>h</td><td>ann&lt; on m1</td>",
-          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01T00:00:00-07:00:"
+          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01 00:00:00 -07:00:"
           "<br><code>abc123</code></td><td>ppt</td>",
           "<summary>1 dataset</summary>", "<td>kriging</td><td>15</td><td>has no value: Malad</td>",
           "<li class=\"warning\">ppt: a far station</li>", "<p>ppt: PROJ 9.1</p>"}) {
@@ -337,6 +345,17 @@ TEST_F(Report, MapsOfAProductShareOneScale) {
     EXPECT_THAT(page, HasSubstr("<b>all months</b> mean 0.5"));
     EXPECT_THAT(page, HasSubstr("No cell of these grids has data."));
     EXPECT_THAT(page, HasSubstr("Not made: IRR_Jun, IRR_Jul."));
+}
+
+TEST_F(Report, PrecipitationIsWordedByItsRecord) {
+    const auto page = [&] { return reportPage(platform, readResults(platform, f.settings)); };
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    EXPECT_THAT(page(), HasSubstr("no record tells how it was made.</p>"));
+    record("ppt");
+    f.settings.PrecipitationMethod = "EDK";
+    EXPECT_THAT(page(), HasSubstr(">Reference grids, scaled by their ratios to the stations"));
+    record("ppt");
+    EXPECT_THAT(page(), HasSubstr(">Interpolated from the stations.</p>"));
 }
 
 TEST_F(Report, StandsAloneAndNamesWhatIsWrong) {

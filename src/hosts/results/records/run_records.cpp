@@ -94,6 +94,15 @@ RecordedStep stepOf(const Json& json, const std::string& folder) {
 
 }  // namespace
 
+std::string timeToSecond(const std::string& recorded) {
+    constexpr std::size_t date = 10;
+    constexpr std::size_t seconds = 19;
+    if (recorded.size() < seconds || recorded[date] != 'T') return recorded;
+    const std::size_t offset = recorded.find_first_of("+-", seconds);
+    return recorded.substr(0, date) + " " + recorded.substr(date + 1, seconds - date - 1) +
+           (offset == std::string::npos ? "" : " " + recorded.substr(offset));
+}
+
 const RecordedStep* RunRecords::of(std::string_view step) const {
     const auto found = std::ranges::find(steps, step, &RecordedStep::step);
     return found == steps.end() ? nullptr : &*found;

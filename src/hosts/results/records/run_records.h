@@ -14,6 +14,9 @@
 
 namespace velmora {
 
+// A recorded time to the second, "2023-10-01 10:00:00 -06:00"; another text as it is.
+std::string timeToSecond(const std::string& recorded);
+
 struct RecordedFile {
     std::string path;
     std::uintmax_t bytes = 0;

@@ -27,7 +27,8 @@ std::string runs(const RunRecords& records) {
     Rows rows;
     for (const RecordedStep& step : records.steps) {
         const std::string state = escaped(step.state);
-        rows.push_back({escaped(step.step), escaped(step.began), escaped(step.ended),
+        rows.push_back({escaped(step.step), escaped(timeToSecond(step.began)),
+                        escaped(timeToSecond(step.ended)),
                         step.complete() ? state : "<span class=\"error\">" + state + "</span>",
                         escaped(step.version), escaped(step.build), escaped(step.host),
                         step.startedBy.empty() ? "not told" : escaped(step.startedBy)});
@@ -65,9 +66,10 @@ Input inputOf(const RecordedInput& recorded) {
     input.crs = recorded.crs;
     if (!recorded.datum.empty()) input.crs += "; " + recorded.datum;
     for (const RecordedFile& file : recorded.files) {
-        input.files += fmt::format("{}{}, {} bytes, written {}:<br><code>{}</code>",
-                                   input.files.empty() ? "" : "<br>", escaped(fileName(file.path)),
-                                   file.bytes, escaped(file.modified), escaped(file.sha256));
+        input.files +=
+            fmt::format("{}{}, {} bytes, written {}:<br><code>{}</code>",
+                        input.files.empty() ? "" : "<br>", escaped(fileName(file.path)), file.bytes,
+                        escaped(timeToSecond(file.modified)), escaped(file.sha256));
     }
     return input;
 }

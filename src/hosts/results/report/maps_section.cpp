@@ -11,6 +11,7 @@
 #include "gis/text.h"
 #include "hosts/results/cell_image.h"
 #include "hosts/results/report/html.h"
+#include "settings/run_choices.h"
 
 namespace velmora {
 
@@ -111,6 +112,16 @@ std::string legendOf(const ProductGrids& product, const std::vector<Rgb>& colors
         product.minimum, stops, product.maximum, product.product->unit);
 }
 
+// How the grids came about; of precipitation its record tells by which of two ways.
+std::string_view meaningOf(const RunRecords& records, const Product& product) {
+    if (product.maker != "ppt") return product.meaning;
+    const RecordedStep* run = records.of(product.maker);
+    if (!run) return "The water that falls in the month; no record tells how it was made";
+    return precipitationMethod(run->settings) == PrecipitationMethod::reference
+               ? "Reference grids, scaled by their ratios to the stations, which are interpolated"
+               : product.meaning;
+}
+
 std::string smallMap(IRasterWorkspace& workspace, Outlines& outlines, const ProductGrid& grid,
                      const ColorScale& scale) {
     const RasterPtr raster = workspace.openRasterDataset(grid.name)->createDefaultRaster();
@@ -138,7 +149,7 @@ std::string mapsSection(IPlatform& platform, const RunResults& results,
     const auto workspace = platform.rasters().openFromFolder(results.settings.OutputWorkspace);
     for (const ProductGrids& product : results.products) {
         html += fmt::format("<h3>{}</h3>\n<p class=\"note\">{}.</p>\n", product.product->title,
-                            product.product->meaning);
+                            meaningOf(results.records, *product.product));
         if (product.minimum <= product.maximum) {
             const std::vector<Rgb> colors = product.product->ramp.colors();
             html +=
