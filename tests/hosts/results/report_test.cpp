@@ -165,12 +165,18 @@ TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
                         {"left_out", {{{"station", "Malad"}, {"reason", "has no value"}}}}}};
     ppt["warnings"] = {"a far station"};
     test::write(path, ppt.dump());
+    record("nir");  // which has read the same bytes later
+    const std::string later = f.folder.file("out/velmora_record_nir.json");
+    auto nir = nlohmann::json::parse(test::contentOf(later));
+    nir["inputs"] = {ppt["inputs"][0]};
+    nir["inputs"][0]["files"][0]["modified"] = "2023-01-02T00:00:00-07:00";
+    test::write(later, nir.dump());
     const std::string page = reportPage(platform, readResults(platform, f.settings));
     for (const char* part :
          {"<td>ppt</td><td>2023-10-01 10:00:00 -06:00</td><td>2023-10-01 10:00:10 -06:00</td>"
           "<td>complete</td><td>0.1</td><td>b</td><td>h</td><td>ann&lt; on m1</td>",
           "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01 00:00:00 -07:00:"
-          "<br><code>abc123</code></td><td>ppt</td>",
+          "<br><code>abc123</code></td><td>ppt, nir</td>",
           "<summary>1 dataset</summary>", "<td>kriging</td><td>15</td><td>has no value: Malad</td>",
           "<li class=\"warning\">ppt: a far station</li>", "<p>ppt: PROJ 9.1</p>"}) {
         EXPECT_THAT(page, HasSubstr(part));
@@ -364,8 +370,7 @@ TEST_F(Report, StandsAloneAndNamesWhatIsWrong) {
     for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
         EXPECT_THAT(page, Not(HasSubstr(outside)));
     }
-    EXPECT_THAT(page,
-                HasSubstr("none &amp; nothing.dbf</span></td><td><span class=\"error\">not found"));
+    EXPECT_THAT(page, HasSubstr("none &amp; nothing.dbf</span></td><td>no record</td>"));
     EXPECT_THAT(page, HasSubstr("<li class=\"error\">"));
     EXPECT_THAT(page, HasSubstr("class=\"station\""));
     EXPECT_THAT(page, HasSubstr("days / 25.4"));
@@ -380,6 +385,42 @@ TEST_F(Report, AnInputIsToldByItsFieldNotByItsText) {
     EXPECT_THAT(page, HasSubstr("<span class=\"path\">kc.dbf</span>"));
     EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">2006/07</span>")));
     EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">" + f.settings.OutputWorkspace)));
+}
+
+TEST_F(Report, InputsAndSettingsAreThoseOfTheRecords) {
+    const std::string dem = f.settings.DEM;
+    record("refet", {{"Ks", "0.17"}});
+    record("ppt", {{"Ks", "0.19"}});
+    const std::string path = f.folder.file("out/velmora_record_refet.json");
+    auto refet = nlohmann::json::parse(test::contentOf(path));
+    const auto file = [](const char* name, int bytes, const char* modified) {
+        return nlohmann::json{{"path", name}, {"bytes", bytes}, {"modified", modified}};
+    };
+    refet["inputs"] = {
+        {{"path", dem},
+         {"crs", nullptr},
+         {"files",
+          {file("a", 20'000, "2021-05-01T00:00:00.5-07:00"),
+           file("b", 1'000, "2021-06-01T00:00:00.5-07:00")}}},
+        {{"path", "own"}, {"crs", nullptr}, {"files", {file("own", 7, "long ago")}}},
+        {{"path", "ET_Jul_4"}, {"crs", nullptr}, {"made_by", {{"step", "cropet"}, {"run", "1"}}}}};
+    test::write(path, refet.dump());
+    f.settings.DEM = "/today/dem";
+    f.settings.Ks = 0.16;
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    for (const std::string& part :
+         {"<td>DEM</td><td><span class=\"path\">" + dem +
+              "</span></td><td>2021-06-01 00:00:00 -07:00</td><td>refet</td>"
+              "<td class=\"n\">21 kB</td>",
+          "<td>&ndash;</td><td><span class=\"path\">" + f.folder.file("out/own") +
+              "</span></td><td>long ago</td><td>refet</td><td class=\"n\">7 bytes</td>",
+          std::string("<td>Ks</td><td>0.17 (refet)<br>0.19 (ppt)</td>"),
+          "<td>KcTable</td><td><span class=\"path\">" + f.settings.KcTable +
+              "</span></td><td>not read</td>"}) {
+        EXPECT_THAT(page, HasSubstr(part));
+    }
+    EXPECT_THAT(page, Not(HasSubstr("/today/dem")));
+    EXPECT_THAT(page, Not(HasSubstr("<td>0.16</td>")));
 }
 
 TEST_F(Report, FindingsOfAKindAreOneLineAndErrorsComeLast) {

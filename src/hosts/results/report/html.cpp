@@ -63,4 +63,13 @@ std::string htmlTable(const std::vector<std::string>& headings,
     return html + "</tbody></table>\n";
 }
 
+std::string pathHtml(const std::string& path) {
+    return "<span class=\"path\">" + escaped(path) + "</span>";
+}
+
+std::string folded(const std::string& heading, const std::string& content) {
+    return "<details><summary>" + heading + "</summary><div class=\"scroll\">" + content +
+           "</div></details>\n";
+}
+
 }  // namespace velmora

@@ -17,4 +17,10 @@ std::string base64(std::string_view bytes);
 std::string htmlTable(const std::vector<std::string>& headings,
                       const std::vector<std::vector<std::string>>& rows, std::size_t firstNumber);
 
+// A path, which may break anywhere.
+std::string pathHtml(const std::string& path);
+
+// What is folded on a screen, and open on paper, under a heading that is HTML.
+std::string folded(const std::string& heading, const std::string& content);
+
 }  // namespace velmora

@@ -14,15 +14,6 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-std::string folded(const std::string& summary, const std::string& table) {
-    return "<details><summary>" + escaped(summary) + "</summary><div class=\"scroll\">" + table +
-           "</div></details>\n";
-}
-
-std::string pathText(const std::string& path) {
-    return "<span class=\"path\">" + escaped(path) + "</span>";
-}
-
 std::string runs(const RunRecords& records) {
     Rows rows;
     for (const RecordedStep& step : records.steps) {
@@ -54,10 +45,11 @@ std::string libraries(const RunRecords& records) {
     return html;
 }
 
-// A dataset as some runs have read it.
+// A dataset as the first of some runs has read it.
 struct Input {
     std::string crs;
-    std::string files;  // names, sizes and hashes, as HTML
+    std::string files;   // names, sizes, times and hashes, as HTML
+    std::string hashes;  // which are the same while its content is
     std::vector<std::string> steps;
 };
 
@@ -66,6 +58,7 @@ Input inputOf(const RecordedInput& recorded) {
     input.crs = recorded.crs;
     if (!recorded.datum.empty()) input.crs += "; " + recorded.datum;
     for (const RecordedFile& file : recorded.files) {
+        input.hashes += file.sha256 + " ";
         input.files +=
             fmt::format("{}{}, {} bytes, written {}:<br><code>{}</code>",
                         input.files.empty() ? "" : "<br>", escaped(fileName(file.path)), file.bytes,
@@ -75,19 +68,19 @@ Input inputOf(const RecordedInput& recorded) {
 }
 
 std::string inputs(const RunRecords& records) {
-    std::map<std::pair<std::string, std::string>, Input> all;  // by path and files
+    std::map<std::pair<std::string, std::string>, Input> all;  // by path and hashes
     for (const RecordedStep& step : records.steps) {
         for (const RecordedInput& recorded : step.inputs) {
             if (!recorded.madeBy.empty()) continue;
             Input input = inputOf(recorded);
             const auto [place, isNew] =
-                all.try_emplace({recorded.path, input.files}, std::move(input));
+                all.try_emplace({recorded.path, input.hashes}, std::move(input));
             place->second.steps.push_back(step.step);
         }
     }
     Rows rows;
     for (const auto& [key, input] : all) {
-        rows.push_back({pathText(key.first), input.crs.empty() ? "&ndash;" : escaped(input.crs),
+        rows.push_back({pathHtml(key.first), input.crs.empty() ? "&ndash;" : escaped(input.crs),
                         input.files, escaped(joinedNames(input.steps))});
     }
     return "<h3>Inputs as they were read</h3>\n<p class=\"note\">Grids that another step has made "

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
-#include <filesystem>
 #include <utility>
 
 #include "check/finding_groups.h"
@@ -21,18 +20,16 @@
 #include "hosts/results/report/efficiency_section.h"
 #include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
+#include "hosts/results/report/inputs_section.h"
 #include "hosts/results/report/made_of_section.h"
 #include "hosts/results/report/maps_section.h"
 #include "hosts/results/report/report_faults.h"
 #include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
 #include "hosts/results/report/tables_section.h"
-#include "settings/settings_fields.h"
 #include "version.h"
 
 namespace velmora {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -115,61 +112,6 @@ std::string totalsSection(const RunResults& results) {
     add("All zones", table, inches);
     return html + unitNote() + "<div class=\"scroll\">" + htmlTable(totalsHeads(), rows, 1) +
            "</div>\n";
-}
-
-std::string sizeText(std::uintmax_t bytes) {
-    if (bytes < 10'000) return fmt::format("{} bytes", bytes);
-    if (bytes < 10'000'000) return fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3);
-    return fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
-}
-
-// The files that belong to an input: a shapefile's or a grid folder's parts, or the file; none when
-// there is none of them. Throws PlatformError when that cannot be told.
-std::vector<fs::path> filesOf(const std::string& input) try {
-    const fs::path path(input);
-    const bool isFolder = fs::is_directory(path);
-    const fs::path folder = isFolder ? path : path.parent_path();
-    std::vector<fs::path> files;
-    if (!fs::exists(folder)) return files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        const bool isPart = entry.is_regular_file() && entry.path().stem() == path.stem();
-        if (isFolder || isPart) files.push_back(entry.path());
-    }
-    return files;
-} catch (const fs::filesystem_error& e) {
-    throw PlatformError("Cannot look at " + input + ": " + e.code().message(), {.file = input});
-}
-
-std::string inputsSection(IPlatform& platform, const RunResults& results) {
-    std::vector<std::vector<std::string>> inputs;
-    std::vector<std::vector<std::string>> others;
-    for (const SettingsField& field : settingsFields()) {
-        const std::string name(field.name);
-        const std::string text = settingsText(results.settings, field);
-        if (text.empty()) continue;
-        if (field.kind != FieldKind::path || name == "OutputWorkspace") {
-            others.push_back({name, escaped(text), escaped(std::string(field.help))});
-            continue;
-        }
-        std::uintmax_t bytes = 0;
-        std::string date;
-        for (const fs::path& file : filesOf(text)) {
-            std::error_code error;
-            const std::uintmax_t size = fs::file_size(file, error);
-            if (error)
-                throw PlatformError("Cannot look at " + file.string() + ": " + error.message(),
-                                    {.file = file.string()});
-            bytes += size;
-            date = std::max(date, platform.files().lastModified(file.string()));
-        }
-        inputs.push_back({name, "<span class=\"path\">" + escaped(text) + "</span>",
-                          date.empty() ? "<span class=\"error\">not found</span>" : date,
-                          date.empty() ? "" : sizeText(bytes)});
-    }
-    return heading("inputs", "Inputs and settings") +
-           htmlTable({"Input", "Path", "Last written", "Size"}, inputs, 3) +
-           "<details><summary>Settings</summary>" +
-           htmlTable({"Setting", "Value", "Meaning"}, others, 3) + "</details>\n";
 }
 
 std::string stationsSection(IPlatform& platform, const RunResults& results,
@@ -286,7 +228,7 @@ std::string reportPage(IPlatform& platform, const RunResults& results,
             waterAccount(platform, results, missing) + chartsSection(results) +
             mapsSection(platform, results, missing) + tablesSection(results) +
             papersChoices(platform, results, missing) +
-            stationsSection(platform, results, missing) + inputsSection(platform, results) +
+            stationsSection(platform, results, missing) + inputsSection(results) +
             madeOfSection(results) + efficiencySection(platform, results, missing) +
             messagesSection(results) + publishedFiguresSection(missing) +
             unitsSection(results.settings);
