@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "gis/quality_note.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
@@ -63,6 +64,7 @@ struct RecordedStep {
     std::map<std::string, std::string> sources;  // by step: the run whose grids it reads
     std::vector<RecordedInput> inputs;
     std::vector<RecordedSurface> surfaces;
+    std::vector<QualityNote> quality;  // by months of reference ET
     std::vector<std::string> warnings;
 
     bool complete() const { return state == "complete"; }

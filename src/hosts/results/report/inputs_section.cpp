@@ -140,7 +140,8 @@ std::string inputsSection(const RunResults& results) {
     return fmt::format("<h2 id=\"inputs\">Inputs and settings</h2>\n<p class=\"note\">{}</p>\n",
                        note) +
            htmlTable({"Input", "Path", "Last written", "Read by", "Size"}, inputRows(results), 4) +
-           folded("Settings", htmlTable({"Setting", "Value", "Meaning"}, settingRows(results), 3));
+           folded("Settings",
+                  inTwo(htmlTable({"Setting", "Value", "Meaning"}, settingRows(results), 3)));
 }
 
 }  // namespace velmora

@@ -7,6 +7,8 @@
 
 #include "gis/text.h"
 #include "hosts/results/report/html.h"
+#include "hosts/results/report/quality_section.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
@@ -18,8 +20,8 @@ std::string runs(const RunRecords& records) {
     Rows rows;
     for (const RecordedStep& step : records.steps) {
         const std::string state = escaped(step.state);
-        rows.push_back({escaped(step.step), escaped(timeToSecond(step.began)),
-                        escaped(timeToSecond(step.ended)),
+        rows.push_back({escaped(step.step + ": " + std::string(productMadeBy(step.step).title)),
+                        escaped(timeToSecond(step.began)), escaped(timeToSecond(step.ended)),
                         step.complete() ? state : "<span class=\"error\">" + state + "</span>",
                         escaped(step.version), escaped(step.build), escaped(step.host),
                         step.startedBy.empty() ? "not told" : escaped(step.startedBy)});
@@ -115,13 +117,15 @@ std::string surfaces(const RunRecords& records) {
     return "<h3>Stations behind each surface</h3>\n" +
            folded(counted(rows.size(), "surface") + ", " + std::to_string(lacking) +
                       " of them without some station",
-                  htmlTable({"Surface", "Field", "Estimator", "Stations", "Left out"}, rows, 5));
+                  inTwo(htmlTable({"Surface", "Field", "Estimator", "Stations", "Left out"}, rows,
+                                  5)));
 }
 
 std::string warnings(const RunRecords& records) {
     std::string html;
     for (const RecordedStep& step : records.steps) {
         for (const std::string& text : step.warnings) {
+            if (isOfQuality(step, text)) continue;
             html += "<li class=\"warning\">" + escaped(step.step + ": " + text) + "</li>\n";
         }
     }

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/results/report/report_page.h"
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <utility>
 
-#include "check/finding_groups.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
@@ -23,11 +20,12 @@
 #include "hosts/results/report/inputs_section.h"
 #include "hosts/results/report/made_of_section.h"
 #include "hosts/results/report/maps_section.h"
+#include "hosts/results/report/messages_section.h"
+#include "hosts/results/report/page_head.h"
+#include "hosts/results/report/quality_section.h"
 #include "hosts/results/report/report_faults.h"
-#include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
 #include "hosts/results/report/tables_section.h"
-#include "version.h"
 
 namespace velmora {
 
@@ -35,29 +33,6 @@ namespace {
 
 std::string heading(const std::string& id, const std::string& title) {
     return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
-}
-
-// What the products were made for: one line where all were made for the same.
-std::string madeForLines(const RunResults& results) {
-    const std::vector<MadeFor> made = productsMadeFor(results.records);
-    if (made.empty()) {
-        return "<p>" + escaped(madeForText(results.settings)) +
-               " (by the settings: there are no records)</p>";
-    }
-    if (made.size() == 1) return "<p>" + escaped(made.front().text) + "</p>";
-    std::string html;
-    for (const MadeFor& part : made) {
-        html += "<p>" + escaped(joinedNames(part.names) + ": " + part.text) + "</p>";
-    }
-    return html;
-}
-
-std::string headerOf(const RunResults& results) {
-    const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
-    return fmt::format(
-        "<header><h1>Evapotranspiration and irrigation water use</h1>{}<p>Page made by velmora {} "
-        "on {} from {}</p></header>\n",
-        madeForLines(results), kVersion, now, escaped(results.settings.OutputWorkspace));
 }
 
 // The unit is named where a reading begins.
@@ -126,43 +101,6 @@ std::string stationsSection(IPlatform& platform, const RunResults& results,
     }
 }
 
-std::string messagesSection(const RunResults& results) {
-    std::string html = heading("messages", "Messages and warnings");
-    if (results.runs.empty()) {
-        html += "<p>No run of the command has been noted in this folder.</p>\n";
-    } else {
-        std::vector<std::vector<std::string>> rows;
-        for (const StepRun& run : results.runs) {
-            std::string messages;
-            for (const std::string& message : run.messages) {
-                messages += (messages.empty() ? "" : "<br>") + escaped(message);
-            }
-            if (run.messages.size() > 3) {
-                messages = fmt::format("<details><summary>{} messages</summary>{}</details>",
-                                       run.messages.size(), messages);
-            }
-            rows.push_back({escaped(run.step), escaped(run.ended),
-                            fmt::format("{:.2f} s", run.seconds),
-                            run.done ? "done" : "<span class=\"error\">failed</span>", messages});
-        }
-        html += "<h3>The last run of each step</h3>\n" +
-                htmlTable({"Step", "Ended", "Time", "Outcome", "Messages"}, rows, 5);
-    }
-    html += "<h3>What the inputs' check says</h3>\n";
-    if (results.findings.empty()) return html + "<p>Nothing.</p>\n";
-    html +=
-        "<p class=\"note\">" + findingCounts(results.findings) +
-        "; those of one kind are one line, and <code>velmora check --all</code> lists each.</p>\n"
-        "<ul>\n";
-    for (const FindingGroup& group : findingGroups(results.findings)) {
-        const char* kind = group.severity == Severity::error     ? "error"
-                           : group.severity == Severity::warning ? "warning"
-                                                                 : "note";
-        html += std::string("<li class=\"") + kind + "\">" + escaped(group.line) + "</li>\n";
-    }
-    return html + "</ul>\n";
-}
-
 // "a, b and c".
 std::string inSentence(std::vector<std::string> names) {
     const std::string last = names.back();
@@ -201,33 +139,13 @@ std::string unitsSection(const RunSettings& settings) {
 
 std::string reportPage(IPlatform& platform, const RunResults& results,
                        std::vector<std::string>* missing) {
-    std::string html =
-        "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
-        "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
-    html += reportStyle();
-    html +=
-        "</style></head><body onbeforeprint=\"document.querySelectorAll('details')"
-        ".forEach(d=>d.open=true)\">\n" +
-        headerOf(results);
-    html += "<nav>";
-    for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
-                                    {"account", "Water account"},
-                                    {"charts", "Months"},
-                                    {"maps", "Maps"},
-                                    {"tables", "Zone tables"},
-                                    {"stations", "Stations"},
-                                    {"inputs", "Inputs"},
-                                    {"made-of", "Made of"},
-                                    {"messages", "Messages"},
-                                    {"validation", "Published figures"},
-                                    {"units", "Units"}}) {
-        html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
-    }
-    html += "</nav>\n<main>\n";
+    std::string html = pageHead(results) + "<main>\n";
     html += faultsBanner(results.faults) + totalsSection(results) +
-            waterAccount(platform, results, missing) + chartsSection(results) +
-            mapsSection(platform, results, missing) + tablesSection(results) +
-            papersChoices(platform, results, missing) +
+            waterAccount(platform, results, missing) + chartsSection(results);
+    SmallMaps maps(platform, results.settings, missing);
+    html += mapsSection(platform, results, maps);
+    html += qualitySection(platform, results, maps);
+    html += tablesSection(results) + papersChoices(platform, results, missing) +
             stationsSection(platform, results, missing) + inputsSection(results) +
             madeOfSection(results) + efficiencySection(platform, results, missing) +
             messagesSection(results) + publishedFiguresSection(missing) +
