@@ -88,7 +88,8 @@ TEST_F(ReportCommand, IsPrintedByABrowserWithAllThatIsFoldedOpen) {
     EXPECT_THAT(paper, HasSubstr("<details open class=\"figures\">"));
     EXPECT_THAT(paper, Not(HasSubstr("<details>")));
     EXPECT_THAT(paper, Not(HasSubstr("<details class")));
-    EXPECT_THAT(test::contentOf(folder + "/said"), HasSubstr("--no-pdf-header-footer"));
+    EXPECT_THAT(test::contentOf(folder + "/said"),
+                HasSubstr("--no-pdf-header-footer --generate-pdf-document-outline "));
     EXPECT_FALSE(std::filesystem::exists(folder + "/page.pdf.printing.html"));
 }
 

@@ -64,7 +64,7 @@ summary h3{display:inline-block;margin:10px 0 2px}
 
 // On paper all is open and small, and of the published figures those alone stand that are not met.
 constexpr const char* kPaper = R"(
-@media print{:root{--map:106px}
+@media print{:root{--map:93px}
 body{font-size:12px;line-height:1.35}
 header{padding:12px 16px}header h1{font-size:20px}
 nav{padding:6px 0;background:none}nav a{margin-right:10px}
@@ -73,7 +73,7 @@ h2{margin:18px 0 5px;font-size:16px}h3{margin:10px 0 2px;font-size:12.5px}
 p{margin:3px 0}ul{margin:3px 0}
 .note,.legend span,.ramp,.bar,.maps figcaption{font-size:10px}.maps figcaption{line-height:1.2}
 table{font-size:10px;line-height:1.25;margin:4px 0}details table,.two table{font-size:9px}
-th,td{padding:1px 8px 1px 0}
+th,td{padding:1px 6px 1px 0}td.n,.figures td:first-child{white-space:normal}
 code{font-size:8px}
 .maps{gap:6px 8px}.ramp i{width:160px;height:9px}
 .charts{gap:8px}svg.chart{width:calc(50% - 4px)}svg.stations{max-width:560px}
@@ -82,9 +82,10 @@ summary h3{margin:6px 0 0;color:var(--ink)}
 .two{columns:2;column-gap:18px}.two table{margin-top:0}
 .message{display:inline}.message:not(:first-child)::before{content:"\00b7\00a0"}
 .paper{display:block}
+.figures :is(th,td):last-child{text-align:left}
 .figures:not(:has(.departs)),.figures tbody tr:not(:has(.departs)){display:none}
 header,.ramp i,.legend i,.banner{print-color-adjust:exact;-webkit-print-color-adjust:exact}
-.scroll{overflow:visible}h2,h3,summary,.ramp,.bar{break-after:avoid}
+.scroll{overflow:visible}h2,h3,summary,.ramp,.bar,.legend{break-after:avoid}
 figure,svg,tr,.product{break-inside:avoid}
 thead{display:table-header-group}
 details::details-content{content-visibility:visible;block-size:auto}}
