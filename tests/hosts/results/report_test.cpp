@@ -422,16 +422,16 @@ TEST_F(QualityReport, FlagsAreToldByMonth) {
     recordFlags();
     const std::string html = page();
     const std::string none = "<td class=\"n\">&ndash;</td>";
+    const std::string trend =
+        "<td>Jul</td><td>trend over elevation not significant and extrapolated</td><td>TD_Jul</td>"
+        "<td>by up to 312 m</td><td class=\"n\">7</td><td class=\"n\">3</td>"
+        "<td class=\"n\">270</td><td class=\"n\">540</td><td class=\"n\">50 %</td>";
     for (const std::string& part : std::vector<std::string>{
              "<th>Flag</th><th class=\"n\">Jun</th><th class=\"n\">Jul</th>",
              "<td>reference ET below 0</td>" + none + "<td class=\"n\">10 %</td>",
              "<td>wind estimated</td><td class=\"n\">100 %</td>" + none,
-             "<summary>3 flags by month: ",
-             "<td>Jul</td><td>trend over elevation not significant and "
-             "extrapolated</td><td>TD_Jul</td>"
-             "<td>by up to 312 m</td><td class=\"n\">7</td><td class=\"n\">3</td>"
-             "<td class=\"n\">270</td><td class=\"n\">540</td><td class=\"n\">50 %</td>",
-             "<td>lowest -1.24 inches</td>", "<code>velmora run refet --quality</code>",
+             "<summary>3 flags by month: ", trend, "<td>lowest -1.24 inches</td>",
+             "<code>velmora run refet --quality</code>",
              "<li class=\"warning\">refet: RefET_Jul_4: another matter</li>"}) {
         EXPECT_THAT(html, HasSubstr(part));
     }

@@ -60,7 +60,7 @@ std::string links() {
                                     {"messages", "Messages"},
                                     {"validation", "Published figures"},
                                     {"units", "Units"}}) {
-        html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
+        html += fmt::format("<a href=\"#{}\">{}</a>\n", id, title);
     }
     return html + "</nav>\n";
 }

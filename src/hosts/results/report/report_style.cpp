@@ -71,10 +71,10 @@ nav{padding:6px 0;background:none}nav a{margin-right:10px}
 main{max-width:none;padding:0}
 h2{margin:18px 0 5px;font-size:16px}h3{margin:10px 0 2px;font-size:12.5px}
 p{margin:3px 0}ul{margin:3px 0}
-.note,.legend span,.ramp,.bar,.maps figcaption{font-size:10px}.maps figcaption{line-height:1.2}
+.note,.legend span,.ramp,.bar,.maps figcaption{font-size:10px}.maps figcaption{padding-top:3px;line-height:1.2}
 table{font-size:10px;line-height:1.25;margin:4px 0}details table,.two table{font-size:9px}
 th,td{padding:1px 6px 1px 0}td.n,.figures td:first-child{white-space:normal}
-code{font-size:8px}
+code{font-size:7.5px;white-space:nowrap}
 .maps{gap:6px 8px}.ramp i{width:160px;height:9px}
 .charts{gap:8px}svg.chart{width:calc(50% - 4px)}svg.stations{max-width:560px}
 summary{list-style:none;font-weight:600}summary::-webkit-details-marker{display:none}
