@@ -291,11 +291,15 @@ TEST_F(AccountedReport, LinesOfAChartAreMeansOverTheSameCells) {
     std::vector<std::string> missing;
     const std::string page = reportPage(platform, results, &missing);
     EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account, Jul"));
+    EXPECT_THAT(page,
+                HasSubstr("<figure class=\"wide\"><div class=\"map\"><img alt=\"RefET_Jul_4"));
     EXPECT_THAT(page, HasSubstr("<svg class=\"over\" viewBox=\"0 0 30 18\"><path "
                                 "id=\"zones-0\" fill=\"none\" stroke="));
     EXPECT_THAT(page, HasSubstr("<use href=\"#zones-0\"/>"));
     // A third of 15 km.
-    EXPECT_THAT(page, HasSubstr("<i style=\"width:calc(0.3333*var(--map))\"></i>5 km</p>"));
+    EXPECT_THAT(
+        page,
+        HasSubstr("<p class=\"bar wide\"><i style=\"width:calc(0.3333*var(--map))\"></i>5 km</p>"));
     EXPECT_THAT(page, HasSubstr("<h2 id=\"validation\">"));
     EXPECT_THAT(missing, testing::Not(testing::Contains(HasSubstr("Water account"))));
 }

@@ -8,7 +8,7 @@ namespace velmora {
 namespace {
 
 constexpr const char* kStyle = R"(
-:root{--ink:#1d2b33;--soft:#5b6b74;--line:#d9e1e5;--pale:#f4f7f8;--accent:#176b5b;--map:180px}
+:root{--ink:#1d2b33;--soft:#5b6b74;--line:#d9e1e5;--pale:#f4f7f8;--accent:#176b5b;--map:180px;--outline:.8px}
 *{box-sizing:border-box}
 body{margin:0;font:15px/1.5 "Segoe UI","DejaVu Sans",Arial,sans-serif;color:var(--ink);background:#fff}
 header{background:var(--accent);color:#fff;padding:22px 32px}
@@ -64,7 +64,7 @@ summary h3{display:inline-block;margin:10px 0 2px}
 
 // On paper all is open and small, and of the published figures those alone stand that are not met.
 constexpr const char* kPaper = R"(
-@media print{:root{--map:93px}
+@media print{:root{--map:93px;--outline:.4px}.wide{--map:134px}
 body{font-size:12px;line-height:1.35}
 header{padding:12px 16px}header h1{font-size:20px}
 nav{padding:6px 0;background:none}nav a{margin-right:10px}

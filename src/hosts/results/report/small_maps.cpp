@@ -33,6 +33,9 @@ void appendRing(std::string& path, std::span<const Point> ring, const GridGeomet
     path += "Z";
 }
 
+// On paper maps that are wider than high get more room (style sheet).
+const char* shapeOf(const GridGeometry& g) { return g.columns > g.rows ? "wide" : "high"; }
+
 }  // namespace
 
 std::string SmallMaps::figure(const IRaster& raster, const CellColors& colors,
@@ -43,10 +46,12 @@ std::string SmallMaps::figure(const IRaster& raster, const CellColors& colors,
         return std::max(1, static_cast<int>(std::lround(cells * pixels)));
     };
     return fmt::format(
-        "<figure><div class=\"map\"><img alt=\"{}\" src=\"data:image/png;base64,{}\">{}</div>"
+        "<figure class=\"{}\"><div class=\"map\"><img alt=\"{}\" "
+        "src=\"data:image/png;base64,{}\">{}</div>"
         "<figcaption>{}</figcaption></figure>\n",
-        escaped(name), base64(pngBytes(cellImage(raster, colors, side(g.columns), side(g.rows)))),
-        outlinesOver(g), caption);
+        shapeOf(g), escaped(name),
+        base64(pngBytes(cellImage(raster, colors, side(g.columns), side(g.rows)))), outlinesOver(g),
+        caption);
 }
 
 std::string SmallMaps::outlinesOver(const GridGeometry& g) {
@@ -70,7 +75,7 @@ std::string SmallMaps::drawnOutlines(const GridGeometry& g, const std::string& i
             ->forEachRing(g.crs, [&](std::span<const Point> ring) { appendRing(path, ring, g); });
         // Its look goes with it, as style sheets may not reach what a reference shows.
         return "<path id=\"" + id +
-               "\" fill=\"none\" stroke=\"#20343d\" stroke-width=\".8\" "
+               "\" fill=\"none\" stroke=\"#20343d\" style=\"stroke-width:var(--outline)\" "
                "vector-effect=\"non-scaling-stroke\" d=\"" +
                path + "\"/>";
     } catch (const PlatformError& e) {
@@ -90,7 +95,8 @@ std::string SmallMaps::scaleBar(const GridGeometry& cells) {
         if (step * magnitude <= width / 2) length = step * magnitude;
     }
     return fmt::format(
-        "<p class=\"bar\"><i style=\"width:calc({:.4f}*var(--map))\"></i>{}</p>\n", length / width,
+        "<p class=\"bar {}\"><i style=\"width:calc({:.4f}*var(--map))\"></i>{}</p>\n",
+        shapeOf(cells), length / width,
         length >= 1000 ? fmt::format("{:g} km", length / 1000) : fmt::format("{:g} m", length));
 }
 
