@@ -450,6 +450,7 @@ TEST_F(QualityReport, MapsAreThoseOfTheLastRunWithTheGravestFlagOfACell) {
     flags.at(2, 0) = 128 + 8192;
     flags.at(3, 0) = 2048;  // which is the table's
     f.save("QA_Jul_4", std::make_shared<MemoryRaster>(flags));
+    StepRecorder(platform.files(), f.settings, "refet").made("RefET_Jul_4");
     EXPECT_THAT(page(), Not(HasSubstr("alt=\"QA_Jul_4\"")));  // of an earlier run
     StepRecorder(platform.files(), f.settings, "refet").made("QA_Jul_4");
     const std::string html = page();
@@ -521,6 +522,7 @@ TEST_F(Report, InputsAndSettingsAreThoseOfTheRecords) {
         EXPECT_THAT(page, HasSubstr(part));
     }
     EXPECT_THAT(page, Not(HasSubstr("/today/dem")));
+    EXPECT_THAT(page, Not(HasSubstr("out/ET_Jul_4</span>")));  // which a step has made
     EXPECT_THAT(page, Not(HasSubstr("<td>0.16</td>")));
 }
 
