@@ -449,6 +449,8 @@ TEST_F(QualityReport, MapsAreThoseOfTheLastRunWithTheGravestFlagOfACell) {
     flags.at(1, 0) = 1 + 2 + 2048;
     flags.at(2, 0) = 128 + 8192;
     flags.at(3, 0) = 2048;  // which is the table's
+    flags.at(4, 0) = -1;    // which no run has written
+    flags.at(5, 0) = 1e30F;
     f.save("QA_Jul_4", std::make_shared<MemoryRaster>(flags));
     StepRecorder(platform.files(), f.settings, "refet").made("RefET_Jul_4");
     EXPECT_THAT(page(), Not(HasSubstr("alt=\"QA_Jul_4\"")));  // of an earlier run

@@ -39,8 +39,10 @@ constexpr std::array kFlagColors = {
 };
 constexpr Rgb kUnflagged = {222, 238, 217};
 
+// nullptr for none, and for what is no sum of bits.
 const FlagColor* gravestOf(float cell) {
-    const auto bits = static_cast<unsigned>(cell);
+    const bool isSum = cell >= 0 && cell < static_cast<float>(1U << kQualityFlags);
+    const auto bits = isSum ? static_cast<unsigned>(cell) : 0;
     const auto* const found = std::ranges::find_if(
         kFlagColors, [&](const FlagColor& entry) { return (bits & bitOf(entry.flag)) != 0; });
     return found == kFlagColors.end() ? nullptr : found;
