@@ -19,20 +19,18 @@ std::string shortText(double value) {
     return numberText(std::round(value * scale) / scale);
 }
 
+}  // namespace
+
 std::string worstText(const QualityNote::Flag& flag) {
     if (!flag.worst) return {};
     const bool lowest =
         flag.bit == bitOf(QualityFlag::negativeEt) || flag.bit == bitOf(QualityFlag::radiationLow);
     const bool up = flag.bit == bitOf(QualityFlag::farFromStations);
-    return std::string(" (") +
-           (lowest ? "lowest "
-            : up   ? "up to "
-                   : "by up to ") +
-           shortText(flag.worst->value) + " " + flag.unit + " at column " +
-           std::to_string(flag.worst->column) + ", row " + std::to_string(flag.worst->row) + ")";
+    return std::string(lowest ? "lowest "
+                       : up   ? "up to "
+                              : "by up to ") +
+           shortText(flag.worst->value) + " " + flag.unit;
 }
-
-}  // namespace
 
 std::string shareText(std::size_t cells, double share) {
     if (share < 0.001) return counted(cells, "cell");
@@ -44,7 +42,9 @@ std::string shareText(std::size_t cells, double share) {
 std::string flagText(const QualityNote::Flag& flag) {
     std::string text = shareText(flag.cells, flag.share) + ": " + flag.flag;
     if (!flag.surfaces.empty()) text += " in " + joinedNames(flag.surfaces);
-    return text + worstText(flag);
+    if (!flag.worst) return text;
+    return text + " (" + worstText(flag) + " at column " + std::to_string(flag.worst->column) +
+           ", row " + std::to_string(flag.worst->row) + ")";
 }
 
 std::string qualityLine(const QualityNote& note, const std::vector<std::string>& parts) {

@@ -11,6 +11,9 @@ namespace velmora {
 // "41 %", "0.4 %", "3 cells".
 std::string shareText(std::size_t cells, double share);
 
+// "lowest -1.24 inches", "by up to 12.4 deg C"; "" for a flag of all cells.
+std::string worstText(const QualityNote::Flag& flag);
+
 // A flag in a few words: "41 %: reference ET below 0 (lowest -1.24 inches at column 43, row 13)".
 std::string flagText(const QualityNote::Flag& flag);
 

@@ -21,7 +21,8 @@ namespace velmora::cli {
 namespace {
 
 constexpr std::array<const char*, 3> kBrowsers = {"chromium", "chromium-browser", "google-chrome"};
-// From this version on the page's own style prints headings and page numbers.
+// From this version on the page's own style prints headings and page numbers, and the browser puts
+// the headings beside the pages as an outline.
 constexpr int kPrintsPageMargins = 131;
 
 struct Ran {
@@ -63,9 +64,9 @@ std::string addressOf(const std::string& path) {
 }
 
 std::string unfolded(std::string page) {
-    const std::string closed = "<details>";
-    for (std::size_t at = page.find(closed); at != std::string::npos; at = page.find(closed, at)) {
-        page.replace(at, closed.size(), "<details open>");
+    const std::string closed = "<details";
+    for (std::size_t at = 0; (at = page.find(closed, at)) != std::string::npos;) {
+        page.insert(at += closed.size(), " open");
     }
     return page;
 }
@@ -108,7 +109,9 @@ void printPdf(IFileSystem& files, const std::string& browser, const std::string&
     files.storeFile(passing.page, unfolded(page));
     std::string command = shellWord(browser) + " --headless --disable-gpu";
     if (::geteuid() == 0) command += " --no-sandbox";  // which it demands of root
-    if (majorVersion(browser) >= kPrintsPageMargins) command += " --no-pdf-header-footer";
+    if (majorVersion(browser) >= kPrintsPageMargins) {
+        command += " --no-pdf-header-footer --generate-pdf-document-outline";
+    }
     command += " " + shellWord("--print-to-pdf=" + passing.pdf);
     const Ran result = ran(command + " " + shellWord(addressOf(passing.page)));
     if (result.status != 0 || !files.fileExists(passing.pdf) ||

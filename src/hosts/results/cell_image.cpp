@@ -13,18 +13,23 @@ namespace {
 
 constexpr std::uint32_t kEmpty = 0xE6E6E6U;
 
-std::uint32_t colorOf(float value, const ColorScale& scale) {
-    const double spread = scale.maximum - scale.minimum;
-    const double share = spread > 0 ? (value - scale.minimum) / spread : 0.5;
-    const auto last = static_cast<double>(scale.colors.size() - 1);
-    const Rgb& color = scale.colors[static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * last)];
+std::uint32_t pixelOf(const Rgb& color) {
     return static_cast<std::uint32_t>(color.red) << 16U |
            static_cast<std::uint32_t>(color.green) << 8U | static_cast<std::uint32_t>(color.blue);
 }
 
 }  // namespace
 
-ImageSurface cellImage(const IRaster& raster, const ColorScale& scale, int width, int height) {
+CellColors colorsOf(const ColorScale& scale) {
+    return [scale](float value) {
+        const double spread = scale.maximum - scale.minimum;
+        const double share = spread > 0 ? (value - scale.minimum) / spread : 0.5;
+        const auto last = static_cast<double>(scale.colors.size() - 1);
+        return scale.colors[static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * last)];
+    };
+}
+
+ImageSurface cellImage(const IRaster& raster, const CellColors& colors, int width, int height) {
     const GridGeometry& g = raster.geometry();
     ImageSurface image(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
     cairo_surface_flush(image.get());
@@ -42,7 +47,7 @@ ImageSurface cellImage(const IRaster& raster, const ColorScale& scale, int width
             const int column =
                 std::min(g.columns - 1, static_cast<int>((x + 0.5) * g.columns / width));
             const float value = row[static_cast<std::size_t>(column)];
-            pixels[x] = value == kNoData ? kEmpty : colorOf(value, scale);
+            pixels[x] = value == kNoData ? kEmpty : pixelOf(colors(value));
         }
     }
     cairo_surface_mark_dirty(image.get());

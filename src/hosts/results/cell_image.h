@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,12 @@ struct ColorScale {
     double maximum = 0;
 };
 
+// The colour of a cell with that value.
+using CellColors = std::function<Rgb(float)>;
+CellColors colorsOf(const ColorScale& scale);
+
 // The cells of a raster as an image of that size: each pixel shows the cell that holds it, cells
 // without data are light grey.
-ImageSurface cellImage(const IRaster& raster, const ColorScale& scale, int width, int height);
+ImageSurface cellImage(const IRaster& raster, const CellColors& colors, int width, int height);
 
 }  // namespace velmora

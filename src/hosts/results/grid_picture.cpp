@@ -56,8 +56,8 @@ class Picture {
         const auto& g = raster_.geometry();
         const int width = static_cast<int>(std::lround(g.columns * scale_));
         const int height = static_cast<int>(std::lround(g.rows * scale_));
-        const ImageSurface map =
-            cellImage(raster_, {colors_, statistics_.minimum, statistics_.maximum}, width, height);
+        const ImageSurface map = cellImage(
+            raster_, colorsOf({colors_, statistics_.minimum, statistics_.maximum}), width, height);
         cairo_t* c = canvas_->context();
         cairo_set_source_surface(c, map.get(), kMargin, kTitleHeight);
         cairo_paint(c);

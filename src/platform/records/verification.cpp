@@ -61,6 +61,14 @@ std::string changeOf(const std::string& path, const Json& file) {
     return same ? "" : "has changed";
 }
 
+// What is asked of a listed file. Steps that read the same bytes, each at its time, ask the same.
+std::string questionOf(const Json& file) {
+    Json question = file;
+    question.erase("modified");
+    if (question.contains("without")) question.erase("bytes");  // the other fields' are not asked
+    return question.dump();
+}
+
 RecordedRun recordedRun(const StoredRecord& record) {
     RecordedRun run{record.step, record.json.at("run"), record.json.at("state") == "complete", {}};
     for (const auto& [field, value] : record.json.at("settings").items()) {
@@ -125,18 +133,25 @@ class Verifier {
 
     void checkFiles() {
         const std::vector<Listed> files = listedFiles();
-        std::vector<std::string> changes(files.size());
-        parallelFor(files.size(), 1, [&](std::size_t begin, std::size_t end) {
-            for (std::size_t i = begin; i < end; ++i) {
-                changes[i] = changed(*files[i].file);
-            }
+        std::map<std::string, std::size_t> asked;  // place of the question
+        std::vector<const Json*> questions;
+        std::vector<std::size_t> places;
+        for (const Listed& file : files) {
+            const auto [place, isNew] = asked.try_emplace(questionOf(*file.file), questions.size());
+            if (isNew) questions.push_back(file.file);
+            places.push_back(place->second);
+        }
+        std::vector<std::string> changes(questions.size());
+        parallelFor(questions.size(), 1, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end; ++i) changes[i] = changed(*questions[i]);
         });
         for (std::size_t i = 0; i < files.size(); ++i) {
             const Listed& file = files[i];
+            const std::string& change = changes[places[i]];
             (file.isInput ? found_.inputs : found_.outputs) += 1;
-            if (changes[i].empty()) continue;
+            if (change.empty()) continue;
             tell(file.record->step, file.file->at("path"),
-                 (file.isInput ? "input of " : "made by ") + file.record->step + ", " + changes[i]);
+                 (file.isInput ? "input of " : "made by ") + file.record->step + ", " + change);
         }
     }
 

@@ -202,7 +202,9 @@ TEST_F(Records, VerifyFindsOneChangedByteInEachKindOfFile) {
         {"kc.dbf", "input of kc"},
         {"domain.prj", "input of "},
         {"IrDB.mdb", "input of eff"}};
-    for (const auto& [name, text] : files) {
+    for (const auto& entry : files) {
+        const auto& name = entry.first;
+        const auto& text = entry.second;
         withOneByteChanged(basin(name), [&] {
             const json found = verified();
             ASSERT_FALSE(found.at("mismatches").empty()) << name;
@@ -213,6 +215,21 @@ TEST_F(Records, VerifyFindsOneChangedByteInEachKindOfFile) {
         });
     }
     EXPECT_TRUE(verified().at("clean"));
+    // Each step that has read other bytes is told, and no other.
+    const std::string table = basin("landcover.dbf");
+    withOneByteChanged(table, [&] {
+        EXPECT_THAT(textsOf(verified()), ElementsAre(table + ": input of kc, has changed",
+                                                     table + ": input of eff, has changed"));
+    });
+    const std::string path = basin("output/velmora_record_eff.json");
+    auto eff = nlohmann::ordered_json::parse(test::contentOf(path));
+    for (auto& input : eff.at("inputs")) {
+        for (auto& file : input.at("files")) {
+            if (file.at("path") == table) file["sha256"] = "of other bytes";
+        }
+    }
+    test::write(path, eff.dump());
+    EXPECT_THAT(textsOf(verified()), ElementsAre(table + ": input of eff, has changed"));
 }
 
 // The record is made to agree with the changed grid, so that only making its cells again tells.

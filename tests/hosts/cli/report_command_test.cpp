@@ -85,8 +85,11 @@ TEST_F(ReportCommand, IsPrintedByABrowserWithAllThatIsFoldedOpen) {
     const std::string paper = test::contentOf(folder + "/page.pdf");
     EXPECT_THAT(paper, testing::StartsWith("%PDF-1.4\n<!doctype html>"));
     EXPECT_THAT(paper, HasSubstr("<details open>"));
+    EXPECT_THAT(paper, HasSubstr("<details open class=\"figures\">"));
     EXPECT_THAT(paper, Not(HasSubstr("<details>")));
-    EXPECT_THAT(test::contentOf(folder + "/said"), HasSubstr("--no-pdf-header-footer"));
+    EXPECT_THAT(paper, Not(HasSubstr("<details class")));
+    EXPECT_THAT(test::contentOf(folder + "/said"),
+                HasSubstr("--no-pdf-header-footer --generate-pdf-document-outline "));
     EXPECT_FALSE(std::filesystem::exists(folder + "/page.pdf.printing.html"));
 }
 

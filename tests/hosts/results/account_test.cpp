@@ -353,6 +353,16 @@ TEST_F(WaterAccount, AsASectionOfAPage) {
                             HasSubstr("does not close"), HasSubstr("22 % more"),
                             HasSubstr("Zones without a cell")));
     EXPECT_THAT(html, Not(HasSubstr("Far & away")));
+    EXPECT_THAT(html, HasSubstr("<h3>By zone, acre-feet</h3>\n<div"));
+    for (const char* part : {"By month, acre-feet", "By crop, acre-feet",
+                             "By kind of land, acre-feet", "Annex: the zone tables' reading"}) {
+        EXPECT_THAT(html, HasSubstr("<details><summary><h3>" + std::string(part) + "</h3>"));
+    }
+    EXPECT_THAT(html, testing::ContainsRegex("<h3>What is left over: 1[0-9] of 1[0-9] sums close"));
+    // What does not close is told outside of what is folded.
+    const std::string outside = html.substr(html.find("does not close"));
+    EXPECT_THAT(outside.substr(outside.find("</details>")),
+                testing::StartsWith("</details>\n<p class=\"error\">"));
 }
 
 TEST_F(WaterAccount, AsJson) {

@@ -15,6 +15,7 @@
 #include "gis/zonal_tables.h"
 #include "hosts/results/report/html.h"
 #include "hosts/results/report/monthly_chart.h"
+#include "modelling/step_record.h"
 #include "settings/settings_fields.h"
 #include "tests/support/irrigation_fixture.h"
 
@@ -133,6 +134,14 @@ TEST_F(Report, ADatasetOfTheUsersOwnNeedsNoRecord) {
                 testing::Contains(HasSubstr("velmora_record_irr.json: the record cannot be used")));
 }
 
+TEST(RecordedTime, IsToldToTheSecond) {
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00.123456789-06:00"), "2023-10-01 10:00:00 -06:00");
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00+00:00"), "2023-10-01 10:00:00 +00:00");
+    EXPECT_EQ(timeToSecond("2023-10-01T10:00:00"), "2023-10-01 10:00:00");
+    EXPECT_EQ(timeToSecond(""), "");
+    EXPECT_EQ(timeToSecond("when it was ready"), "when it was ready");
+}
+
 TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
     record("ppt");
     const std::string path = f.folder.file("out/velmora_record_ppt.json");
@@ -144,7 +153,7 @@ TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
                       {"files",
                        {{{"path", "/data/weather.dbf"},
                          {"bytes", 77},
-                         {"modified", "2023-01-01T00:00:00-07:00"},
+                         {"modified", "2023-01-01T00:00:00.123456789-07:00"},
                          {"sha256", "abc123"}}}}},
                      {{"path", "ET_Jul_4"},
                       {"crs", nullptr},
@@ -157,12 +166,19 @@ TEST_F(Report, TellsRunsInputsAndStationsOfTheRecords) {
                         {"left_out", {{{"station", "Malad"}, {"reason", "has no value"}}}}}};
     ppt["warnings"] = {"a far station"};
     test::write(path, ppt.dump());
+    record("nir");  // which has read the same bytes later
+    const std::string later = f.folder.file("out/velmora_record_nir.json");
+    auto nir = nlohmann::json::parse(test::contentOf(later));
+    nir["inputs"] = {ppt["inputs"][0]};
+    nir["inputs"][0]["files"][0]["modified"] = "2023-01-02T00:00:00-07:00";
+    test::write(later, nir.dump());
     const std::string page = reportPage(platform, readResults(platform, f.settings));
     for (const char* part :
-         {"<td>ppt</td><td>2023-10-01T10:00:00-06:00</td><td>2023-10-01T10:00:10-06:00</td>"
+         {"<td>ppt: Precipitation</td><td>2023-10-01 10:00:00 -06:00</td><td>2023-10-01 10:00:10 "
+          "-06:00</td>"
           "<td>complete</td><td>0.1</td><td>b</td><td>h</td><td>ann&lt; on m1</td>",
-          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01T00:00:00-07:00:"
-          "<br><code>abc123</code></td><td>ppt</td>",
+          "<td>UTM 12N; NAD83</td><td>weather.dbf, 77 bytes, written 2023-01-01 00:00:00 -07:00:"
+          "<br><code>abc123</code></td><td>ppt, nir</td>",
           "<summary>1 dataset</summary>", "<td>kriging</td><td>15</td><td>has no value: Malad</td>",
           "<li class=\"warning\">ppt: a far station</li>", "<p>ppt: PROJ 9.1</p>"}) {
         EXPECT_THAT(page, HasSubstr(part));
@@ -275,11 +291,15 @@ TEST_F(AccountedReport, LinesOfAChartAreMeansOverTheSameCells) {
     std::vector<std::string> missing;
     const std::string page = reportPage(platform, results, &missing);
     EXPECT_THAT(page, HasSubstr("<h2 id=\"account\">Water account, Jul"));
+    EXPECT_THAT(page,
+                HasSubstr("<figure class=\"wide\"><div class=\"map\"><img alt=\"RefET_Jul_4"));
     EXPECT_THAT(page, HasSubstr("<svg class=\"over\" viewBox=\"0 0 30 18\"><path "
                                 "id=\"zones-0\" fill=\"none\" stroke="));
     EXPECT_THAT(page, HasSubstr("<use href=\"#zones-0\"/>"));
-    // 15 km are 180 pixels.
-    EXPECT_THAT(page, HasSubstr("<i style=\"width:60.0px\"></i>5 km</p>"));
+    // A third of 15 km.
+    EXPECT_THAT(
+        page,
+        HasSubstr("<p class=\"bar wide\"><i style=\"width:calc(0.3333*var(--map))\"></i>5 km</p>"));
     EXPECT_THAT(page, HasSubstr("<h2 id=\"validation\">"));
     EXPECT_THAT(missing, testing::Not(testing::Contains(HasSubstr("Water account"))));
 }
@@ -339,14 +359,122 @@ TEST_F(Report, MapsOfAProductShareOneScale) {
     EXPECT_THAT(page, HasSubstr("Not made: IRR_Jun, IRR_Jul."));
 }
 
+TEST_F(Report, PrecipitationIsWordedByItsRecord) {
+    const auto page = [&] { return reportPage(platform, readResults(platform, f.settings)); };
+    f.settings.PrecipitationMethod = "PRISM_REF";
+    EXPECT_THAT(page(), HasSubstr("no record tells how it was made.</p>"));
+    record("ppt");
+    f.settings.PrecipitationMethod = "EDK";
+    EXPECT_THAT(page(), HasSubstr(">Reference grids, scaled by their ratios to the stations"));
+    record("ppt");
+    EXPECT_THAT(page(), HasSubstr(">Interpolated from the stations.</p>"));
+}
+
+TEST_F(Report, PagesOfPaperAreHeadedByWhatTheyShow) {
+    record("ppt", {{"BeginMonth", "Ju\"n}"}});
+    const auto page = [&](const std::vector<std::string>& mismatches) {
+        return reportPage(platform, readResults(platform, f.settings, mismatches));
+    };
+    EXPECT_THAT(page({}),
+                HasSubstr("@top-left{content:\"Evapotranspiration and irrigation water use "
+                          "- Ju\\22 n\\7D  to Jul, 2006; reference ET by "));
+    EXPECT_THAT(page({"it changed"}),
+                HasSubstr("@top-left{content:\"Evapotranspiration and irrigation water use - "
+                          "draft: these results do not hold together\""));
+    EXPECT_THAT(page({}), HasSubstr("@bottom-right{content:\"Page \" counter(page) \" of \""));
+}
+
+struct QualityReport : Report {
+    // A record of June (no flag but that of all cells) and July.
+    void recordFlags() {
+        record("refet");
+        const std::string path = f.folder.file("out/velmora_record_refet.json");
+        auto refet = nlohmann::json::parse(test::contentOf(path));
+        const nlohmann::json estimated = {{"flag", "wind estimated"},
+                                          {"bit", 2048},
+                                          {"cells", 540},
+                                          {"share", 1},
+                                          {"worst", nullptr}};
+        const nlohmann::json negative = {
+            {"flag", "reference ET below 0"},
+            {"bit", 1},
+            {"cells", 54},
+            {"share", 0.1},
+            {"worst", {{"value", -1.24}, {"unit", "inches"}, {"column", 6}, {"row", 2}}}};
+        const nlohmann::json trend = {
+            {"flag", "trend over elevation not significant and extrapolated"},
+            {"bit", 8192},
+            {"cells", 270},
+            {"share", 0.5},
+            {"worst", {{"value", 312.0}, {"unit", "m"}, {"column", 7}, {"row", 3}}},
+            {"surfaces", {"TD_Jul"}}};
+        refet["quality"] = {
+            {{"grid", "RefET_Jun_4"}, {"month", "Jun"}, {"cells", 540}, {"flags", {estimated}}},
+            {{"grid", "RefET_Jul_4"},
+             {"month", "Jul"},
+             {"cells", 540},
+             {"flags", {negative, trend}}}};
+        refet["warnings"] = {"RefET_Jul_4: 10 % of the cells: reference ET below 0",
+                             "RefET_Jul_4: another matter"};
+        test::write(path, refet.dump());
+    }
+    std::string page() { return reportPage(platform, readResults(platform, f.settings)); }
+};
+
+TEST_F(QualityReport, FlagsAreToldByMonth) {
+    EXPECT_THAT(page(), HasSubstr("<p>No record tells of the cells of reference ET.</p>"));
+    recordFlags();
+    const std::string html = page();
+    const std::string none = "<td class=\"n\">&ndash;</td>";
+    const std::string trend =
+        "<td>Jul</td><td>trend over elevation not significant and extrapolated</td><td>TD_Jul</td>"
+        "<td>by up to 312 m</td><td class=\"n\">7</td><td class=\"n\">3</td>"
+        "<td class=\"n\">270</td><td class=\"n\">540</td><td class=\"n\">50 %</td>";
+    for (const std::string& part : std::vector<std::string>{
+             "<th>Flag</th><th class=\"n\">Jun</th><th class=\"n\">Jul</th>",
+             "<td>reference ET below 0</td>" + none + "<td class=\"n\">10 %</td>",
+             "<td>wind estimated</td><td class=\"n\">100 %</td>" + none,
+             "<summary>3 flags by month: ", trend, "<td>lowest -1.24 inches</td>",
+             "<code>velmora run refet --quality</code>",
+             "<li class=\"warning\">refet: RefET_Jul_4: another matter</li>"}) {
+        EXPECT_THAT(html, HasSubstr(part));
+    }
+    EXPECT_THAT(html, Not(HasSubstr("refet: RefET_Jul_4: 10 %")));
+}
+
+TEST_F(QualityReport, MapsAreThoseOfTheLastRunWithTheGravestFlagOfACell) {
+    recordFlags();
+    Grid flags(f.cells, 0);
+    flags.at(0, 0) = kNoData;
+    flags.at(1, 0) = 1 + 2 + 2048;
+    flags.at(2, 0) = 128 + 8192;
+    flags.at(3, 0) = 2048;  // which is the table's
+    flags.at(4, 0) = -1;    // which no run has written
+    flags.at(5, 0) = 1e30F;
+    f.save("QA_Jul_4", std::make_shared<MemoryRaster>(flags));
+    StepRecorder(platform.files(), f.settings, "refet").made("RefET_Jul_4");
+    EXPECT_THAT(page(), Not(HasSubstr("alt=\"QA_Jul_4\"")));  // of an earlier run
+    StepRecorder(platform.files(), f.settings, "refet").made("QA_Jul_4");
+    const std::string html = page();
+    EXPECT_THAT(html, HasSubstr("<img alt=\"QA_Jul_4\" src=\"data:image/png;base64,iVBOR"));
+    EXPECT_THAT(html, HasSubstr("<figcaption><b>Jul</b> 0.4 %</figcaption>"));  // 2 of 539
+    EXPECT_THAT(html, HasSubstr("rgb(165,0,38)\"></i>reference ET below 0</span>"));
+    EXPECT_THAT(html,
+                HasSubstr("</i>trend over elevation not significant and extrapolated</span>"));
+    for (const char* hidden : {"dew point above the mean temperature", "wind estimated",
+                               "elevation beyond the range of the stations"}) {
+        EXPECT_THAT(html, Not(HasSubstr("</i>" + std::string(hidden))));
+    }
+    EXPECT_THAT(html, Not(HasSubstr("run refet --quality")));
+}
+
 TEST_F(Report, StandsAloneAndNamesWhatIsWrong) {
     f.settings.KcTable = f.folder.file("none & nothing.dbf");
     const std::string page = reportPage(platform, readResults(platform, f.settings));
     for (const char* outside : {"http://", "https://", "<script", "<link", "@import"}) {
         EXPECT_THAT(page, Not(HasSubstr(outside)));
     }
-    EXPECT_THAT(page,
-                HasSubstr("none &amp; nothing.dbf</span></td><td><span class=\"error\">not found"));
+    EXPECT_THAT(page, HasSubstr("none &amp; nothing.dbf</span></td><td>no record</td>"));
     EXPECT_THAT(page, HasSubstr("<li class=\"error\">"));
     EXPECT_THAT(page, HasSubstr("class=\"station\""));
     EXPECT_THAT(page, HasSubstr("days / 25.4"));
@@ -361,6 +489,58 @@ TEST_F(Report, AnInputIsToldByItsFieldNotByItsText) {
     EXPECT_THAT(page, HasSubstr("<span class=\"path\">kc.dbf</span>"));
     EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">2006/07</span>")));
     EXPECT_THAT(page, Not(HasSubstr("<span class=\"path\">" + f.settings.OutputWorkspace)));
+}
+
+TEST_F(Report, InputsAndSettingsAreThoseOfTheRecords) {
+    const std::string dem = f.settings.DEM;
+    record("refet", {{"Ks", "0.17"}});
+    record("ppt", {{"Ks", "0.19"}});
+    const std::string path = f.folder.file("out/velmora_record_refet.json");
+    auto refet = nlohmann::json::parse(test::contentOf(path));
+    const auto file = [](const char* name, int bytes, const char* modified) {
+        return nlohmann::json{{"path", name}, {"bytes", bytes}, {"modified", modified}};
+    };
+    refet["inputs"] = {
+        {{"path", dem},
+         {"crs", nullptr},
+         {"files",
+          {file("a", 20'000, "2021-05-01T00:00:00.5-07:00"),
+           file("b", 1'000, "2021-06-01T00:00:00.5-07:00")}}},
+        {{"path", "own"}, {"crs", nullptr}, {"files", {file("own", 7, "long ago")}}},
+        {{"path", "ET_Jul_4"}, {"crs", nullptr}, {"made_by", {{"step", "cropet"}, {"run", "1"}}}}};
+    test::write(path, refet.dump());
+    f.settings.DEM = "/today/dem";
+    f.settings.Ks = 0.16;
+    const std::string page = reportPage(platform, readResults(platform, f.settings));
+    for (const std::string& part :
+         {"<td>DEM</td><td><span class=\"path\">" + dem +
+              "</span></td><td>2021-06-01 00:00:00 -07:00</td><td>refet</td>"
+              "<td class=\"n\">21 kB</td>",
+          "<td>&ndash;</td><td><span class=\"path\">" + f.folder.file("out/own") +
+              "</span></td><td>long ago</td><td>refet</td><td class=\"n\">7 bytes</td>",
+          std::string("<td>Ks</td><td>0.17 (refet)<br>0.19 (ppt)</td>"),
+          "<td>KcTable</td><td><span class=\"path\">" + f.settings.KcTable +
+              "</span></td><td>not read</td>"}) {
+        EXPECT_THAT(page, HasSubstr(part));
+    }
+    EXPECT_THAT(page, Not(HasSubstr("/today/dem")));
+    EXPECT_THAT(page, Not(HasSubstr("out/ET_Jul_4</span>")));  // which a step has made
+    EXPECT_THAT(page, Not(HasSubstr("<td>0.16</td>")));
+}
+
+TEST_F(Report, WhatTheRecordKeepsIsNotToldAgainUnderTheMessages) {
+    record("ppt");
+    const std::string path = f.folder.file("out/velmora_record_ppt.json");
+    auto ppt = nlohmann::json::parse(test::contentOf(path));
+    ppt["warnings"] = {"a far station"};
+    test::write(path, ppt.dump());
+    RunResults results = readResults(platform, f.settings);
+    results.runs = {{"ppt", true, 1.5, {"a far station", "over"}, "2023-10-01 10:00:10"}};
+    const std::string page = reportPage(platform, results);
+    EXPECT_THAT(page,
+                HasSubstr("<td>1.50 s</td><td>done</td><td><span class=\"message\">over</span> "
+                          "</td>"));
+    EXPECT_THAT(page, HasSubstr("<li class=\"warning\">ppt: a far station</li>"));
 }
 
 TEST_F(Report, FindingsOfAKindAreOneLineAndErrorsComeLast) {

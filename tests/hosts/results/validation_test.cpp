@@ -74,6 +74,12 @@ TEST(Validation, TheReportsSectionEscapesAndMarksWhatIsOutside) {
                                 "met, 1 departs, 1 outside</summary>"));
     EXPECT_THAT(html, HasSubstr("<summary>Apart (recomputed): 1 met</summary>"));
     EXPECT_THAT(html, HasSubstr("<td class=\"n\">81.76</td>"));
+    EXPECT_THAT(html,
+                HasSubstr("<td>Air &amp; &lt;water&gt;</td><td>published</td>"
+                          "<td class=\"n\">1</td><td class=\"n\">1</td><td class=\"n\">1</td>"));
+    EXPECT_THAT(html, HasSubstr("<span class=\"departs\">departs, "));
+    EXPECT_THAT(html, HasSubstr("<span class=\"departs\">OUTSIDE"));
+    EXPECT_EQ(html.find("<span class=\"departs\"></span>"), std::string::npos);
 }
 
 TEST(Validation, JsonHasTheNumbers) {

@@ -19,8 +19,9 @@ using Rows = std::vector<std::vector<std::string>>;
 
 const std::string kNone = "&ndash;";
 
-std::string scrolled(const std::string& table) {
-    return "<div class=\"scroll\">" + table + "</div>\n";
+// A text document, which knows of no folding, has the heading all the same.
+std::string foldedUnder(const std::string& heading, const std::string& content) {
+    return folded("<h3>" + heading + "</h3>", content);
 }
 
 std::string cellOf(const AccountColumn& column, const FieldValue& value) {
@@ -44,21 +45,24 @@ std::string sums(const Account& account, const AccountKeys& keys, const AccountU
             rows.back().push_back(cellOf(table.columns[c], row[c]));
         }
     }
-    return scrolled(htmlTable(heads, rows, 1));
+    return htmlTable(heads, rows, 1);
 }
 
 std::string residuals(const Account& account, const AccountUnits& units) {
+    const std::vector<AccountResidual> all = residualsOf(account);
     Rows rows;
-    for (const AccountResidual& residual : residualsOf(account)) {
+    for (const AccountResidual& residual : all) {
         rows.push_back(
-            {escaped(residual.identity), residualText(account, residual, units),
-             relativeText(residual),
+            {escaped(residual.identity),
              residual.closes() ? "closes" : "<span class=\"error\">does not close</span>",
-             escaped(residual.where)});
+             escaped(residual.where), residualText(account, residual, units),
+             relativeText(residual)});
     }
-    std::string html = "<h3>What is left over</h3>\n" +
-                       htmlTable({"Identity", "Left", "Of the total", "", "Largest in"}, rows, 5);
-    for (const std::string& text : unclosed(residualsOf(account))) {
+    const std::vector<std::string> open = unclosed(all);
+    std::string html = foldedUnder(
+        fmt::format("What is left over: {} of {} sums close", all.size() - open.size(), all.size()),
+        htmlTable({"Identity", "", "Largest in", "Left", "Of the total"}, rows, 3));
+    for (const std::string& text : open) {
         html += "<p class=\"error\">" + escaped(text) + "</p>\n";
     }
     return html;
@@ -85,15 +89,16 @@ std::string annexOf(const AccountAnnex& annex) {
             rows.back().push_back(figure(reading.account));
         }
     }
-    std::string html = "<h3>Annex: the zone tables' reading</h3>\n<p class=\"note\">" +
-                       escaped(tableReadingNote()) + " Volumes are acre-feet.</p>\n" +
-                       scrolled(htmlTable(heads, rows, 1));
     Rows factors;
     for (const AccountAnnex::Factor& f : annex.factors) {
         factors.push_back(
             {GetMonthName(f.month), std::to_string(f.days), fmt::format("{:.4f}", f.factor)});
     }
-    html += htmlTable({"Month", "Days", "Table / account"}, factors, 1) + "<ul>\n";
+    std::string html = foldedUnder("Annex: the zone tables' reading",
+                                   "<p class=\"note\">" + escaped(tableReadingNote()) +
+                                       " Volumes are acre-feet.</p>\n" + htmlTable(heads, rows, 1) +
+                                       htmlTable({"Month", "Days", "Table / account"}, factors, 1));
+    html += "<ul>\n";
     for (const AccountAnnex::Agreement& agreement : annex.agreements) {
         html += "<li>" + escaped(agreementText(agreement)) + "</li>\n";
     }
@@ -108,11 +113,12 @@ std::string accountSection(const Account& account, const AccountAnnex& annex,
         fmt::format("<h2 id=\"account\">Water account, {}</h2>\n<p class=\"note\">{} {}</p>\n",
                     escaped(accountPeriod(account)), escaped(accountBasis(account, units)),
                     escaped(accountMeaning()));
-    for (const auto& [title, keys] : {std::pair{"By zone", AccountKeys{.zone = true}},
-                                      std::pair{"By month", AccountKeys{.month = true}},
+    html += fmt::format("<h3>By zone, {}</h3>\n<div class=\"scroll\">{}</div>\n", units.volume,
+                        sums(account, {.zone = true}, units));
+    for (const auto& [title, keys] : {std::pair{"By month", AccountKeys{.month = true}},
                                       std::pair{"By crop", AccountKeys{.crop = true}},
                                       std::pair{"By kind of land", AccountKeys{.land = true}}}) {
-        html += fmt::format("<h3>{}, {}</h3>\n", title, units.volume) + sums(account, keys, units);
+        html += foldedUnder(fmt::format("{}, {}", title, units.volume), sums(account, keys, units));
     }
     html += residuals(account, units);
     if (!account.notes.empty()) {

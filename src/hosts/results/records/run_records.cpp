@@ -63,6 +63,25 @@ RecordedSurface surfaceOf(const Json& json) {
     return surface;
 }
 
+QualityNote::Flag flagOf(const Json& json) {
+    QualityNote::Flag flag{
+        json.at("flag"), json.at("bit"), json.at("cells"), json.at("share"), {}, {}, {}};
+    if (const auto worst = json.find("worst"); worst != json.end() && !worst->is_null()) {
+        flag.unit = worst->at("unit");
+        flag.worst = {worst->at("value"), worst->at("column"), worst->at("row")};
+    }
+    if (const auto surfaces = json.find("surfaces"); surfaces != json.end()) {
+        flag.surfaces = surfaces->get<std::vector<std::string>>();
+    }
+    return flag;
+}
+
+QualityNote qualityOf(const Json& json) {
+    QualityNote note{json.at("grid"), json.at("month"), json.at("cells"), {}};
+    for (const Json& flag : json.at("flags")) note.flags.push_back(flagOf(flag));
+    return note;
+}
+
 void readProgram(const Json& json, RecordedStep& step) {
     const Json& program = json.at("program");
     step.version = textIn(program, "version");
@@ -88,11 +107,23 @@ RecordedStep stepOf(const Json& json, const std::string& folder) {
     for (const auto& [name, run] : json.at("sources").items()) step.sources[name] = run;
     for (const Json& input : json.at("inputs")) step.inputs.push_back(inputOf(input));
     for (const Json& surface : json.at("surfaces")) step.surfaces.push_back(surfaceOf(surface));
+    if (const auto quality = json.find("quality"); quality != json.end()) {
+        for (const Json& month : *quality) step.quality.push_back(qualityOf(month));
+    }
     for (const Json& warning : json.at("warnings")) step.warnings.push_back(warning);
     return step;
 }
 
 }  // namespace
+
+std::string timeToSecond(const std::string& recorded) {
+    constexpr std::size_t date = 10;
+    constexpr std::size_t seconds = 19;
+    if (recorded.size() < seconds || recorded[date] != 'T') return recorded;
+    const std::size_t offset = recorded.find_first_of("+-", seconds);
+    return recorded.substr(0, date) + " " + recorded.substr(date + 1, seconds - date - 1) +
+           (offset == std::string::npos ? "" : " " + recorded.substr(offset));
+}
 
 const RecordedStep* RunRecords::of(std::string_view step) const {
     const auto found = std::ranges::find(steps, step, &RecordedStep::step);

@@ -10,9 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "gis/quality_note.h"
 #include "settings/run_settings.h"
 
 namespace velmora {
+
+// A recorded time to the second, "2023-10-01 10:00:00 -06:00"; another text as it is.
+std::string timeToSecond(const std::string& recorded);
 
 struct RecordedFile {
     std::string path;
@@ -60,6 +64,7 @@ struct RecordedStep {
     std::map<std::string, std::string> sources;  // by step: the run whose grids it reads
     std::vector<RecordedInput> inputs;
     std::vector<RecordedSurface> surfaces;
+    std::vector<QualityNote> quality;  // by months of reference ET
     std::vector<std::string> warnings;
 
     bool complete() const { return state == "complete"; }

@@ -45,9 +45,8 @@ std::string tableOf(const IrrigationDatabase& database, const std::string& name,
         auto& row = rows.emplace_back();
         for (const std::string& column : columns) row.push_back(shown(records->value(column)));
     }
-    return "<details><summary>" + title + " (" + name + "): " + counted(rows.size(), "row") +
-           "</summary><div class=\"scroll\">" + htmlTable(heads, rows, firstNumber) +
-           "</div></details>\n";
+    return folded(title + " (" + name + "): " + counted(rows.size(), "row"),
+                  htmlTable(heads, rows, firstNumber));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/results/report/html.h"
 
+#include <fmt/format.h>
+
+#include <cctype>
 #include <cstdint>
 
 namespace velmora {
@@ -26,6 +29,17 @@ std::string escaped(std::string_view text) {
         }
     }
     return html;
+}
+
+std::string styleText(std::string_view text) {
+    std::string style;
+    for (const char c : text) {
+        const bool plain = c == ' ' || static_cast<unsigned char>(c) >= 0x80 ||
+                           std::isalnum(static_cast<unsigned char>(c)) ||
+                           std::string_view(",.;:-_/()").find(c) != std::string_view::npos;
+        style += plain ? std::string(1, c) : fmt::format("\\{:X} ", static_cast<unsigned>(c));
+    }
+    return style;
 }
 
 std::string base64(std::string_view bytes) {
@@ -61,6 +75,17 @@ std::string htmlTable(const std::vector<std::string>& headings,
         html += "</tr>\n";
     }
     return html + "</tbody></table>\n";
+}
+
+std::string pathHtml(const std::string& path) {
+    return "<span class=\"path\">" + escaped(path) + "</span>";
+}
+
+std::string inTwo(const std::string& table) { return "<div class=\"two\">" + table + "</div>\n"; }
+
+std::string folded(const std::string& heading, const std::string& content) {
+    return "<details><summary>" + heading + "</summary><div class=\"scroll\">" + content +
+           "</div></details>\n";
 }
 
 }  // namespace velmora

@@ -7,6 +7,8 @@
 
 #include "gis/text.h"
 #include "hosts/results/report/html.h"
+#include "hosts/results/report/quality_section.h"
+#include "modelling/products.h"
 
 namespace velmora {
 
@@ -14,20 +16,12 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-std::string folded(const std::string& summary, const std::string& table) {
-    return "<details><summary>" + escaped(summary) + "</summary><div class=\"scroll\">" + table +
-           "</div></details>\n";
-}
-
-std::string pathText(const std::string& path) {
-    return "<span class=\"path\">" + escaped(path) + "</span>";
-}
-
 std::string runs(const RunRecords& records) {
     Rows rows;
     for (const RecordedStep& step : records.steps) {
         const std::string state = escaped(step.state);
-        rows.push_back({escaped(step.step), escaped(step.began), escaped(step.ended),
+        rows.push_back({escaped(step.step + ": " + std::string(productMadeBy(step.step).title)),
+                        escaped(timeToSecond(step.began)), escaped(timeToSecond(step.ended)),
                         step.complete() ? state : "<span class=\"error\">" + state + "</span>",
                         escaped(step.version), escaped(step.build), escaped(step.host),
                         step.startedBy.empty() ? "not told" : escaped(step.startedBy)});
@@ -53,10 +47,11 @@ std::string libraries(const RunRecords& records) {
     return html;
 }
 
-// A dataset as some runs have read it.
+// A dataset as the first of some runs has read it.
 struct Input {
     std::string crs;
-    std::string files;  // names, sizes and hashes, as HTML
+    std::string files;   // names, sizes, times and hashes, as HTML
+    std::string hashes;  // which are the same while its content is
     std::vector<std::string> steps;
 };
 
@@ -65,27 +60,29 @@ Input inputOf(const RecordedInput& recorded) {
     input.crs = recorded.crs;
     if (!recorded.datum.empty()) input.crs += "; " + recorded.datum;
     for (const RecordedFile& file : recorded.files) {
-        input.files += fmt::format("{}{}, {} bytes, written {}:<br><code>{}</code>",
-                                   input.files.empty() ? "" : "<br>", escaped(fileName(file.path)),
-                                   file.bytes, escaped(file.modified), escaped(file.sha256));
+        input.hashes += file.sha256 + " ";
+        input.files +=
+            fmt::format("{}{}, {} bytes, written {}:<br><code>{}</code>",
+                        input.files.empty() ? "" : "<br>", escaped(fileName(file.path)), file.bytes,
+                        escaped(timeToSecond(file.modified)), escaped(file.sha256));
     }
     return input;
 }
 
 std::string inputs(const RunRecords& records) {
-    std::map<std::pair<std::string, std::string>, Input> all;  // by path and files
+    std::map<std::pair<std::string, std::string>, Input> all;  // by path and hashes
     for (const RecordedStep& step : records.steps) {
         for (const RecordedInput& recorded : step.inputs) {
             if (!recorded.madeBy.empty()) continue;
             Input input = inputOf(recorded);
             const auto [place, isNew] =
-                all.try_emplace({recorded.path, input.files}, std::move(input));
+                all.try_emplace({recorded.path, input.hashes}, std::move(input));
             place->second.steps.push_back(step.step);
         }
     }
     Rows rows;
     for (const auto& [key, input] : all) {
-        rows.push_back({pathText(key.first), input.crs.empty() ? "&ndash;" : escaped(input.crs),
+        rows.push_back({pathHtml(key.first), input.crs.empty() ? "&ndash;" : escaped(input.crs),
                         input.files, escaped(joinedNames(input.steps))});
     }
     return "<h3>Inputs as they were read</h3>\n<p class=\"note\">Grids that another step has made "
@@ -120,13 +117,15 @@ std::string surfaces(const RunRecords& records) {
     return "<h3>Stations behind each surface</h3>\n" +
            folded(counted(rows.size(), "surface") + ", " + std::to_string(lacking) +
                       " of them without some station",
-                  htmlTable({"Surface", "Field", "Estimator", "Stations", "Left out"}, rows, 5));
+                  inTwo(htmlTable({"Surface", "Field", "Estimator", "Stations", "Left out"}, rows,
+                                  5)));
 }
 
 std::string warnings(const RunRecords& records) {
     std::string html;
     for (const RecordedStep& step : records.steps) {
         for (const std::string& text : step.warnings) {
+            if (isOfQuality(step, text)) continue;
             html += "<li class=\"warning\">" + escaped(step.step + ": " + text) + "</li>\n";
         }
     }

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/results/report/report_page.h"
 
-#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
-#include <filesystem>
 #include <utility>
 
-#include "check/finding_groups.h"
 #include "gis/errors.h"
 #include "gis/month_names.h"
 #include "gis/numbers.h"
@@ -21,46 +17,22 @@
 #include "hosts/results/report/efficiency_section.h"
 #include "hosts/results/report/further_sections.h"
 #include "hosts/results/report/html.h"
+#include "hosts/results/report/inputs_section.h"
 #include "hosts/results/report/made_of_section.h"
 #include "hosts/results/report/maps_section.h"
+#include "hosts/results/report/messages_section.h"
+#include "hosts/results/report/page_head.h"
+#include "hosts/results/report/quality_section.h"
 #include "hosts/results/report/report_faults.h"
-#include "hosts/results/report/report_style.h"
 #include "hosts/results/report/station_map.h"
 #include "hosts/results/report/tables_section.h"
-#include "settings/settings_fields.h"
-#include "version.h"
 
 namespace velmora {
-
-namespace fs = std::filesystem;
 
 namespace {
 
 std::string heading(const std::string& id, const std::string& title) {
     return "<h2 id=\"" + id + "\">" + title + "</h2>\n";
-}
-
-// What the products were made for: one line where all were made for the same.
-std::string madeForLines(const RunResults& results) {
-    const std::vector<MadeFor> made = productsMadeFor(results.records);
-    if (made.empty()) {
-        return "<p>" + escaped(madeForText(results.settings)) +
-               " (by the settings: there are no records)</p>";
-    }
-    if (made.size() == 1) return "<p>" + escaped(made.front().text) + "</p>";
-    std::string html;
-    for (const MadeFor& part : made) {
-        html += "<p>" + escaped(joinedNames(part.names) + ": " + part.text) + "</p>";
-    }
-    return html;
-}
-
-std::string headerOf(const RunResults& results) {
-    const std::string now = fmt::format("{:%Y-%m-%d %H:%M}", fmt::localtime(std::time(nullptr)));
-    return fmt::format(
-        "<header><h1>Evapotranspiration and irrigation water use</h1>{}<p>Page made by velmora {} "
-        "on {} from {}</p></header>\n",
-        madeForLines(results), kVersion, now, escaped(results.settings.OutputWorkspace));
 }
 
 // The unit is named where a reading begins.
@@ -117,61 +89,6 @@ std::string totalsSection(const RunResults& results) {
            "</div>\n";
 }
 
-std::string sizeText(std::uintmax_t bytes) {
-    if (bytes < 10'000) return fmt::format("{} bytes", bytes);
-    if (bytes < 10'000'000) return fmt::format("{:.0f} kB", static_cast<double>(bytes) / 1e3);
-    return fmt::format("{:.1f} MB", static_cast<double>(bytes) / 1e6);
-}
-
-// The files that belong to an input: a shapefile's or a grid folder's parts, or the file; none when
-// there is none of them. Throws PlatformError when that cannot be told.
-std::vector<fs::path> filesOf(const std::string& input) try {
-    const fs::path path(input);
-    const bool isFolder = fs::is_directory(path);
-    const fs::path folder = isFolder ? path : path.parent_path();
-    std::vector<fs::path> files;
-    if (!fs::exists(folder)) return files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        const bool isPart = entry.is_regular_file() && entry.path().stem() == path.stem();
-        if (isFolder || isPart) files.push_back(entry.path());
-    }
-    return files;
-} catch (const fs::filesystem_error& e) {
-    throw PlatformError("Cannot look at " + input + ": " + e.code().message(), {.file = input});
-}
-
-std::string inputsSection(IPlatform& platform, const RunResults& results) {
-    std::vector<std::vector<std::string>> inputs;
-    std::vector<std::vector<std::string>> others;
-    for (const SettingsField& field : settingsFields()) {
-        const std::string name(field.name);
-        const std::string text = settingsText(results.settings, field);
-        if (text.empty()) continue;
-        if (field.kind != FieldKind::path || name == "OutputWorkspace") {
-            others.push_back({name, escaped(text), escaped(std::string(field.help))});
-            continue;
-        }
-        std::uintmax_t bytes = 0;
-        std::string date;
-        for (const fs::path& file : filesOf(text)) {
-            std::error_code error;
-            const std::uintmax_t size = fs::file_size(file, error);
-            if (error)
-                throw PlatformError("Cannot look at " + file.string() + ": " + error.message(),
-                                    {.file = file.string()});
-            bytes += size;
-            date = std::max(date, platform.files().lastModified(file.string()));
-        }
-        inputs.push_back({name, "<span class=\"path\">" + escaped(text) + "</span>",
-                          date.empty() ? "<span class=\"error\">not found</span>" : date,
-                          date.empty() ? "" : sizeText(bytes)});
-    }
-    return heading("inputs", "Inputs and settings") +
-           htmlTable({"Input", "Path", "Last written", "Size"}, inputs, 3) +
-           "<details><summary>Settings</summary>" +
-           htmlTable({"Setting", "Value", "Meaning"}, others, 3) + "</details>\n";
-}
-
 std::string stationsSection(IPlatform& platform, const RunResults& results,
                             std::vector<std::string>* missing) {
     std::string html = heading("stations", "Weather stations");
@@ -182,43 +99,6 @@ std::string stationsSection(IPlatform& platform, const RunResults& results,
             missing->push_back("The report has no map of the stations: " + std::string(e.what()));
         return html + "<p class=\"error\">No map: " + escaped(e.what()) + "</p>\n";
     }
-}
-
-std::string messagesSection(const RunResults& results) {
-    std::string html = heading("messages", "Messages and warnings");
-    if (results.runs.empty()) {
-        html += "<p>No run of the command has been noted in this folder.</p>\n";
-    } else {
-        std::vector<std::vector<std::string>> rows;
-        for (const StepRun& run : results.runs) {
-            std::string messages;
-            for (const std::string& message : run.messages) {
-                messages += (messages.empty() ? "" : "<br>") + escaped(message);
-            }
-            if (run.messages.size() > 3) {
-                messages = fmt::format("<details><summary>{} messages</summary>{}</details>",
-                                       run.messages.size(), messages);
-            }
-            rows.push_back({escaped(run.step), escaped(run.ended),
-                            fmt::format("{:.2f} s", run.seconds),
-                            run.done ? "done" : "<span class=\"error\">failed</span>", messages});
-        }
-        html += "<h3>The last run of each step</h3>\n" +
-                htmlTable({"Step", "Ended", "Time", "Outcome", "Messages"}, rows, 5);
-    }
-    html += "<h3>What the inputs' check says</h3>\n";
-    if (results.findings.empty()) return html + "<p>Nothing.</p>\n";
-    html +=
-        "<p class=\"note\">" + findingCounts(results.findings) +
-        "; those of one kind are one line, and <code>velmora check --all</code> lists each.</p>\n"
-        "<ul>\n";
-    for (const FindingGroup& group : findingGroups(results.findings)) {
-        const char* kind = group.severity == Severity::error     ? "error"
-                           : group.severity == Severity::warning ? "warning"
-                                                                 : "note";
-        html += std::string("<li class=\"") + kind + "\">" + escaped(group.line) + "</li>\n";
-    }
-    return html + "</ul>\n";
 }
 
 // "a, b and c".
@@ -259,34 +139,14 @@ std::string unitsSection(const RunSettings& settings) {
 
 std::string reportPage(IPlatform& platform, const RunResults& results,
                        std::vector<std::string>* missing) {
-    std::string html =
-        "<!doctype html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><meta name=\"viewport\" "
-        "content=\"width=device-width,initial-scale=1\"><title>Velmora report</title><style>";
-    html += reportStyle();
-    html +=
-        "</style></head><body onbeforeprint=\"document.querySelectorAll('details')"
-        ".forEach(d=>d.open=true)\">\n" +
-        headerOf(results);
-    html += "<nav>";
-    for (const auto& [id, title] : {std::pair{"totals", "Zone totals"},
-                                    {"account", "Water account"},
-                                    {"charts", "Months"},
-                                    {"maps", "Maps"},
-                                    {"tables", "Zone tables"},
-                                    {"stations", "Stations"},
-                                    {"inputs", "Inputs"},
-                                    {"made-of", "Made of"},
-                                    {"messages", "Messages"},
-                                    {"validation", "Published figures"},
-                                    {"units", "Units"}}) {
-        html += fmt::format("<a href=\"#{}\">{}</a>", id, title);
-    }
-    html += "</nav>\n<main>\n";
+    std::string html = pageHead(results) + "<main>\n";
     html += faultsBanner(results.faults) + totalsSection(results) +
-            waterAccount(platform, results, missing) + chartsSection(results) +
-            mapsSection(platform, results, missing) + tablesSection(results) +
-            papersChoices(platform, results, missing) +
-            stationsSection(platform, results, missing) + inputsSection(platform, results) +
+            waterAccount(platform, results, missing) + chartsSection(results);
+    SmallMaps maps(platform, results.settings, missing);
+    html += mapsSection(platform, results, maps);
+    html += qualitySection(platform, results, maps);
+    html += tablesSection(results) + papersChoices(platform, results, missing) +
+            stationsSection(platform, results, missing) + inputsSection(results) +
             madeOfSection(results) + efficiencySection(platform, results, missing) +
             messagesSection(results) + publishedFiguresSection(missing) +
             unitsSection(results.settings);

@@ -110,7 +110,7 @@ std::string stationMap(IPlatform& platform, const RunSettings& settings) {
     const Frame frame(cells);
     const AlgorithmicColorRamp heights{{86, 125, 70}, {245, 240, 225}};
     const std::string image =
-        pngBytes(cellImage(*terrain, {heights.colors(), s.minimum, s.maximum},
+        pngBytes(cellImage(*terrain, colorsOf({heights.colors(), s.minimum, s.maximum}),
                            static_cast<int>(frame.width()), static_cast<int>(frame.height())));
     return fmt::format(
         "<svg class=\"stations\" viewBox=\"0 0 {:.0f} {:.0f}\" role=\"img\" aria-label=\"Weather "

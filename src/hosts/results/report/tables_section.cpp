@@ -99,12 +99,11 @@ std::string tableRows(const std::vector<ZoneMonth>& months, const TableZones& zo
         html = warning("More acres of cells than the polygon has: " + joinedNames(exceeded));
     }
     return html +
-           fmt::format("<details><summary>{}</summary><div class=\"scroll\">{}</div></details>\n",
-                       counted(rows.size(), "row"),
-                       htmlTable({"Zone", "Month", "Polygon, acres", "Cells, acres",
-                                  "Depth, ft (inches)", "Volume, acre-ft (inches)",
-                                  "Depth, ft (table)", "Volume, acre-ft (table)", "Table / inches"},
-                                 rows, 2));
+           folded(counted(rows.size(), "row"),
+                  htmlTable({"Zone", "Month", "Polygon, acres", "Cells, acres",
+                             "Depth, ft (inches)", "Volume, acre-ft (inches)", "Depth, ft (table)",
+                             "Volume, acre-ft (table)", "Table / inches"},
+                            rows, 2));
 }
 
 std::string tableOf(const RunResults& results, const Product& product, const TableZones& zones) {

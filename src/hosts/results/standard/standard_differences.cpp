@@ -86,7 +86,7 @@ std::string cellText(const StandardDifference& d) {
     return text;
 }
 
-// The names of the columns, in their order.
+// The names of the rows, in their order.
 std::vector<std::string> zonesOf(const std::vector<StandardDifference>& differences) {
     std::vector<std::string> zones;
     for (const StandardDifference& d : differences) {
@@ -117,18 +117,20 @@ std::vector<StandardDifference> standardDifferences(IPlatform& platform,
 std::string standardSection(const std::vector<StandardDifference>& differences) {
     if (differences.empty()) return {};
     const std::vector<std::string> zones = zonesOf(differences);
-    std::vector<std::string> heads = {"Month", "Mean of the method", "By the papers"};
-    for (const std::string& zone : zones)
-        heads.push_back(zone.empty() ? "All cells" : escaped(zone));
-    std::vector<std::vector<std::string>> rows;
+    std::vector<std::string> heads = {"Inches"};
+    std::vector<std::vector<std::string>> rows = {{"Mean of the method"}, {"By the papers"}};
+    for (const std::string& zone : zones) {
+        rows.push_back({zone.empty() ? "All cells" : escaped(zone)});
+    }
     for (const StandardDifference& d : differences) {
-        if (d.zone.empty()) {
-            rows.push_back({GetMonthName(d.month), fmt::format("{:.3f}", d.ours),
-                            fmt::format("{:.3f}", d.papers)});
-            rows.back().resize(heads.size(), "&ndash;");
+        if (d.zone.empty()) {  // a month begins
+            heads.push_back(GetMonthName(d.month));
+            for (auto& row : rows) row.emplace_back("&ndash;");
+            rows[0].back() = fmt::format("{:.3f}", d.ours);
+            rows[1].back() = fmt::format("{:.3f}", d.papers);
         }
-        const auto column = std::ranges::find(zones, d.zone) - zones.begin();
-        rows.back().at(static_cast<std::size_t>(column) + 3) = cellText(d);
+        const auto row = std::ranges::find(zones, d.zone) - zones.begin();
+        rows.at(static_cast<std::size_t>(row) + 2).back() = cellText(d);
     }
     return "<h2 id=\"standard\">By the papers' choices</h2>\n<p class=\"note\">What the mean "
            "reference ET of a month, inches, would be more (+) or less (-) by the choices of the "
