@@ -49,8 +49,8 @@ void readThrough(const std::string& path, std::size_t chunk, Take take) {
 
 class Sha256 {
   public:
-    // Without the machine's configuration of the library, which has nothing to say here and would be
-    // loaded by whichever thread hashes first.
+    // Without the machine's configuration of the library, which has nothing to say here and would
+    // be loaded by whichever thread hashes first.
     Sha256() {
         OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
         context_.reset(EVP_MD_CTX_new());
