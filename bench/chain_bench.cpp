@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Inputs of a whole chain at 1,000,000 cells, for bench/chain.sh:
-//   bench_chain FOLDER    writes the big basin with 50,000 fields of ten crops, 30 zones and a
-//                         crop coefficient table
+// Inputs of a whole chain at 1,000,000 cells, for bench/chain.sh and bench/stations.sh:
+//   bench_chain FOLDER [STATIONS]
+// writes the big basin with 60 stations, or so many, with 50,000 fields of ten crops, 30 zones and
+// a crop coefficient table.
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -31,8 +32,9 @@ std::vector<NewFeature> fields(const Envelope& e) {
     const double spacing = e.width() / across;
     std::vector<NewFeature> all;
     for (int i = 0; i < kFields; ++i) {
+        const int row = i / across;
         const double x = e.xMin + (i % across + 0.5) * spacing;
-        const double y = e.yMin + (i / across + 0.5) * spacing;
+        const double y = e.yMin + (row + 0.5) * spacing;
         const double angle = turn(random);
         std::vector<Point> ring;
         for (const int corner : {0, 1, 2, 3, 0}) {
@@ -49,17 +51,18 @@ std::vector<NewFeature> zones(const Envelope& e) {
     for (int i = 0; i < kZonesAcross * kZonesDown; ++i) {
         const double width = e.width() / kZonesAcross;
         const double height = e.height() / kZonesDown;
+        const int row = i / kZonesAcross;
         const double x = e.xMin + i % kZonesAcross * width;
-        const double y = e.yMin + i / kZonesAcross * height;
+        const double y = e.yMin + row * height;
         all.push_back(
             rectangle({x, y, x + width, y + height}, {"District " + std::to_string(i + 1)}));
     }
     return all;
 }
 
-void make(const std::string& folder) {
+void make(const std::string& folder, int stations) {
     platform::Platform platform;
-    const RunSettings settings = makeBigBasin(platform, folder, kCells);
+    const RunSettings settings = makeBigBasin(platform, folder, kCells, stations);
     auto& features = platform.features();
     const auto domain = features.openFeatureClass(settings.ExtentProvider);
     features.createFeatureClass(
@@ -86,10 +89,10 @@ void make(const std::string& folder) {
 }  // namespace velmora::bench
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: bench_chain FOLDER\n");
+    if (argc != 2 && argc != 3) {
+        std::fprintf(stderr, "usage: bench_chain FOLDER [STATIONS]\n");
         return 2;
     }
-    velmora::bench::make(argv[1]);
+    velmora::bench::make(argv[1], argc > 2 ? std::stoi(argv[2]) : velmora::bench::kStations);
     return 0;
 }
