@@ -17,6 +17,7 @@
 #include "platform/features/spatial_reference.h"
 #include "platform/tables/dbase_edit.h"
 #include "platform/tables/dbase_numbers.h"
+#include "platform/tables/dbase_records.h"
 
 namespace velmora::platform {
 
@@ -78,10 +79,20 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
     }
     ownCrs_ = systemOf(*layer_);
     crs_ = crs.empty() ? ownCrs_ : crs;
+    places_ = places();
+}
+
+// Of a dBASE table the marks of deleted records tell the others.
+std::vector<std::size_t> OgrTable::places() const {
+    if (const std::string table = attributeTable(path_); !table.empty()) {
+        return presentRecords(table);
+    }
+    std::vector<std::size_t> places;
     readOnly({}, false);
     while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
-        places_.push_back(static_cast<std::size_t>(feature->GetFID()));
+        places.push_back(static_cast<std::size_t>(feature->GetFID()));
     }
+    return places;
 }
 
 // An edit makes a new file beside the table.
@@ -124,9 +135,13 @@ FieldValue OgrTable::value(std::size_t record, const std::string& field) const {
 const std::vector<FieldValue>& OgrTable::column(int field) const {
     const auto found = columns_.find(field);
     if (found != columns_.end()) return found->second;
+    const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
+    if (const std::string table = attributeTable(path_); !table.empty()) {
+        auto plain = plainColumn(table, static_cast<std::size_t>(field), type, places_);
+        if (plain) return columns_.emplace(field, std::move(*plain)).first->second;
+    }
     std::vector<FieldValue> values;
     values.reserve(recordCount());
-    const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
     const bool numeric = type == FieldType::number || type == FieldType::integer;
     if (numeric) requireNumbersOf(field);
     readOnly({name}, false);

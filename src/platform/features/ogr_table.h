@@ -16,7 +16,8 @@ namespace velmora::platform {
 std::string existingFile(const std::string& path, const std::string& extension,
                          const std::string& kind);
 
-// A layer of features or records, each column read when it is first asked for. What is damaged, and
+// A layer of features or records, each column read when it is first asked for, from a dBASE table
+// itself where its bytes are plain. What is damaged, and
 // a number that is none, is a PlatformError that names file, record and field.
 class OgrTable : public IFeatureClass {
   public:
@@ -43,6 +44,7 @@ class OgrTable : public IFeatureClass {
 
   private:
     void readOnly(const std::vector<std::string>& wanted, bool geometry) const;
+    std::vector<std::size_t> places() const;
     const std::vector<FieldValue>& column(int field) const;
     void requireNumbersOf(int field) const;
     bool transformed() const;

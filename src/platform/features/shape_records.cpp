@@ -13,6 +13,8 @@ constexpr std::size_t kHeaderBytes = 100;
 constexpr std::size_t kRecordHeaderBytes = 8;
 constexpr std::size_t kPointBytes = 20;  // type, x, y
 constexpr std::size_t kPartsBytes = 44;  // type, box, numbers of parts and points
+constexpr std::size_t kBeginningBytes = kRecordHeaderBytes + kPartsBytes + 4;
+constexpr std::size_t kBlockBytes = 1 << 18;  // records mostly follow each other
 constexpr std::size_t kLongest = 100000000000;
 
 std::string indexOf(const std::string& shapefile) {
@@ -46,6 +48,16 @@ std::optional<ShapeRecords> shapeRecords(const std::string& path) {
     return std::optional<ShapeRecords>(std::in_place, path);
 }
 
+// The first bytes of the record at that place, fewer at the end of the file.
+std::string_view ShapeRecords::beginning(std::uint64_t at) const {
+    const bool held = at >= blockAt_ && at + kBeginningBytes <= blockAt_ + block_.size();
+    if (!held) {
+        block_ = shapes_.read(at, kBlockBytes);
+        blockAt_ = at;
+    }
+    return std::string_view(block_).substr(at - blockAt_, kBeginningBytes);
+}
+
 bool ShapeRecords::holdsShape(std::size_t record) const {
     const auto require = [&](bool holds, const char* what) {
         if (holds) return;
@@ -59,7 +71,7 @@ bool ShapeRecords::holdsShape(std::size_t record) const {
     const std::uint64_t length = 2ULL * bigEndian(index_, entry + 4);
     require(at >= kHeaderBytes && at + kRecordHeaderBytes + length <= shapes_.size(),
             "its place lies outside of the file");
-    const std::string bytes = shapes_.read(at, kRecordHeaderBytes + kPartsBytes + 4);
+    const std::string_view bytes = beginning(at);
     require(2ULL * bigEndian(bytes, 4) == length && length >= 4,
             "its length is not what the index says");
     const std::uint32_t type = littleEndian(bytes, kRecordHeaderBytes);

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/files/byte_source.h"
 
 namespace velmora::platform {
 
-// The records of a shapefile, whose files are whole, as its index lists them.
+// The records of a shapefile, whose files are whole, as its index lists them. Used by one thread.
 class ShapeRecords {
   public:
     explicit ShapeRecords(const std::string& shapefile);  // a path that ends in ".shp"
@@ -21,8 +22,12 @@ class ShapeRecords {
     bool holdsShape(std::size_t record) const;
 
   private:
+    std::string_view beginning(std::uint64_t at) const;
+
     ByteSource shapes_;
     std::string index_;
+    mutable std::string block_;  // of the file, read ahead
+    mutable std::uint64_t blockAt_ = 0;
     std::uint32_t type_ = 0;
 };
 
