@@ -21,8 +21,13 @@ class ShapeRecords {
     // none, and its parts and points fill it.
     bool holdsShape(std::size_t record) const;
 
+    // The points of a record that holds a shape, x and y one after the other as the file has them,
+    // when it is a polygon of one ring; nothing for other shapes. They hold until the next look.
+    std::optional<std::string_view> onlyRing(std::size_t record) const;
+
   private:
-    std::string_view beginning(std::uint64_t at) const;
+    std::uint64_t placeOf(std::size_t record) const;
+    std::string_view bytes(std::uint64_t at, std::size_t count) const;
 
     ByteSource shapes_;
     std::string index_;

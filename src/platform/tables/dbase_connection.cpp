@@ -4,7 +4,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 #include "gis/errors.h"
@@ -12,7 +11,6 @@
 #include "platform/files/run_notes.h"
 #include "platform/tables/dbase_numbers.h"
 #include "platform/tables/dbase_query.h"
-#include "platform/tables/dbase_records.h"
 #include "platform/tables/sqlite_connection.h"
 #include "platform/tables/sqlite_statement.h"
 #include "platform/tables/static_cursor.h"
@@ -66,33 +64,11 @@ std::string fieldOf(const std::string& column, const std::vector<Field>& fields)
     return column;
 }
 
-// Whether all fields hold numbers or texts, which a database would give back as they are.
-bool isPlain(const ITable& table) {
+// Which a database would give back as they are.
+bool holdsNumbersAndTexts(const ITable& table) {
     return std::ranges::none_of(table.fields(),
                                 [](const Field& f) { return f.type == FieldType::other; });
 }
-
-// The values of a whole table, read where they are asked for; what its bytes do not say plainly the
-// table tells.
-class PlainRows {
-  public:
-    explicit PlainRows(std::shared_ptr<ITable> table)
-        : table_(std::move(table)), records_(std::make_shared<DbaseRecords>(table_->path())) {}
-
-    FieldValue operator()(std::size_t row, std::size_t field) const {
-        const Field& asked = table_->fields()[field];
-        const auto& columns = records_->layout().columns;
-        if (field < columns.size()) {
-            const std::string_view record = records_->record(table_->placeInFile(row));
-            if (auto value = plainValue(record, columns[field], asked.type)) return *value;
-        }
-        return table_->value(row, asked.name);
-    }
-
-  private:
-    std::shared_ptr<ITable> table_;
-    std::shared_ptr<DbaseRecords> records_;
-};
 
 class DbaseRecordset : public StaticCursor {
   public:
@@ -111,8 +87,10 @@ class DbaseRecordset : public StaticCursor {
             std::vector<std::size_t> places(table->recordCount());
             for (std::size_t r = 0; r < places.size(); ++r) places[r] = table->placeInFile(r);
             requireNumbers(table->path(), places);
-            if (isPlain(*table)) {
-                readInPlace(table->recordCount(), PlainRows(table));
+            if (holdsNumbersAndTexts(*table)) {
+                readInPlace(table->recordCount(), [table](std::size_t row, std::size_t field) {
+                    return table->value(row, table->fields()[field].name);
+                });
             } else {
                 fetchLater([this, table, overRecords] { fetch(*table, overRecords); });
             }

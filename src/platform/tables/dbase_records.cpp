@@ -2,17 +2,20 @@
 #include "platform/tables/dbase_records.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
 
 #include "gis/numbers.h"
-#include "platform/tables/dbase_numbers.h"
 
 namespace velmora::platform {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = 1 << 20;
-constexpr std::size_t kExactDigits = 15;  // of a whole number, that any double holds
+constexpr std::size_t kBlockBytes = 1 << 16;  // little enough for reading here and there
+constexpr std::size_t kExactDigits = 15;      // of a whole number, that any double holds
 
+bool isStar(char c) { return c == '*'; }
 bool isPrintable(char c) { return c >= ' ' && c <= '~'; }
 bool isOfInteger(char c) { return c == ' ' || c == '-' || (c >= '0' && c <= '9'); }
 
@@ -46,48 +49,50 @@ std::string_view DbaseRecords::record(std::size_t record) {
                      : std::string_view();
 }
 
-std::vector<std::size_t> presentRecords(const std::string& table) {
-    DbaseRecords records(table);
+std::vector<std::size_t> presentRecords(DbaseRecords& table) {
     std::vector<std::size_t> present;
-    present.reserve(records.layout().records);
-    for (std::size_t r = 0; r < records.layout().records; ++r) {
-        const std::string_view bytes = records.record(r);
-        if (!bytes.starts_with('*')) present.push_back(r);
+    present.reserve(table.layout().records);
+    for (std::size_t r = 0; r < table.layout().records; ++r) {
+        if (!table.record(r).starts_with('*')) present.push_back(r);
     }
     return present;
-}
-
-std::optional<FieldValue> plainValue(std::string_view bytes, FieldType type) {
-    if (!std::ranges::all_of(bytes, isPrintable)) return std::nullopt;
-    const std::string_view text = withoutBlanks(bytes);
-    if (text.empty()) return FieldValue();
-    if (type == FieldType::text) return FieldValue(std::string(text));
-    if (text.size() == bytes.size() && std::ranges::all_of(text, [](char c) { return c == '*'; })) {
-        return FieldValue();  // as GDAL fills a number that is null
-    }
-    const bool whole = text.size() <= kExactDigits && std::ranges::all_of(text, isOfInteger);
-    if (type != FieldType::number && !(type == FieldType::integer && whole)) return std::nullopt;
-    const auto number = strictNumber(text);
-    if (!number || !isDbaseNumber(text)) return std::nullopt;
-    return FieldValue(*number);
 }
 
 std::optional<FieldValue> plainValue(std::string_view record, const DbaseColumn& column,
                                      FieldType type) {
     const bool alike = type == FieldType::text ? column.type == 'C' : column.numeric();
     if (!alike || record.empty()) return std::nullopt;
-    return plainValue(record.substr(column.offset, column.width), type);
+    const std::string_view bytes = record.substr(column.offset, column.width);
+    if (!std::ranges::all_of(bytes, isPrintable)) return std::nullopt;
+    const std::string_view text = withoutBlanks(bytes);
+    if (text.empty()) return FieldValue();
+    if (type == FieldType::text) return FieldValue(std::string(text));
+    if (text.size() == bytes.size() && std::ranges::all_of(text, isStar)) {
+        return FieldValue();  // as GDAL fills a number that is null
+    }
+    const bool whole = text.size() <= kExactDigits && std::ranges::all_of(text, isOfInteger);
+    if (type != FieldType::number && !(type == FieldType::integer && whole)) return std::nullopt;
+    const auto number = strictNumber(text);
+    if (!number || std::fabs(*number) > std::numeric_limits<float>::max()) return std::nullopt;
+    return FieldValue(*number);
 }
 
-std::optional<std::vector<FieldValue>> plainColumn(const std::string& table, std::size_t column,
+bool isPlain(DbaseRecords& table, std::size_t column, FieldType type,
+             const std::vector<std::size_t>& records) {
+    if (column >= table.layout().columns.size()) return false;
+    return std::ranges::all_of(records, [&](std::size_t record) {
+        return plainValue(table.record(record), table.layout().columns[column], type).has_value();
+    });
+}
+
+std::optional<std::vector<FieldValue>> plainColumn(DbaseRecords& table, std::size_t column,
                                                    FieldType type,
                                                    const std::vector<std::size_t>& records) {
-    DbaseRecords stored(table);
-    if (column >= stored.layout().columns.size()) return std::nullopt;
+    if (column >= table.layout().columns.size()) return std::nullopt;
     std::vector<FieldValue> values;
     values.reserve(records.size());
     for (const std::size_t record : records) {
-        auto value = plainValue(stored.record(record), stored.layout().columns[column], type);
+        auto value = plainValue(table.record(record), table.layout().columns[column], type);
         if (!value) return std::nullopt;
         values.push_back(std::move(*value));
     }

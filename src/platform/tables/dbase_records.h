@@ -15,7 +15,8 @@
 
 namespace velmora::platform {
 
-// The records as they are stored, deleted ones too, read block by block.
+// The records as they are stored, deleted ones too, read block by block from the file as it was
+// when it was opened.
 class DbaseRecords {
   public:
     // Throws PlatformError when the file cannot be read or its header is damaged.
@@ -35,18 +36,18 @@ class DbaseRecords {
 };
 
 // The places of the records that are not deleted.
-std::vector<std::size_t> presentRecords(const std::string& table);
+std::vector<std::size_t> presentRecords(DbaseRecords& table);
 
-// What the bytes of a column say, null for a blank one. Nothing where they do not say it plainly: a
-// text with other characters than ASCII's, a number that is none, a field of another type.
-std::optional<FieldValue> plainValue(std::string_view bytes, FieldType type);
-
-// That of a record's column.
+// What the bytes of a record's column say, null for blanks. Nothing where they do not say it
+// plainly: a text with other characters than ASCII's, a number that is none, a field of another
+// type.
 std::optional<FieldValue> plainValue(std::string_view record, const DbaseColumn& column,
                                      FieldType type);
 
-// A column in these records, when all of it is plain.
-std::optional<std::vector<FieldValue>> plainColumn(const std::string& table, std::size_t column,
+// Whether a column is plain in all these records, and its values if it is.
+bool isPlain(DbaseRecords& table, std::size_t column, FieldType type,
+             const std::vector<std::size_t>& records);
+std::optional<std::vector<FieldValue>> plainColumn(DbaseRecords& table, std::size_t column,
                                                    FieldType type,
                                                    const std::vector<std::size_t>& records);
 

@@ -147,8 +147,9 @@ TEST_F(Database, TheRowsOfAWholeTableAreNotHeld) {
     }
     std::vector<FieldValue> record(fields.size(), 1.25);
     record[0] = std::string("a");
-    platform.features().createTable(folder.file("wx.dbf"), fields,
-                                    std::vector<std::vector<FieldValue>>(60000, record));
+    std::vector<std::vector<FieldValue>> table(120000, record);
+    table.back()[12] = -7.5;
+    platform.features().createTable(folder.file("wx.dbf"), fields, table);
     const auto held = [] {
         const auto memory = ::mallinfo2();
         return memory.uordblks + memory.hblkhd;
@@ -162,12 +163,40 @@ TEST_F(Database, TheRowsOfAWholeTableAreNotHeld) {
     EXPECT_EQ(records->fieldCount(), 13);
     EXPECT_EQ(records->fieldName(12), "TM_11");
     std::size_t rows = 0;
+    double sum = 0;
     for (; !records->eof(); records->moveNext()) {
         ++rows;
-        EXPECT_EQ(records->value("TM_11"), FieldValue(1.25));
+        EXPECT_EQ(records->value("STN"), FieldValue(std::string("a")));
+        for (const Field& field : fields) {
+            const FieldValue value = records->value(field.name);
+            if (const auto* number = std::get_if<double>(&value)) sum += *number;
+        }
     }
-    EXPECT_EQ(rows, 60000U);
-    EXPECT_LT(held(), before + 3'000'000);  // of which one is read ahead
+    EXPECT_EQ(rows, 120000U);
+    EXPECT_EQ(sum, 1.25 * (12 * 120000 - 1) - 7.5);
+    EXPECT_LT(held(), before + 3'000'000);
+}
+
+TEST_F(Database, AColumnOfALargeTableThatIsNotPlainIsReadAsEver) {
+    const std::vector<Field> fields = {{"STN", FieldType::text, 8, 0},
+                                       {"P", FieldType::number, 8, 2}};
+    std::vector<std::vector<FieldValue>> table;
+    for (int i = 0; i < 100001; ++i) table.push_back({std::to_string(i), 0.25 * (i % 1000)});
+    table.back()[0] = std::string("Gr\u00FCn");
+    platform.features().createTable(folder.file("t.dbf"), fields, table);
+    const auto read = platform.features().openTable(folder.file("t.dbf"));
+    for (const std::size_t r : {100000U, 0U, 77777U, 3U, 99999U}) {
+        EXPECT_EQ(read->value(r, "STN"), table[r][0]);
+        EXPECT_EQ(read->value(r, "P"), table[r][1]);
+    }
+    EXPECT_THROW(read->value(100001, "P"), PlatformError);
+    std::string bytes = test::contentOf(folder.file("t.dbf"));
+    bytes.replace(bytes.size() - 9, 8, "   12,50");
+    test::write(folder.file("t.dbf"), bytes);
+    const auto damaged = platform.features().openTable(folder.file("t.dbf"));
+    EXPECT_EQ(damaged->value(3, "STN"), FieldValue(std::string("3")));
+    EXPECT_THAT([&] { damaged->value(3, "P"); },
+                testing::ThrowsMessage<PlatformError>(testing::HasSubstr("12,50")));
 }
 
 // Rows as they were when the query ran, with what has been changed through it.
