@@ -299,7 +299,8 @@ std::string DbaseEdit::changed(const std::string& before, const std::string& enc
     }
     file.setNumber(4, 4, file.records);
     after.replace(0, file.header.size(), file.header);
-    return after.append(before, old.place(old.records));
+    after.append(before, old.place(old.records));
+    return after;
 }
 
 void DbaseEdit::requireRecord(std::size_t record, std::size_t records) const {

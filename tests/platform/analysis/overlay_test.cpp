@@ -216,7 +216,8 @@ TEST_F(Overlay, ManyShapesAreCutInTheirOrder) {
     std::vector<NewFeature> land;
     for (std::size_t i = 0; i < kShapes; ++i) {
         const double x = 400000 + kSide * static_cast<double>(i % 200);
-        const double y = 4500000 - kSide * static_cast<double>(i / 200);
+        const std::size_t row = i / 200;
+        const double y = 4500000 - kSide * static_cast<double>(row);
         std::vector<Point> ring = square(x, y, kSide);
         if (i == kBowTie) std::swap(ring[1], ring[2]);
         land.push_back({ring, {"field " + std::to_string(i)}});
