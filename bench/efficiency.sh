@@ -17,9 +17,10 @@ median() { sort -n | awk '{ t[NR] = $1 } END { print t[int((NR + 1) / 2)] }'; }
 cd "$work"
 "$bin/bench_chain" "$work" 60 "$fields" "$zones"
 "$bin/velmora" --quiet --settings-folder settings settings apply DEM=dem KcTable=kc.dbf LandCover=fields.shp \
+    WeatherStations=stations.shp WeatherData=weather.dbf PrecipitationMethod=EDK TimeStep=Monthly \
     Zones=zones.shp ZoneField=NAME OutputWorkspace=out ExtentProvider=domain.shp CellSize=100 RefETMethod=2 \
     Year=2006 BeginMonth=Jan EndMonth=Dec >/dev/null
-"$bin/velmora" --quiet --settings-folder settings irdb create >/dev/null
+"$bin/velmora" --quiet --settings-folder settings irdb create >/dev/null 2>&1
 sums=
 for ((round = 0; round <= rounds; round++)); do # the first fills the caches and is not counted
     for i in "${!programs[@]}"; do

@@ -11,6 +11,10 @@ namespace velmora::platform {
 namespace {
 
 constexpr double kSmallestReciprocalCondition = 1e-14;
+// With so much nugget no system is near that: the smallest eigenvalue of the correlations is at
+// least the nugget's share, so that the condition of n stations' system is some n^2 sqrt(n) over
+// it. Telling the condition takes as long as the rest.
+constexpr double kPlainlySolvable = 1e-6;
 
 double squaredDistance(const Point& a, const Point& b) {
     const double dx = a.x - b.x;
@@ -60,7 +64,8 @@ bool KrigingSystem::factorise(std::span<const Point> stations, const Correlation
     }
     matrix_(n, n) = 0;
     factor_.compute(matrix_);
-    return factor_.rcond() > kSmallestReciprocalCondition;
+    return correlation.nuggetShare() > kPlainlySolvable ||
+           factor_.rcond() > kSmallestReciprocalCondition;
 }
 
 void KrigingSystem::solve(std::span<const double> values, std::span<double> coefficients) {

@@ -17,6 +17,7 @@ class Correlation {
     explicit Correlation(const SphericalModel& model)
         : structured_(model.partialSill / model.sill()), inverseRange_(1 / model.range) {}
     double at(double squaredDistance) const;
+    double nuggetShare() const { return 1 - structured_; }  // of the sill
     // sums[i] += coefficient * the correlation of the station with the place (x[i], y[i]).
     void add(double* sums, const double* x, const double* y, std::size_t places, Point station,
              double coefficient) const;
