@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A made-up domain of n x n cells with 60 stations, for timing: the same numbers on every machine.
+// A made-up domain of n x n cells with stations, 60 unless told otherwise, for timing: the same
+// numbers on every machine.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +21,8 @@ namespace velmora::bench {
 constexpr double kCell = 100;
 constexpr int kStations = 60;
 
-inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, int n) {
+inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, int n,
+                                int stationCount = kStations) {
     std::filesystem::create_directories(folder + "/out");
     const GridGeometry geometry{n,      n,
                                 300000, 4200000 + n * kCell,
@@ -52,7 +54,7 @@ inline RunSettings makeBigBasin(IPlatform& platform, const std::string& folder, 
     std::mt19937 weatherOfRain(11);
     std::vector<NewFeature> stations;
     std::vector<std::vector<FieldValue>> records;
-    for (int s = 0; s < kStations; ++s) {
+    for (int s = 0; s < stationCount; ++s) {
         const Point at{geometry.xMin + n * kCell * share(random) + 0.137,
                        geometry.yMax - n * kCell * share(random) - 0.291};
         const double z = dem.at(geometry.columnAt(at.x), geometry.rowAt(at.y));

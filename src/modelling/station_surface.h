@@ -45,6 +45,7 @@ class StationSurface {
     const std::string& field() const { return field_; }  // "weather.P_Jan"
     // The field whose values are detrended, or interpolated as they are.
     std::string valueField() const;
+    // The stations that take part, ascending.
     const std::vector<std::size_t>& valid() const { return valid_; }
 
     // The line over elevation and what is interpolated; after fit() of all valid stations.

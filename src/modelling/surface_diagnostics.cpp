@@ -11,7 +11,7 @@ namespace velmora {
 namespace {
 
 bool takesPart(const StationSurface& surface, std::size_t station) {
-    return std::ranges::find(surface.valid(), station) != surface.valid().end();
+    return std::ranges::binary_search(surface.valid(), station);
 }
 
 std::string reasonOf(const StationSurface& surface, std::size_t station) {

@@ -38,12 +38,12 @@ GeosShape polygonsOf(GeosContext& context, GeosShape shape) {
     return {GEOSUnaryUnion_r(context.get(), collection.get()), {context.get()}};
 }
 
-// A valid form of an invalid shape; notes why.
+// A valid form of an invalid shape; says why.
 GeosShape repaired(GeosContext& context, GeosShape shape, const std::string& where,
-                   std::vector<std::string>& repairs) {
+                   std::string& repair) {
     char* reason = GEOSisValidReason_r(context.get(), shape.get());
-    repairs.push_back(where + " was invalid (" + (reason ? reason : "unknown reason") +
-                      ") and has been repaired");
+    repair =
+        where + " was invalid (" + (reason ? reason : "unknown reason") + ") and has been repaired";
     GEOSFree_r(context.get(), reason);
     GeosShape valid(GEOSMakeValid_r(context.get(), shape.get()), {context.get()});
     if (!valid) throw PlatformError(where + " cannot be repaired: " + context.lastMessage());
@@ -58,20 +58,26 @@ GeosContext::GeosContext() : handle_(GEOS_init_r()) {
 
 GeosContext::~GeosContext() { GEOS_finish_r(handle_); }
 
+GeosShape validShape(GeosContext& context, const OGRGeometry& polygon, const std::string& path,
+                     std::size_t record, std::string& repair) {
+    const auto where = [&] { return "Feature " + std::to_string(record + 1) + " of " + path; };
+    GeosShape shape(polygon.exportToGEOS(context.get()), {context.get()});
+    if (!shape) {
+        throw PlatformError(where() + " cannot be used: " + context.lastMessage(),
+                            {.file = path, .record = record + 1});
+    }
+    if (GEOSisValid_r(context.get(), shape.get()) == 1) return shape;
+    return repaired(context, std::move(shape), where(), repair);
+}
+
 GeosLayer readShapes(GeosContext& context, const std::string& path, const std::string& crs,
                      std::size_t records) {
     GeosLayer layer;
     for (std::size_t r = 0; r < records; ++r) layer.shapes.push_back({nullptr, {context.get()}});
     forEachPolygon(path, crs, [&](std::size_t record, OGRGeometryUniquePtr polygon) {
-        const std::string where = "Feature " + std::to_string(record + 1) + " of " + path;
-        GeosShape shape(polygon->exportToGEOS(context.get()), {context.get()});
-        if (!shape)
-            throw PlatformError(where + " cannot be used: " + context.lastMessage(),
-                                {.file = path, .record = record + 1});
-        if (GEOSisValid_r(context.get(), shape.get()) != 1) {
-            shape = repaired(context, std::move(shape), where, layer.repairs);
-        }
-        layer.shapes.at(record) = std::move(shape);
+        std::string repair;
+        layer.shapes.at(record) = validShape(context, *polygon, path, record, repair);
+        if (!repair.empty()) layer.repairs.push_back(repair);
     });
     return layer;
 }

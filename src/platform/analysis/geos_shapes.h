@@ -41,6 +41,12 @@ struct GeosPreparedDeleter {
 };
 using GeosPrepared = std::unique_ptr<const GEOSPreparedGeometry, GeosPreparedDeleter>;
 
+// A polygon as GEOS holds it, valid; none for one that covers nothing. An invalid one is repaired,
+// which `repair` says then. `record` of the file `path` is named by the PlatformError for one that
+// cannot be used.
+GeosShape validShape(GeosContext& context, const OGRGeometry& polygon, const std::string& path,
+                     std::size_t record, std::string& repair);
+
 // The shapes of a layer by record, valid ones, and what had to be repaired. A feature without a
 // shape, or with one that covers nothing, has none.
 struct GeosLayer {

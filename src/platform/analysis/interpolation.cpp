@@ -12,9 +12,7 @@ namespace velmora::platform {
 
 namespace {
 
-// What is kept for the surfaces to come.
-constexpr std::size_t kMostStationSets = 4;
-constexpr std::size_t kMostPlanBytes = 64'000'000;
+constexpr std::size_t kMostStationSets = 4;  // kept for the surfaces to come
 
 struct MergedStations {
     std::vector<Point> places;
@@ -56,8 +54,7 @@ std::optional<Semivariogram> InterpolationOp::semivariogram(
 RasterPtr InterpolationOp::Krige(const std::vector<Sample>& samples, const SphericalModel& model,
                                  int nearest) {
     const MergedStations stations(samples);
-    const KrigingPlan& plan = krigingPlan(neighbourSets(stations.places, nearest), model);
-    return plan.singular() ? nullptr : plan.surface(stations.values);
+    return krigedSurface(neighbourSets(stations.places, nearest), model, stations.values);
 }
 
 std::shared_ptr<const NeighbourSets> InterpolationOp::neighbourSets(
@@ -70,21 +67,6 @@ std::shared_ptr<const NeighbourSets> InterpolationOp::neighbourSets(
     if (neighbourSets_.size() == kMostStationSets) neighbourSets_.erase(neighbourSets_.begin());
     neighbourSets_.push_back(std::make_shared<NeighbourSets>(geometry, stations, nearest));
     return neighbourSets_.back();
-}
-
-const KrigingPlan& InterpolationOp::krigingPlan(std::shared_ptr<const NeighbourSets> sets,
-                                                const SphericalModel& model) {
-    const auto found = std::ranges::find_if(
-        krigingPlans_, [&](const auto& plan) { return plan->serves(*sets, model); });
-    if (found != krigingPlans_.end()) return **found;
-    krigingPlans_.push_back(std::make_unique<KrigingPlan>(std::move(sets), model));
-    std::size_t bytes = 0;
-    for (const auto& plan : krigingPlans_) bytes += plan->bytes();
-    while (bytes > kMostPlanBytes && krigingPlans_.size() > 1) {
-        bytes -= krigingPlans_.front()->bytes();
-        krigingPlans_.erase(krigingPlans_.begin());
-    }
-    return *krigingPlans_.back();
 }
 
 }  // namespace velmora::platform

@@ -11,7 +11,8 @@
 
 namespace velmora::platform {
 
-// The interpolation methods, sharing plans between the surfaces of one operation.
+// The interpolation methods, sharing plans and neighbour sets between the surfaces of one
+// operation.
 class InterpolationOp : public IInterpolationOp {
   public:
     IRasterAnalysisEnvironment& environment() override { return environment_; }
@@ -26,13 +27,10 @@ class InterpolationOp : public IInterpolationOp {
   private:
     std::shared_ptr<const NeighbourSets> neighbourSets(const std::vector<Point>& stations,
                                                        int nearest);
-    const KrigingPlan& krigingPlan(std::shared_ptr<const NeighbourSets> sets,
-                                   const SphericalModel& model);
 
     AnalysisEnvironment environment_;
     std::vector<std::shared_ptr<const IdwPlan>> idwPlans_;
     std::vector<std::shared_ptr<const NeighbourSets>> neighbourSets_;
-    std::vector<std::unique_ptr<const KrigingPlan>> krigingPlans_;
 };
 
 }  // namespace velmora::platform

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <utility>
 
 #include "platform/threads/parallel_loop.h"
@@ -11,11 +12,14 @@ namespace velmora::platform {
 
 namespace {
 
+constexpr std::size_t kSetsAtOnce = 64;
+
 // The dual coefficients of every neighbour set: its stations' and the constant.
 struct DualCoefficients {
     std::vector<double> values;
     std::size_t stride = 0;
     const double* of(std::size_t set) const { return values.data() + set * stride; }
+    std::span<double> of(std::size_t set) { return {values.data() + set * stride, stride}; }
 };
 
 class KrigingRaster : public IRaster {
@@ -102,42 +106,33 @@ class KrigingRaster : public IRaster {
 
 }  // namespace
 
-KrigingPlan::KrigingPlan(std::shared_ptr<const NeighbourSets> sets, const SphericalModel& model)
-    : sets_(std::move(sets)), model_(model), correlation_(model) {
-    std::vector<std::vector<KrigingSystem>> pieces(sets_->count());
-    parallelFor(sets_->count(), 64, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t set = begin; set < end; ++set) {
-            std::vector<Point> stations;
-            for (const int s : sets_->set(set)) {
-                stations.push_back(sets_->stations()[static_cast<std::size_t>(s)]);
-            }
-            pieces[set].emplace_back(stations, correlation_);
-        }
-    });
-    systems_.reserve(pieces.size());
-    for (auto& piece : pieces) systems_.push_back(std::move(piece.front()));
-    singular_ = std::ranges::any_of(systems_, &KrigingSystem::singular);
-}
-
-std::size_t KrigingPlan::bytes() const {
-    const std::size_t unknowns = sets_->count() > 0 ? sets_->set(0).size() + 1 : 0;
-    return systems_.size() * (unknowns * unknowns * sizeof(double) + sizeof(KrigingSystem));
-}
-
-RasterPtr KrigingPlan::surface(const std::vector<double>& values) const {
+RasterPtr krigedSurface(std::shared_ptr<const NeighbourSets> sets, const SphericalModel& model,
+                        const std::vector<double>& values) {
+    const Correlation correlation(model);
     DualCoefficients coefficients;
-    coefficients.stride = sets_->count() > 0 ? sets_->set(0).size() + 1 : 0;
-    coefficients.values.resize(sets_->count() * coefficients.stride);
-    parallelFor(sets_->count(), 256, [&](std::size_t begin, std::size_t end) {
+    coefficients.stride = sets->count() > 0 ? sets->set(0).size() + 1 : 0;
+    coefficients.values.resize(sets->count() * coefficients.stride);
+    std::atomic<bool> singular = false;
+    parallelFor(sets->count(), kSetsAtOnce, [&](std::size_t begin, std::size_t end) {
+        KrigingSystem system;
+        std::vector<Point> places;
         std::vector<double> own;
-        for (std::size_t set = begin; set < end; ++set) {
+        for (std::size_t set = begin; set < end && !singular; ++set) {
+            places.clear();
             own.clear();
-            for (const int s : sets_->set(set)) own.push_back(values[static_cast<std::size_t>(s)]);
-            systems_[set].solve(
-                own, {coefficients.values.data() + set * coefficients.stride, coefficients.stride});
+            for (const int station : sets->set(set)) {
+                places.push_back(sets->stations()[static_cast<std::size_t>(station)]);
+                own.push_back(values[static_cast<std::size_t>(station)]);
+            }
+            if (!system.factorise(places, correlation)) {
+                singular = true;
+                return;
+            }
+            system.solve(own, coefficients.of(set));
         }
     });
-    return std::make_shared<KrigingRaster>(sets_, correlation_, std::move(coefficients));
+    if (singular) return nullptr;
+    return std::make_shared<KrigingRaster>(std::move(sets), correlation, std::move(coefficients));
 }
 
 }  // namespace velmora::platform

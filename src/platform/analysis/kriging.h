@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ordinary kriging surfaces. The systems of a grid's neighbour sets depend on where the stations
-// stand and on the model, so months that share both share the factors; the neighbour sets are
-// shared by all months over the same stations.
+// Ordinary kriging surfaces.
 #pragma once
 
 #include <memory>
@@ -13,25 +11,10 @@
 
 namespace velmora::platform {
 
-class KrigingPlan {
-  public:
-    // Factorises the system of every neighbour set, once each. The model's sill is positive.
-    KrigingPlan(std::shared_ptr<const NeighbourSets> sets, const SphericalModel& model);
-    bool serves(const NeighbourSets& sets, const SphericalModel& model) const {
-        return &sets == sets_.get() && model == model_;
-    }
-    bool singular() const { return singular_; }  // whether a system has no solution
-    std::size_t bytes() const;
-
-    // The surface of the stations' values, in the order of the stations.
-    RasterPtr surface(const std::vector<double>& values) const;
-
-  private:
-    std::shared_ptr<const NeighbourSets> sets_;
-    SphericalModel model_;
-    Correlation correlation_;
-    std::vector<KrigingSystem> systems_;
-    bool singular_ = false;
-};
+// The surface of the stations' values, in the order of the stations of the sets; no raster when the
+// system of a set has no solution. The model's sill is positive. Solves the system of every set,
+// and keeps its coefficients alone: months share the sets, but hardly ever a model.
+RasterPtr krigedSurface(std::shared_ptr<const NeighbourSets> sets, const SphericalModel& model,
+                        const std::vector<double>& values);
 
 }  // namespace velmora::platform

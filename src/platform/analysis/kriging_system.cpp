@@ -11,6 +11,10 @@ namespace velmora::platform {
 namespace {
 
 constexpr double kSmallestReciprocalCondition = 1e-14;
+// With so much nugget no system is near that: the smallest eigenvalue of the correlations is at
+// least the nugget's share, so that the condition of n stations' system is some n^2 sqrt(n) over
+// it. Telling the condition takes as long as the rest.
+constexpr double kPlainlySolvable = 1e-6;
 
 double squaredDistance(const Point& a, const Point& b) {
     const double dx = a.x - b.x;
@@ -47,28 +51,30 @@ void Correlation::add(double* sums, const double* x, const double* y, std::size_
     addCorrelations(sums, x, y, places, station, coefficient, structured_, inverseRange_);
 }
 
-KrigingSystem::KrigingSystem(std::span<const Point> stations, const Correlation& correlation) {
+bool KrigingSystem::factorise(std::span<const Point> stations, const Correlation& correlation) {
     const auto n = static_cast<Eigen::Index>(stations.size());
-    Eigen::MatrixXd matrix(n + 1, n + 1);
-    for (Eigen::Index i = 0; i < n; ++i) {
-        for (Eigen::Index j = 0; j < n; ++j) {
-            matrix(i, j) = correlation.at(squaredDistance(stations[static_cast<std::size_t>(i)],
-                                                          stations[static_cast<std::size_t>(j)]));
+    matrix_.resize(n + 1, n + 1);
+    for (Eigen::Index j = 0; j < n; ++j) {
+        const Point& station = stations[static_cast<std::size_t>(j)];
+        for (Eigen::Index i = j; i < n; ++i) {
+            matrix_(i, j) = matrix_(j, i) =
+                correlation.at(squaredDistance(stations[static_cast<std::size_t>(i)], station));
         }
-        matrix(i, n) = matrix(n, i) = 1;
+        matrix_(j, n) = matrix_(n, j) = 1;
     }
-    matrix(n, n) = 0;
-    factor_.compute(matrix);
-    singular_ = !(factor_.rcond() > kSmallestReciprocalCondition);
+    matrix_(n, n) = 0;
+    factor_.compute(matrix_);
+    return correlation.nuggetShare() > kPlainlySolvable ||
+           factor_.rcond() > kSmallestReciprocalCondition;
 }
 
-void KrigingSystem::solve(std::span<const double> values, std::span<double> coefficients) const {
+void KrigingSystem::solve(std::span<const double> values, std::span<double> coefficients) {
     const auto n = static_cast<Eigen::Index>(values.size());
-    Eigen::VectorXd right(n + 1);
-    std::copy(values.begin(), values.end(), right.begin());
-    right(n) = 0;
-    const Eigen::VectorXd solution = factor_.solve(right);
-    std::copy(solution.begin(), solution.end(), coefficients.begin());
+    right_.resize(n + 1);
+    std::copy(values.begin(), values.end(), right_.begin());
+    right_(n) = 0;
+    solution_ = factor_.solve(right_);
+    std::copy(solution_.begin(), solution_.end(), coefficients.begin());
 }
 
 }  // namespace velmora::platform

@@ -2,12 +2,16 @@
 #include "platform/analysis/overlay.h"
 
 #include <algorithm>
+#include <exception>
+#include <iterator>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "gis/errors.h"
 #include "gis/text.h"
 #include "platform/analysis/geos_shapes.h"
+#include "platform/features/polygon_reader.h"
 #include "platform/features/shapefile_writer.h"
 #include "platform/threads/parallel_loop.h"
 
@@ -15,13 +19,22 @@ namespace velmora::platform {
 
 namespace {
 
-constexpr std::size_t kShapesAtOnce = 1000;  // that one thread cuts before it looks for more
+constexpr std::size_t kShapesHeld = 16384;   // of the first layer, cut together
+constexpr std::size_t kShapesAtOnce = 1024;  // that one thread cuts before it looks for more
 constexpr std::size_t kNameLength = 10;      // of a dBASE field
 
 // A part that a shape of the first layer shares with one of the second.
 struct Piece {
     std::size_t second;
     OGRGeometryUniquePtr shape;
+};
+
+// A shape of the first layer and what becomes of it.
+struct Cut {
+    std::size_t record = 0;
+    OGRGeometryUniquePtr polygon;
+    std::string repair;  // why it had to be repaired, "" for a valid one
+    std::vector<Piece> pieces;
 };
 
 // Cuts shapes by those of the second layer. Used by one thread; what GEOS prepares for many cuts
@@ -43,7 +56,20 @@ class Cutter {
     Cutter(const Cutter&) = delete;
     Cutter& operator=(const Cutter&) = delete;
 
-    std::vector<Piece> cut(const GEOSGeometry& shape) {
+    void cut(Cut& work, const std::string& path) {
+        const GeosShape shape = validShape(context_, *work.polygon, path, work.record, work.repair);
+        work.polygon.reset();
+        try {
+            if (shape) work.pieces = pieces(*shape);
+        } catch (const PlatformError& e) {
+            throw PlatformError("Feature " + std::to_string(work.record + 1) + " of " + path +
+                                    " cannot be cut: " + e.what(),
+                                {.file = path, .record = work.record + 1});
+        }
+    }
+
+  private:
+    std::vector<Piece> pieces(const GEOSGeometry& shape) {
         std::vector<std::size_t> near;
         GEOSSTRtree_query_r(
             context_.get(), tree_, &shape,
@@ -62,7 +88,6 @@ class Cutter {
         return pieces;
     }
 
-  private:
     struct Knife {
         GeosShape shape;  // a copy of this thread's own
         GeosPrepared prepared;
@@ -104,23 +129,67 @@ void computeEnvelopes(GeosContext& context, const std::vector<GeosShape>& shapes
     }
 }
 
-std::vector<std::vector<Piece>> cutAll(const GeosLayer& first, const GeosLayer& second,
-                                       const std::string& path) {
-    std::vector<std::vector<Piece>> pieces(first.shapes.size());
-    parallelFor(first.shapes.size(), kShapesAtOnce, [&](std::size_t begin, std::size_t end) {
-        Cutter cutter(second.shapes);
-        for (std::size_t r = begin; r < end; ++r) {
-            if (!first.shapes[r]) continue;
-            try {
-                pieces[r] = cutter.cut(*first.shapes[r]);
-            } catch (const PlatformError& e) {
-                throw PlatformError("Feature " + std::to_string(r + 1) + " of " + path +
-                                        " cannot be cut: " + e.what(),
-                                    {.file = path, .record = r + 1});
+// A failure on the way through the writer, which would take it for one of its own.
+struct InputFailure {
+    std::exception_ptr reason;
+};
+
+template <class Body>
+void passingFailures(Body body) {
+    try {
+        body();
+    } catch (const std::exception&) {
+        throw InputFailure{std::current_exception()};
+    }
+}
+
+// Loops on this thread say nothing of how far they are while it lives.
+class Silence {
+  public:
+    Silence() : feedback_(watching()) {
+        if (feedback_) watchLoops(nullptr);
+    }
+    ~Silence() {
+        if (feedback_) watchLoops(feedback_);
+    }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+    void advance(double fraction) const {
+        if (!feedback_) return;
+        throwIfCancelled(*feedback_);
+        feedback_->advance(fraction);
+    }
+
+  private:
+    IFeedback* feedback_;
+};
+
+// Hands over the shapes of the first layer by record, cut by those of the second; holds few of them
+// at a time.
+void forEachCut(const IFeatureClass& first, const std::vector<GeosShape>& second,
+                const std::function<void(Cut& cut)>& visit) {
+    const Silence silence;
+    const std::string path = first.path();
+    std::optional<PolygonReader> reader;
+    passingFailures([&] { reader.emplace(path, first.crs()); });
+    for (bool more = true; more;) {
+        std::vector<Cut> held;
+        passingFailures([&] {
+            while (more && held.size() < kShapesHeld) {
+                auto polygon = reader->next();
+                more = polygon.has_value();
+                if (more) held.push_back({polygon->record, std::move(polygon->shape), {}, {}});
             }
-        }
-    });
-    return pieces;
+            parallelFor(held.size(), kShapesAtOnce, [&](std::size_t begin, std::size_t end) {
+                Cutter cutter(second);
+                for (std::size_t i = begin; i < end; ++i) cutter.cut(held[i], path);
+            });
+        });
+        for (Cut& cut : held) visit(cut);
+        if (held.empty()) return;
+        silence.advance(static_cast<double>(held.back().record + 1) /
+                        static_cast<double>(first.recordCount()));
+    }
 }
 
 // A name of ten characters at most that none of the fields has.
@@ -165,17 +234,25 @@ std::vector<Field> fieldsOf(const OverlayLayer& first, const OverlayLayer& secon
     return fields;
 }
 
+// Numbers have no letters, but are looked at here: what is none must be told before a file is made.
 TextEncoding encodingOf(const IFeatureClass& a, const IFeatureClass& b) {
     EncodingChoice choice;
     for (const IFeatureClass* layer : {&a, &b}) {
         choice.add(layer->fields());
         for (const Field& field : layer->fields()) {
-            for (std::size_t r = 0; r < layer->recordCount(); ++r) {
-                choice.add(layer->value(r, field.name));
-            }
+            const bool number = field.type == FieldType::number || field.type == FieldType::integer;
+            const std::size_t records =
+                number ? std::min<std::size_t>(1, layer->recordCount()) : layer->recordCount();
+            for (std::size_t r = 0; r < records; ++r) choice.add(layer->value(r, field.name));
         }
     }
     return choice.encoding();
+}
+
+std::vector<FieldValue> valuesOf(const IFeatureClass& layer, std::size_t record) {
+    std::vector<FieldValue> values;
+    for (const Field& field : layer.fields()) values.push_back(layer.value(record, field.name));
+    return values;
 }
 
 }  // namespace
@@ -186,26 +263,30 @@ OverlayResult OverlayOp::Intersect(const OverlayLayer& first, const OverlayLayer
     const IFeatureClass& b = *second.features;
     const std::vector<Field> fields = fieldsOf(first, second);
     GeosContext context;
-    const GeosLayer shapesA = readShapes(context, a.path(), a.crs(), a.recordCount());
-    const GeosLayer shapesB = readShapes(context, b.path(), a.crs(), b.recordCount());
-    computeEnvelopes(context, shapesA.shapes);
-    computeEnvelopes(context, shapesB.shapes);
-    auto pieces = cutAll(shapesA, shapesB, a.path());
+    const GeosLayer knives = readShapes(context, b.path(), a.crs(), b.recordCount());
+    computeEnvelopes(context, knives.shapes);
 
     OverlayResult result;
-    result.repairs = shapesA.repairs;
-    result.repairs.insert(result.repairs.end(), shapesB.repairs.begin(), shapesB.repairs.end());
-    writeLayer(path, wkbPolygon, a.crs(), fields, encodingOf(a, b), [&](const LayerWriter& add) {
-        for (std::size_t r = 0; r < pieces.size(); ++r) {
-            for (Piece& piece : pieces[r]) {
-                std::vector<FieldValue> values;
-                for (const Field& f : a.fields()) values.push_back(a.value(r, f.name));
-                for (const Field& f : b.fields()) values.push_back(b.value(piece.second, f.name));
-                add(values, std::move(piece.shape));
-                ++result.pieces;
-            }
+    const auto write = [&](const LayerWriter& add, Cut& cut) {
+        if (!cut.repair.empty()) result.repairs.push_back(cut.repair);
+        if (cut.pieces.empty()) return;
+        const std::vector<FieldValue> own = valuesOf(a, cut.record);
+        for (Piece& piece : cut.pieces) {
+            std::vector<FieldValue> values = own;
+            std::ranges::move(valuesOf(b, piece.second), std::back_inserter(values));
+            add(values, std::move(piece.shape));
+            ++result.pieces;
         }
-    });
+    };
+    try {
+        writeLayer(path, wkbPolygon, a.crs(), fields, encodingOf(a, b),
+                   [&](const LayerWriter& add) {
+                       forEachCut(a, knives.shapes, [&](Cut& cut) { write(add, cut); });
+                   });
+    } catch (const InputFailure& failure) {
+        std::rethrow_exception(failure.reason);
+    }
+    result.repairs.insert(result.repairs.end(), knives.repairs.begin(), knives.repairs.end());
     return result;
 }
 

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/analysis/station_pairs.h"
+
 namespace velmora::platform {
 
 namespace {
@@ -14,7 +16,6 @@ constexpr std::size_t kLags = 15;
 constexpr double kRangeInCutoffs = 10;  // the longest range that is searched
 constexpr int kScannedRanges = 500;
 constexpr double kRounding = 1e-12;
-constexpr double kOnBorder = 1e-9;         // of a class: a pair this near a border is on it
 constexpr double kSmallestSpread = 1e-20;  // of the model's shape among the lags
 constexpr double kAgreement = 1e-12;       // of the weighted squares: errors this close are equal
 constexpr int kRangeDigits = 7;            // significant digits of a range
@@ -200,25 +201,11 @@ double semivariogramCutoff(std::span<const Sample> samples) {
 
 std::vector<SemivariogramLag> empiricalSemivariogram(std::span<const Sample> samples,
                                                      double cutoff) {
-    const double width = cutoff / static_cast<double>(kLags);
-    std::vector<SemivariogramLag> lags(kLags);
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            const double distance =
-                std::hypot(samples[i].at.x - samples[j].at.x, samples[i].at.y - samples[j].at.y);
-            if (distance > cutoff * (1 + kOnBorder)) continue;
-            const double place = std::max(0.0, std::ceil(distance / width - kOnBorder) - 1);
-            SemivariogramLag& lag = lags[std::min(static_cast<std::size_t>(place), kLags - 1)];
-            const double difference = samples[i].value - samples[j].value;
-            lag.distance += distance;
-            lag.semivariance += difference * difference;
-            ++lag.pairs;
-        }
-    }
-    std::erase_if(lags, [](const SemivariogramLag& lag) { return lag.pairs == 0; });
-    for (SemivariogramLag& lag : lags) {
-        lag.distance /= static_cast<double>(lag.pairs);
-        lag.semivariance /= 2 * static_cast<double>(lag.pairs);
+    std::vector<SemivariogramLag> lags;
+    for (const PairSums& sums : pairSums(samples, cutoff, kLags)) {
+        if (sums.pairs == 0) continue;
+        const auto pairs = static_cast<double>(sums.pairs);
+        lags.push_back({sums.distance / pairs, sums.squares / (2 * pairs), sums.pairs});
     }
     return lags;
 }

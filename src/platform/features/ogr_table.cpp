@@ -24,6 +24,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t kMostHeld = 100'000;  // records whose columns are held
+
 FieldType typeOf(OGRFieldType type) {
     switch (type) {
         case OFTInteger:
@@ -78,10 +80,19 @@ OgrTable::OgrTable(const std::string& path, ISpatialReferenceFactory& spatialRef
     }
     ownCrs_ = systemOf(*layer_);
     crs_ = crs.empty() ? ownCrs_ : crs;
+    if (const std::string table = attributeTable(path_); !table.empty()) stored_.emplace(table);
+    places_ = places();
+}
+
+// Of a dBASE table the marks of deleted records tell the others.
+std::vector<std::size_t> OgrTable::places() const {
+    if (stored_) return presentRecords(*stored_);
+    std::vector<std::size_t> places;
     readOnly({}, false);
     while (const OGRFeatureUniquePtr feature = nextFeature(*layer_, path_)) {
-        places_.push_back(static_cast<std::size_t>(feature->GetFID()));
+        places.push_back(static_cast<std::size_t>(feature->GetFID()));
     }
+    return places;
 }
 
 // An edit makes a new file beside the table.
@@ -113,20 +124,41 @@ FieldValue OgrTable::value(std::size_t record, const std::string& field) const {
     if (index < 0)
         throw PlatformError("The table " + path_ + " has no field " + field,
                             {.file = path_, .field = field});
-    const auto& values = column(index);
-    if (record >= values.size()) {
+    if (record >= recordCount()) {
         throw PlatformError("The table " + path_ + " has no record " + std::to_string(record + 1),
                             {.file = path_, .record = record + 1});
     }
-    return values[record];
+    if (!readsInPlace(index)) return column(index)[record];
+    const auto at = static_cast<std::size_t>(index);
+    return plainValue(stored_->record(places_[record]), stored_->layout().columns[at],
+                      fields_[at].type)
+        .value();
+}
+
+// All of a column is looked at before its first value is given.
+bool OgrTable::readsInPlace(int field) const {
+    if (!stored_ || recordCount() <= kMostHeld) return false;
+    const auto found = inPlace_.find(field);
+    if (found != inPlace_.end()) return found->second;
+    const auto at = static_cast<std::size_t>(field);
+    return inPlace_.emplace(field, isPlain(*stored_, at, fields_[at].type, places_)).first->second;
 }
 
 const std::vector<FieldValue>& OgrTable::column(int field) const {
     const auto found = columns_.find(field);
     if (found != columns_.end()) return found->second;
+    if (stored_) {
+        const auto at = static_cast<std::size_t>(field);
+        auto plain = plainColumn(*stored_, at, fields_[at].type, places_);
+        if (plain) return columns_.emplace(field, std::move(*plain)).first->second;
+    }
+    return columns_.emplace(field, columnByGdal(field)).first->second;
+}
+
+std::vector<FieldValue> OgrTable::columnByGdal(int field) const {
+    const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
     std::vector<FieldValue> values;
     values.reserve(recordCount());
-    const auto& [name, type, width, decimals] = fields_[static_cast<std::size_t>(field)];
     const bool numeric = type == FieldType::number || type == FieldType::integer;
     if (numeric) requireNumbersOf(field);
     readOnly({name}, false);
@@ -142,7 +174,7 @@ const std::vector<FieldValue>& OgrTable::column(int field) const {
         throw PlatformError("The table " + path_ + " has changed while it was read",
                             {.file = path_});
     }
-    return columns_.emplace(field, std::move(values)).first->second;
+    return values;
 }
 
 // The stored texts of a dBASE column of numbers, of which GDAL reads what it can.

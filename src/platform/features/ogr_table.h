@@ -2,12 +2,14 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "gis/features.h"
 #include "gis/projection.h"
 #include "platform/features/vector_dataset.h"
+#include "platform/tables/dbase_records.h"
 
 namespace velmora::platform {
 
@@ -16,7 +18,9 @@ namespace velmora::platform {
 std::string existingFile(const std::string& path, const std::string& extension,
                          const std::string& kind);
 
-// A layer of features or records, each column read when it is first asked for. What is damaged, and
+// A layer of features or records, each column read when it is first asked for, from a dBASE table
+// itself where its bytes are plain. Such columns of a large table are not held: each value is read
+// when it is asked for. Used by one thread. What is damaged, and
 // a number that is none, is a PlatformError that names file, record and field.
 class OgrTable : public IFeatureClass {
   public:
@@ -43,7 +47,10 @@ class OgrTable : public IFeatureClass {
 
   private:
     void readOnly(const std::vector<std::string>& wanted, bool geometry) const;
+    std::vector<std::size_t> places() const;
+    bool readsInPlace(int field) const;
     const std::vector<FieldValue>& column(int field) const;
+    std::vector<FieldValue> columnByGdal(int field) const;
     void requireNumbersOf(int field) const;
     bool transformed() const;
 
@@ -52,10 +59,12 @@ class OgrTable : public IFeatureClass {
     VectorLayer opened_;
     OGRLayer* layer_ = nullptr;
     std::vector<Field> fields_;
-    std::vector<std::size_t> places_;  // of the records in the file
+    mutable std::optional<DbaseRecords> stored_;  // the dBASE table, if it is one's
+    std::vector<std::size_t> places_;             // of the records in the file
     std::string ownCrs_;
     std::string crs_;
     mutable std::map<int, std::vector<FieldValue>> columns_;
+    mutable std::map<int, bool> inPlace_;  // of a large table, by field
 };
 
 }  // namespace velmora::platform

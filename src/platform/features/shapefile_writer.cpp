@@ -3,6 +3,7 @@
 
 #include <cpl_error.h>
 #include <cpl_string.h>
+#include <fcntl.h>
 
 #include <filesystem>
 #include <optional>
@@ -24,6 +25,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr char kEndMark = 0x1A;  // of a dBASE table
 constexpr std::size_t kLongestText = 1 << 20;
 constexpr int kDigitsOfInteger = 9;  // that any integer of 32 bits can have
 
@@ -77,6 +79,12 @@ std::optional<std::size_t> recordsWritten(const std::string& path, bool shapes) 
     }
 }
 
+void appendEndMark(const std::string& table) {
+    PosixFile file(table, O_WRONLY | O_APPEND, "Cannot write");
+    file.write(&kEndMark, 1);
+    file.close();
+}
+
 void moveInPlace(const fs::path& folder, const std::string& stem, const std::string& target,
                  bool shapes) {
     for (const char* part : kShapefileParts) {  // a name must never be stored before its contents
@@ -124,6 +132,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
         auto* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
         DatasetPtr dataset(driver->Create(folder.path().c_str(), 0, 0, 0, GDT_Unknown, nullptr));
         CPLStringList options;
+        options.SetNameValue("DBF_EOF_CHAR", "NO");  // which each record would overwrite
         if (encoding == TextEncoding::utf8) options.SetNameValue("ENCODING", "UTF-8");
         OGRSpatialReference system;
         if (!crs.empty()) system = spatialReference(crs);
@@ -145,6 +154,7 @@ void writeLayer(const std::string& path, OGRwkbGeometryType type, const std::str
         dataset->FlushCache();
         dataset.reset();
         if (failures.any()) throw PlatformError(failures.first());
+        appendEndMark(joinedPath(folder.path(), stem + ".dbf"));
         const bool shapes = type != wkbNone;
         if (recordsWritten(joinedPath(folder.path(), stem), shapes) != std::optional(records)) {
             throw PlatformError("not all records reached the disk, which may be full");

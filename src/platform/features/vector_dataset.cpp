@@ -23,6 +23,13 @@ void requireSystem(OGRLayer& layer, const std::string& path) {
         {.file = path});
 }
 
+[[noreturn]] void failedAt(const std::string& path, std::size_t record,
+                           const GdalFailures& failures) {
+    throw PlatformError("Cannot read record " + std::to_string(record + 1) + " of " + path + ": " +
+                            failures.first(),
+                        {.file = path, .record = record + 1});
+}
+
 }  // namespace
 
 VectorLayer openVectors(const std::string& path) {
@@ -51,11 +58,15 @@ OGRFeatureUniquePtr nextFeature(OGRLayer& layer, const std::string& path) {
     const GdalFailures failures;
     OGRFeatureUniquePtr feature(layer.GetNextFeature());
     if (!failures.any()) return feature;
-    const std::size_t record = feature ? static_cast<std::size_t>(feature->GetFID()) + 1 : 0;
-    throw PlatformError(
-        "Cannot read " + (feature ? "record " + std::to_string(record) + " of " : std::string()) +
-            path + ": " + failures.first(),
-        {.file = path, .record = record});
+    if (feature) failedAt(path, static_cast<std::size_t>(feature->GetFID()), failures);
+    throw PlatformError("Cannot read " + path + ": " + failures.first(), {.file = path});
+}
+
+OGRFeatureUniquePtr featureAt(OGRLayer& layer, const std::string& path, std::size_t record) {
+    const GdalFailures failures;
+    OGRFeatureUniquePtr feature(layer.GetFeature(static_cast<GIntBig>(record)));
+    if (failures.any()) failedAt(path, record, failures);
+    return feature;
 }
 
 }  // namespace velmora::platform

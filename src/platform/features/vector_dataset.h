@@ -22,5 +22,7 @@ VectorLayer openVectors(const std::string& path);
 // The layer's next feature, nothing behind the last. Throws PlatformError naming the file `path`
 // when it cannot be read.
 OGRFeatureUniquePtr nextFeature(OGRLayer& layer, const std::string& path);
+// That of a record of the file.
+OGRFeatureUniquePtr featureAt(OGRLayer& layer, const std::string& path, std::size_t record);
 
 }  // namespace velmora::platform

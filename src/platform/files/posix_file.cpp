@@ -123,6 +123,9 @@ std::string readWholeFile(const std::string& path, std::size_t most) {
     constexpr std::size_t kPiece = 65536;
     PosixFile file(path, O_RDONLY, "Cannot open");
     std::string bytes;
+    std::error_code unknown;  // of what is no file
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    if (!unknown) bytes.reserve(std::min<std::uintmax_t>(size, most) + kPiece);  // taken at once
     while (bytes.size() < most) {
         const std::size_t before = bytes.size();
         const std::size_t wanted = std::min(kPiece, most - before);

@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "gis/errors.h"
@@ -63,6 +64,12 @@ std::string fieldOf(const std::string& column, const std::vector<Field>& fields)
     return column;
 }
 
+// Which a database would give back as they are.
+bool holdsNumbersAndTexts(const ITable& table) {
+    return std::ranges::none_of(table.fields(),
+                                [](const Field& f) { return f.type == FieldType::other; });
+}
+
 class DbaseRecordset : public StaticCursor {
   public:
     DbaseRecordset(std::shared_ptr<DbaseConnection::Edits> edits, const std::string& folder,
@@ -80,7 +87,13 @@ class DbaseRecordset : public StaticCursor {
             std::vector<std::size_t> places(table->recordCount());
             for (std::size_t r = 0; r < places.size(); ++r) places[r] = table->placeInFile(r);
             requireNumbers(table->path(), places);
-            fetchLater([this, table, overRecords] { fetch(*table, overRecords); });
+            if (holdsNumbersAndTexts(*table)) {
+                readInPlace(table->recordCount(), [table](std::size_t row, std::size_t field) {
+                    return table->value(row, table->fields()[field].name);
+                });
+            } else {
+                fetchLater([this, table, overRecords] { fetch(*table, overRecords); });
+            }
         } else {
             fetch(*table, overRecords);
         }
@@ -105,11 +118,11 @@ class DbaseRecordset : public StaticCursor {
         row.id = static_cast<long long>(table->recordCount()) + 1;
     }
 
-    void updateRow(const Row& row, const Changes& changes) override {
+    void updateRow(long long id, const Changes& changes) override {
         auto& session = edits_->sessions[path_];
         if (!session) session = edits_->tables.edit(edits_->tables.openTable(path_));
         for (const auto& [index, value] : changes) {
-            session->setValue(static_cast<std::size_t>(row.id) - 1, fields()[index], value);
+            session->setValue(static_cast<std::size_t>(id) - 1, fields()[index], value);
         }
         if (edits_->held) return;
         const auto finished = std::move(session);

@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kDescriptorBytes = 32;
+constexpr std::size_t kBeginning = 33;  // of the header, without which a file is none
 constexpr int kNumberWidth = 24;  // a sign, 17 digits, the point and an exponent's worth of zeros
 constexpr int kNumberDecimals = 15;
 
@@ -33,13 +34,12 @@ struct DbaseField {
     char type = 'N';
 };
 
-// A dBASE file taken apart into its header and records.
+// The header of a dBASE file taken apart.
 struct DbaseFile {
     std::string header;  // up to and including the end mark of the descriptors
     std::string tail;    // header bytes behind the end mark
     std::vector<DbaseField> fields;
-    std::vector<std::string> records;
-    std::string end;  // what follows the records
+    std::size_t records = 0;
 
     std::size_t recordLength() const { return number(10, 2); }
     std::size_t number(std::size_t at, std::size_t bytes) const {
@@ -49,10 +49,11 @@ struct DbaseFile {
         }
         return value;
     }
-    std::string bytes() const {
-        std::string whole = header + tail;
-        for (const std::string& record : records) whole += record;
-        return whole + end;
+    std::size_t headerLength() const { return header.size() + tail.size(); }
+    // Where the bytes of a record, and of its field, begin.
+    std::size_t place(std::size_t record) const { return headerLength() + record * recordLength(); }
+    std::size_t place(std::size_t record, const DbaseField& field) const {
+        return place(record) + field.offset;
     }
     void setNumber(std::size_t at, std::size_t bytes, std::size_t value) {
         for (std::size_t i = 0; i < bytes; ++i, value >>= 8U)
@@ -77,8 +78,8 @@ std::size_t endOfDescriptors(const std::string& bytes, std::size_t headerLength)
 
 DbaseFile parsed(const std::string& bytes, const std::string& path) {
     DbaseFile file;
-    file.header = bytes;
-    if (bytes.size() < 33)
+    file.header = bytes.substr(0, kBeginning);
+    if (bytes.size() < kBeginning)
         throw PlatformError("The table " + path + " is no dBASE file", {.file = path});
     const std::size_t headerLength = file.number(8, 2);
     const std::size_t recordLength = file.recordLength();
@@ -112,10 +113,7 @@ DbaseFile parsed(const std::string& bytes, const std::string& path) {
     }
     file.header = bytes.substr(0, end + 1);
     file.tail = bytes.substr(end + 1, headerLength - end - 1);
-    for (std::size_t r = 0; r < records; ++r) {
-        file.records.push_back(bytes.substr(headerLength + r * recordLength, recordLength));
-    }
-    file.end = bytes.substr(headerLength + records * recordLength);
+    file.records = records;
     return file;
 }
 
@@ -136,7 +134,20 @@ void appendNumberField(DbaseFile& file, const std::string& name, const std::stri
     file.setNumber(8, 2, file.number(8, 2) + kDescriptorBytes);
     file.setNumber(10, 2, file.recordLength() + kNumberWidth);
     file.header.insert(file.header.size() - 1, descriptor);
-    for (std::string& record : file.records) record.append(kNumberWidth, ' ');
+}
+
+// The new header and the old records, with blanks for the fields that are new. Takes memory for
+// `bytes` more than these add.
+std::string widened(const std::string& before, const DbaseFile& old, const DbaseFile& file,
+                    std::size_t bytes) {
+    const std::size_t added = file.recordLength() - old.recordLength();
+    std::string after;
+    after.reserve(file.header.size() + bytes + old.records * added);
+    after += file.header + file.tail;
+    for (std::size_t r = 0; r < old.records; ++r) {
+        after.append(before, old.place(r), old.recordLength()).append(added, ' ');
+    }
+    return after;
 }
 
 // The text in the table's own encoding, filled up with blanks.
@@ -222,7 +233,7 @@ void DbaseEdit::setValue(std::size_t record, const std::string& field, const Fie
             "The table " + table_->path() + " has no record " + std::to_string(record + 1),
             {.file = table_->path(), .record = record + 1});
     }
-    asked_.values[field][table_->placeInFile(record)] = value;
+    asked_.values[field].set(table_->placeInFile(record), value);
 }
 
 void DbaseEdit::appendRecord(const std::vector<std::pair<std::string, FieldValue>>& values) {
@@ -235,7 +246,7 @@ std::vector<std::string> DbaseEdit::newTexts() const {
         if (const auto* text = std::get_if<std::string>(&value)) texts.push_back(*text);
     };
     for (const auto& [name, values] : asked_.values) {
-        for (const auto& [record, value] : values) take(value);
+        for (std::size_t i = 0; i < values.size(); ++i) take(values.value(i));
     }
     for (const auto& values : asked_.appended) {
         for (const auto& [name, value] : values) take(value);
@@ -245,29 +256,34 @@ std::vector<std::string> DbaseEdit::newTexts() const {
 
 // The whole file with the changes made in it.
 std::string DbaseEdit::changed(const std::string& before, const std::string& encoding) const {
-    DbaseFile file = parsed(before, target_);
+    const DbaseFile old = parsed(before, target_);
+    DbaseFile file = old;
     for (const std::string& name : asked_.addedFields) {
         if (!file.find(name)) appendNumberField(file, name, target_);
     }
-    const auto put = [&](std::size_t record, const std::string& name, const FieldValue& value) {
-        const DbaseField* field = file.find(encodedIn(encoding, name));
-        if (!field)
-            throw PlatformError("The table " + target_ + " has no field " + name,
-                                {.file = target_, .field = name});
-        if (record >= file.records.size()) {
-            throw PlatformError(
-                "The table " + target_ + " has no record " + std::to_string(record + 1),
-                {.file = target_, .record = record + 1});
-        }
+    std::string after =
+        widened(before, old, file, before.size() + asked_.appended.size() * file.recordLength());
+    const auto field = [&](const std::string& name) -> const DbaseField& {
+        const DbaseField* found = file.find(encodedIn(encoding, name));
+        if (found) return *found;
+        throw PlatformError("The table " + target_ + " has no field " + name,
+                            {.file = target_, .field = name});
+    };
+    const auto put = [&](std::size_t record, const std::string& name, const DbaseField& column,
+                         const FieldValue& value) {
         try {
-            file.records[record].replace(field->offset, field->width,
-                                         fieldText(value, *field, encoding));
+            after.replace(file.place(record, column), column.width,
+                          fieldText(value, column, encoding));
         } catch (const PlatformError& e) {
             throw errorInField({.file = target_, .field = name, .record = record + 1}, e.what());
         }
     };
     for (const auto& [name, values] : asked_.values) {
-        for (const auto& [record, value] : values) put(record, name, value);
+        const DbaseField& column = field(name);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            requireRecord(values.record(i), file.records);
+            put(values.record(i), name, column, values.value(i));
+        }
     }
     if (!asked_.appended.empty() && belongsToShapefile(target_)) {
         throw PlatformError(
@@ -275,11 +291,22 @@ std::string DbaseEdit::changed(const std::string& before, const std::string& enc
             {.file = target_});
     }
     for (const auto& values : asked_.appended) {
-        file.records.emplace_back(file.recordLength(), ' ');
-        for (const auto& [name, value] : values) put(file.records.size() - 1, name, value);
+        after.append(file.recordLength(), ' ');
+        for (const auto& [name, value] : values) {
+            put(file.records, name, field(name), value);
+        }
+        ++file.records;
     }
-    file.setNumber(4, 4, file.records.size());
-    return file.bytes();
+    file.setNumber(4, 4, file.records);
+    after.replace(0, file.header.size(), file.header);
+    after.append(before, old.place(old.records));
+    return after;
+}
+
+void DbaseEdit::requireRecord(std::size_t record, std::size_t records) const {
+    if (record < records) return;
+    throw PlatformError("The table " + target_ + " has no record " + std::to_string(record + 1),
+                        {.file = target_, .record = record + 1});
 }
 
 void DbaseEdit::write(const std::string& unfinished, const std::string& bytes) {
@@ -322,10 +349,11 @@ void DbaseEdit::save() {
 // The file `before` with the changes, read again; `ready` is called before it takes its name.
 void DbaseEdit::store(const std::string& before, const std::string& encoding,
                       const std::function<void()>& ready) {
-    const std::string after = changed(before, encoding);
+    std::string after = changed(before, encoding);
     try {
         UnfinishedFile table(target_);
         write(table.path(), after);
+        std::string().swap(after);  // which is read again
         requireRight(table.path(), before, encoding);
         fs::permissions(table.path(), fs::status(target_).permissions());
         ready();

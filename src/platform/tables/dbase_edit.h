@@ -46,6 +46,7 @@ class DbaseEdit : public IEditSession {
         const std::string& before, const std::string& encoding,
         const std::function<void()>& ready = [] {});
     std::string changed(const std::string& before, const std::string& encoding) const;
+    void requireRecord(std::size_t record, std::size_t records) const;
     std::vector<std::string> newTexts() const;
 
     std::shared_ptr<ITable> table_;

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <concepts>
 #include <string_view>
+#include <utility>
 
 #include "gis/errors.h"
 #include "gis/text.h"
@@ -23,6 +25,13 @@ constexpr const char* kFile = "the edited table";
 
 void require(bool holds, const std::string& what) {
     if (!holds) differs(what);
+}
+
+// The same where texts of millions would cost more than the comparison.
+template <class Text>
+requires std::invocable<Text>
+void require(bool holds, Text what) {
+    if (!holds) differs(what());
 }
 
 // A dBASE number may be rounded to the decimals that fit into its field.
@@ -56,19 +65,20 @@ bool holds(const std::string& bytes, const FieldValue& value, const std::string&
 
 class Comparison {
   public:
-    Comparison(const std::string& before, const std::string& after, const DbaseChanges& asked,
+    Comparison(const std::string& before, std::string after, const DbaseChanges& asked,
                const std::string& encoding)
         : before_(before),
-          after_(after),
+          after_(std::move(after)),
           asked_(asked),
           encoding_(encoding),
           old_(dbaseLayout(before, kFile)),
-          new_(dbaseLayout(after, kFile)) {}
+          new_(dbaseLayout(after_, kFile)) {}
 
     void run() {
         compareHeaders();
         compareSizes();
-        takeBackChanges();
+        forEachChange(&Comparison::requireHeld);
+        forEachChange(&Comparison::takeBack);
         compareRecords();
     }
 
@@ -116,33 +126,64 @@ class Comparison {
                 "what follows the records is another");
     }
 
+    // Where a changed value stands, and what it was.
+    struct Place {
+        std::size_t at;  // in the new file
+        const DbaseColumn& column;
+        const DbaseColumn* old;
+        std::size_t record;
+        const std::string& field;
+    };
+
     // The asked values must stand in the new records; blanks or the old bytes take their place, so
     // that what is left is to be the old records.
-    void takeBackChanges() {
-        records_ = after_.substr(new_.headerLength, new_.records * new_.recordLength);
+    void forEachChange(void (Comparison::*look)(const Place& place, const FieldValue& value)) {
         for (const auto& [field, values] : asked_.values) {
-            for (const auto& [record, value] : values) takeBack(record, field, value);
+            const Columns columns = columnsOf(field);
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                (this->*look)(placeOf(columns, values.record(i)), values.value(i));
+            }
         }
         for (std::size_t i = 0; i < asked_.appended.size(); ++i) {
             for (const auto& [field, value] : asked_.appended[i]) {
-                takeBack(old_.records + i, field, value);
+                (this->*look)(placeOf(columnsOf(field), old_.records + i), value);
             }
         }
     }
 
-    void takeBack(std::size_t record, const std::string& field, const FieldValue& value) {
+    struct Columns {
+        const std::string& field;
+        const DbaseColumn* now;
+        const DbaseColumn* old;
+    };
+
+    Columns columnsOf(const std::string& field) const {
         const std::string name = encodedIn(encoding_, field);
-        const DbaseColumn* column = new_.find(name);
-        require(column && record < new_.records, "a place for " + field + " is missing");
-        const std::size_t inNew = record * new_.recordLength + column->offset;
-        require(holds(after_.substr(new_.headerLength + inNew, column->width), value, encoding_),
-                "record " + std::to_string(record + 1) + " has another value in " + field);
-        std::string was(column->width, ' ');
-        if (record < old_.records && old_.find(name)) {
-            was = before_.substr(old_.headerLength + record * old_.recordLength + column->offset,
-                                 column->width);
+        return {field, new_.find(name), old_.find(name)};
+    }
+
+    Place placeOf(const Columns& columns, std::size_t record) const {
+        require(columns.now && record < new_.records,
+                [&] { return "a place for " + columns.field + " is missing"; });
+        return {new_.headerLength + record * new_.recordLength + columns.now->offset, *columns.now,
+                columns.old, record, columns.field};
+    }
+
+    void requireHeld(const Place& place, const FieldValue& value) {
+        require(holds(after_.substr(place.at, place.column.width), value, encoding_), [&] {
+            return "record " + std::to_string(place.record + 1) + " has another value in " +
+                   place.field;
+        });
+    }
+
+    void takeBack(const Place& place, const FieldValue&) {
+        std::string was(place.column.width, ' ');
+        if (place.record < old_.records && place.old) {
+            was = before_.substr(
+                old_.headerLength + place.record * old_.recordLength + place.old->offset,
+                place.column.width);
         }
-        records_.replace(inNew, column->width, was);
+        after_.replace(place.at, place.column.width, was);
     }
 
     std::string_view oldRecord(std::size_t r) const {  // empty for an appended one
@@ -152,29 +193,29 @@ class Comparison {
     }
 
     void compareRecords() const {
-        const std::string_view records = records_;
+        const std::string_view records = std::string_view(after_).substr(new_.headerLength);
         for (std::size_t r = 0; r < new_.records; ++r) {
             const auto record = records.substr(r * new_.recordLength, new_.recordLength);
             const std::string_view old = oldRecord(r);
-            require(record.substr(0, old.size()) == old && isBlank(record.substr(old.size())),
-                    "record " + std::to_string(r + 1) + " has changed where it should not");
+            require(record.substr(0, old.size()) == old && isBlank(record.substr(old.size())), [&] {
+                return "record " + std::to_string(r + 1) + " has changed where it should not";
+            });
         }
     }
 
     const std::string& before_;
-    const std::string& after_;
+    std::string after_;  // in whose records the changes are taken back in the end
     const DbaseChanges& asked_;
     const std::string& encoding_;
     DbaseLayout old_;
     DbaseLayout new_;
-    std::string records_;  // the new ones, with the changes taken back
 };
 
 }  // namespace
 
-void requireOnlyChanges(const std::string& before, const std::string& after,
-                        const DbaseChanges& asked, const std::string& encoding) {
-    Comparison(before, after, asked, encoding).run();
+void requireOnlyChanges(const std::string& before, std::string after, const DbaseChanges& asked,
+                        const std::string& encoding) {
+    Comparison(before, std::move(after), asked, encoding).run();
 }
 
 }  // namespace velmora::platform

@@ -10,14 +10,15 @@
 #include <vector>
 
 #include "gis/field_value.h"
+#include "platform/tables/record_values.h"
 
 namespace velmora::platform {
 
 // What an edit is asked to change.
 struct DbaseChanges {
     std::vector<std::string> addedFields;  // unless the table has them
-    // Field -> record of the file -> value.
-    std::map<std::string, std::map<std::size_t, FieldValue>> values;
+    // Field -> the new values of records of the file.
+    std::map<std::string, RecordValues> values;
     std::vector<std::vector<std::pair<std::string, FieldValue>>> appended;
 };
 
@@ -25,8 +26,8 @@ struct DbaseChanges {
 // stand). Throws PlatformError that says what differs unless `after` has the header, the fields,
 // the records with their deletion marks and the trailing bytes of `before`, byte for byte, and in
 // addition what was asked for.
-void requireOnlyChanges(const std::string& before, const std::string& after,
-                        const DbaseChanges& asked, const std::string& encoding);
+void requireOnlyChanges(const std::string& before, std::string after, const DbaseChanges& asked,
+                        const std::string& encoding);
 
 // Throws PlatformError that says what differs unless `after` is the file `before`, whose texts and
 // names of fields are in `encoding`, with the same texts and names in UTF-8 and without a language

@@ -98,14 +98,14 @@ void SqliteRecordset::insertRow(Row& row) {
     row.id = sqlite3_last_insert_rowid(database_.get());
 }
 
-void SqliteRecordset::updateRow(const Row& row, const Changes& changes) {
+void SqliteRecordset::updateRow(long long id, const Changes& changes) {
     std::string assignments;
     for (const auto& [index, value] : changes) {
         assignments += (assignments.empty() ? "" : ",") + quotedName(fields()[index]) + "=?";
     }
     SqliteStatement statement(database_.get(), "UPDATE " + quotedName(table_) + " SET " +
                                                    assignments + " WHERE " + rowId_ + "=" +
-                                                   std::to_string(row.id));
+                                                   std::to_string(id));
     int parameter = 0;
     for (const auto& [index, value] : changes) statement.bind(++parameter, value);
     statement.step();

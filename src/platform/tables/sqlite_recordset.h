@@ -18,7 +18,7 @@ class SqliteRecordset : public StaticCursor {
   protected:
     bool editable() const override { return !rowId_.empty(); }
     void insertRow(Row& row) override;
-    void updateRow(const Row& row, const Changes& changes) override;
+    void updateRow(long long id, const Changes& changes) override;
 
   private:
     SqliteConnection::Handle database_;

@@ -30,7 +30,15 @@ FieldValue StaticCursor::value(const std::string& field) const {
         return changed->second;
     if (adding_) return {};
     if (eof()) throw PlatformError("Either BOF or EOF is true: there is no current record");
-    return rows()[at_].values[index];
+    return valueAt(index);
+}
+
+FieldValue StaticCursor::valueAt(std::size_t index) const {
+    if (!read_) return rows()[at_].values[index];
+    if (const auto column = changedInPlace_.find(index); column != changedInPlace_.end()) {
+        if (auto changed = column->second.of(at_)) return *changed;
+    }
+    return read_(at_, index);
 }
 
 void StaticCursor::setValue(const std::string& field, const FieldValue& value) {
@@ -48,22 +56,56 @@ void StaticCursor::addNew() {
 
 void StaticCursor::update() {
     requireEditable();
-    rows();
     if (adding_) {
-        Row row;
-        row.values.resize(fields_.size());
-        for (const auto& [index, value] : changes_) row.values[index] = value;
-        insertRow(row);
-        rows_.push_back(std::move(row));
-        at_ = rows_.size() - 1;
-        adding_ = false;
+        insert();
     } else if (!changes_.empty()) {
-        Row row = rows_.at(at_);
-        for (const auto& [index, value] : changes_) row.values[index] = value;
-        updateRow(row, changes_);
-        rows_[at_] = std::move(row);
+        read_ ? changeInPlace() : change();
     }
     changes_.clear();
+}
+
+// Rows in place are held from then on, as the new one is.
+void StaticCursor::insert() {
+    hold();
+    Row row;
+    row.values.resize(fields_.size());
+    for (const auto& [index, value] : changes_) row.values[index] = value;
+    insertRow(row);
+    rows_.push_back(std::move(row));
+    at_ = rows_.size() - 1;
+    adding_ = false;
+}
+
+void StaticCursor::change() {
+    rows();
+    Row row = rows_.at(at_);
+    for (const auto& [index, value] : changes_) row.values[index] = value;
+    updateRow(row.id, changes_);
+    rows_[at_] = std::move(row);
+}
+
+void StaticCursor::changeInPlace() {
+    updateRow(static_cast<long long>(at_) + 1, changes_);
+    for (const auto& [index, value] : changes_) changedInPlace_[index].set(at_, value);
+}
+
+void StaticCursor::readInPlace(std::size_t rows, ReadValue read) {
+    rowsInPlace_ = rows;
+    read_ = std::move(read);
+}
+
+void StaticCursor::hold() {
+    rows();
+    if (!read_) return;
+    const std::size_t at = at_;
+    for (at_ = 0; at_ < rowsInPlace_; ++at_) {
+        Row row{static_cast<long long>(at_) + 1, {}};
+        for (std::size_t f = 0; f < fields_.size(); ++f) row.values.push_back(valueAt(f));
+        rows_.push_back(std::move(row));
+    }
+    at_ = at;
+    changedInPlace_.clear();
+    read_ = nullptr;
 }
 
 std::size_t StaticCursor::indexOf(const std::string& field) const {

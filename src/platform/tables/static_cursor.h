@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gis/tables.h"
+#include "platform/tables/record_values.h"
 
 namespace velmora::platform {
 
@@ -15,7 +16,7 @@ class StaticCursor : public IRecordset {
   public:
     int fieldCount() const override { return static_cast<int>(fields_.size()); }
     std::string fieldName(int position) const override;
-    bool eof() const override { return at_ >= rows().size(); }
+    bool eof() const override { return at_ >= rowCount(); }
     void moveFirst() override;
     void moveNext() override;
     FieldValue value(const std::string& field) const override;
@@ -36,13 +37,23 @@ class StaticCursor : public IRecordset {
     void addRow(Row row) { rows_.push_back(std::move(row)); }
     // Rows that `fetch` adds when one is first asked for: a reader of the fields needs none.
     void fetchLater(std::function<void()> fetch) { fetch_ = std::move(fetch); }
+    // So many rows, known as 1, 2, ..., that are not held: `read` gives a value when it is asked
+    // for.
+    using ReadValue = std::function<FieldValue(std::size_t row, std::size_t field)>;
+    void readInPlace(std::size_t rows, ReadValue read);
     // Whether rows can be changed and added to.
     virtual bool editable() const = 0;
     virtual void insertRow(Row& row) = 0;
-    virtual void updateRow(const Row& row, const Changes& changes) = 0;
+    virtual void updateRow(long long id, const Changes& changes) = 0;
 
   private:
     std::size_t indexOf(const std::string& field) const;
+    std::size_t rowCount() const { return read_ ? rowsInPlace_ : rows().size(); }
+    FieldValue valueAt(std::size_t index) const;
+    void hold();
+    void insert();
+    void change();
+    void changeInPlace();
     void requireEditable() const;
     const std::vector<Row>& rows() const;
 
@@ -50,6 +61,10 @@ class StaticCursor : public IRecordset {
     std::vector<std::string> fields_;
     mutable std::vector<Row> rows_;
     mutable std::function<void()> fetch_;
+    ReadValue read_;
+    std::size_t rowsInPlace_ = 0;
+    // What rows in place have been changed to, by field.
+    std::map<std::size_t, RecordValues> changedInPlace_;
     std::size_t at_ = 0;
     bool adding_ = false;
     Changes changes_;

@@ -151,8 +151,8 @@ TEST(KrigingSystem, ByHand) {
     // Two stations 1 apart, correlation 0.5 (1.5 u - 0.5 u^3 with u = 0.347...), values 1 and 3:
     // halfway between both weigh 0.5 whatever the model; far beyond the range too.
     const Correlation correlation({0, 2, 2.9});
-    const KrigingSystem system(std::vector<Point>{{0, 0}, {1, 0}}, correlation);
-    ASSERT_FALSE(system.singular());
+    KrigingSystem system;
+    ASSERT_TRUE(system.factorise(std::vector<Point>{{0, 0}, {1, 0}}, correlation));
     std::vector<double> coefficients(3);
     system.solve(std::vector<double>{1, 3}, coefficients);
     const auto at = [&](double x) {
@@ -163,6 +163,35 @@ TEST(KrigingSystem, ByHand) {
     EXPECT_NEAR(at(1000), 2, 1e-12);
     EXPECT_NEAR(at(0), 1, 1e-12);
     EXPECT_NEAR(at(1), 3, 1e-12);
+}
+
+// The nugget alone tells, however close and however many the stations are.
+TEST(KrigingSystem, ANuggetMakesEverySystemSolvable) {
+    std::mt19937 random(17);
+    std::uniform_real_distribution<double> share(0, 1);
+    for (const double nugget : {2e-6, 1e-4, 0.3}) {
+        const Correlation correlation({nugget, 1 - nugget, 90000});
+        for (int round = 0; round < 200; ++round) {
+            std::vector<Point> stations;
+            for (int s = 0; s < 12; ++s) {
+                const double spread = s % 3 == 0 ? 1e-9 : 1000;
+                stations.push_back({spread * share(random), spread * share(random)});
+            }
+            Eigen::MatrixXd matrix = Eigen::MatrixXd::Ones(13, 13);
+            for (int i = 0; i < 12; ++i) {
+                for (int j = 0; j < 12; ++j) {
+                    const auto& a = stations[static_cast<std::size_t>(i)];
+                    const auto& b = stations[static_cast<std::size_t>(j)];
+                    matrix(i, j) =
+                        correlation.at((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y));
+                }
+            }
+            matrix(12, 12) = 0;
+            EXPECT_GT(Eigen::PartialPivLU<Eigen::MatrixXd>(matrix).rcond(), 1e-12);
+            KrigingSystem system;
+            EXPECT_TRUE(system.factorise(stations, correlation));
+        }
+    }
 }
 
 TEST(NeighbourSets, HoldEveryCellsNearestStationsOnce) {

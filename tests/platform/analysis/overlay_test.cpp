@@ -9,6 +9,7 @@
 #include "gis/polygon_analysis.h"
 #include "platform/threads/parallel_loop.h"
 #include "tests/support/crop_fixture.h"
+#include "tests/support/fake_feedback.h"
 
 namespace velmora::platform {
 namespace {
@@ -205,6 +206,73 @@ TEST_F(Overlay, AFailureLeavesNothing) {
     intersect();  // replaces the older one
     EXPECT_THROW(intersect("points"), PlatformError);
     EXPECT_GT(pieces()->recordCount(), 20U);
+}
+
+// More shapes than are held at a time, in rows across two zones; each is cut where the border runs.
+TEST_F(Overlay, ManyShapesAreCutInTheirOrder) {
+    constexpr std::size_t kShapes = 40000;
+    constexpr std::size_t kBowTie = 33333;  // counted from 0
+    constexpr double kSide = 10;
+    std::vector<NewFeature> land;
+    for (std::size_t i = 0; i < kShapes; ++i) {
+        const double x = 400000 + kSide * static_cast<double>(i % 200);
+        const std::size_t row = i / 200;
+        const double y = 4500000 - kSide * static_cast<double>(row);
+        std::vector<Point> ring = square(x, y, kSide);
+        if (i == kBowTie) std::swap(ring[1], ring[2]);
+        land.push_back({ring, {"field " + std::to_string(i)}});
+    }
+    features.createFeatureClass(f.folder.file("land.shp"), true, crs,
+                                {{"Use", FieldType::text, 20, 0}}, land);
+    const double border = 401005;  // through the fields of column 100
+    features.createFeatureClass(
+        f.folder.file("zones.shp"), true, crs, {{"ZONE", FieldType::text, 20, 0}},
+        {rectangle({399000, 4490000, border, 4501000}, {std::string("west")}),
+         rectangle({border, 4490000, 403000, 4501000}, {std::string("east")})});
+    Feedback feedback;
+    test::RecordingMonitor monitor;
+    feedback.listen(monitor);
+    feedback.begin("cutting");
+    IFeedback* const before = watchLoops(&feedback);
+    const OverlayResult result = intersect();
+    feedback.cancel();
+    EXPECT_THROW(intersect(), Cancelled);
+    watchLoops(before);
+    EXPECT_THAT(monitor.fractions, ElementsAre(0.4096, 0.8192, 1));  // of the shapes
+    EXPECT_EQ(result.pieces, kShapes + kShapes / 200);
+    ASSERT_EQ(result.repairs.size(), 1U);
+    EXPECT_THAT(result.repairs[0], HasSubstr("Feature 33334 of"));
+    const auto made = pieces();
+    std::size_t r = 0;
+    for (std::size_t i = 0; i < kShapes; ++i) {
+        const std::size_t column = i % 200;
+        for (const char* zone : {"west", "east"}) {
+            const bool holds = zone == std::string("west") ? column <= 100 : column >= 100;
+            if (!holds) continue;
+            ASSERT_EQ(made->value(r, "Use"), FieldValue("field " + std::to_string(i)));
+            ASSERT_EQ(made->value(r, "ZONE"), FieldValue(std::string(zone)));
+            ++r;
+        }
+    }
+    EXPECT_EQ(r, result.pieces);
+}
+
+TEST_F(Overlay, WhatIsWrongWithAnInputIsNoFailureOfTheOutput) {
+    const auto message = [&] {
+        try {
+            intersect();
+        } catch (const PlatformError& e) {
+            return std::string(e.what());
+        }
+        return std::string("cut");
+    };
+    EXPECT_EQ(message(), "cut");
+    const std::string shapes = f.folder.file("land.shp");
+    std::string bytes = test::contentOf(shapes);
+    bytes.replace(100 + 8 + 48, 8, std::string("\0\0\0\0\0\0\xf8\x7f", 8));  // not a number
+    test::write(shapes, bytes);
+    EXPECT_THAT(message(), testing::StartsWith("Feature 1 of " + shapes));
+    EXPECT_EQ(pieces()->recordCount(), pieces()->areas().size());  // the older one
 }
 
 TEST_F(Overlay, WithoutItsTableThereIsNoShapefile) {
