@@ -82,7 +82,7 @@ TEST_F(InputFiles, ADamagedShapeIsAnError) {
     bytes[100 + 8 + 36] = 7;  // parts of its polygon
     test::write(path, bytes);
     EXPECT_THAT(lines(), Contains(testing::AllOf(testing::StartsWith("error: " + path + ": "),
-                                                 HasSubstr("record 1 of " + path))));
+                                                 HasSubstr("Record 1 of " + path))));
 }
 
 TEST_F(InputFiles, NumbersThatAreNoneAreErrorsAndTheRestIsChecked) {
