@@ -24,7 +24,8 @@ std::vector<PairSums> plainSums(const std::vector<Sample>& stations, double cuto
             const double place = std::ceil(distance / (cutoff / kClasses) - 1e-9);
             PairSums& sum = sums[static_cast<std::size_t>(std::clamp(place, 1.0, 15.0)) - 1];
             sum.distance += distance;
-            sum.squares += std::pow(stations[i].value - stations[j].value, 2);
+            const double difference = stations[i].value - stations[j].value;
+            sum.squares += difference * difference;
             ++sum.pairs;
         }
     }
