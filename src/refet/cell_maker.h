@@ -67,6 +67,7 @@ class CellMaker {
                               const Conventions& conventions = kOurConventions) const;
 
     double noData() const { return noData_; }
+    void useNoData(double noData) { noData_ = noData; }
 
   private:
     void setLatitudes(CellTable& table) const;

@@ -5,6 +5,7 @@
 #include <array>
 #include <atomic>
 #include <string>
+#include <utility>
 
 #include "gis/error_trap.h"
 #include "gis/errors.h"
@@ -171,8 +172,9 @@ void ReferenceEtRun::GetGeographicCoordinates() {
         auto& systems = platform_.spatialReferences();
         const std::vector<Point> geographic =
             systems.project(leftEdge, geometry_.crs, systems.createGeographic(kGeographicNad83));
-        for (const Point& row : geographic) latitudes_.push_back(row.y);
-        maker_.emplace(settings_, latitudes_, noData_);
+        std::vector<double> latitudes;
+        for (const Point& row : geographic) latitudes.push_back(row.y);
+        maker_.emplace(settings_, std::move(latitudes), noData_);
     });
 }
 
@@ -199,7 +201,7 @@ void ReferenceEtRun::GetRasterTemp() {
         const auto saved = workspace_->openRasterDataset("NewDEM");
         dem_ = saved->createDefaultRaster();
         noData_ = static_cast<double>(saved->noDataValue());
-        maker_.emplace(settings_, latitudes_, noData_);
+        maker_->useNoData(noData_);
         GridReadIn(dem_, CellField::Elevation);
         if (!readsElevations()) {
             throw PlatformError("The DEM " + settings_.DEM +

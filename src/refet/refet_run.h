@@ -83,7 +83,6 @@ class ReferenceEtRun {
     std::unique_ptr<IRasterWorkspace> workspace_;
     std::optional<RunRecord> record_;
     GridGeometry geometry_;
-    std::vector<double> latitudes_;  // of the rows, degrees north
     std::optional<CellMaker> maker_;
     CellInputs inputs_;                     // as the run has them by now
     std::optional<CellInputs> calculated_;  // those of the last month that was computed

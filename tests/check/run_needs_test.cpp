@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "gis/errors.h"
+#include "refet/run_size.h"
 #include "tests/support/memory_fixtures.h"
 
 namespace velmora {
@@ -24,6 +26,19 @@ TEST(RunNeeds, AreThoseOfTheMeasuredChain) {
     const double full = bytesOnDisk(settings, 1000000);
     settings.RefETMethod = "4";
     EXPECT_LT(bytesOnDisk(settings, 1000000), 0.9 * full);
+}
+
+// What there is no room for with the work database may have it without.
+TEST(RunNeeds, AForgoneWorkDatabaseNeedsNoRoom) {
+    RunSettings settings;
+    settings.RefETMethod = "2";
+    settings.BeginMonth = "Jul";
+    settings.EndMonth = "Jul";
+    settings.OutputWorkspace = "/out";
+    test::MemoryFiles files;
+    files.room = 40'000'000;  // of 1,000,000 cells: eight grids, 34 MB, and 92 MB of the table
+    EXPECT_THROW(requireRoom(files, settings, cellsOf(1000, 1000)), PlatformError);
+    EXPECT_NO_THROW(requireRoom(files, settings, cellsOf(1000, 1000), false));
 }
 
 TEST(RunNeeds, AreToldInOneNote) {

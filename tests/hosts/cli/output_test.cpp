@@ -75,7 +75,8 @@ TEST_F(Command, NoThreadToBeHadIsNoEnd) {
 
 TEST_F(ChainCommand, TheHintAfterAFailureKeepsAllOptions) {
     const std::string options =
-        " --cvef 0.9 --default-shares crop --overwrite-shares --diagnose --use-old";
+        " --cvef 0.9 --default-shares crop --overwrite-shares --diagnose --standard --quality "
+        "--no-work-database --use-old";
     const Outcome stopped =
         run("--quiet --yes --threads 2 --no-sync run all "
             "--from cropet --database 'my shares.mdb'" +
